@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
-/// One running notification, on the stack of its call. Edits of the list keep its positions right, so that the list need
-/// not be copied; rounds nest when an observer causes a further notification.
+/// One running notification, on the stack of its call. Edits of the list keep its positions right, so that the list
+/// need not be copied; rounds nest when an observer causes a further notification.
 class Observable::Round
 {
 public:
@@ -21,7 +21,7 @@ public:
         subject->innermostRound = outer;
         if (nextFirst && outer)
             outer->nextFirst = nextFirst;
-        else
+        else if (nextFirst)
             subject->MakeFirstObserver(nextFirst);
     }
 
