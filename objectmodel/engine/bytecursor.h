@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QString>
+#include <QtEndian>
+
+#include <string_view>
+
+namespace KORVE_XML::engine {
+
+/// Reads values from memory as QDataStream reads them from a device: what is not there reads as zero or null, and the
+/// cursor then stands at the end.
+class ByteCursor
+{
+public:
+    ByteCursor(std::string_view bytes, bool bigEndian) : rest(bytes), bigEndian(bigEndian) {}
+
+    bool atEnd() const { return rest.empty(); }
+    qint64 left() const { return qint64(rest.size()); }
+
+    template <class Integer> Integer take()
+    {
+        const std::string_view bytes = takeRaw(sizeof(Integer));
+        if (bytes.size() < sizeof(Integer))
+            return 0;
+        return bigEndian ? qFromBigEndian<Integer>(bytes.data()) : qFromLittleEndian<Integer>(bytes.data());
+    }
+    /// A byte array; null data for a null one or one that is cut short.
+    std::string_view takeBytes();
+    /// A text as the stream has it, not as UTF-8.
+    QString takeText();
+    void skip(qint64 count) { takeRaw(std::size_t(qBound(qint64(0), count, left()))); }
+
+private:
+    /// The next @p count bytes; nothing, with the cursor at the end, if there are fewer.
+    std::string_view takeRaw(std::size_t count);
+
+    std::string_view rest;
+    const bool bigEndian;
+};
+
+} // namespace KORVE_XML::engine

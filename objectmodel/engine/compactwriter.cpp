@@ -1,0 +1,78 @@
+#include "objectmodel/engine/compactform.h"
+
+#include "objectmodel/engine/bytebuffer.h"
+#include "objectmodel/engine/object.h"
+#include "objectmodel/engine/values.h"
+#include "objectmodel/engine/written.h"
+
+namespace KORVE_XML::engine {
+
+namespace {
+
+class CompactWriter
+{
+public:
+    explicit CompactWriter(ByteBuffer &out) : out(out) {}
+
+    void write(const Record &record, const TypeInfo &type)
+    {
+        writeBits(record, type);
+        if (type.facts.version)
+            out.putText(type.facts.version->current);
+        for (const MemberInfo &member : type.facts.members) {
+            if (isWrittenCompact(member, record))
+                writeMember(member, member.field(record));
+        }
+    }
+
+private:
+    // An alternative that is not selected is not written, so its bit must not announce it.
+    void writeBits(const Record &record, const TypeInfo &type)
+    {
+        QBitArray bits = record.bits;
+        for (const MemberInfo &member : type.facts.members) {
+            if (!isSelected(member, record))
+                bits.clearBit(member.bit);
+        }
+        out.putRaw(bits.bits(), (bits.size() + 7) / 8);
+    }
+
+    void writeMember(const MemberInfo &member, const void *field)
+    {
+        if (!member.list)
+            return writeValue(member, field);
+        const int size = member.list->size(field);
+        out.put(qint32(size));
+        for (int position = 0; position < size; ++position)
+            writeValue(member, member.list->item(field, position));
+    }
+
+    void writeValue(const MemberInfo &member, const void *value)
+    {
+        switch (member.kind) {
+        case Kind::Text: return out.putText(valueAt<QString>(value));
+        case Kind::Boolean: return out.put(quint8(valueAt<bool>(value)));
+        case Kind::Int32:
+        case Kind::UInt32:
+        case Kind::Int64:
+        case Kind::UInt64: return out.put(integerAt(member, value));
+        case Kind::Double: return out.putStreamed(valueAt<double>(value));
+        case Kind::DateTime: return out.putStreamed(valueAt<QDateTime>(value));
+        case Kind::Enumeration: return out.put(qint8(enumerationAt(value)));
+        case Kind::Object: return write(viewOf(member.objectAt(value), member.objectType()), member.objectType());
+        }
+    }
+
+    ByteBuffer &out;
+};
+
+} // namespace
+
+void writeCompact(const Self &self, QDataStream &out)
+{
+    ByteBuffer buffer(out);
+    CompactWriter(buffer).write(recordOf(self), self.type);
+    buffer.writeTo(out);
+}
+
+} // namespace KORVE_XML::engine

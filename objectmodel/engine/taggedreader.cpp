@@ -1,0 +1,154 @@
+#include "objectmodel/engine/taggedform.h"
+
+#include "objectmodel/engine/assign.h"
+#include "objectmodel/engine/bytecursor.h"
+#include "objectmodel/engine/object.h"
+#include "objectmodel/engine/settings.h"
+#include "objectmodel/engine/version.h"
+
+#include "objectbase/converters.h"
+
+#include <QDataStream>
+
+namespace KORVE_XML::engine {
+
+namespace {
+
+constexpr int frameHeader = 8;
+
+QString fromUtf8(std::string_view bytes)
+{
+    return QString::fromUtf8(bytes.data(), int(bytes.size()));
+}
+
+/// Reads payloads from memory. One cursor serves an object and all that is nested in it: a wrong length of an element is
+/// noticed by the running total of its object alone.
+class TaggedReader
+{
+public:
+    explicit TaggedReader(ByteCursor &in) : in(in) {}
+
+    void read(const Self &self, IRGObject &object, qint64 length)
+    {
+        Record &record = recordOf(self);
+        while (length > 0 && !in.atEnd()) {
+            const auto tag = in.take<quint32>();
+            const auto elementLength = in.take<qint32>();
+            length -= qint64(elementLength) + frameHeader;
+            if (self.type.facts.version && tag == self.type.facts.version->tag)
+                takeVersion(self, object, in.takeText());
+            else if (const MemberInfo *member = self.type.memberOfTag(tag))
+                readMember(self, record, *member, elementLength);
+            else
+                in.skip(elementLength);
+        }
+        if (length != 0)
+            throwLengthError(self.object.GetObjectName());
+    }
+
+private:
+    void readMember(const Self &self, Record &record, const MemberInfo &member, qint32 length)
+    {
+        if (member.list)
+            readItems(self, record, member);
+        else if (member.holdsObjects())
+            readSingleObject(record, member, length);
+        else
+            readScalar(self.object, record, member);
+    }
+
+    void readSingleObject(Record &record, const MemberInfo &member, qint32 length)
+    {
+        readObject(member, member.field(record), length);
+        markSet(record, member);
+    }
+
+    void readObject(const MemberInfo &member, void *field, qint32 length)
+    {
+        IRGObject &object = member.objectAt(field);
+        const TypeInfo &type = member.objectType();
+        read({object, type.facts.handle(object), type}, object, length);
+    }
+
+    void readItems(const Self &self, Record &record, const MemberInfo &member)
+    {
+        const auto count = in.take<qint32>();
+        // Each item has a length of four bytes at least: a count beyond that is not one.
+        if (count > in.left() / 4)
+            throwLengthError(self.object.GetObjectName());
+        void *list = member.field(record);
+        member.list->reserve(list, member.list->size(list) + qMax(count, 0));
+        for (qint32 position = 0; position < count; ++position) {
+            const auto length = in.take<qint32>();
+            FreshItem fresh(self.object, record, member);
+            if (member.holdsObjects())
+                readObject(member, fresh.value(), length);
+            else
+                readItem(member, fresh.value());
+            fresh.keep();
+        }
+    }
+
+    void readItem(const MemberInfo &member, void *item)
+    {
+        const std::string_view bytes = in.takeBytes();
+        if (member.kind == Kind::Text)
+            valueAt<QString>(item) = fromUtf8(bytes);
+        else if (member.kind == Kind::Enumeration)
+            setEnumerationAt(item, member.enumeration->toValue(bytes));
+        else // contract: a number is read as the text of a byte array, which is not how it was written
+            valueAt<qint32>(item) = fromUtf8(bytes).toInt();
+    }
+
+    void readScalar(const IRGObject &object, Record &record, const MemberInfo &member)
+    {
+        switch (member.kind) {
+        case Kind::Text: return assign(object, record, member, fromUtf8(in.takeBytes()));
+        case Kind::Boolean: return assign(object, record, member, in.take<quint8>() != 0);
+        case Kind::Int32: return assign(object, record, member, qint32(in.take<qint64>()));
+        case Kind::UInt32: return assign(object, record, member, quint32(in.take<qint64>()));
+        case Kind::Int64: return assign(object, record, member, in.take<qint64>());
+        case Kind::UInt64: return assign(object, record, member, quint64(in.take<qint64>()));
+        case Kind::Double: return assign(object, record, member, fromUtf8(in.takeBytes()).toDouble());
+        case Kind::DateTime:
+            return assign(object, record, member,
+                          REPORTGENERATOR::Converters::ToDateTime(fromUtf8(in.takeBytes())));
+        case Kind::Enumeration:
+            return assignEnumeration(object, record, member, member.enumeration->toValue(in.takeBytes()));
+        case Kind::Object: break;
+        }
+        Q_ASSERT(false);
+    }
+
+    ByteCursor &in;
+};
+
+/// Takes up to @p length bytes from the stream. Memory grows with what arrives, not with what was announced.
+QByteArray takePayload(QDataStream &in, int length)
+{
+    constexpr int chunk = 64 * 1024;
+    QByteArray payload;
+    while (payload.size() < length) {
+        const int wanted = qMin(chunk, length - payload.size());
+        const int old = payload.size();
+        payload.resize(old + wanted);
+        const int taken = in.readRawData(payload.data() + old, wanted);
+        if (taken < wanted) {
+            payload.resize(old + qMax(taken, 0));
+            break;
+        }
+    }
+    return payload;
+}
+
+} // namespace
+
+void readTagged(const Self &self, IRGObject &object, QDataStream &in, int length)
+{
+    pushSettings(self, recordOf(self));
+    const QByteArray payload = takePayload(in, length);
+    ByteCursor cursor({payload.constData(), std::size_t(payload.size())}, in.byteOrder() == QDataStream::BigEndian);
+    TaggedReader(cursor).read(self, object, length);
+}
+
+} // namespace KORVE_XML::engine

@@ -1,0 +1,125 @@
+#pragma once
+
+#include "objectmodel/engine/enumeration.h"
+#include "objectmodel/engine/record.h"
+
+#include <QString>
+
+#include <array>
+#include <memory>
+#include <vector>
+
+namespace REPORTGENERATOR {
+class IRGObject;
+}
+
+namespace KORVE_XML::engine {
+
+using REPORTGENERATOR::IRGObject;
+
+/// What a member, or an item of a list member, holds.
+enum class Kind { Text, Boolean, Int32, UInt32, Int64, UInt64, Double, DateTime, Enumeration, Object };
+
+enum Trait {
+    Mandatory = 0x01,
+    CountsAsData = 0x02,     ///< HasData asks for it
+    Attribute = 0x04,        ///< stands on the start element
+    RefusesEmptyText = 0x08, ///< a boolean that must not be read from an empty text
+    MustHaveData = 0x10,     ///< an object or list item that must be complete when written as XML
+    Alternative = 0x20       ///< one of a choice group
+};
+
+enum class Limit { None, Range, Minimum };
+
+/// What the engine does with a list without knowing the type of its items.
+struct ListAccess {
+    int (*size)(const void *list);
+    const void *(*item)(const void *list, int position);
+    void *(*append)(void *list); ///< appends a default item and returns it
+    void (*dropLast)(void *list);
+    void *(*detached)(void *list, int position); ///< the item, after the list was detached from its copies
+    void (*reserve)(void *list, int size);
+    void (*clear)(void *list);
+    bool (*equal)(const void *a, const void *b);
+};
+
+struct TypeInfo;
+
+/// What the engine does with a nested object without knowing its class.
+struct ObjectAccess {
+    const TypeInfo &(*type)();
+    IRGObject &(*object)(void *field);
+    void (*reset)(void *field); ///< puts a fresh object in its place
+    bool (*equal)(const void *a, const void *b);
+};
+
+/// One member as the schema gives it.
+struct MemberInfo {
+    QString name;
+    Kind kind;
+    int traits;
+    quint32 tag;
+    void *(*fieldOf)(Record &record);
+    qint64 defaultValue = 0;
+    Limit limit = Limit::None;
+    qint64 lowest = 0;
+    qint64 highest = 0;
+    const Enumeration *enumeration = nullptr;
+    const ObjectAccess *object = nullptr;
+    const ListAccess *list = nullptr; ///< null for a single value
+    int alternative = -1;             ///< its number within the choice group
+    int bit = 0;                      ///< its place among the accessors
+
+    bool is(Trait trait) const { return traits & trait; }
+    bool holdsObjects() const { return kind == Kind::Object; }
+    void *field(Record &record) const { return fieldOf(record); }
+    const void *field(const Record &record) const { return fieldOf(const_cast<Record &>(record)); }
+    const TypeInfo &objectType() const { return object->type(); }
+    IRGObject &objectAt(void *item) const { return object->object(item); }
+    const IRGObject &objectAt(const void *item) const { return object->object(const_cast<void *>(item)); }
+};
+
+/// The version attribute that one class carries besides its members.
+struct VersionInfo {
+    QString current;
+    quint32 tag;
+    QString &(*loaded)(Record &record); ///< the version found in the last document read
+};
+
+/// One class as the schema gives it, built when first needed.
+struct TypeInfo {
+    struct Facts {
+        QString name;
+        Record *(*create)(const QBitArray &clearBits);
+        RecordPtr &(*handle)(const IRGObject &object);
+        std::vector<MemberInfo> members; ///< in the order of the accessors
+        QString choiceName = {}; ///< empty without a choice group
+        const Enumeration *choice = nullptr;
+        const VersionInfo *version = nullptr;
+        bool refusesUnknownElements = false;
+    };
+    explicit TypeInfo(Facts facts);
+    TypeInfo(const TypeInfo &) = delete;
+    TypeInfo &operator=(const TypeInfo &) = delete;
+
+    const MemberInfo *memberOfElement(QStringView name) const;
+    const MemberInfo *memberOfTag(quint32 tag) const;
+
+    Facts facts;
+    std::vector<const MemberInfo *> written; ///< in the order of XML and tagged form: attributes first
+    std::vector<const MemberInfo *> nested;  ///< those that hold objects
+    QBitArray clearBits;                     ///< what a new record's bits are; shared until one is set
+    std::unique_ptr<const Record> blank;     ///< a record that holds defaults alone
+    bool countsAnything = false;             ///< some member counts as data
+    bool countsChoice = false;               ///< the alternatives count as data
+    bool mayDifferFromItself = false;        ///< holds a double somewhere, which may be NaN
+
+private:
+    std::array<qint8, 64> firstByName; ///< position of the first member with that hash, or -1
+    std::vector<qint8> nextByName;     ///< the next member with the same hash, or -1
+};
+
+/// The type of the class T; each generated class specialises it.
+template <class T> const TypeInfo &typeOf();
+
+} // namespace KORVE_XML::engine

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "objectmodel/engine/typeinfo.h"
+
+namespace KORVE_XML::engine {
+
+/// Whether an alternative is the selected one; true for all other members.
+inline bool isSelected(const MemberInfo &member, const Record &record)
+{
+    return !member.is(Alternative) || record.choice == member.alternative;
+}
+
+/// Whether XML and tagged form hold the member: a list by its size, not by its bit.
+inline bool isWritten(const MemberInfo &member, const Record &record)
+{
+    if (member.list)
+        return member.list->size(member.field(record)) > 0;
+    return member.is(Mandatory) || (record.bits.testBit(member.bit) && isSelected(member, record));
+}
+
+/// Whether the compact form holds the member: a list by its bit.
+inline bool isWrittenCompact(const MemberInfo &member, const Record &record)
+{
+    return member.is(Mandatory) || (record.bits.testBit(member.bit) && isSelected(member, record));
+}
+
+} // namespace KORVE_XML::engine
