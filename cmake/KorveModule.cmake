@@ -19,7 +19,10 @@ set(KORVE_GENERATED_DIR ${PROJECT_BINARY_DIR}/include)
 # What every compilation of our own code gets; nothing is set directory-wide.
 add_library(korve_compile INTERFACE)
 target_compile_features(korve_compile INTERFACE cxx_std_20)
-target_compile_options(korve_compile INTERFACE -Wall -Wextra -Werror -Wno-error=deprecated-declarations)
+target_compile_options(korve_compile INTERFACE
+    -Wall -Wextra -Werror -Wno-error=deprecated-declarations
+    # Calls within a library go straight to their target.
+    $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
 target_compile_definitions(korve_compile INTERFACE QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING)
 
 function(korve_ours target)

@@ -26,9 +26,9 @@ template <class T> Self selfOf(const T &object)
     return {object, Access::handle<T>(object), typeOf<T>()};
 }
 
-template <class R> Record *createRecord(const QBitArray &clearBits)
+template <class R> Record *createRecord()
 {
-    return new R(clearBits);
+    return new R;
 }
 
 /// Address of the field @p member of the record class R.
@@ -55,16 +55,23 @@ template <class T> QVector<T> &listAt(void *list)
     return *static_cast<QVector<T> *>(list);
 }
 
+template <class T> Items itemsOf(const QVector<T> &list)
+{
+    return {reinterpret_cast<const char *>(list.constData()), list.size(), int(sizeof(T))};
+}
+
 template <class T>
 inline constexpr ListAccess listAccess{
-    [](const void *list) { return listAt<T>(list).size(); },
-    [](const void *list, int position) -> const void * { return &listAt<T>(list).at(position); },
+    [](const void *list) { return itemsOf(listAt<T>(list)); },
+    [](void *list) {
+        listAt<T>(list).detach();
+        return itemsOf(listAt<T>(list));
+    },
     [](void *list) -> void * {
-        listAt<T>(list).append(T());
+        listAt<T>(list).resize(listAt<T>(list).size() + 1);
         return &listAt<T>(list).last();
     },
     [](void *list) { listAt<T>(list).removeLast(); },
-    [](void *list, int position) -> void * { return &listAt<T>(list)[position]; },
     [](void *list, int size) { listAt<T>(list).reserve(size); },
     [](void *list) { listAt<T>(list).clear(); },
     [](const void *a, const void *b) { return listAt<T>(a) == listAt<T>(b); },

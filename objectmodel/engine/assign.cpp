@@ -4,19 +4,19 @@
 
 namespace KORVE_XML::engine {
 
-void assignEnumeration(const IRGObject &object, Record &record, const MemberInfo &member, int value)
+void assignEnumeration(const Target &target, const MemberInfo &member, int value)
 {
-    if (object.GetValidate() && !member.enumeration->contains(value))
-        throwRefusedBySetter(object.GetObjectName(), member);
-    setEnumerationAt(member.field(record), value);
-    markSet(record, member);
+    if (target.validate && !member.enumeration->contains(value))
+        throwRefusedBySetter(target.object.GetObjectName(), member);
+    setEnumerationAt(member.field(target.record), value);
+    markSet(target.record, member);
 }
 
-FreshItem::FreshItem(const IRGObject &object, Record &record, const MemberInfo &member)
-    : object(object), record(record), member(member), list(member.field(record)), item(member.list->append(list))
+FreshItem::FreshItem(const Target &target, const MemberInfo &member)
+    : target(target), member(member), list(member.field(target.record)), item(member.list->append(list))
 {
     if (member.holdsObjects())
-        copySettings(object, member.objectAt(item));
+        copySettings(target.object, member.objectAt(item));
 }
 
 FreshItem::~FreshItem()
@@ -27,9 +27,9 @@ FreshItem::~FreshItem()
 
 void FreshItem::keep()
 {
-    if (object.GetValidate() && !isComplete(member, item))
-        throwIncompleteItem(object.GetObjectName(), member);
-    markSet(record, member);
+    if (target.validate && !isComplete(member, item))
+        throwIncompleteItem(target.object.GetObjectName(), member);
+    markSet(target.record, member);
     kept = true;
 }
 

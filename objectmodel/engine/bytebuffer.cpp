@@ -1,22 +1,44 @@
 #include "objectmodel/engine/bytebuffer.h"
 
+#include <QString>
+
 namespace KORVE_XML::engine {
 
 namespace {
 
 constexpr quint32 nullCount = 0xFFFFFFFF;
 
-/// Writes @p text as UTF-8, at most three bytes a unit; null when it holds surrogates, which are left to Qt.
-char *toUtf8(const QString &text, char *to)
+/// Writes the leading ASCII units of a text, four at a time, and returns how many there were.
+int writeAscii(const ushort *units, int count, char *to)
 {
-    for (QChar character : text) {
-        const uint unit = character.unicode();
+    int done = 0;
+    for (; done + 4 <= count; done += 4) {
+        const auto four = qFromUnaligned<quint64>(units + done);
+        if (four & 0xFF80FF80FF80FF80)
+            break;
+        for (int n = 0; n < 4; ++n)
+            to[done + n] = char(units[done + n]);
+    }
+    return done;
+}
+
+/// Writes @p text as UTF-8, at most three bytes a unit; null when it holds surrogates, which are left to Qt.
+char *writeUtf8(const QString &text, char *to)
+{
+    const ushort *units = text.utf16();
+    for (int n = 0; n < text.size(); ++n) {
+        const int ascii = writeAscii(units + n, text.size() - n, to);
+        to += ascii;
+        n += ascii;
+        if (n == text.size())
+            break;
+        const uint unit = units[n];
         if (unit < 0x80) {
             *to++ = char(unit);
         } else if (unit < 0x800) {
             *to++ = char(0xC0 | unit >> 6);
             *to++ = char(0x80 | (unit & 0x3F));
-        } else if (character.isSurrogate()) {
+        } else if (QChar::isSurrogate(unit)) {
             return nullptr;
         } else {
             *to++ = char(0xE0 | unit >> 12);
@@ -29,27 +51,46 @@ char *toUtf8(const QString &text, char *to)
 
 } // namespace
 
+void ByteBuffer::enlarge(std::size_t count)
+{
+    const std::size_t used = std::size_t(size());
+    const std::size_t capacity = 2 * (used + count);
+    std::unique_ptr<char[]> larger(new char[capacity]);
+    memcpy(larger.get(), begin, used);
+    large = std::move(larger);
+    begin = large.get();
+    end = begin + used;
+    limit = begin + capacity;
+}
+
+void ByteBuffer::putRaw(const void *bytes, int count)
+{
+    makeRoom(std::size_t(count));
+    memcpy(end, bytes, std::size_t(count));
+    end += count;
+}
+
 void ByteBuffer::putBytes(std::string_view bytes)
 {
     // Streams older than the sixth version know no null byte array.
     if (!bytes.data() && like.version() >= 6)
         return put(nullCount);
     put(quint32(bytes.size()));
-    putRaw(bytes.data(), int(bytes.size()));
+    if (!bytes.empty())
+        putRaw(bytes.data(), int(bytes.size()));
 }
 
 void ByteBuffer::putUtf8(const QString &text)
 {
     if (text.isNull())
         return putBytes({});
-    const int count = buffer.size();
-    grow(4 + 3 * text.size());
-    char *const begin = buffer.data() + count + 4;
-    const char *const end = toUtf8(text, begin);
-    buffer.resize(end ? int(end - buffer.data()) : count);
-    if (!end)
+    makeRoom(4 + 3 * std::size_t(text.size()));
+    char *const first = end + 4;
+    char *const last = writeUtf8(text, first);
+    if (!last)
         return putBytes(text.toUtf8().toStdString());
-    store(buffer.data() + count, quint32(end - begin));
+    store(end, quint32(last - first));
+    end = last;
 }
 
 void ByteBuffer::putText(const QString &text)
@@ -59,23 +100,14 @@ void ByteBuffer::putText(const QString &text)
         return putStreamed(text);
     if (text.isNull())
         return put(nullCount);
-    put(quint32(text.size() * 2));
-    char *to = grow(text.size() * 2);
+    const int bytes = text.size() * int(sizeof(QChar));
+    put(quint32(bytes));
+    makeRoom(std::size_t(bytes));
     if (bigEndian)
-        qToBigEndian<quint16>(text.utf16(), text.size(), to);
+        qToBigEndian<quint16>(text.utf16(), text.size(), end);
     else
-        qToLittleEndian<quint16>(text.utf16(), text.size(), to);
-}
-
-int ByteBuffer::openFrame()
-{
-    put(qint32(0));
-    return buffer.size();
-}
-
-void ByteBuffer::closeFrame(int frame)
-{
-    store(buffer.data() + frame - 4, qint32(buffer.size() - frame));
+        qToLittleEndian<quint16>(text.utf16(), text.size(), end);
+    end += bytes;
 }
 
 } // namespace KORVE_XML::engine

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <QByteArray>
 #include <QDataStream>
-#include <QString>
-#include <QVarLengthArray>
 #include <QtEndian>
 
+#include <array>
+#include <memory>
 #include <string_view>
+
+class QString;
 
 namespace KORVE_XML::engine {
 
@@ -15,12 +18,16 @@ class ByteBuffer
 public:
     /// @p like gives the form; it must outlive the buffer.
     explicit ByteBuffer(const QDataStream &like) : like(like), bigEndian(like.byteOrder() == QDataStream::BigEndian) {}
+    ByteBuffer(const ByteBuffer &) = delete;
+    ByteBuffer &operator=(const ByteBuffer &) = delete;
 
     template <class Integer> void put(Integer value)
     {
-        store(grow(sizeof value), value);
+        makeRoom(sizeof value);
+        store(end, value);
+        end += sizeof value;
     }
-    void putRaw(const void *bytes, int size) { memcpy(grow(size), bytes, std::size_t(size)); }
+    void putRaw(const void *bytes, int size);
     /// A byte array as QDataStream writes it.
     void putBytes(std::string_view bytes);
     /// A text as the byte array of its UTF-8 form.
@@ -40,18 +47,23 @@ public:
     }
 
     /// Opens a frame behind its tag: leaves room for the length. To be closed with what it returned.
-    int openFrame();
-    void closeFrame(int frame);
+    int openFrame()
+    {
+        put(qint32(0));
+        return size();
+    }
+    void closeFrame(int frame) { store(begin + frame - 4, qint32(size() - frame)); }
 
-    void writeTo(QDataStream &out) const { out.writeRawData(buffer.constData(), buffer.size()); }
+    void writeTo(QDataStream &out) const { out.writeRawData(begin, size()); }
 
 private:
-    char *grow(int size)
+    int size() const { return int(end - begin); }
+    void makeRoom(std::size_t count)
     {
-        const int old = buffer.size();
-        buffer.resize(old + size);
-        return buffer.data() + old;
+        if (std::size_t(limit - end) < count)
+            enlarge(count);
     }
+    void enlarge(std::size_t count);
     template <class Integer> void store(char *to, Integer value) const
     {
         if (bigEndian)
@@ -60,9 +72,13 @@ private:
             qToLittleEndian(value, to);
     }
 
-    QVarLengthArray<char, 4096> buffer;
     const QDataStream &like;
     const bool bigEndian;
+    std::array<char, 4096> small;
+    std::unique_ptr<char[]> large;
+    char *begin = small.data();
+    char *end = begin;
+    char *limit = begin + small.size();
 };
 
 } // namespace KORVE_XML::engine

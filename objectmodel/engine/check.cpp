@@ -5,49 +5,56 @@
 #include "objectmodel/engine/settings.h"
 #include "objectmodel/engine/values.h"
 
+#include <algorithm>
+
 namespace KORVE_XML::engine {
 
 namespace {
-
-const MemberInfo *chosenMember(const Record &record, const TypeInfo &type)
-{
-    for (const MemberInfo &member : type.facts.members) {
-        if (member.is(Alternative) && member.alternative == record.choice)
-            return &member;
-    }
-    return nullptr;
-}
 
 void checkChoice(const Record &record, const TypeInfo &type, const QString &name)
 {
     const MemberInfo *chosen = chosenMember(record, type);
     if (!chosen)
         throwNothingChosen(name, type.facts.choiceName);
-    if (!record.bits.testBit(chosen->bit))
+    if (!record.bits.test(chosen->bit))
         throwChosenNotSet(name, *chosen);
     if (chosen->holdsObjects() && !chosen->objectAt(chosen->field(record)).HasData())
         throwChosenWithoutData(name, *chosen);
 }
 
-void checkScalar(const MemberInfo &member, const Record &record, const QString &name)
+bool isMissingOrInvalid(const MemberInfo &member, const Record &record)
 {
-    if (member.kind == Kind::Boolean)
+    return record.bits.test(member.bit) ? !isValidValue(member, member.field(record)) : member.is(Mandatory);
+}
+
+bool hasMissingOrInvalid(const Record &record, const TypeInfo &type)
+{
+    const auto isBad = [&](const MemberInfo *member) { return isMissingOrInvalid(*member, record); };
+    return !record.bits.contain(type.mandatory) || std::any_of(type.validated.begin(), type.validated.end(), isBad);
+}
+
+void checkScalars(const Record &record, const TypeInfo &type, const QString &name)
+{
+    // Most objects are good: only for the others it matters which member is the first bad one.
+    if (!hasMissingOrInvalid(record, type))
         return;
-    const bool set = record.bits.testBit(member.bit);
-    if (set ? !isValidValue(member, member.field(record)) : member.is(Mandatory))
-        throwNotSetProperly(name, member);
+    for (const MemberInfo &member : type.facts.members) {
+        const bool isScalar = !member.list && !member.holdsObjects() && !member.is(Alternative);
+        if (isScalar && member.kind != Kind::Boolean && isMissingOrInvalid(member, record))
+            throwNotSetProperly(name, member);
+    }
 }
 
 void checkObject(const MemberInfo &member, const void *field)
 {
     const IRGObject &object = member.objectAt(field);
-    check(viewOf(object, member.objectType()), member.objectType(), object.GetObjectName());
+    check(viewOf(object, *member.type), *member.type, object.GetObjectName());
 }
 
 void checkNested(const MemberInfo &member, const Record &record)
 {
     const void *field = member.field(record);
-    const bool set = record.bits.testBit(member.bit);
+    const bool set = record.bits.test(member.bit);
     if (member.is(Alternative) && record.choice != member.alternative)
         return;
     if (!member.list) {
@@ -55,8 +62,9 @@ void checkNested(const MemberInfo &member, const Record &record)
             checkObject(member, field);
         return;
     }
-    for (int position = 0; set && position < member.list->size(field); ++position)
-        checkObject(member, member.list->item(field, position));
+    const Items items = member.list->items(field);
+    for (int position = 0; set && position < items.count; ++position)
+        checkObject(member, items.at(position));
 }
 
 } // namespace
@@ -72,10 +80,7 @@ void check(const Record &record, const TypeInfo &type, const QString &name)
 {
     if (type.facts.choice)
         checkChoice(record, type, name);
-    for (const MemberInfo &member : type.facts.members) {
-        if (!member.list && !member.holdsObjects() && !member.is(Alternative))
-            checkScalar(member, record, name);
-    }
+    checkScalars(record, type, name);
     for (const MemberInfo *member : type.nested)
         checkNested(*member, record);
 }

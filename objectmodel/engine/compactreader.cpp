@@ -6,6 +6,8 @@
 #include "objectmodel/engine/streamwindow.h"
 #include "objectmodel/engine/version.h"
 
+#include <QtEndian>
+
 namespace KORVE_XML::engine {
 
 namespace {
@@ -18,7 +20,7 @@ public:
     void read(const Self &self, IRGObject &object)
     {
         reset(self);
-        const QBitArray bits = takeBits(self.type);
+        const Bits bits = takeBits(self.type);
         if (self.type.facts.version)
             takeVersion(self, object, in.takeText());
         Record &record = recordOf(self);
@@ -26,19 +28,19 @@ public:
         for (const MemberInfo &member : self.type.facts.members) {
             if (in.failed())
                 return;
-            if (bits.testBit(member.bit) || member.is(Mandatory))
+            if (bits.test(member.bit) || member.is(Mandatory))
                 readMember(self, record, member);
         }
     }
 
 private:
-    QBitArray takeBits(const TypeInfo &type)
+    /// Bits beyond the last member mean nothing.
+    Bits takeBits(const TypeInfo &type)
     {
-        const int count = type.clearBits.size();
-        std::array<char, 8> bytes;
-        Q_ASSERT(count <= int(bytes.size()) * 8);
-        in.takeRaw(bytes.data(), (count + 7) / 8);
-        return QBitArray::fromBits(bytes.data(), count);
+        const auto count = type.facts.members.size();
+        char bytes[8] = {};
+        in.takeRaw(bytes, int(count + 7) / 8);
+        return qFromLittleEndian<quint64>(bytes) & ~quint64(0) >> (64 - count);
     }
 
     void readMember(const Self &self, Record &record, const MemberInfo &member)
@@ -84,7 +86,7 @@ private:
     void readObject(const MemberInfo &member, void *field)
     {
         IRGObject &object = member.objectAt(field);
-        const TypeInfo &type = member.objectType();
+        const TypeInfo &type = *member.type;
         read({object, type.facts.handle(object), type}, object);
     }
 

@@ -29,22 +29,23 @@ private:
     // An alternative that is not selected is not written, so its bit must not announce it.
     void writeBits(const Record &record, const TypeInfo &type)
     {
-        QBitArray bits = record.bits;
-        for (const MemberInfo &member : type.facts.members) {
-            if (!isSelected(member, record))
-                bits.clearBit(member.bit);
+        Bits bits = record.bits;
+        for (const MemberInfo *member : type.alternatives) {
+            if (!isSelected(*member, record))
+                bits.clear(member->bit);
         }
-        out.putRaw(bits.bits(), (bits.size() + 7) / 8);
+        const quint64 word = qToLittleEndian(bits.toWord());
+        out.putRaw(&word, int(type.facts.members.size() + 7) / 8);
     }
 
     void writeMember(const MemberInfo &member, const void *field)
     {
         if (!member.list)
             return writeValue(member, field);
-        const int size = member.list->size(field);
-        out.put(qint32(size));
-        for (int position = 0; position < size; ++position)
-            writeValue(member, member.list->item(field, position));
+        const Items items = member.list->items(field);
+        out.put(qint32(items.count));
+        for (int position = 0; position < items.count; ++position)
+            writeValue(member, items.at(position));
     }
 
     void writeValue(const MemberInfo &member, const void *value)
@@ -59,7 +60,7 @@ private:
         case Kind::Double: return out.putStreamed(valueAt<double>(value));
         case Kind::DateTime: return out.putStreamed(valueAt<QDateTime>(value));
         case Kind::Enumeration: return out.put(qint8(enumerationAt(value)));
-        case Kind::Object: return write(viewOf(member.objectAt(value), member.objectType()), member.objectType());
+        case Kind::Object: return write(viewOf(member.objectAt(value), *member.type), *member.type);
         }
     }
 

@@ -29,18 +29,18 @@ bool isPresent(const MemberInfo &member, const Record &record)
 {
     if (!member.list && member.kind == Kind::Text)
         return !valueAt<QString>(member.field(record)).isNull();
-    return record.bits.testBit(member.bit);
+    return record.bits.test(member.bit);
 }
 
 bool hasContent(const MemberInfo &member, const Record &record)
 {
-    return member.list ? member.list->size(member.field(record)) > 0 : isPresent(member, record);
+    return member.list ? member.list->items(member.field(record)).count > 0 : isPresent(member, record);
 }
 
 bool equalMember(const MemberInfo &member, const Record &a, const Record &b)
 {
-    const bool set = a.bits.testBit(member.bit);
-    if (set != b.bits.testBit(member.bit))
+    const bool set = a.bits.test(member.bit);
+    if (set != b.bits.test(member.bit))
         return false;
     return !set || equalValue(member, member.field(a), member.field(b));
 }
@@ -52,7 +52,7 @@ Record &recordOf(const Self &self)
     if (self.d) {
         self.d.detach();
     } else {
-        self.d = RecordPtr(self.type.facts.create(self.type.clearBits));
+        self.d = RecordPtr(self.type.facts.create());
         pushSettings(self, *self.d);
     }
     return *self.d;
@@ -67,7 +67,7 @@ const Record &viewOf(const IRGObject &object, const TypeInfo &type)
 bool isSet(RecordPtr &d, int bit)
 {
     detach(d);
-    return d && d->bits.testBit(bit);
+    return d && d->bits.test(bit);
 }
 
 void resetMember(const Self &self, int bit)
@@ -75,8 +75,8 @@ void resetMember(const Self &self, int bit)
     if (!self.d)
         return;
     self.d.detach();
-    self.d->bits.clearBit(bit);
-    restoreDefault(self.type.facts.members[bit], *self.d);
+    self.d->bits.clear(bit);
+    restoreDefault(self.type.facts.members[std::size_t(bit)], *self.d);
 }
 
 void reset(const Self &self)
@@ -84,7 +84,7 @@ void reset(const Self &self)
     if (!self.d)
         return;
     self.d.detach();
-    self.d->bits = self.type.clearBits;
+    self.d->bits = {};
     self.d->choice = -1;
     for (const MemberInfo &member : self.type.facts.members)
         restoreDefault(member, *self.d);
@@ -115,15 +115,18 @@ bool hasData(const Self &self)
 
 bool hasData(const Record &record, const TypeInfo &type)
 {
-    if (!type.countsAnything)
-        return true;
-    for (const MemberInfo &member : type.facts.members) {
-        if (!member.is(CountsAsData) || (member.is(Alternative) && record.choice != member.alternative))
-            continue;
-        if (!isPresent(member, record))
-            return false;
-    }
-    return record.choice >= 0 || !type.countsChoice;
+    if (!record.bits.contain(type.data))
+        return false;
+    const auto isNull = [&](const MemberInfo *text) { return !isPresent(*text, record); };
+    if (std::any_of(type.dataTexts.begin(), type.dataTexts.end(), isNull))
+        return false;
+    const MemberInfo *chosen = chosenMember(record, type);
+    return !type.countsChoice || (chosen && isPresent(*chosen, record));
+}
+
+const MemberInfo *chosenMember(const Record &record, const TypeInfo &type)
+{
+    return record.choice < 0 ? nullptr : type.alternatives[std::size_t(record.choice)];
 }
 
 bool anyData(const Self &self)

@@ -22,6 +22,8 @@ void initChoice(const Self &self, IRGObject &object, int value);
 bool hasData(const Self &self);
 bool hasData(const Record &record, const TypeInfo &type);
 bool anyData(const Self &self);
+/// The selected alternative of a choice group, or null.
+const MemberInfo *chosenMember(const Record &record, const TypeInfo &type);
 bool equal(const Self &a, const Self &b);
 
 } // namespace KORVE_XML::engine

@@ -1,21 +1,39 @@
 #pragma once
 
-#include <QBitArray>
 #include <QExplicitlySharedDataPointer>
 #include <QSharedData>
 
 namespace KORVE_XML::engine {
 
+/// One bit per member, in the order of the accessors: explicitly set. No class has more than 64 members.
+///
+/// A word instead of an array: it costs no allocation, and whole classes are tested by one mask.
+class Bits
+{
+public:
+    constexpr Bits(quint64 word = 0) : word(word) {}
+
+    bool test(int bit) const { return word >> bit & 1; }
+    void set(int bit) { word |= quint64(1) << bit; }
+    void clear(int bit) { word &= ~(quint64(1) << bit); }
+    bool contain(Bits others) const { return (word & others.word) == others.word; }
+    /// As the wire has them: bytes with the least significant bit first.
+    quint64 toWord() const { return word; }
+
+private:
+    quint64 word;
+};
+
 /// The shared storage behind an object: the members of its class follow in a generated descendant.
 class Record : public QSharedData
 {
 public:
-    explicit Record(const QBitArray &clearBits) : bits(clearBits) {}
+    Record() = default;
     virtual ~Record() = default;
     virtual Record *clone() const = 0;
 
     qint8 choice = -1; ///< the selected alternative of a choice group
-    QBitArray bits;    ///< one per member, in the order of the accessors: explicitly set
+    Bits bits;
 
 protected:
     Record(const Record &) = default;

@@ -47,11 +47,12 @@ template <class Setting> bool agrees(const Setting &setting, const IRGObject &ob
 template <class Setting> bool agrees(const Setting &setting, const MemberInfo &member, const Record &record)
 {
     const void *field = member.field(record);
-    const TypeInfo &type = member.objectType();
+    const TypeInfo &type = *member.type;
     if (!member.list)
         return agrees(setting, member.objectAt(field), type);
-    for (int position = 0; position < member.list->size(field); ++position) {
-        if (!agrees(setting, member.objectAt(member.list->item(field, position)), type))
+    const Items items = member.list->items(field);
+    for (int position = 0; position < items.count; ++position) {
+        if (!agrees(setting, member.objectAt(items.at(position)), type))
             return false;
     }
     return true;
@@ -64,10 +65,9 @@ template <class Setting> void push(const Setting &setting, const TypeInfo &type,
         if (agrees(setting, *member, record))
             continue;
         void *field = member->field(record);
-        if (!member->list)
-            setting.apply(member->objectAt(field));
-        for (int position = 0; member->list && position < member->list->size(field); ++position)
-            setting.apply(member->objectAt(member->list->detached(field, position)));
+        const Items items = member->list ? member->list->detachedItems(field) : Items{static_cast<char *>(field), 1, 0};
+        for (int position = 0; position < items.count; ++position)
+            setting.apply(member->objectAt(items.at(position)));
     }
 }
 

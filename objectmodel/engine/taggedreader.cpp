@@ -30,7 +30,7 @@ public:
 
     void read(const Self &self, IRGObject &object, qint64 length)
     {
-        Record &record = recordOf(self);
+        const Target target(object, recordOf(self));
         while (length > 0 && !in.atEnd()) {
             const auto tag = in.take<quint32>();
             const auto elementLength = in.take<qint32>();
@@ -38,7 +38,7 @@ public:
             if (self.type.facts.version && tag == self.type.facts.version->tag)
                 takeVersion(self, object, in.takeText());
             else if (const MemberInfo *member = self.type.memberOfTag(tag))
-                readMember(self, record, *member, elementLength);
+                readMember(target, *member, elementLength);
             else
                 in.skip(elementLength);
         }
@@ -47,14 +47,14 @@ public:
     }
 
 private:
-    void readMember(const Self &self, Record &record, const MemberInfo &member, qint32 length)
+    void readMember(const Target &target, const MemberInfo &member, qint32 length)
     {
         if (member.list)
-            readItems(self, record, member);
+            readItems(target, member);
         else if (member.holdsObjects())
-            readSingleObject(record, member, length);
+            readSingleObject(target.record, member, length);
         else
-            readScalar(self.object, record, member);
+            readScalar(target, member);
     }
 
     void readSingleObject(Record &record, const MemberInfo &member, qint32 length)
@@ -66,21 +66,21 @@ private:
     void readObject(const MemberInfo &member, void *field, qint32 length)
     {
         IRGObject &object = member.objectAt(field);
-        const TypeInfo &type = member.objectType();
+        const TypeInfo &type = *member.type;
         read({object, type.facts.handle(object), type}, object, length);
     }
 
-    void readItems(const Self &self, Record &record, const MemberInfo &member)
+    void readItems(const Target &target, const MemberInfo &member)
     {
         const auto count = in.take<qint32>();
         // Each item has a length of four bytes at least: a count beyond that is not one.
         if (count > in.left() / 4)
-            throwLengthError(self.object.GetObjectName());
-        void *list = member.field(record);
-        member.list->reserve(list, member.list->size(list) + qMax(count, 0));
+            throwLengthError(target.object.GetObjectName());
+        void *list = member.field(target.record);
+        member.list->reserve(list, member.list->items(list).count + qMax(count, 0));
         for (qint32 position = 0; position < count; ++position) {
             const auto length = in.take<qint32>();
-            FreshItem fresh(self.object, record, member);
+            FreshItem fresh(target, member);
             if (member.holdsObjects())
                 readObject(member, fresh.value(), length);
             else
@@ -100,21 +100,21 @@ private:
             valueAt<qint32>(item) = fromUtf8(bytes).toInt();
     }
 
-    void readScalar(const IRGObject &object, Record &record, const MemberInfo &member)
+    void readScalar(const Target &target, const MemberInfo &member)
     {
         switch (member.kind) {
-        case Kind::Text: return assign(object, record, member, fromUtf8(in.takeBytes()));
-        case Kind::Boolean: return assign(object, record, member, in.take<quint8>() != 0);
-        case Kind::Int32: return assign(object, record, member, qint32(in.take<qint64>()));
-        case Kind::UInt32: return assign(object, record, member, quint32(in.take<qint64>()));
-        case Kind::Int64: return assign(object, record, member, in.take<qint64>());
-        case Kind::UInt64: return assign(object, record, member, quint64(in.take<qint64>()));
-        case Kind::Double: return assign(object, record, member, fromUtf8(in.takeBytes()).toDouble());
+        case Kind::Text: return assign(target, member, fromUtf8(in.takeBytes()));
+        case Kind::Boolean: return assign(target, member, in.take<quint8>() != 0);
+        case Kind::Int32: return assign(target, member, qint32(in.take<qint64>()));
+        case Kind::UInt32: return assign(target, member, quint32(in.take<qint64>()));
+        case Kind::Int64: return assign(target, member, in.take<qint64>());
+        case Kind::UInt64: return assign(target, member, quint64(in.take<qint64>()));
+        case Kind::Double: return assign(target, member, fromUtf8(in.takeBytes()).toDouble());
         case Kind::DateTime:
-            return assign(object, record, member,
+            return assign(target, member,
                           REPORTGENERATOR::Converters::ToDateTime(fromUtf8(in.takeBytes())));
         case Kind::Enumeration:
-            return assignEnumeration(object, record, member, member.enumeration->toValue(in.takeBytes()));
+            return assignEnumeration(target, member, member.enumeration->toValue(in.takeBytes()));
         case Kind::Object: break;
         }
         Q_ASSERT(false);

@@ -55,14 +55,13 @@ private:
 
     void writeItems(const MemberInfo &member, const void *list)
     {
-        const int size = member.list->size(list);
-        out.put(qint32(size));
-        for (int position = 0; position < size; ++position) {
-            const void *item = member.list->item(list, position);
+        const Items items = member.list->items(list);
+        out.put(qint32(items.count));
+        for (int position = 0; position < items.count; ++position) {
             if (member.holdsObjects())
-                writeObject(member, item, false);
+                writeObject(member, items.at(position), false);
             else
-                writeItem(member, item);
+                writeItem(member, items.at(position));
         }
     }
 
@@ -79,7 +78,7 @@ private:
 
     void writeObject(const MemberInfo &member, const void *field, bool writeTag)
     {
-        const TypeInfo &type = member.objectType();
+        const TypeInfo &type = *member.type;
         const Record &record = viewOf(member.objectAt(field), type);
         if (validate && !hasData(record, type))
             return;

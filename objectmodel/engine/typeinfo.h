@@ -31,13 +31,21 @@ enum Trait {
 
 enum class Limit { None, Range, Minimum };
 
+/// The items of a list, which lie behind each other.
+struct Items {
+    const char *first;
+    int count;
+    int stride;
+
+    const void *at(int position) const { return first + qptrdiff(position) * stride; }
+};
+
 /// What the engine does with a list without knowing the type of its items.
 struct ListAccess {
-    int (*size)(const void *list);
-    const void *(*item)(const void *list, int position);
-    void *(*append)(void *list); ///< appends a default item and returns it
+    Items (*items)(const void *list);
+    Items (*detachedItems)(void *list); ///< the same after the list was detached from its copies
+    void *(*append)(void *list);        ///< appends a default item and returns it
     void (*dropLast)(void *list);
-    void *(*detached)(void *list, int position); ///< the item, after the list was detached from its copies
     void (*reserve)(void *list, int size);
     void (*clear)(void *list);
     bool (*equal)(const void *a, const void *b);
@@ -53,7 +61,7 @@ struct ObjectAccess {
     bool (*equal)(const void *a, const void *b);
 };
 
-/// One member as the schema gives it.
+/// One member: what the schema says of it, and what the type adds when it is built.
 struct MemberInfo {
     QString name;
     Kind kind;
@@ -68,13 +76,15 @@ struct MemberInfo {
     const ObjectAccess *object = nullptr;
     const ListAccess *list = nullptr; ///< null for a single value
     int alternative = -1;             ///< its number within the choice group
-    int bit = 0;                      ///< its place among the accessors
+
+    int bit = 0;                    ///< its place among the accessors
+    qptrdiff offset = 0;            ///< where the field lies in the record
+    const TypeInfo *type = nullptr; ///< of the object or the list's objects
 
     bool is(Trait trait) const { return traits & trait; }
     bool holdsObjects() const { return kind == Kind::Object; }
-    void *field(Record &record) const { return fieldOf(record); }
-    const void *field(const Record &record) const { return fieldOf(const_cast<Record &>(record)); }
-    const TypeInfo &objectType() const { return object->type(); }
+    void *field(Record &record) const { return reinterpret_cast<char *>(&record) + offset; }
+    const void *field(const Record &record) const { return reinterpret_cast<const char *>(&record) + offset; }
     IRGObject &objectAt(void *item) const { return object->object(item); }
     const IRGObject &objectAt(const void *item) const { return object->object(const_cast<void *>(item)); }
 };
@@ -90,10 +100,10 @@ struct VersionInfo {
 struct TypeInfo {
     struct Facts {
         QString name;
-        Record *(*create)(const QBitArray &clearBits);
+        Record *(*create)();
         RecordPtr &(*handle)(const IRGObject &object);
         std::vector<MemberInfo> members; ///< in the order of the accessors
-        QString choiceName = {}; ///< empty without a choice group
+        QString choiceName = {};         ///< empty without a choice group
         const Enumeration *choice = nullptr;
         const VersionInfo *version = nullptr;
         bool refusesUnknownElements = false;
@@ -106,15 +116,20 @@ struct TypeInfo {
     const MemberInfo *memberOfTag(quint32 tag) const;
 
     Facts facts;
-    std::vector<const MemberInfo *> written; ///< in the order of XML and tagged form: attributes first
-    std::vector<const MemberInfo *> nested;  ///< those that hold objects
-    QBitArray clearBits;                     ///< what a new record's bits are; shared until one is set
-    std::unique_ptr<const Record> blank;     ///< a record that holds defaults alone
-    bool countsAnything = false;             ///< some member counts as data
-    bool countsChoice = false;               ///< the alternatives count as data
-    bool mayDifferFromItself = false;        ///< holds a double somewhere, which may be NaN
+    std::unique_ptr<const Record> blank;          ///< a record that holds defaults alone
+    std::vector<const MemberInfo *> written;      ///< in the order of XML and tagged form: attributes first
+    std::vector<const MemberInfo *> nested;       ///< those that hold objects
+    std::vector<const MemberInfo *> alternatives; ///< those of the choice group
+    std::vector<const MemberInfo *> validated;    ///< single values that can be invalid
+    std::vector<const MemberInfo *> dataTexts;    ///< texts that count as data, which they do by not being null
+    Bits mandatory;                               ///< single values that must be set
+    Bits data;                                    ///< what counts as data by its bit; alternatives stand aside
+    bool countsChoice = false;                    ///< the selected alternative counts as data
+    bool mayDifferFromItself = false;             ///< holds a double somewhere, which may be NaN
 
 private:
+    void add(MemberInfo &member);
+
     std::array<qint8, 64> firstByName; ///< position of the first member with that hash, or -1
     std::vector<qint8> nextByName;     ///< the next member with the same hash, or -1
 };

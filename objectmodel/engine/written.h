@@ -14,14 +14,14 @@ inline bool isSelected(const MemberInfo &member, const Record &record)
 inline bool isWritten(const MemberInfo &member, const Record &record)
 {
     if (member.list)
-        return member.list->size(member.field(record)) > 0;
-    return member.is(Mandatory) || (record.bits.testBit(member.bit) && isSelected(member, record));
+        return member.list->items(member.field(record)).count > 0;
+    return member.is(Mandatory) || (record.bits.test(member.bit) && isSelected(member, record));
 }
 
 /// Whether the compact form holds the member: a list by its bit.
 inline bool isWrittenCompact(const MemberInfo &member, const Record &record)
 {
-    return member.is(Mandatory) || (record.bits.testBit(member.bit) && isSelected(member, record));
+    return member.is(Mandatory) || (record.bits.test(member.bit) && isSelected(member, record));
 }
 
 } // namespace KORVE_XML::engine

@@ -40,12 +40,12 @@ private:
     QVarLengthArray<QChar, 128> characters;
 };
 
-bool booleanOf(const Self &self, const MemberInfo &member, QStringView text)
+bool booleanOf(const Target &target, const MemberInfo &member, QStringView text)
 {
     if (!text.isEmpty())
         return toBoolean(text);
-    if (member.is(RefusesEmptyText) && self.object.GetValidate())
-        throwEmptyBoolean(self.object.GetObjectName(), member.name);
+    if (member.is(RefusesEmptyText) && target.validate)
+        throwEmptyBoolean(target.object.GetObjectName(), member.name);
     return member.defaultValue;
 }
 
@@ -55,21 +55,20 @@ QString textValue(QStringView text)
     return text.isEmpty() ? QStringLiteral("") : text.toString();
 }
 
-void readScalar(const Self &self, Record &record, const MemberInfo &member, QStringView text)
+void readScalar(const Target &target, const MemberInfo &member, QStringView text)
 {
-    const IRGObject &object = self.object;
     switch (member.kind) {
-    case Kind::Text: return assign(object, record, member, textValue(text));
-    case Kind::Boolean: return assign(object, record, member, booleanOf(self, member, text));
-    case Kind::Int32: return assign(object, record, member, toInt32(text));
+    case Kind::Text: return assign(target, member, textValue(text));
+    case Kind::Boolean: return assign(target, member, booleanOf(target, member, text));
+    case Kind::Int32: return assign(target, member, toInt32(text));
     // contract: unsigned numbers go through the signed conversion of their width; what lies beyond it becomes 0
-    case Kind::UInt32: return assign(object, record, member, quint32(toInt32(text)));
-    case Kind::Int64: return assign(object, record, member, toInt64(text));
-    case Kind::UInt64: return assign(object, record, member, quint64(toInt64(text)));
-    case Kind::Double: return assign(object, record, member, text.toString().toDouble());
+    case Kind::UInt32: return assign(target, member, quint32(toInt32(text)));
+    case Kind::Int64: return assign(target, member, toInt64(text));
+    case Kind::UInt64: return assign(target, member, quint64(toInt64(text)));
+    case Kind::Double: return assign(target, member, text.toString().toDouble());
     case Kind::DateTime:
-        return assign(object, record, member, REPORTGENERATOR::Converters::ToDateTime(text.toString()));
-    case Kind::Enumeration: return assignEnumeration(object, record, member, member.enumeration->toValue(text));
+        return assign(target, member, REPORTGENERATOR::Converters::ToDateTime(text.toString()));
+    case Kind::Enumeration: return assignEnumeration(target, member, member.enumeration->toValue(text));
     case Kind::Object: break;
     }
     Q_ASSERT(false);
@@ -85,9 +84,9 @@ void readItem(const MemberInfo &member, void *item, QStringView text)
         valueAt<qint32>(item) = toInt32(text);
 }
 
-void readListItem(const Self &self, Record &record, const MemberInfo &member, QXmlStreamReader &reader)
+void readListItem(const Target &target, const MemberInfo &member, QXmlStreamReader &reader)
 {
-    FreshItem fresh(self.object, record, member);
+    FreshItem fresh(target, member);
     if (member.holdsObjects())
         member.objectAt(fresh.value()).ProcessXml(reader);
     else
@@ -125,24 +124,24 @@ void readXmlAttributes(const Self &self, IRGObject &object, QXmlStreamReader &re
         if (!member->is(Attribute))
             break;
         if (attributes.hasAttribute(member->name))
-            readScalar(self, recordOf(self), *member, attributes.value(member->name));
+            readScalar({self.object, recordOf(self)}, *member, attributes.value(member->name));
     }
 }
 
 void readXmlElement(const Self &self, QXmlStreamReader &reader)
 {
-    Record &record = recordOf(self);
+    const Target target(self.object, recordOf(self));
     const MemberInfo *member = self.type.memberOfElement(reader.name());
     if (!member && self.type.facts.refusesUnknownElements)
         throwUnknownTag(self.object.GetObjectName(), reader.name().toString());
     if (!member)
         skipUnknown(reader);
     else if (member->list)
-        readListItem(self, record, *member, reader);
+        readListItem(target, *member, reader);
     else if (member->holdsObjects())
-        readObject(record, *member, reader);
+        readObject(target.record, *member, reader);
     else
-        readScalar(self, record, *member, ElementText(reader).view());
+        readScalar(target, *member, ElementText(reader).view());
 }
 
 } // namespace KORVE_XML::engine

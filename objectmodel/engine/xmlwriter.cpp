@@ -38,8 +38,9 @@ private:
     {
         if (!member.list)
             return writeValue(member, field, owner);
-        for (int position = 0; position < member.list->size(field); ++position)
-            writeValue(member, member.list->item(field, position), owner);
+        const Items items = member.list->items(field);
+        for (int position = 0; position < items.count; ++position)
+            writeValue(member, items.at(position), owner);
     }
 
     void writeValue(const MemberInfo &member, const void *value, const QString &owner)
@@ -54,7 +55,7 @@ private:
 
     void writeObject(const MemberInfo &member, const IRGObject &object, const QString &owner)
     {
-        const TypeInfo &type = member.objectType();
+        const TypeInfo &type = *member.type;
         const Record &record = viewOf(object, type);
         if (validate && !hasData(record, type)) {
             if (member.is(MustHaveData))

@@ -34,7 +34,7 @@ def _record(schema, described):
     fields = ["    QString loadedVersion;\n"] if described.version else []
     fields += [f"    {_field_type(name, schema, m)} {names.field_name(m)}{_initial(schema, name, m)};\n"
                for m in described.by_accessor]
-    return (f"class {name}Record final : public engine::Record\n{{\npublic:\n    using Record::Record;\n"
+    return (f"class {name}Record final : public engine::Record\n{{\npublic:\n"
             f"    Record *clone() const override {{ return new {name}Record(*this); }}\n\n{''.join(fields)}}};\n\n")
 
 
@@ -162,17 +162,17 @@ def _construction(described):
     identify();
 }}
 
-{name}::{name}(const {name} &other) : IRGObject(other.GetObjectType()), d(other.d)
+{name}::{name}(const {name} &other) : IRGObject(other.IRGObject::GetObjectType()), d(other.d)
 {{
     identify();
     // Only the flag of this object: to hand it down would detach what has just been shared.
-    IRGObject::SetValidate(other.GetValidate());
+    IRGObject::SetValidate(other.IRGObject::GetValidate());
 }}
 
-{name}::{name}({name} &&other) noexcept : IRGObject(other.GetObjectType()), d(std::move(other.d))
+{name}::{name}({name} &&other) noexcept : IRGObject(other.IRGObject::GetObjectType()), d(std::move(other.d))
 {{
     identify();
-    IRGObject::SetValidate(other.GetValidate());
+    IRGObject::SetValidate(other.IRGObject::GetValidate());
 }}
 
 {name} &{name}::operator=(const {name} &other)
@@ -248,11 +248,11 @@ def _accessors(schema, described, member, bit):
     parts.append(_getters(schema, c, member, scoped, whole, bit))
     assign = "assignWhole" if whole else "assign"
     parts.append(_function("void", c, f"Set{m}({given})",
-                           f"engine::{assign}(*this, record(*this), member({bit}), value);"))
+                           f"engine::{assign}({{*this, record(*this)}}, member({bit}), value);"))
     if member.is_list:
         appended = names.parameter(schema, member, item).replace("value", "item")
         parts.append(_function("void", c, f"Append{m}({appended})",
-                               f"engine::append(*this, record(*this), member({bit}), item);"))
+                               f"engine::append({{*this, record(*this)}}, member({bit}), item);"))
     if schema.is_enumeration(member) and not member.is_list:
         parts.append(_function(scoped, c, f"GetInvalid{m}() const", f"return {value}(-1);"))
         parts.append(_function("QString", c, f"Get{m}AsString() const",
@@ -273,7 +273,7 @@ def _getters(schema, c, member, value, whole, bit):
     if whole:
         return (_function(f"const {value} &", c, f"Get{m}() const", f"return record(*this).{field};")
                 + _function(f"{value} &", c, f"Get{m}()",
-                            f"record(*this).bits.setBit({bit});\n    return record(*this).{field};"))
+                            f"record(*this).bits.set({bit});\n    return record(*this).{field};"))
     result = f"const {value} &" if schema.is_enumeration(member) else value
     return _function(result, c, f"Get{m}() const", f"return record(*this).{field};")
 

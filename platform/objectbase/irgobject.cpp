@@ -162,16 +162,6 @@ bool IRGObject::MergeRGObject(const IRGObject &other)
     return !text.isEmpty() && SetXmlString(text, false);
 }
 
-ObjectTypes IRGObject::GetObjectType() const
-{
-    return objectType;
-}
-
-const QString &IRGObject::GetObjectName() const
-{
-    return objectName;
-}
-
 void IRGObject::ProcessXml(QXmlStreamReader &reader)
 {
     // The next token is read before the end is looked for: a child may have the object's own name, and its reader
@@ -250,16 +240,6 @@ bool IRGObject::SaveXml(const QString &fileName) const
     return !text.isEmpty() && file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit();
 }
 
-void IRGObject::SetValidate(bool on) const
-{
-    validate = on;
-}
-
-bool IRGObject::GetValidate() const
-{
-    return validate;
-}
-
 void IRGObject::SetLogger(std::shared_ptr<Logger> newLogger) const
 {
     logger = std::move(newLogger);
@@ -279,11 +259,6 @@ const QString &IRGObject::GetVersion() const
 void IRGObject::SetObjectType(ObjectTypes type)
 {
     objectType = type;
-}
-
-void IRGObject::SetObjectName(const QString &name)
-{
-    objectName = name;
 }
 
 QString IRGObject::GetTextValue(QXmlStreamReader &reader) const

@@ -63,8 +63,8 @@ public:
     virtual bool SetBinaryRepresentation(QDataStream &in);
     /// Takes over what @p other holds, as if its XML were read into this object.
     virtual bool MergeRGObject(const IRGObject &other);
-    virtual ObjectTypes GetObjectType() const;
-    virtual const QString &GetObjectName() const;
+    virtual ObjectTypes GetObjectType() const { return objectType; }
+    virtual const QString &GetObjectName() const { return objectName; }
     /// Entered on the object's start element, left on its end element.
     virtual void ProcessXml(QXmlStreamReader &reader);
     /// The object's element without a document header; empty when the object has nothing to write.
@@ -82,15 +82,15 @@ public:
     virtual bool LoadBinary(QFile *file);
     /// Replaces the file as a whole or leaves it as it was.
     virtual bool SaveXml(const QString &fileName) const;
-    virtual void SetValidate(bool validate) const;
-    virtual bool GetValidate() const;
+    virtual void SetValidate(bool on) const { validate = on; }
+    virtual bool GetValidate() const { return validate; }
     virtual void SetLogger(std::shared_ptr<Logger> logger) const;
     virtual void ResetLogger() const;
     virtual const QString &GetVersion() const;
     virtual void SetObjectType(ObjectTypes type);
 
 protected:
-    virtual void SetObjectName(const QString &name);
+    virtual void SetObjectName(const QString &name) { QString(name).swap(objectName); }
     virtual void ProcessXmlStartElement(QXmlStreamReader &reader) = 0;
 
 public:
