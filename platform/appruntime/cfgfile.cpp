@@ -11,7 +11,7 @@
 namespace
 {
 constexpr char sourceName[] = "appruntime/cfgfile";
-constexpr QLatin1String byteOrderMark("\xef\xbb\xbf"); // its bytes, as QSettings reads keys
+constexpr QLatin1String byteOrderMark("\xef\xbb\xbf", 3); // its bytes, as QSettings reads keys
 
 struct FlagWord {
     const char *word;

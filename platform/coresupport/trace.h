@@ -5,7 +5,6 @@
 #include <QString>
 
 #include <functional>
-#include <source_location>
 
 /// One traced line as the tracing code gave it.
 struct TraceLine {
@@ -33,9 +32,9 @@ CORESUPPORT_EXPORT TraceCapture setTraceCapture(TraceCapture capture);
 ///
 ///     traceAt(TraceLevel::Normal, sourceName, [&] { return QStringLiteral("no device %1").arg(deviceId); });
 template <typename BuildText>
-void traceAt(TraceLevel level, const char *sourceName, const BuildText &buildText,
-             std::source_location caller = std::source_location::current())
+void traceAt(TraceLevel level, const char *sourceName, const BuildText &buildText, int callersLine = __builtin_LINE())
 {
+    // Not std::source_location: clang 14, which builds the fuzzers, has none.
     if (ErrorHandler::Instance().isTraced(level))
-        _Q_Trace(buildText(), QLatin1String(sourceName), static_cast<unsigned short>(caller.line()));
+        _Q_Trace(buildText(), QLatin1String(sourceName), static_cast<unsigned short>(callersLine));
 }
