@@ -36,6 +36,7 @@ function(korve_library name)
     add_library(${name} SHARED)
     add_library(${arg_PACKAGE}::${name} ALIAS ${name})
     korve_ours(${name})
+    target_compile_features(${name} PUBLIC cxx_std_20) # our headers need it where they are used, too
     set_target_properties(${name} PROPERTIES
         AUTOMOC OFF LINKER_LANGUAGE CXX SOVERSION ${PROJECT_VERSION_MAJOR} VERSION ${PROJECT_VERSION}
         INSTALL_RPATH $ORIGIN OUTPUT_NAME ${arg_PACKAGE}-${name}
@@ -140,6 +141,7 @@ function(korve_pkgconfig package)
         string(APPEND libs " -l${package}-${library}")
     endforeach()
     set(requires ${${package}_requires})
+    file(RELATIVE_PATH prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
     configure_file(${PROJECT_SOURCE_DIR}/cmake/package.pc.in ${PROJECT_BINARY_DIR}/${package}.pc @ONLY)
     install(FILES ${PROJECT_BINARY_DIR}/${package}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endfunction()
