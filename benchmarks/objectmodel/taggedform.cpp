@@ -1,6 +1,6 @@
 #include "benchmarks/support/recordpool.h"
 
-#include "record.pb.h"
+#include "benchmarks/objectmodel/record.pb.h"
 
 #include <benchmark/benchmark.h>
 
