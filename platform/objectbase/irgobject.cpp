@@ -42,12 +42,6 @@ private:
 
 } // namespace
 
-IRGObject::IRGObject() = default;
-
-IRGObject::IRGObject(ObjectTypes type) : objectType(type) {}
-
-IRGObject::~IRGObject() = default;
-
 void IRGObject::Check() const
 {
     Check(false);

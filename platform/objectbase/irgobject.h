@@ -28,13 +28,14 @@ enum ObjectTypes { UnknownObjectType = 0, XmlObjectType = 1 };
 class OBJECTBASE_EXPORT IRGObject
 {
 public:
-    IRGObject();
-    explicit IRGObject(ObjectTypes type);
+    // Building and dropping objects is what lists spend their time on: both stay inline.
+    IRGObject() = default;
+    explicit IRGObject(ObjectTypes type) : objectType(type) {}
     IRGObject(const IRGObject &) = delete;
     IRGObject &operator=(const IRGObject &) = delete;
 
     // contract: slot order
-    virtual ~IRGObject();
+    virtual ~IRGObject() = default;
     virtual bool HasData() const = 0;
     virtual void Reset() = 0;
     virtual void Check(bool argument) const = 0;
