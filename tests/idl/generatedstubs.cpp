@@ -1,42 +1,42 @@
 #include "tests/idl/generatedstubs.h"
 
-#include <fstream>
-#include <regex>
-#include <sstream>
+#include <QFile>
+#include <QRegularExpression>
 
 namespace
 {
 
 const std::vector<std::string> interfaceFiles{"lumbalandatacom", "korvemanager", "korve", "cco"};
 
-std::string contentOf(const std::string &path)
+QString contentOf(const std::string &path)
 {
-    std::ifstream file(path);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
+    QFile file(QString::fromStdString(path));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-std::string skeleton(const std::string &name)
+QString skeleton(const std::string &name)
 {
     return contentOf(std::string(GENERATED_STUBS "/") + name + "SK.cc");
 }
 
-std::string header(const std::string &name)
+QString header(const std::string &name)
 {
     return contentOf(std::string(GENERATED_STUBS "/") + name + ".hh");
 }
 
-std::vector<std::smatch> allMatches(const std::string &text, const std::regex &pattern)
+std::vector<QRegularExpressionMatch> allMatches(const QString &text, const QRegularExpression &pattern)
 {
-    return {std::sregex_iterator(text.begin(), text.end(), pattern), std::sregex_iterator()};
+    std::vector<QRegularExpressionMatch> matches;
+    for (auto match = pattern.globalMatch(text); match.hasNext();)
+        matches.push_back(match.next());
+    return matches;
 }
 
-std::vector<std::string> firstGroups(const std::string &text, const std::regex &pattern)
+std::vector<std::string> firstGroups(const QString &text, const QRegularExpression &pattern)
 {
     std::vector<std::string> groups;
-    for (const std::smatch &match : allMatches(text, pattern))
-        groups.push_back(match[1]);
+    for (const QRegularExpressionMatch &match : allMatches(text, pattern))
+        groups.push_back(match.captured(1).toStdString());
     return groups;
 }
 
@@ -44,27 +44,25 @@ std::vector<std::string> firstGroups(const std::string &text, const std::regex &
 
 std::set<std::string> generatedstubs::repositoryIds()
 {
-    static const std::regex definition(R"(::_PD_repoId = "(IDL:[^"]+)\")");
+    static const QRegularExpression definition(R"(::_PD_repoId = "(IDL:[^"]+)\")");
     std::set<std::string> ids;
     for (const std::string &file : interfaceFiles)
-        ids.merge([&] {
-            const auto found = firstGroups(skeleton(file), definition);
-            return std::set<std::string>(found.begin(), found.end());
-        }());
+        for (const std::string &id : firstGroups(skeleton(file), definition))
+            ids.insert(id);
     return ids;
 }
 
 NamesByHeading generatedstubs::operations()
 {
-    static const std::regex dispatcher(R"((\w+)::_impl_(\w+)::_dispatch\(omniCallHandle& _handle\)\n)");
-    static const std::regex operation(R"(strMatch\(op, "(\w+)\"\))");
+    static const QRegularExpression dispatcher(R"((\w+)::_impl_(\w+)::_dispatch\(omniCallHandle& _handle\)\n)");
+    static const QRegularExpression operation(R"(strMatch\(op, "(\w+)\"\))");
     NamesByHeading interfaces;
     for (const std::string &file : interfaceFiles) {
-        const std::string text = skeleton(file);
-        for (const std::smatch &match : allMatches(text, dispatcher)) {
-            const auto begin = static_cast<std::size_t>(match.position() + match.length());
-            const std::string body = text.substr(begin, text.find("\n}\n", begin) - begin);
-            interfaces[match[1].str() + "::" + match[2].str()] = firstGroups(body, operation);
+        const QString text = skeleton(file);
+        for (const QRegularExpressionMatch &match : allMatches(text, dispatcher)) {
+            const int begin = match.capturedEnd();
+            const QString body = text.mid(begin, text.indexOf("\n}\n", begin) - begin);
+            interfaces[(match.captured(1) + "::" + match.captured(2)).toStdString()] = firstGroups(body, operation);
         }
     }
     return interfaces;
@@ -72,29 +70,26 @@ NamesByHeading generatedstubs::operations()
 
 NamesByHeading generatedstubs::enumerations()
 {
-    static const std::regex enumeration(R"(enum (\w+) \{ ([\w, ]+) /\*)");
-    static const std::regex literal(R"((\w+))");
+    static const QRegularExpression enumeration(R"(enum (\w+) \{ ([\w, ]+) /\*)");
+    static const QRegularExpression literal(R"((\w+))");
     NamesByHeading enumerations;
-    for (const std::string &file : interfaceFiles) {
-        const std::string text = header(file);
-        for (const std::smatch &match : allMatches(text, enumeration))
-            enumerations[file + " " + match[1].str()] = firstGroups(match[2], literal);
-    }
+    for (const std::string &file : interfaceFiles)
+        for (const QRegularExpressionMatch &match : allMatches(header(file), enumeration))
+            enumerations[file + " " + match.captured(1).toStdString()] = firstGroups(match.captured(2), literal);
     return enumerations;
 }
 
 NamesByHeading contractlists::read(const std::string &fileName)
 {
-    std::ifstream file(std::string(CONTRACT_LISTS "/") + fileName);
     NamesByHeading lists;
     std::string heading;
-    for (std::string line; std::getline(file, line);) {
-        if (line.empty() || line.front() == '#')
+    for (const QString &line : contentOf(std::string(CONTRACT_LISTS "/") + fileName).split('\n')) {
+        if (line.isEmpty() || line.startsWith('#'))
             continue;
-        if (line.front() == ' ')
-            lists.at(heading).push_back(line.substr(line.find_first_not_of(' ')));
+        if (line.startsWith(' '))
+            lists.at(heading).push_back(line.trimmed().toStdString());
         else
-            lists[heading = line];
+            lists[heading = line.toStdString()];
     }
     return lists;
 }
