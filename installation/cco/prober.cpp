@@ -1,0 +1,100 @@
+#include "installation/cco/prober.h"
+
+#include <omniORB4/CORBA.h>
+
+#include <QLoggingCategory>
+
+namespace installation
+{
+
+namespace
+{
+
+Q_LOGGING_CATEGORY(log, "installation.cco.prober", QtInfoMsg)
+
+// Enough for several silent targets at a time, each of which holds a thread until its limit.
+constexpr int workerCount = 4;
+
+void run(const Prober::Target &target)
+{
+    try {
+        target.probe();
+    } catch (const CORBA::Exception &e) { // the thread's door: a probe that fails must not end the service
+        qCWarning(log, "The probe of %s failed with %s", target.key.c_str(), e._name());
+    }
+}
+
+} // namespace
+
+Prober::Prober(std::chrono::milliseconds interval, Targets targets) : interval(interval), targets(std::move(targets)) {}
+
+Prober::~Prober()
+{
+    stop();
+}
+
+void Prober::start()
+{
+    threads.emplace_back(&Prober::makeRounds, this);
+    for (int i = 0; i < workerCount; ++i)
+        threads.emplace_back(&Prober::work, this);
+}
+
+void Prober::hurry()
+{
+    const std::scoped_lock lock(mutex);
+    hurried = true;
+    roundDue.notify_all();
+}
+
+void Prober::stop()
+{
+    {
+        const std::scoped_lock lock(mutex);
+        stopping = true;
+        roundDue.notify_all();
+        workDue.notify_all();
+    }
+    for (std::thread &thread : threads)
+        thread.join();
+    threads.clear();
+}
+
+void Prober::makeRounds()
+{
+    for (;;) {
+        schedule(targets());
+        std::unique_lock lock(mutex);
+        roundDue.wait_for(lock, interval, [this] { return stopping || hurried; });
+        hurried = false;
+        if (stopping)
+            return;
+    }
+}
+
+void Prober::schedule(std::vector<Target> targets)
+{
+    const std::scoped_lock lock(mutex);
+    for (Target &target : targets)
+        if (underWay.insert(target.key).second)
+            waiting.push_back(std::move(target));
+    workDue.notify_all();
+}
+
+void Prober::work()
+{
+    std::unique_lock lock(mutex);
+    for (;;) {
+        workDue.wait(lock, [this] { return stopping || !waiting.empty(); });
+        if (stopping)
+            return;
+        const Target target = std::move(waiting.front());
+        waiting.pop_front();
+        lock.unlock();
+        run(target);
+        lock.lock();
+        underWay.erase(target.key);
+    }
+}
+
+} // namespace installation

@@ -1,0 +1,100 @@
+#include "installation/cco/callbackqueue.h"
+#include "tests/installation/cco/recordingcallback.h"
+
+#include <QtTest/QTest>
+
+#include <gmock/gmock.h>
+
+using namespace installation;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+namespace
+{
+
+const CORBA::ULong available = CCO::eventAvailable;
+const CORBA::ULong gone = CCO::eventGone;
+
+class Queue : public testing::Test
+{
+protected:
+    ~Queue() override
+    {
+        callback->release();
+        callback->retire();
+    }
+
+    bool waitForEvents(std::size_t count)
+    {
+        return QTest::qWaitFor([&] { return callback->told().size() >= count; }, 5000);
+    }
+
+    const CallbackOwner callback{RecordingCallback::make()};
+    const CCO::Callback_var reference{callback->reference()};
+};
+
+TEST_F(Queue, TellsOnlyWhatIsOfInterest)
+{
+    CallbackQueue queue(reference, {{gone, "A"}, {available, "R/"}}, 2s);
+    queue.tell(available, "A");
+    queue.tell(gone, "A");
+    queue.tell(available, "R");
+    queue.tell(available, "R/1/C");
+    ASSERT_TRUE(waitForEvents(2));
+    EXPECT_THAT(callback->told(), ElementsAre(ToldEvent{gone, "A"}, ToldEvent{available, "R/1/C"}));
+}
+
+TEST_F(Queue, TakesNoInterestsForAll)
+{
+    CallbackQueue queue(reference, {}, 2s);
+    queue.tell(available, "A");
+    queue.tell(gone, "B");
+    ASSERT_TRUE(waitForEvents(2));
+    EXPECT_THAT(callback->told(), ElementsAre(ToldEvent{available, "A"}, ToldEvent{gone, "B"}));
+}
+
+TEST_F(Queue, TakesTheEmptyNameForEveryName)
+{
+    CallbackQueue queue(reference, {{gone, ""}}, 2s);
+    queue.tell(available, "A");
+    queue.tell(gone, "B");
+    ASSERT_TRUE(waitForEvents(1));
+    EXPECT_THAT(callback->told(), ElementsAre(ToldEvent{gone, "B"}));
+}
+
+TEST_F(Queue, LosesTheOldestEventsOfACallbackThatFallsBehind)
+{
+    CallbackQueue queue(reference, {}, 60s);
+    callback->block();
+    queue.tell(available, "first");
+    ASSERT_TRUE(waitForEvents(1));
+    for (std::size_t i = 0; i < CallbackQueue::maximumEvents + 5; ++i)
+        queue.tell(available, std::to_string(i));
+    callback->release();
+    ASSERT_TRUE(waitForEvents(1 + CallbackQueue::maximumEvents));
+    const auto told = callback->told();
+    EXPECT_EQ(told.size(), 1 + CallbackQueue::maximumEvents);
+    EXPECT_EQ(told.at(1).name, "5");
+    EXPECT_EQ(told.back().name, std::to_string(CallbackQueue::maximumEvents + 4));
+}
+
+TEST_F(Queue, TellsNothingAfterItIsClosed)
+{
+    CallbackQueue queue(reference, {}, 2s);
+    queue.close();
+    queue.tell(available, "A");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return queue.finished(); }, 5000));
+    EXPECT_TRUE(callback->told().empty());
+}
+
+TEST(QueueOfADeadCallback, IsGivenUp)
+{
+    const CallbackOwner callback(RecordingCallback::make());
+    const CCO::Callback_var reference = callback->reference();
+    callback->retire();
+    CallbackQueue queue(reference, {}, 2s);
+    queue.tell(available, "A");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return queue.finished(); }, 5000));
+}
+
+} // namespace

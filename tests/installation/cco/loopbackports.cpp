@@ -1,0 +1,93 @@
+#include "tests/installation/cco/loopbackports.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <stdexcept>
+
+namespace
+{
+
+sockaddr_in loopback(std::uint16_t port)
+{
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return address;
+}
+
+int boundSocket()
+{
+    const int descriptor = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const sockaddr_in address = loopback(0);
+    if (descriptor < 0 || ::bind(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
+        throw std::runtime_error("no port of 127.0.0.1 can be bound");
+    return descriptor;
+}
+
+int listeningSocket(int queue)
+{
+    const int descriptor = boundSocket();
+    if (::listen(descriptor, queue) != 0)
+        throw std::runtime_error("a port of 127.0.0.1 cannot be listened on");
+    return descriptor;
+}
+
+std::uint16_t portOf(int descriptor)
+{
+    sockaddr_in address{};
+    socklen_t size = sizeof address;
+    if (::getsockname(descriptor, reinterpret_cast<sockaddr *>(&address), &size) != 0)
+        throw std::runtime_error("a socket has no address");
+    return ntohs(address.sin_port);
+}
+
+} // namespace
+
+MutePort::MutePort() : listener(listeningSocket(SOMAXCONN)) {}
+
+MutePort::~MutePort()
+{
+    ::close(listener);
+}
+
+std::uint16_t MutePort::port() const
+{
+    return portOf(listener);
+}
+
+DeafPort::DeafPort() : listener(listeningSocket(0))
+{
+    const sockaddr_in address = loopback(port());
+    for (int i = 0; i < 4; ++i) { // more than the queue holds; the last ones stay half-open
+        waiting.push_back(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+        ::connect(waiting.back(), reinterpret_cast<const sockaddr *>(&address), sizeof address);
+    }
+}
+
+DeafPort::~DeafPort()
+{
+    for (const int descriptor : waiting)
+        ::close(descriptor);
+    ::close(listener);
+}
+
+std::uint16_t DeafPort::port() const
+{
+    return portOf(listener);
+}
+
+RefusingPort::RefusingPort() : holder(boundSocket()) {}
+
+RefusingPort::~RefusingPort()
+{
+    ::close(holder);
+}
+
+std::uint16_t RefusingPort::port() const
+{
+    return portOf(holder);
+}

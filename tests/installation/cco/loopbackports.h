@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+/// A TCP port of 127.0.0.1 that accepts connections (the system does it) and never says a word.
+class MutePort
+{
+public:
+    MutePort();
+    ~MutePort();
+    MutePort(const MutePort &) = delete;
+    MutePort &operator=(const MutePort &) = delete;
+
+    std::uint16_t port() const;
+
+private:
+    const int listener;
+};
+
+/// A TCP port of 127.0.0.1 that does not even answer an attempt to connect: its queue is full.
+class DeafPort
+{
+public:
+    DeafPort();
+    ~DeafPort();
+    DeafPort(const DeafPort &) = delete;
+    DeafPort &operator=(const DeafPort &) = delete;
+
+    std::uint16_t port() const;
+
+private:
+    const int listener;
+    std::vector<int> waiting;
+};
+
+/// A port of 127.0.0.1 where nobody listens: it is bound for the life of this object, so that nobody else gets it.
+class RefusingPort
+{
+public:
+    RefusingPort();
+    ~RefusingPort();
+    RefusingPort(const RefusingPort &) = delete;
+    RefusingPort &operator=(const RefusingPort &) = delete;
+
+    std::uint16_t port() const;
+
+private:
+    const int holder;
+};
