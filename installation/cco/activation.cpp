@@ -1,0 +1,34 @@
+#include "installation/cco/activation.h"
+
+#include <QLoggingCategory>
+
+namespace installation
+{
+
+namespace
+{
+Q_LOGGING_CATEGORY(log, "installation.cco.activation", QtInfoMsg)
+}
+
+Activation::Activation(PortableServer::POA_ptr poa, const std::string &key, PortableServer::Servant servant)
+    : poa(PortableServer::POA::_duplicate(poa)), id(PortableServer::string_to_ObjectId(key.c_str()))
+{
+    const PortableServer::ServantBase_var owned(servant); // the POA takes a reference of its own
+    poa->activate_object_with_id(id, servant);
+}
+
+Activation::~Activation()
+{
+    try {
+        poa->deactivate_object(id);
+    } catch (const CORBA::Exception &e) { // the ORB has gone first
+        qCWarning(log, "An object could not be deactivated: %s", e._name());
+    }
+}
+
+CORBA::Object_ptr Activation::reference() const
+{
+    return poa->id_to_reference(id);
+}
+
+} // namespace installation

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <omniORB4/CORBA.h>
+
+#include <string>
+
+namespace installation
+{
+
+/// Keeps a servant reachable under a key for as long as it lives. The servant itself lives until its last call is done.
+class Activation
+{
+public:
+    /// Takes over the caller's reference to @p servant, also on failure. @p poa must let its user choose the keys.
+    /// @throws PortableServer::POA::ObjectAlreadyActive when the key is taken.
+    Activation(PortableServer::POA_ptr poa, const std::string &key, PortableServer::Servant servant);
+    ~Activation();
+    Activation(const Activation &) = delete;
+    Activation &operator=(const Activation &) = delete;
+
+    /// The caller releases it.
+    CORBA::Object_ptr reference() const;
+
+private:
+    const PortableServer::POA_var poa;
+    const PortableServer::ObjectId_var id;
+};
+
+} // namespace installation

@@ -1,0 +1,66 @@
+#include "tests/installation/cco/ccoprocess.h"
+
+#include "tests/installation/cco/testorb.h"
+
+#include <signal.h>
+#include <sys/wait.h>
+
+#include <stdexcept>
+
+namespace
+{
+
+constexpr int startLimitMs = 10000;
+
+} // namespace
+
+CcoProcess::CcoProcess(const std::string &subsystem, const std::string &workstation,
+                       const std::vector<std::uint16_t> &peerPorts)
+{
+    QStringList arguments{QString::fromStdString(subsystem), QString::fromStdString(workstation)};
+    for (const std::uint16_t port : peerPorts)
+        arguments << QString::number(port);
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(QStringLiteral(CCO_PROCESS), arguments);
+    while (!process.canReadLine())
+        if (!process.waitForReadyRead(startLimitMs))
+            throw std::runtime_error("the central object service does not start");
+    // "ready cco 127.0.0.1:PORT IOR:..."
+    const QList<QByteArray> words = process.readLine().trimmed().split(' ');
+    servedPort = words.value(2).split(':').value(1).toUShort();
+    fullReference = words.value(3).toStdString();
+}
+
+CcoProcess::~CcoProcess()
+{
+    resume();
+    process.closeWriteChannel();
+    if (!process.waitForFinished(startLimitMs))
+        kill();
+}
+
+CCO::IF_CCO_c_ptr CcoProcess::service() const
+{
+    const CORBA::Object_var object = TestOrb::instance().orb()->string_to_object(fullReference.c_str());
+    return CCO::IF_CCO_c::_narrow(object);
+}
+
+void CcoProcess::kill()
+{
+    process.kill();
+    process.waitForFinished();
+}
+
+void CcoProcess::suspend()
+{
+    const auto pid = static_cast<pid_t>(process.processId());
+    ::kill(pid, SIGSTOP);
+    siginfo_t change{};
+    ::waitid(P_PID, static_cast<id_t>(pid), &change, WSTOPPED | WNOWAIT); // the signal only asks for it
+}
+
+void CcoProcess::resume()
+{
+    if (process.state() != QProcess::NotRunning)
+        ::kill(static_cast<pid_t>(process.processId()), SIGCONT);
+}
