@@ -13,6 +13,7 @@ from sourcetree import SourceTree
 HEADER_LINES = 150
 CPP_LINES = 400
 README_LINES = 15
+GENERATED = ('.moc', '.pb.h')
 
 
 def budgets(tree):
@@ -39,7 +40,7 @@ def include_arrows(tree):
     """A file includes its own folder and what lies below it, by the path from the root."""
     for path, number, quoted, included in includes(tree):
         target = included.split('/')[0]
-        if included.endswith('.moc'):
+        if included.endswith(GENERATED):
             continue
         if '/' in included and is_ours(target):
             if not allowed(place_of(path), target):

@@ -53,6 +53,7 @@ class IncludeArrows(HouseRules):
             'connectionmanagement/a.cpp': '#include "korvebase/a.h"\n#include "coresupport/a.h"\n',
             'korvebase/pelin/a.cpp': '#include "objectmodel/a.h"\n#include "common/a.h"\n#include <QString>\n',
             'platform/orbconnection/a.cpp': '#include "valuetreelib/a.h"\n#include "objectbase/a.h"\n#include "a.moc"\n',
+            'benchmarks/a.cpp': '#include "benchmarks/support/a.h"\n#include "record.pb.h"\n',
             'tests/common/a.cpp': '#include "tests/support/a.h"\n#include "installation/a.h"\n'})
 
     def test_platform_knows_nothing_above(self):
