@@ -73,6 +73,11 @@ struct ChoiceCase {
     DataRate expected;
 };
 
+void PrintTo(const ChoiceCase &row, std::ostream *out)
+{
+    *out << row.name;
+}
+
 using Parameter = KorveChannelParameter;
 
 class ClassForBandwidth : public testing::TestWithParam<ChoiceCase>

@@ -54,6 +54,11 @@ struct ConversionCase {
     quint64 converted;
 };
 
+void PrintTo(const ConversionCase &row, std::ostream *out)
+{
+    *out << row.name;
+}
+
 class SampleRate : public testing::TestWithParam<ConversionCase>
 {
 };
