@@ -1,13 +1,13 @@
 #include "installation/cco/activation.h"
 
-#include <QLoggingCategory>
+#include "coresupport/trace.h"
 
 namespace installation
 {
 
 namespace
 {
-Q_LOGGING_CATEGORY(log, "installation.cco.activation", QtInfoMsg)
+constexpr const char *sourceName = "installation/cco/activation";
 }
 
 Activation::Activation(PortableServer::POA_ptr poa, const std::string &key, PortableServer::Servant servant)
@@ -22,7 +22,8 @@ Activation::~Activation()
     try {
         poa->deactivate_object(id);
     } catch (const CORBA::Exception &e) { // the ORB has gone first
-        qCWarning(log, "An object could not be deactivated: %s", e._name());
+        traceAt(TraceLevel::Normal, sourceName,
+                [&] { return QStringLiteral("An object could not be deactivated: %1").arg(QLatin1String(e._name())); });
     }
 }
 

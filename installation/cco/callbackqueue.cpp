@@ -2,7 +2,7 @@
 
 #include "installation/cco/orbaccess.h"
 
-#include <QLoggingCategory>
+#include "coresupport/trace.h"
 
 #include <algorithm>
 
@@ -12,7 +12,7 @@ namespace installation
 namespace
 {
 
-Q_LOGGING_CATEGORY(log, "installation.cco.callbacks", QtInfoMsg)
+constexpr const char *sourceName = "installation/cco/callbackqueue";
 
 constexpr int failuresUntilGivenUp = 3;
 
@@ -88,7 +88,10 @@ bool CallbackQueue::deliver(const Event &event)
     } catch (const CORBA::OBJECT_NOT_EXIST &) {
         return false;
     } catch (const CORBA::SystemException &e) {
-        qCInfo(log, "A callback could not be told of %s: %s", event.name.c_str(), e._name());
+        traceAt(TraceLevel::Normal, sourceName, [&] {
+            return QStringLiteral("A callback could not be told of %1: %2")
+                .arg(QString::fromStdString(event.name), QLatin1String(e._name()));
+        });
         return ++failures < failuresUntilGivenUp;
     }
     return true;

@@ -23,7 +23,7 @@ struct CentralObjectConfiguration {
 
     struct Timing {
         std::chrono::milliseconds probeInterval{500};
-        std::chrono::milliseconds answerLimit{1000};   ///< silence of an object, an address or a peer
+        std::chrono::milliseconds answerLimit{1000};   ///< silence of an object or a peer; that of an address is 1 s
         std::chrono::milliseconds callbackLimit{2000}; ///< time that a callback may take for one event
     };
 

@@ -2,7 +2,7 @@
 
 #include "installation/cco/liveness.h"
 
-#include <QLoggingCategory>
+#include "coresupport/trace.h"
 
 namespace installation
 {
@@ -10,7 +10,14 @@ namespace installation
 namespace
 {
 
-Q_LOGGING_CATEGORY(log, "installation.cco", QtInfoMsg)
+constexpr const char *sourceName = "installation/cco/centralobjectparts";
+
+void traceDropped(const std::string &name)
+{
+    traceAt(TraceLevel::Normal, sourceName, [&] {
+        return QStringLiteral("%1 does not answer any more and is dropped").arg(QString::fromStdString(name));
+    });
+}
 
 } // namespace
 
@@ -50,12 +57,12 @@ void CentralObjectParts::addRegistered(std::vector<Prober::Target> &targets)
         if (const auto *object = std::get_if<CORBA::Object_var>(&entry.content))
             answers = [object = *object, limit] { return objectAnswers(object, limit); };
         else if (const auto address = addressIn(std::get<Registry::Values>(entry.content)))
-            answers = [address = *address, limit] { return addressAnswers(address, limit); };
+            answers = [address = *address] { return addressAnswers(address); };
         else
             continue; // mere values are there until somebody takes them away
         targets.push_back({"name " + entry.name, [this, entry, answers] {
                                if (!answers() && registry.drop(entry))
-                                   qCInfo(log, "%s does not answer any more and is dropped", entry.name.c_str());
+                                   traceDropped(entry.name);
                            }});
     }
 }

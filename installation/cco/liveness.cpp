@@ -2,79 +2,12 @@
 
 #include "installation/cco/orbaccess.h"
 
-#include <netdb.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
+#include "coresupport/ulmaos.h"
 
-#include <cerrno>
 #include <charconv>
-#include <memory>
 
 namespace installation
 {
-
-namespace
-{
-
-using Clock = std::chrono::steady_clock;
-using AddressList = std::unique_ptr<addrinfo, decltype(&freeaddrinfo)>;
-
-class Socket
-{
-public:
-    explicit Socket(const addrinfo &address)
-        : descriptor(::socket(address.ai_family, address.ai_socktype | SOCK_NONBLOCK | SOCK_CLOEXEC, 0))
-    {
-    }
-    ~Socket()
-    {
-        if (descriptor >= 0)
-            ::close(descriptor);
-    }
-    Socket(const Socket &) = delete;
-    Socket &operator=(const Socket &) = delete;
-
-    const int descriptor;
-};
-
-AddressList lookUp(const NetworkAddress &address)
-{
-    addrinfo hints{};
-    hints.ai_socktype = SOCK_STREAM;
-    hints.ai_flags = AI_NUMERICSERV;
-    addrinfo *found = nullptr;
-    if (::getaddrinfo(address.host.c_str(), std::to_string(address.port).c_str(), &hints, &found) != 0)
-        found = nullptr;
-    return {found, &freeaddrinfo};
-}
-
-bool waitUntilWritable(int descriptor, Clock::time_point deadline)
-{
-    pollfd waited{descriptor, POLLOUT, 0};
-    for (;;) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
-        const int ready = left > 0 ? ::poll(&waited, 1, static_cast<int>(left)) : 0;
-        if (ready >= 0 || errno != EINTR)
-            return ready > 0;
-    }
-}
-
-bool connects(const addrinfo &address, Clock::time_point deadline)
-{
-    const Socket socket(address);
-    if (socket.descriptor < 0)
-        return false;
-    if (::connect(socket.descriptor, address.ai_addr, address.ai_addrlen) == 0)
-        return true;
-    if (errno != EINPROGRESS || !waitUntilWritable(socket.descriptor, deadline))
-        return false;
-    int error = 0;
-    socklen_t size = sizeof error;
-    return ::getsockopt(socket.descriptor, SOL_SOCKET, SO_ERROR, &error, &size) == 0 && error == 0;
-}
-
-} // namespace
 
 std::optional<NetworkAddress> addressIn(const std::vector<std::string> &values)
 {
@@ -88,14 +21,9 @@ std::optional<NetworkAddress> addressIn(const std::vector<std::string> &values)
     return NetworkAddress{values[0], port};
 }
 
-bool addressAnswers(const NetworkAddress &address, std::chrono::milliseconds limit)
+bool addressAnswers(const NetworkAddress &address)
 {
-    const AddressList found = lookUp(address);
-    const auto deadline = Clock::now() + limit;
-    for (const addrinfo *candidate = found.get(); candidate; candidate = candidate->ai_next)
-        if (connects(*candidate, deadline))
-            return true;
-    return false;
+    return UlmaOS::GetInstance().probe(address.host.c_str(), address.port, 0).reachable != 0;
 }
 
 bool objectAnswers(CORBA::Object_ptr object, std::chrono::milliseconds limit)

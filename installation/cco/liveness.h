@@ -19,9 +19,9 @@ struct NetworkAddress {
 /// A list of values that is an address: a host and a port from 1 to 65535.
 std::optional<NetworkAddress> addressIn(const std::vector<std::string> &values);
 
-/// Whether something accepts connections there within @p limit. Blocks for that long, and longer only if a host name
+/// Whether something accepts connections there within a second. Blocks for that long, and longer only if a host name
 /// has to be looked up.
-bool addressAnswers(const NetworkAddress &address, std::chrono::milliseconds limit);
+bool addressAnswers(const NetworkAddress &address);
 
 /// Whether the object is still there: its process is reachable and knows it. Blocks for @p limit.
 bool objectAnswers(CORBA::Object_ptr object, std::chrono::milliseconds limit);

@@ -2,7 +2,7 @@
 
 #include "installation/cco/textsequence.h"
 
-#include <QLoggingCategory>
+#include "coresupport/trace.h"
 
 #include <stdexcept>
 
@@ -12,7 +12,7 @@ namespace installation
 namespace
 {
 
-Q_LOGGING_CATEGORY(log, "installation.cco.peers", QtInfoMsg)
+constexpr const char *sourceName = "installation/cco/peer";
 
 std::string hostAndPort(const CentralObjectConfiguration::Peer &address)
 {
@@ -96,11 +96,16 @@ Peer::State Peer::state() const
 
 void Peer::setState(State next)
 {
-    const std::scoped_lock lock(mutex);
-    if (next.answers != current.answers || !current.asked)
-        qCInfo(log, "The central object service at %s %s", displayName.c_str(),
-               next.answers ? "answers" : "does not answer");
+    const bool answers = next.answers;
+    std::unique_lock lock(mutex);
+    const bool isNews = !current.asked || answers != current.answers;
     current = std::move(next);
+    lock.unlock();
+    if (isNews)
+        traceAt(TraceLevel::Normal, sourceName, [&] {
+            return QStringLiteral("The central object service at %1 %2")
+                .arg(QString::fromStdString(displayName), QLatin1String(answers ? "answers" : "does not answer"));
+        });
 }
 
 } // namespace installation

@@ -1,8 +1,8 @@
 #include "installation/cco/prober.h"
 
-#include <omniORB4/CORBA.h>
+#include "coresupport/trace.h"
 
-#include <QLoggingCategory>
+#include <omniORB4/CORBA.h>
 
 namespace installation
 {
@@ -10,7 +10,7 @@ namespace installation
 namespace
 {
 
-Q_LOGGING_CATEGORY(log, "installation.cco.prober", QtInfoMsg)
+constexpr const char *sourceName = "installation/cco/prober";
 
 // Enough for several silent targets at a time, each of which holds a thread until its limit.
 constexpr int workerCount = 4;
@@ -20,7 +20,10 @@ void run(const Prober::Target &target)
     try {
         target.probe();
     } catch (const CORBA::Exception &e) { // the thread's door: a probe that fails must not end the service
-        qCWarning(log, "The probe of %s failed with %s", target.key.c_str(), e._name());
+        traceAt(TraceLevel::Normal, sourceName, [&] {
+            return QStringLiteral("The probe of %1 failed: %2")
+                .arg(QString::fromStdString(target.key), QLatin1String(e._name()));
+        });
     }
 }
 

@@ -10,32 +10,27 @@ using namespace std::chrono_literals;
 namespace
 {
 
-using Clock = std::chrono::steady_clock;
-
 TEST(AnAddress, AnswersWhenItAcceptsConnections)
 {
     const MutePort port;
-    EXPECT_TRUE(addressAnswers({"127.0.0.1", port.port()}, 5s));
+    EXPECT_TRUE(addressAnswers({"127.0.0.1", port.port()}));
 }
 
 TEST(AnAddress, DoesNotAnswerWhenItRefuses)
 {
     const RefusingPort port;
-    EXPECT_FALSE(addressAnswers({"127.0.0.1", port.port()}, 5s));
+    EXPECT_FALSE(addressAnswers({"127.0.0.1", port.port()}));
 }
 
 TEST(AnAddress, DoesNotAnswerWhenItStaysSilent)
 {
     const DeafPort port;
-    const auto begin = Clock::now();
-    EXPECT_FALSE(addressAnswers({"127.0.0.1", port.port()}, 300ms));
-    EXPECT_GE(Clock::now() - begin, 300ms);
-    EXPECT_LT(Clock::now() - begin, 5s);
+    EXPECT_FALSE(addressAnswers({"127.0.0.1", port.port()}));
 }
 
 TEST(AnAddress, DoesNotAnswerWithoutSuchAHost)
 {
-    EXPECT_FALSE(addressAnswers({"no such host", 8003}, 300ms));
+    EXPECT_FALSE(addressAnswers({"no such host", 8003}));
 }
 
 struct ValuesCase {
