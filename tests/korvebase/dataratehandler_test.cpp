@@ -66,13 +66,13 @@ class SampleRate : public testing::TestWithParam<ConversionCase>
 // The conversion itself is private: it is the least sample rate of an entry that still supports the rate.
 TEST_P(SampleRate, IsBroughtToTheSampleSizeOfTheEntry)
 {
-    const auto &[name, rate, size, entrySize, converted] = GetParam();
+    const ConversionCase &row = GetParam();
     const auto supports = [&](quint64 offered) {
-        return DataRateHandler(mapOf({entry(SupportedDataRate::HF_4M, offered, entrySize, 1)}))
-            .supportsSampleRate(rate, size);
+        return DataRateHandler(mapOf({entry(SupportedDataRate::HF_4M, offered, row.entrySize, 1)}))
+            .supportsSampleRate(row.sampleRate, row.sampleSize);
     };
-    EXPECT_TRUE(supports(converted));
-    EXPECT_FALSE(converted > 0 && supports(converted - 1));
+    EXPECT_TRUE(supports(row.converted));
+    EXPECT_FALSE(row.converted > 0 && supports(row.converted - 1));
 }
 
 INSTANTIATE_TEST_SUITE_P(
