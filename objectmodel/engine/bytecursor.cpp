@@ -35,6 +35,7 @@ std::string_view ByteCursor::takeRaw(std::size_t count)
     const bool isThere = count <= rest.size();
     const std::string_view bytes = isThere ? rest.substr(0, count) : std::string_view();
     rest.remove_prefix(isThere ? count : rest.size());
+    overrun |= !isThere;
     return bytes;
 }
 

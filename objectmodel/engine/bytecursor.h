@@ -7,14 +7,15 @@
 
 namespace KORVE_XML::engine {
 
-/// Reads values from memory as QDataStream reads them from a device: what is not there reads as zero or null, and the
-/// cursor then stands at the end.
+/// Reads values from memory as QDataStream reads them from a device: what is not there reads as zero or null. The cursor
+/// then stands at the end and has overrun.
 class ByteCursor
 {
 public:
     ByteCursor(std::string_view bytes, bool bigEndian) : rest(bytes), bigEndian(bigEndian) {}
 
     bool atEnd() const { return rest.empty(); }
+    bool hasOverrun() const { return overrun; }
     qint64 left() const { return qint64(rest.size()); }
 
     template <class Integer> Integer take()
@@ -36,6 +37,7 @@ private:
 
     std::string_view rest;
     const bool bigEndian;
+    bool overrun = false;
 };
 
 } // namespace KORVE_XML::engine

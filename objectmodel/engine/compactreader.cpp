@@ -6,6 +6,7 @@
 #include "objectmodel/engine/streamwindow.h"
 #include "objectmodel/engine/version.h"
 
+#include <QTimeZone>
 #include <QtEndian>
 
 namespace KORVE_XML::engine {
@@ -77,10 +78,20 @@ private:
         case Kind::Int64: valueAt<qint64>(value) = in.take<qint64>(); break;
         case Kind::UInt64: valueAt<quint64>(value) = quint64(in.take<qint64>()); break;
         case Kind::Double: valueAt<double>(value) = in.takeStreamed<double>(); break;
-        case Kind::DateTime: valueAt<QDateTime>(value) = in.takeStreamed<QDateTime>(); break;
+        case Kind::DateTime: valueAt<QDateTime>(value) = takeDateTime(); break;
         case Kind::Enumeration: setEnumerationAt(value, in.take<qint8>()); break;
         case Kind::Object: readObject(member, value); break;
         }
+    }
+
+    // Qt reads a zone that it does not know without a word, and crashes when it is to write it again.
+    QDateTime takeDateTime()
+    {
+        const auto time = in.takeStreamed<QDateTime>();
+        if (time.timeSpec() != Qt::TimeZone || time.timeZone().isValid())
+            return time;
+        in.fail(QDataStream::ReadCorruptData);
+        return {};
     }
 
     void readObject(const MemberInfo &member, void *field)

@@ -22,11 +22,14 @@ QString fromUtf8(std::string_view bytes)
 }
 
 /// Reads payloads from memory. One cursor serves an object and all that is nested in it: a wrong length of an element is
-/// noticed by the running total of its object alone.
+/// noticed by the running total of its object, or when the bytes of the outermost object are at an end.
 class TaggedReader
 {
 public:
-    explicit TaggedReader(ByteCursor &in) : in(in) {}
+    /// @p outermost is the object that @p in holds the bytes of; @p isShort says that the stream had fewer than announced.
+    TaggedReader(ByteCursor &in, const IRGObject &outermost, bool isShort) : in(in), outermost(outermost), isShort(isShort)
+    {
+    }
 
     void read(const Self &self, IRGObject &object, qint64 length)
     {
@@ -47,6 +50,27 @@ public:
     }
 
 private:
+    // A value is cut short either because the stream ended within it, or because the outermost length was too small.
+    void requireThere(const Target &target) const
+    {
+        if (in.hasOverrun())
+            throwLengthError((isShort ? target.object : outermost).GetObjectName());
+    }
+
+    std::string_view takeBytes(const Target &target)
+    {
+        const std::string_view bytes = in.takeBytes();
+        requireThere(target);
+        return bytes;
+    }
+
+    template <class Integer> Integer take(const Target &target)
+    {
+        const auto value = in.take<Integer>();
+        requireThere(target);
+        return value;
+    }
+
     void readMember(const Target &target, const MemberInfo &member, qint32 length)
     {
         if (member.list)
@@ -84,14 +108,14 @@ private:
             if (member.holdsObjects())
                 readObject(member, fresh.value(), length);
             else
-                readItem(member, fresh.value());
+                readItem(target, member, fresh.value());
             fresh.keep();
         }
     }
 
-    void readItem(const MemberInfo &member, void *item)
+    void readItem(const Target &target, const MemberInfo &member, void *item)
     {
-        const std::string_view bytes = in.takeBytes();
+        const std::string_view bytes = takeBytes(target);
         if (member.kind == Kind::Text)
             valueAt<QString>(item) = fromUtf8(bytes);
         else if (member.kind == Kind::Enumeration)
@@ -103,24 +127,26 @@ private:
     void readScalar(const Target &target, const MemberInfo &member)
     {
         switch (member.kind) {
-        case Kind::Text: return assign(target, member, fromUtf8(in.takeBytes()));
-        case Kind::Boolean: return assign(target, member, in.take<quint8>() != 0);
-        case Kind::Int32: return assign(target, member, qint32(in.take<qint64>()));
-        case Kind::UInt32: return assign(target, member, quint32(in.take<qint64>()));
-        case Kind::Int64: return assign(target, member, in.take<qint64>());
-        case Kind::UInt64: return assign(target, member, quint64(in.take<qint64>()));
-        case Kind::Double: return assign(target, member, fromUtf8(in.takeBytes()).toDouble());
+        case Kind::Text: return assign(target, member, fromUtf8(takeBytes(target)));
+        case Kind::Boolean: return assign(target, member, take<quint8>(target) != 0);
+        case Kind::Int32: return assign(target, member, qint32(take<qint64>(target)));
+        case Kind::UInt32: return assign(target, member, quint32(take<qint64>(target)));
+        case Kind::Int64: return assign(target, member, take<qint64>(target));
+        case Kind::UInt64: return assign(target, member, quint64(take<qint64>(target)));
+        case Kind::Double: return assign(target, member, fromUtf8(takeBytes(target)).toDouble());
         case Kind::DateTime:
             return assign(target, member,
-                          REPORTGENERATOR::Converters::ToDateTime(fromUtf8(in.takeBytes())));
+                          REPORTGENERATOR::Converters::ToDateTime(fromUtf8(takeBytes(target))));
         case Kind::Enumeration:
-            return assignEnumeration(target, member, member.enumeration->toValue(in.takeBytes()));
+            return assignEnumeration(target, member, member.enumeration->toValue(takeBytes(target)));
         case Kind::Object: break;
         }
         Q_ASSERT(false);
     }
 
     ByteCursor &in;
+    const IRGObject &outermost;
+    const bool isShort;
 };
 
 /// Takes up to @p length bytes from the stream. Memory grows with what arrives, not with what was announced.
@@ -148,7 +174,7 @@ void readTagged(const Self &self, IRGObject &object, QDataStream &in, int length
     pushSettings(self, recordOf(self));
     const QByteArray payload = takePayload(in, length);
     ByteCursor cursor({payload.constData(), std::size_t(payload.size())}, in.byteOrder() == QDataStream::BigEndian);
-    TaggedReader(cursor).read(self, object, length);
+    TaggedReader(cursor, object, payload.size() < length).read(self, object, length);
 }
 
 } // namespace KORVE_XML::engine
