@@ -104,6 +104,15 @@ def folder_readmes(tree):
             yield f'{readme}:{README_LINES + 1}: {len(tree.lines(readme))} lines; {README_LINES} is the most'
 
 
+def folder_map(tree):
+    """The root's README, where it maps the folders, leaves none out."""
+    text = tree.text('README.md') if 'README.md' in tree.paths else ''
+    if '## The folders' in text:
+        for folder in sorted({path.split('/')[0] for path in tree.paths if '/' in path}):
+            if f'| `{folder}/` |' not in text:
+                yield f'README.md:1: the map of the folders does not show {folder}/'
+
+
 def quoted_files(tree):
     """A code block below <!-- PATH --> is that file, to the letter."""
     block = re.compile(r'^<!-- (\S+) -->\n```\w*\n(.*?)^```$', re.DOTALL | re.MULTILINE)
@@ -137,7 +146,7 @@ def documented_packages(tree):
 
 
 RULES = (budgets, include_arrows, known_folders, pragma_once, no_sleeps_in_tests, qt_keywords, q_object_alone,
-         folder_readmes, quoted_files, links, documented_packages)
+         folder_readmes, folder_map, quoted_files, links, documented_packages)
 
 
 def violations(root):

@@ -141,6 +141,11 @@ class Documents(HouseRules):
     def test_long_readme(self):
         self.assert_only({'common/CMakeLists.txt': 'build()', 'common/README.md': '\n' * 16}, 'common/README.md:16:')
 
+    def test_map_of_the_folders(self):
+        readme = '## The folders\n\n| `common/` | errors |\n'
+        self.assert_clean({'README.md': readme, 'common/a.cpp': ''})
+        self.assert_only({'README.md': readme, 'common/a.cpp': '', 'apps/a.cpp': ''}, 'README.md:1:', 'apps/')
+
     def test_quoted_file(self):
         quote = 'Text\n\n<!-- docs/a.cpp -->\n```cpp\nint a;\n```\n'
         self.assert_clean({'README.md': quote, 'docs/a.cpp': 'int a;\n'})
