@@ -1,0 +1,316 @@
+#include "orbconnection/orbhandler.h"
+
+#include "coresupport/trace.h"
+#include "orbconnection/orboptions.h"
+
+#include <QCoreApplication>
+
+#include <atomic>
+#include <mutex>
+#include <thread>
+#include <type_traits>
+
+namespace CorbaCommon
+{
+namespace
+{
+constexpr char sourceName[] = "orbconnection/orbhandler";
+// Of connections to a process that has ended: the first call on each of them fails.
+constexpr int mostStaleConnections = 4;
+
+/// What the one handler is to be made with.
+struct Beginning {
+    static Beginning &instance()
+    {
+        static Beginning beginning;
+        return beginning;
+    }
+    OrbSettings begin()
+    {
+        const std::lock_guard lock(mutex);
+        begun = true;
+        return settings;
+    }
+
+    std::mutex mutex; // guards the two members below
+    OrbSettings settings = OrbSettings::fromEnvironment();
+    bool begun = false;
+};
+
+CORBA::ULong milliseconds(std::chrono::milliseconds duration)
+{
+    return static_cast<CORBA::ULong>(duration.count());
+}
+
+PortableServer::POA_ptr activePoa(CORBA::ORB_ptr orb, const char *name)
+{
+    const CORBA::Object_var object = orb->resolve_initial_references(name);
+    PortableServer::POA_var poa = PortableServer::POA::_narrow(object);
+    const PortableServer::POAManager_var manager = poa->the_POAManager();
+    manager->activate();
+    return poa._retn();
+}
+
+/// Makes a call that may be repeated.
+template <typename Call> auto pastStaleConnections(const Call &call)
+{
+    for (int i = 0; i < mostStaleConnections; ++i) {
+        try {
+            return call();
+        } catch (const CORBA::COMM_FAILURE &) {
+        }
+    }
+    return call();
+}
+
+QStringList toList(const CCO::seqString &sequence)
+{
+    QStringList list;
+    for (CORBA::ULong i = 0; i < sequence.length(); ++i)
+        list << QString::fromUtf8(sequence[i].in());
+    return list;
+}
+} // namespace
+
+class OrbHandler::Private
+{
+public:
+    explicit Private(const OrbSettings &settings) : settings(settings) {}
+
+    void start();
+    bool ask();
+    void noteAnswer(bool now, const char *reason);
+    template <typename Call>
+    std::invoke_result_t<Call, CCO::IF_CCO_c_ptr> answerOf(const char *operation, const Call &call);
+
+    const OrbSettings settings;
+    CORBA::ORB_var orb;
+    PortableServer::POA_var rootPoa;
+    PortableServer::POA_var keyedPoa;
+    CCO::IF_CCO_c_var cco;
+    CCO::IF_CCO_c_var probe; // the same object, with a short limit
+    std::atomic<bool> answers = false;
+    std::atomic<bool> isShutDown = false;
+};
+
+void OrbHandler::Private::start()
+{
+    const QStringList arguments = qApp ? QCoreApplication::arguments() : QStringList();
+    OrbOptions options(settings, arguments);
+    try {
+        orb = CORBA::ORB_init(options.argumentCount(), options.arguments(), "omniORB4", options.pairs());
+        rootPoa = activePoa(orb, "RootPOA");
+        keyedPoa = activePoa(orb, "omniINSPOA");
+        const CORBA::Object_var object = orb->resolve_initial_references("CCO");
+        cco = CCO::IF_CCO_c::_unchecked_narrow(object);
+    } catch (const CORBA::Exception &e) {
+        traceAt(TraceLevel::Normal, sourceName, [&] {
+            return QStringLiteral("The ORB cannot start at %1: %2 (is a port in use?)")
+                .arg(settings.address, QLatin1String(e._name()));
+        });
+        rootPoa = PortableServer::POA::_nil();
+    }
+}
+
+bool OrbHandler::Private::ask()
+{
+    try {
+        const bool now = !pastStaleConnections([this] { return probe->_non_existent(); });
+        noteAnswer(now, now ? "" : "nothing is there");
+    } catch (const CORBA::SystemException &e) {
+        noteAnswer(false, e._name());
+    }
+    return answers;
+}
+
+void OrbHandler::Private::noteAnswer(bool now, const char *reason)
+{
+    if (answers.exchange(now) == now)
+        return;
+    traceAt(TraceLevel::Normal, sourceName, [&] {
+        const QString where = settings.centralService;
+        return now ? QStringLiteral("The central object service at %1 answers").arg(where)
+                   : QStringLiteral("The central object service at %1 does not answer: %2")
+                         .arg(where, QLatin1String(reason));
+    });
+}
+
+template <typename Call>
+std::invoke_result_t<Call, CCO::IF_CCO_c_ptr> OrbHandler::Private::answerOf(const char *operation, const Call &call)
+{
+    QString reason;
+    try {
+        if (!CORBA::is_nil(cco))
+            return pastStaleConnections([&] { return call(cco.in()); });
+        reason = QStringLiteral("the ORB does not run");
+    } catch (const CORBA::Exception &e) {
+        reason = QLatin1String(e._name());
+    }
+    traceAt(TraceLevel::Normal, sourceName,
+            [&] { return QStringLiteral("%1 has no answer: %2").arg(QLatin1String(operation), reason); });
+    return {};
+}
+
+OrbHandler &OrbHandler::Instance()
+{
+    static OrbHandler handler(Beginning::instance().begin());
+    return handler;
+}
+
+bool OrbHandler::configure(const OrbSettings &settings)
+{
+    Beginning &beginning = Beginning::instance();
+    const std::lock_guard lock(beginning.mutex);
+    if (beginning.begun) {
+        traceAt(TraceLevel::Normal, sourceName,
+                [] { return QStringLiteral("Settings come too late: the ORB runs already"); });
+        return false;
+    }
+    beginning.settings = settings;
+    return true;
+}
+
+OrbHandler::OrbHandler(const OrbSettings &settings) : d(std::make_unique<Private>(settings))
+{
+    d->start();
+    d->probe = centralService(settings.connectTimeout);
+}
+
+OrbHandler::~OrbHandler()
+{
+    shutdown();
+}
+
+void OrbHandler::shutdown()
+{
+    if (CORBA::is_nil(d->orb) || d->isShutDown.exchange(true))
+        return;
+    d->answers = false;
+    try {
+        d->orb->shutdown(true);
+        d->orb->destroy();
+    } catch (const CORBA::Exception &e) {
+        traceAt(TraceLevel::Normal, sourceName,
+                [&] { return QStringLiteral("The ORB does not end: %1").arg(QLatin1String(e._name())); });
+    }
+}
+
+void OrbHandler::setCallTimeout(std::chrono::milliseconds limit)
+{
+    omniORB::setClientCallTimeout(milliseconds(limit));
+}
+
+void OrbHandler::setConnectTimeout(std::chrono::milliseconds limit)
+{
+    omniORB::setClientConnectTimeout(milliseconds(limit));
+}
+
+bool OrbHandler::CCOIsAvailable()
+{
+    return isRunning() && d->ask();
+}
+
+bool OrbHandler::ConnectToCCO(int tries, int pauseMs)
+{
+    for (int i = 0; i < tries; ++i) {
+        if (i > 0)
+            std::this_thread::sleep_for(std::chrono::milliseconds(pauseMs));
+        if (CCOIsAvailable())
+            return true;
+    }
+    return false;
+}
+
+CCO::IF_CCO_c_ptr OrbHandler::GetCCO() const
+{
+    return d->answers ? d->cco.in() : CCO::IF_CCO_c::_nil();
+}
+
+QString OrbHandler::GetSubSystemName()
+{
+    return d->answerOf("GetSubSystemName", [](CCO::IF_CCO_c_ptr cco) {
+        const CORBA::String_var name = cco->GetSubSystemName();
+        return QString::fromUtf8(name.in());
+    });
+}
+
+QStringList OrbHandler::GetAllSubsystems()
+{
+    return d->answerOf("GetSubSystems", [](CCO::IF_CCO_c_ptr cco) {
+        const CCO::seqString_var names = cco->GetSubSystems();
+        return toList(names.in());
+    });
+}
+
+QString OrbHandler::GetSubsystemOfWorkstation(const QString &workstation)
+{
+    return d->answerOf("GetWorkstations", [&](CCO::IF_CCO_c_ptr cco) {
+        const CCO::seqString_var subsystems = cco->GetSubSystems();
+        for (const QString &subsystem : toList(subsystems.in())) {
+            const CCO::seqString_var workstations = cco->GetWorkstations(subsystem.toUtf8().constData());
+            if (toList(workstations.in()).contains(workstation, Qt::CaseInsensitive))
+                return subsystem;
+        }
+        return QString();
+    });
+}
+
+CORBA::Object_ptr OrbHandler::ResolveInterfaceViaCCO(const char *path, const QString &workstation)
+{
+    if (!isRunning())
+        throw CORBA::INV_OBJREF(0, CORBA::COMPLETED_NO);
+    if (workstation.isEmpty())
+        return d->cco->Resolve(path, CCO::rtInstallation);
+    const QString reference = centralServiceReference(workstation);
+    if (reference.isEmpty())
+        throw CORBA::INV_OBJREF(0, CORBA::COMPLETED_NO);
+    const CORBA::Object_var object = d->orb->string_to_object(reference.toLatin1().constData());
+    const CCO::IF_CCO_c_var remote = CCO::IF_CCO_c::_unchecked_narrow(object);
+    return remote->Resolve(path, CCO::rtInstallation);
+}
+
+CCO::IF_CCO_c_ptr OrbHandler::centralService(std::chrono::milliseconds limit) const
+{
+    if (!isRunning())
+        return CCO::IF_CCO_c::_nil();
+    const CORBA::String_var text = d->orb->object_to_string(d->cco);
+    const CORBA::Object_var object = d->orb->string_to_object(text);
+    CCO::IF_CCO_c_var reference = CCO::IF_CCO_c::_unchecked_narrow(object);
+    omniORB::setClientCallTimeout(reference, milliseconds(limit));
+    return reference._retn();
+}
+
+bool OrbHandler::isRunning() const
+{
+    return !CORBA::is_nil(d->rootPoa) && !d->isShutDown;
+}
+
+const OrbSettings &OrbHandler::settings() const
+{
+    return d->settings;
+}
+
+CORBA::ORB_ptr OrbHandler::orb() const
+{
+    return d->orb;
+}
+
+PortableServer::POA_ptr OrbHandler::rootPoa() const
+{
+    return d->rootPoa;
+}
+
+PortableServer::POA_ptr OrbHandler::keyedPoa() const
+{
+    return d->keyedPoa;
+}
+
+CORBA::Object_ptr separateReference(CORBA::Object_ptr object)
+{
+    const OrbHandler &handler = OrbHandler::Instance();
+    if (!handler.isRunning() || CORBA::is_nil(object))
+        return CORBA::Object::_nil();
+    const CORBA::String_var text = handler.orb()->object_to_string(object);
+    return handler.orb()->string_to_object(text);
+}
+} // namespace CorbaCommon

@@ -1,0 +1,60 @@
+#include "orbconnection/serviceregistration.h"
+
+#include "orbconnection/orbhandler.h"
+#include "orbconnection/registrationworker.h"
+#include "orbconnection/workerthread.h"
+
+namespace CorbaCommon
+{
+class ServiceRegistration::Private
+{
+public:
+    explicit Private(const Timing &timing)
+        : thread("ServiceRegistration", std::make_unique<RegistrationWorker>(timing))
+    {
+    }
+    void offer(const QString &name, const RegistrationWorker::Offer &offer)
+    {
+        thread.post([name, offer](RegistrationWorker &worker) { worker.offer(name, offer); });
+    }
+
+    WorkerThread<RegistrationWorker> thread;
+};
+
+ServiceRegistration::ServiceRegistration() : ServiceRegistration(Timing())
+{
+}
+
+ServiceRegistration::ServiceRegistration(const Timing &timing) : d(std::make_unique<Private>(timing))
+{
+}
+
+ServiceRegistration::~ServiceRegistration()
+{
+    d->thread.post([](RegistrationWorker &worker) {
+        worker.withdrawAll();
+        worker.thread()->quit();
+    });
+    d->thread.join();
+}
+
+void ServiceRegistration::registerObject(const QString &name, CORBA::Object_ptr object)
+{
+    d->offer(name, {CORBA::Object::_duplicate(object), {}});
+}
+
+void ServiceRegistration::registerValues(const QString &name, const QStringList &values)
+{
+    d->offer(name, {CORBA::Object::_nil(), values});
+}
+
+void ServiceRegistration::registerEndpoint(const QString &name, unsigned short port)
+{
+    registerValues(name, {OrbHandler::Instance().settings().published(), QString::number(port)});
+}
+
+void ServiceRegistration::unregister(const QString &name)
+{
+    d->thread.post([name](RegistrationWorker &worker) { worker.withdraw(name); });
+}
+} // namespace CorbaCommon

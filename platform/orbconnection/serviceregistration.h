@@ -1,0 +1,44 @@
+#pragma once
+
+#include "orbconnection/orbconnection_export.h"
+
+#include <omniORB4/CORBA.h>
+
+#include <QStringList>
+
+#include <chrono>
+#include <memory>
+
+namespace CorbaCommon
+{
+/// Keeps the names of a service registered at the central object service: at once, and again every two seconds, so that
+/// a new central service learns of them without anybody's doing.
+///
+/// A thread of its own makes the calls. Needs a running OrbHandler.
+/// Thread: any one; never blocks, but for the destructor.  Errors: traced when they begin and when they end.
+class ORBCONNECTION_EXPORT ServiceRegistration
+{
+public:
+    struct Timing {
+        std::chrono::milliseconds repetition{2000};
+        std::chrono::milliseconds callLimit{2000};
+    };
+
+    ServiceRegistration();
+    explicit ServiceRegistration(const Timing &timing);
+    ServiceRegistration(const ServiceRegistration &) = delete;
+    /// Takes the names back; waits at most for one call that has no answer.
+    ~ServiceRegistration();
+
+    /// @p name is relative to the central services of the local subsystem. Replaces what it had.
+    void registerObject(const QString &name, CORBA::Object_ptr object);
+    void registerValues(const QString &name, const QStringList &values);
+    /// Registers the values (address, port): where this host can be reached, as OrbSettings publishes it.
+    void registerEndpoint(const QString &name, unsigned short port);
+    void unregister(const QString &name);
+
+private:
+    class Private;
+    const std::unique_ptr<Private> d;
+};
+} // namespace CorbaCommon
