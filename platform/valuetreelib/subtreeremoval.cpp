@@ -1,0 +1,72 @@
+#include "valuetreelib/subtreeremoval.h"
+
+#include "valuetreelib/itemindex.h"
+#include "valuetreelib/node.h"
+
+#include <iterator>
+
+namespace values
+{
+SubtreeRemoval::SubtreeRemoval(std::unique_ptr<TreeItem> top, ItemIndex &nodeIndex, ItemIndex &valueIndex)
+{
+    std::vector<std::unique_ptr<TreeItem>> pending;
+    pending.push_back(std::move(top));
+    while (!pending.empty()) {
+        items.push_back(std::move(pending.back()));
+        pending.pop_back();
+        TreeItem &item = *items.back();
+        takeOut(item, nodeIndex, valueIndex);
+        if (!item.isNode())
+            continue;
+        auto &children = static_cast<Node &>(item).children;
+        pending.insert(pending.end(), std::make_move_iterator(children.rbegin()),
+                       std::make_move_iterator(children.rend()));
+        children.clear();
+    }
+}
+
+SubtreeRemoval::~SubtreeRemoval()
+{
+    while (!items.empty())
+        items.pop_back();
+}
+
+void SubtreeRemoval::takeOut(TreeItem &item, ItemIndex &nodeIndex, ItemIndex &valueIndex)
+{
+    item.parentNode = nullptr;
+    if (item.isNode()) {
+        static_cast<Node &>(item).owner = nullptr;
+        nodeIndex.erase(item);
+    } else {
+        valueIndex.erase(item);
+    }
+}
+
+void SubtreeRemoval::tell(IObserver *originator)
+{
+    for (const std::unique_ptr<TreeItem> &item : items) {
+        if (item->isNode())
+            tellNode(*item, originator);
+    }
+    for (const std::unique_ptr<TreeItem> &item : items) {
+        if (!item->isNode())
+            tellValue(*item, originator);
+    }
+}
+
+void SubtreeRemoval::tellNode(TreeItem &node, IObserver *originator)
+{
+    node.bits.state = ValueStateDeleted;
+    node.tellHolders(ChangeCodeState);
+    node.NotifyObservers(ChangeCodeDeleted, originator);
+}
+
+void SubtreeRemoval::tellValue(TreeItem &value, IObserver *originator)
+{
+    value.bits.state = ValueStateDeleted;
+    value.tellHolders(ChangeCodeState);
+    // Past a transaction that may be open: nobody would end it.
+    value.NotifyObservers(ChangeCodeState, originator);
+    value.NotifyObservers(ChangeCodeDeleted, originator);
+}
+} // namespace values
