@@ -65,7 +65,9 @@ TEST_P(ForeignTimeSpec, LeavesADateThatCanBeUsed)
 INSTANTIATE_TEST_SUITE_P(Specs, ForeignTimeSpec,
                          testing::Values(DateCase{"Missing", ""}, DateCase{"Zone", "03 00000006 005500540043"},
                                          DateCase{"NoZone", "03"}, DateCase{"EmptyZone", "03 00000000"},
-                                         DateCase{"NullZone", "03 ffffffff"}, DateCase{"NoOffset", "02 0000"},
-                                         DateCase{"HugeOffset", "02 7fffffff"},
+                                         DateCase{"NullZone", "03 ffffffff"},
+                                         DateCase{"UnknownZone", "03 0000000e 004e006f00770068006500720065"},
+                                         DateCase{"UnknownSpec", "7f"}, DateCase{"NegativeSpec", "ff"},
+                                         DateCase{"NoOffset", "02 0000"}, DateCase{"HugeOffset", "02 7fffffff"},
                                          DateCase{"NegativeOffset", "02 80000000"}),
                          [](const auto &row) { return std::string(row.param.name); });

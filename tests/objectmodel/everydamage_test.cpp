@@ -96,6 +96,18 @@ TEST_P(EveryDamage, OfOneByteOfTheTaggedFormIsSurvived)
     }
 }
 
+TEST_P(EveryDamage, OfOneByteOfTheCompactFormIsSurvived)
+{
+    const QByteArray form = compact(*type.filled());
+    for (const char wrong : {'\0', '\x7f', '\xff'}) {
+        for (int place = 0; place < form.size(); ++place) {
+            QByteArray damaged = form;
+            damaged[place] = wrong;
+            failureOfReading([&](Object &object) { readCompact(object, damaged); });
+        }
+    }
+}
+
 TEST_P(EveryDamage, OfAddedUnknownElementsIsSkipped)
 {
     const QByteArray unknown = modeltest::bytes("0badbeef 00000003 aabbcc");

@@ -184,7 +184,8 @@ TEST_P(WrongLength, IsReported)
 
 INSTANTIATE_TEST_SUITE_P(
     Payloads, WrongLength,
-    testing::Values(LengthCase{"OneTooMany", "2df731bf 00000006 00000002 5031", 15}, LengthCase{"NothingThere", "", 1},
+    testing::Values(LengthCase{"OneTooMany", "2df731bf 00000006 00000002 5031", 15},
+                    LengthCase{"OneTooFew", "2df731bf 00000006 00000002 5031", 13}, LengthCase{"NothingThere", "", 1},
                     LengthCase{"Huge", "", 2147483647}, LengthCase{"Negative", "", -1},
                     LengthCase{"CutInATag", "2df731bf 00000006 00000002 5031 89e4", 30},
                     LengthCase{"UnknownElementTooLong", "01020304 7fffffff 00", 9},
