@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <sys/stat.h>
+
+namespace installation::recorder
+{
+
+/// An open file of the local disk, closed at the end of its life. All of it blocks.  Errors: throws RecorderError.
+class File
+{
+public:
+    /// A regular file to read; a link, pipe or folder of that name is refused.
+    static File openForReading(const QString &path);
+    /// A new file to write, above all one that was not there yet.
+    static File create(const QString &path);
+    File(File &&other) noexcept;
+    ~File();
+    File(const File &) = delete;
+
+    /// Keeps other processes from locking it; ends with this object, and with the process.
+    bool tryLock();
+    void write(const QByteArray &bytes);
+    void seek(quint64 position);
+    /// Returns when the content is on the disk.
+    void sync();
+    /// At most @p maximum bytes, fewer at the end of the file alone.
+    QByteArray read(qint64 maximum);
+    struct stat status() const;
+
+private:
+    File(int descriptor, const QString &path) : descriptor(descriptor), path(path) {}
+
+    int descriptor;
+    const QString path;
+};
+
+/// What is at @p path, a regular file.
+struct stat fileStatus(const QString &path);
+/// The whole file, which must not be longer than @p maximum.
+QByteArray readWhole(const QString &path, qint64 maximum);
+/// Writes a file that is complete on the disk when this returns; its name is not yet, see syncFolder().
+void writeWhole(const QString &path, const QByteArray &bytes);
+/// Gives a file another name; a file that had it is gone.
+void renameFile(const QString &from, const QString &to);
+/// Removes a file if it is there.
+void removeFile(const QString &path);
+/// Returns when the names of the files in it are on the disk.
+void syncFolder(const QString &path);
+
+} // namespace installation::recorder

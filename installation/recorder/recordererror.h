@@ -1,0 +1,30 @@
+#pragma once
+
+#include "idl/korve.hh"
+
+#include <QByteArray>
+#include <QString>
+
+#include <exception>
+
+namespace installation::recorder
+{
+
+/// Why the recorder could not do something, in the terms of its contract.
+class RecorderError : public std::exception
+{
+public:
+    RecorderError(TQ_KORVE::eKorveKind kind, const QString &text) : errorKind(kind), utf8(text.toUtf8()) {}
+    /// For a system call that left @p error in `errno` when we tried to do @p action.
+    static RecorderError ofSystem(int error, const QString &action);
+
+    TQ_KORVE::eKorveKind kind() const { return errorKind; }
+    QString text() const { return QString::fromUtf8(utf8); }
+    const char *what() const noexcept override { return utf8.constData(); }
+
+private:
+    TQ_KORVE::eKorveKind errorKind;
+    QByteArray utf8;
+};
+
+} // namespace installation::recorder

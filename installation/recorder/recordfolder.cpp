@@ -1,0 +1,209 @@
+#include "installation/recorder/recordfolder.h"
+
+#include "installation/recorder/file.h"
+#include "installation/recorder/recorddocument.h"
+#include "installation/recorder/recordererror.h"
+
+#include "coresupport/trace.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSet>
+
+namespace installation::recorder
+{
+
+namespace
+{
+
+constexpr const char *sourceName = "installation/recorder/recordfolder";
+const QString metaEnding = QStringLiteral(".sigmf-meta");
+const QString dataEnding = QStringLiteral(".sigmf-data");
+const QString part = QStringLiteral(".part");
+const QString removedEnding = metaEnding + QStringLiteral(".removed");
+
+RecorderError corrupted(const QString &reason)
+{
+    return {TQ_KORVE::ekRECORD_CORRUPTED, reason};
+}
+
+void requireSize(const Record &record, quint64 dataSizeBytes, const QString &name)
+{
+    if (record.sizeBytes != dataSizeBytes)
+        throw corrupted(QStringLiteral("%1 has %2 bytes instead of %3")
+                            .arg(name, QString::number(dataSizeBytes), QString::number(record.sizeBytes)));
+}
+
+QStringList filesOf(const QString &folder)
+{
+    // System finds links without a target and pipes, which QDir does not count as files.
+    return QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System, QDir::Name);
+}
+
+} // namespace
+
+QString RecordFolder::partEnding()
+{
+    return part;
+}
+
+QString RecordFolder::metaName(const QString &id)
+{
+    return id + metaEnding;
+}
+
+QString RecordFolder::metaPath(const QString &id) const
+{
+    return folder + QLatin1Char('/') + id + metaEnding;
+}
+
+QString RecordFolder::dataPath(const QString &id) const
+{
+    return folder + QLatin1Char('/') + id + dataEnding;
+}
+
+QString RecordFolder::removedPath(const QString &id) const
+{
+    return folder + QLatin1Char('/') + id + removedEnding;
+}
+
+RecordFolder::RecordFolder(const QString &path) : folder(QDir(path).absolutePath())
+{
+    if (!QDir().mkpath(folder))
+        throw RecorderError(TQ_KORVE::ekRECORD_ACCESS_FAILED, QStringLiteral("cannot make the folder %1").arg(folder));
+    recover();
+}
+
+void RecordFolder::adopt(const Record &record)
+{
+    const QString metaPart = metaPath(record.id) + part;
+    requireSize(record, fileStatus(incomingPath(record.id)).st_size, incomingPath(record.id));
+    writeWhole(metaPart, toDocument(record));
+    renameFile(incomingPath(record.id), dataPath(record.id));
+    syncFolder(folder); // both names of the samples must not be lost, so the record comes after
+    renameFile(metaPart, metaPath(record.id));
+    syncFolder(folder);
+}
+
+void RecordFolder::discardIncoming(const QString &id)
+{
+    removeFile(incomingPath(id));
+    if (!QFileInfo::exists(metaPath(id))) { // an adoption that failed half-way
+        removeFile(metaPath(id) + part);
+        removeFile(dataPath(id));
+    }
+}
+
+void RecordFolder::replace(const Record &record)
+{
+    const QString metaPart = metaPath(record.id) + part;
+    try {
+        writeWhole(metaPart, toDocument(record));
+    } catch (const RecorderError &) {
+        removeFile(metaPart); // on a full disk it would keep the room that the next attempt needs
+        throw;
+    }
+    renameFile(metaPart, metaPath(record.id));
+    syncFolder(folder);
+}
+
+void RecordFolder::remove(const QString &id)
+{
+    renameFile(metaPath(id), removedPath(id));
+    syncFolder(folder);
+    removeFile(dataPath(id));
+    removeFile(removedPath(id));
+}
+
+QStringList RecordFolder::idsOf(const QString &ending) const
+{
+    QStringList ids;
+    for (const QString &name : filesOf(folder))
+        if (name.endsWith(ending) && name.size() > ending.size())
+            ids.append(name.chopped(ending.size()));
+    return ids;
+}
+
+QStringList RecordFolder::ids() const
+{
+    return idsOf(metaEnding);
+}
+
+QVector<RefusedFile> RecordFolder::strangers() const
+{
+    const QStringList names = filesOf(folder);
+    const QSet<QString> known(names.cbegin(), names.cend());
+    QVector<RefusedFile> strangers;
+    for (const QString &name : names) {
+        if (name.endsWith(metaEnding) && name.size() > metaEnding.size())
+            continue; // ids() has it
+        if (!name.endsWith(dataEnding))
+            strangers.append({name, QStringLiteral("not a file of a record")});
+        else if (!known.contains(name.chopped(dataEnding.size()) + metaEnding))
+            strangers.append({name, QStringLiteral("samples without meta data")});
+    }
+    return strangers;
+}
+
+RecordFolder::Stamp RecordFolder::stamp(const QString &id) const
+{
+    const struct stat meta = fileStatus(metaPath(id));
+    const struct stat data = fileStatus(dataPath(id));
+    return {meta.st_mtim.tv_sec * 1'000'000'000LL + meta.st_mtim.tv_nsec, static_cast<quint64>(meta.st_ino),
+            static_cast<quint64>(meta.st_size), static_cast<quint64>(data.st_size)};
+}
+
+Record RecordFolder::read(const QString &id) const
+{
+    const QString name = metaName(id);
+    Record record = fromDocument(readWhole(metaPath(id), maximumMetaBytes), name);
+    if (record.id != id)
+        throw corrupted(QStringLiteral("%1 is the meta data of record \"%2\"").arg(name, record.id));
+    requireSize(record, fileStatus(dataPath(id)).st_size, id + dataEnding);
+    return record;
+}
+
+bool RecordFolder::isFree(const QString &id) const
+{
+    return QDir(folder).entryList({id + QStringLiteral(".*")}, QDir::AllEntries | QDir::Hidden | QDir::System).isEmpty();
+}
+
+void RecordFolder::recover() const
+{
+    for (const QString &id : idsOf(dataEnding + part))
+        removeFile(incomingPath(id)); // nobody was told of it
+    finishRemovals();
+    settleMetaParts();
+    syncFolder(folder);
+}
+
+void RecordFolder::finishRemovals() const
+{
+    for (const QString &id : idsOf(removedEnding)) {
+        removeFile(dataPath(id));
+        removeFile(removedPath(id));
+    }
+}
+
+void RecordFolder::settleMetaParts() const
+{
+    for (const QString &id : idsOf(metaEnding + part)) {
+        const QString metaPart = metaPath(id) + part;
+        if (!QFileInfo::exists(metaPath(id)) && QFileInfo::exists(dataPath(id)))
+            completeAdoption(id, metaPart);
+        removeFile(metaPart);
+    }
+}
+
+/// The samples were complete before they got their name, and the meta data before that.
+void RecordFolder::completeAdoption(const QString &id, const QString &metaPart) const
+{
+    try {
+        fromDocument(readWhole(metaPart, maximumMetaBytes), metaPart);
+        renameFile(metaPart, metaPath(id));
+    } catch (const RecorderError &error) {
+        traceAt(TraceLevel::Normal, sourceName, [&] { return error.text(); });
+    }
+}
+
+} // namespace installation::recorder

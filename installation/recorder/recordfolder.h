@@ -1,0 +1,74 @@
+#pragma once
+
+#include "installation/recorder/record.h"
+
+#include <QHash>
+#include <QStringList>
+
+namespace installation::recorder
+{
+
+/// A file that is no record, and why.
+struct RefusedFile {
+    QString name;
+    QString reason;
+};
+
+/// The records of a recorder as files of one folder: `ID.sigmf-data` and `ID.sigmf-meta`.
+///
+/// A record exists from the moment its meta data has its name, until it has it no more; both happen in one step, so
+/// that an end of the process at any moment leaves every record as it was before or after a change.
+/// Thread: the store's.  Errors: throws RecorderError.
+class RecordFolder
+{
+public:
+    /// By what a change of a record's files is seen without reading them.
+    struct Stamp {
+        qint64 modifiedNs = 0;
+        quint64 inode = 0;
+        quint64 metaSizeBytes = 0;
+        quint64 dataSizeBytes = 0;
+
+        bool operator==(const Stamp &) const = default;
+    };
+
+    static constexpr qint64 maximumMetaBytes = 64 << 20;
+
+    /// Makes the folder if it is missing, and completes or takes back what the process before did not finish.
+    explicit RecordFolder(const QString &path);
+
+    /// Where the samples of a record to come are written; nothing else has this name.
+    QString incomingPath(const QString &id) const { return dataPath(id) + partEnding(); }
+    /// Makes a record of samples that are on the disk at incomingPath().
+    void adopt(const Record &record);
+    void discardIncoming(const QString &id);
+    /// Writes new meta data of a record that exists.
+    void replace(const Record &record);
+    void remove(const QString &id);
+
+    /// All that could be records, by the names of their meta data.
+    QStringList ids() const;
+    /// Files that belong to no record.
+    QVector<RefusedFile> strangers() const;
+    /// @throws RecorderError also when one of the two files is missing.
+    Stamp stamp(const QString &id) const;
+    Record read(const QString &id) const;
+    bool isFree(const QString &id) const;
+    const QString &path() const { return folder; }
+    static QString metaName(const QString &id);
+
+private:
+    static QString partEnding();
+    QString metaPath(const QString &id) const;
+    QString dataPath(const QString &id) const;
+    QString removedPath(const QString &id) const;
+    void recover() const;
+    void finishRemovals() const;
+    void settleMetaParts() const;
+    void completeAdoption(const QString &id, const QString &part) const;
+    QStringList idsOf(const QString &ending) const;
+
+    const QString folder;
+};
+
+} // namespace installation::recorder

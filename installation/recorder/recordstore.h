@@ -1,0 +1,71 @@
+#pragma once
+
+#include "installation/recorder/catalogue.h"
+#include "installation/recorder/file.h"
+#include "installation/recorder/recordfolder.h"
+
+#include <functional>
+#include <memory>
+
+namespace installation::recorder
+{
+
+/// The records of one recorder: their files, and the catalogue over them.
+///
+/// A command that returns has its effect on the disk. A file that is damaged or foreign is refused, traced and listed,
+/// and never touched; the records beside it are not concerned.
+/// Thread: one, from construction to the end; see StoreThread.  Errors: throws RecorderError.
+class RecordStore
+{
+public:
+    /// Bytes of the file system that holds the records.
+    struct Room {
+        quint64 totalBytes = 0;
+        quint64 freeBytes = 0;
+    };
+
+    /// What a reservation is worth: the samples of the record @p id are to be written to @p samplesPath.
+    struct Reservation {
+        QString id;
+        QString samplesPath;
+    };
+
+    /// Opens, or makes, the store in the folder @p path.
+    /// @throws RecorderError also when another process has it open.
+    explicit RecordStore(const QString &path);
+    ~RecordStore();
+
+    Reservation reserve();
+    /// @p record has the id of a reservation, and its samples are on the disk.
+    void adopt(const Record &record);
+    /// Gives a reservation back, with whatever was written for it.
+    void abandon(const QString &id);
+    /// Hands the record to @p edit and stores what that makes of it; when it throws nothing is changed.
+    void change(const QString &id, const std::function<void(Record &)> &edit);
+    /// False, with nothing changed, for a record that is not deletable.
+    bool remove(const QString &id);
+
+    QVector<RecordSummary> records();
+    Record record(const QString &id);
+    QVector<RefusedFile> refused() const;
+    Room room() const;
+    /// The folder that holds the files.
+    const QString &folderPath() const { return folder.path(); }
+
+private:
+    void index(const RecordSummary &record);
+    void reconcile();
+    void takeStock(const QString &id, const QHash<QString, RecordFolder::Stamp> &indexed);
+    void refuse(const QString &id, const QString &reason);
+    void rebuildCatalogue();
+    template <typename Work> auto withCatalogue(Work work);
+
+    const QString path;
+    const File lock; ///< two processes that change the same files would undo each other's changes
+    RecordFolder folder;
+    std::unique_ptr<Catalogue> catalogue;
+    QHash<QString, QString> damaged; ///< reason by record id
+    QStringList reserved;
+};
+
+} // namespace installation::recorder
