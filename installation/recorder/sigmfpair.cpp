@@ -1,0 +1,139 @@
+#include "installation/recorder/sigmfpair.h"
+
+#include "installation/recorder/file.h"
+#include "installation/recorder/filetime.h"
+#include "installation/recorder/jsonmembers.h"
+#include "installation/recorder/recorddocument.h"
+#include "installation/recorder/recordererror.h"
+#include "installation/recorder/recordfolder.h"
+#include "installation/recorder/signaldescription.h"
+
+#include <QFileInfo>
+
+#include <cmath>
+
+namespace installation::recorder
+{
+
+namespace
+{
+
+const QString metaEnding = QStringLiteral(".sigmf-meta");
+const QString dataEnding = QStringLiteral(".sigmf-data");
+
+RecorderError refusal(const QString &reason)
+{
+    return {TQ_KORVE::ekINVALID_VALUE, reason};
+}
+
+/// Samples that do not fill the whole file of samples, or lie elsewhere, are not what we can keep byte for byte.
+void requirePlainSamples(const JsonMembers &global, const QVector<QJsonObject> &captures)
+{
+    const QString dataset = QStringLiteral("core:dataset");
+    const QString metadataOnly = QStringLiteral("core:metadata_only");
+    if (global.has(dataset) || (global.has(metadataOnly) && global.truth(metadataOnly)))
+        throw refusal(QStringLiteral("its samples are not in the file beside it"));
+    bool hasOtherBytes = global.has(QStringLiteral("core:trailing_bytes"));
+    for (const QJsonObject &capture : captures)
+        hasOtherBytes = hasOtherBytes || capture.contains(QLatin1String("core:header_bytes"));
+    if (hasOtherBytes)
+        throw refusal(QStringLiteral("its file of samples holds other bytes as well"));
+}
+
+SampleFormat sampleFormat(const JsonMembers &global)
+{
+    const QString datatype = global.text(QStringLiteral("core:datatype"));
+    if (const std::optional<SampleFormat> format = SampleFormat::ofSigmf(datatype))
+        return *format;
+    throw refusal(QStringLiteral("\"core:datatype\" is \"%1\", which is not known").arg(datatype));
+}
+
+unsigned channelCount(const JsonMembers &global)
+{
+    const QString key = QStringLiteral("core:num_channels");
+    const double count = global.has(key) ? global.number(key) : 1;
+    if (!(count >= 1 && count <= 65535) || count != std::floor(count))
+        throw refusal(QStringLiteral("\"core:num_channels\" is %1").arg(count));
+    return static_cast<unsigned>(count);
+}
+
+quint64 tunerFrequency(const QJsonObject &capture)
+{
+    const QString key = QStringLiteral("core:frequency");
+    const double frequency = capture.contains(key) ? JsonMembers(capture).number(key) : 0;
+    if (!(frequency < 1e15))
+        throw refusal(QStringLiteral("\"core:frequency\" is %1").arg(frequency));
+    return frequency > 0 ? std::llround(frequency) : 0; // a signal in the base band may be left and right of 0
+}
+
+quint64 begin(const QVector<QJsonObject> &captures, const QString &dataPath)
+{
+    const QString key = QStringLiteral("core:datetime");
+    if (captures.isEmpty() || !captures.first().contains(key))
+        return modificationTimeUs(dataPath);
+    const QString text = JsonMembers(captures.first()).text(key);
+    if (const std::optional<quint64> time = fromSigmfTime(text))
+        return *time;
+    throw refusal(QStringLiteral("\"core:datetime\" is \"%1\", which is no time since 1970").arg(text));
+}
+
+SignalDescription describeSignal(const JsonMembers &sigmf, const QString &dataPath)
+{
+    const JsonMembers global(sigmf.members(QStringLiteral("global")));
+    const QVector<QJsonObject> captures = sigmf.list(QStringLiteral("captures"));
+    requirePlainSamples(global, captures);
+    SignalDescription signal;
+    signal.sampleFormat = sampleFormat(global);
+    signal.dataFormat = signal.sampleFormat.dataFormat();
+    signal.channels = channelCount(global);
+    signal.sampleRateHz = global.number(QStringLiteral("core:sample_rate"));
+    signal.sizeBytes = fileStatus(dataPath).st_size;
+    signal.beginUs = begin(captures, dataPath);
+    if (!captures.isEmpty()) {
+        signal.firstTunerFrequencyHz = tunerFrequency(captures.first());
+        signal.lastTunerFrequencyHz = tunerFrequency(captures.last());
+    }
+    return signal;
+}
+
+QByteArray checksum(const QJsonObject &global)
+{
+    const QString key = QStringLiteral("core:sha512");
+    return global.contains(key) ? QByteArray::fromHex(JsonMembers(global).text(key).toLatin1()) : QByteArray();
+}
+
+/// What another recorder knew of it beyond the signal.
+void keepOurs(Record &record, const Record &theirs)
+{
+    record.name = theirs.name;
+    record.format = theirs.format;
+    record.deletable = theirs.deletable;
+    record.bookmarks = theirs.bookmarks;
+    record.history = theirs.history;
+}
+
+} // namespace
+
+bool isSigmfName(const QString &path)
+{
+    return path.endsWith(metaEnding) || path.endsWith(dataEnding);
+}
+
+ImportSource inspectSigmf(const QString &path)
+{
+    static_assert(sizeof ".sigmf-meta" == sizeof ".sigmf-data");
+    const QString base = path.chopped(metaEnding.size());
+    const QString metaPath = base + metaEnding;
+    const QByteArray document = readWhole(metaPath, RecordFolder::maximumMetaBytes);
+    const QJsonObject sigmf = JsonMembers::document(document, metaPath);
+    const QString dataPath = base + dataEnding;
+    ImportSource source{dataPath, 0, {}, describe(describeSignal(JsonMembers(sigmf), dataPath))};
+    source.sha512 = checksum(sigmf.value(QLatin1String("global")).toObject());
+    source.record.name = QFileInfo(base).fileName();
+    if (isOurDocument(sigmf))
+        keepOurs(source.record, fromDocument(document, metaPath));
+    source.record.sigmf = sigmf;
+    return source;
+}
+
+} // namespace installation::recorder
