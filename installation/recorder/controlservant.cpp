@@ -1,0 +1,207 @@
+#include "installation/recorder/controlservant.h"
+
+#include "installation/recorder/devicefailure.h"
+#include "installation/recorder/devicestructures.h"
+#include "installation/recorder/notes.h"
+#include "installation/recorder/recordstore.h"
+
+#include <sys/timex.h>
+
+#include <algorithm>
+#include <chrono>
+
+namespace installation::recorder
+{
+
+namespace
+{
+
+QString idOf(const char *recordId)
+{
+    return QString::fromUtf8(recordId);
+}
+
+quint64 nowUs()
+{
+    using namespace std::chrono;
+    return duration_cast<microseconds>(system_clock::now().time_since_epoch()).count();
+}
+
+/// A CORBA sequence of @p list, which the caller owns.
+template <typename Sequence, typename Element, typename Convert>
+Sequence *toSequence(const QVector<Element> &list, Convert convert)
+{
+    auto sequence = std::make_unique<Sequence>();
+    sequence->length(static_cast<CORBA::ULong>(list.size()));
+    for (int i = 0; i < list.size(); ++i)
+        (*sequence)[static_cast<CORBA::ULong>(i)] = convert(list.at(i));
+    return sequence.release();
+}
+
+QString checkedText(const char *operation, const TQ_KORVE::wideText &text)
+{
+    if (text.length() > ControlServant::longestText)
+        throw deviceFailure(operation, {TQ_KORVE::ekINVALID_VALUE,
+                                        QStringLiteral("a text of %1 characters is too long").arg(text.length())});
+    return fromWideText(text);
+}
+
+} // namespace
+
+ControlServant::ControlServant(std::shared_ptr<StoreThread> store, std::string firmwareVersion)
+    : store(std::move(store)), firmwareVersion(std::move(firmwareVersion))
+{
+}
+
+template <typename Work> auto ControlServant::ask(const char *operation, Work work)
+{
+    try {
+        return store->ask(std::move(work));
+    } catch (const RecorderError &error) {
+        throw deviceFailure(operation, error);
+    } catch (const std::exception &error) { // not one of ours, but it must not end as CORBA::UNKNOWN
+        throw deviceFailure(operation, {TQ_KORVE::ekIMPLEMENTATION_FAULT, QString::fromUtf8(error.what())});
+    }
+}
+
+Record ControlServant::recordOf(const char *operation, Text recordId)
+{
+    return ask(operation, [id = idOf(recordId)](RecordStore &records) { return records.record(id); });
+}
+
+void ControlServant::change(const char *operation, Text recordId, std::function<void(Record &)> edit)
+{
+    ask(operation, [id = idOf(recordId), edit = std::move(edit)](RecordStore &records) { records.change(id, edit); });
+}
+
+TQ_KORVE::seqMETA_DATA *ControlServant::listAllRecords()
+{
+    const auto records = ask("listAllRecords", [](RecordStore &store) { return store.records(); });
+    return toSequence<TQ_KORVE::seqMETA_DATA>(records, toMetaData);
+}
+
+TQ_KORVE::seqMETA_DATA *ControlServant::listAllRecordsEx2()
+{
+    return listAllRecords();
+}
+
+TQ_KORVE::seqMETA_DATA *ControlServant::listAllRecordsEx3()
+{
+    return listAllRecords();
+}
+
+TQ_KORVE::struMETA_DATA *ControlServant::getMetaData(Text recordId)
+{
+    return new TQ_KORVE::struMETA_DATA(toMetaData(recordOf("getMetaData", recordId)));
+}
+
+TQ_KORVE::struRECORD_DETAILS ControlServant::getRecordDetails(Text recordId)
+{
+    return toDetails(recordOf("getRecordDetails", recordId));
+}
+
+void ControlServant::setRecordComment(Text recordId, const TQ_KORVE::wideText &comment)
+{
+    const QString name = checkedText("setRecordComment", comment);
+    change("setRecordComment", recordId, [name](Record &record) { record.name = name; });
+}
+
+void ControlServant::setDeletableFlagOfRecord(Text recordId)
+{
+    change("setDeletableFlagOfRecord", recordId, [](Record &record) { record.deletable = true; });
+}
+
+void ControlServant::clearDeletableFlagOfRecord(Text recordId)
+{
+    change("clearDeletableFlagOfRecord", recordId, [](Record &record) { record.deletable = false; });
+}
+
+CORBA::Boolean ControlServant::removeRecord(Text recordId)
+{
+    return ask("removeRecord", [id = idOf(recordId)](RecordStore &records) { return records.remove(id); });
+}
+
+CORBA::ULong ControlServant::getNrOfIndexEntries(Text recordId)
+{
+    return static_cast<CORBA::ULong>(recordOf("getNrOfIndexEntries", recordId).index.size());
+}
+
+TQ_KORVE::seqINDEX_ENTRY *ControlServant::getSeqOfIndexEntries(Text recordId, CORBA::ULong first, CORBA::ULong count)
+{
+    const QVector<IndexEntry> index = recordOf("getSeqOfIndexEntries", recordId).index;
+    const auto size = static_cast<CORBA::ULong>(index.size());
+    const CORBA::ULong begin = std::min(first, size);
+    const CORBA::ULong length = std::min(count, size - begin);
+    return toSequence<TQ_KORVE::seqINDEX_ENTRY>(index.mid(static_cast<int>(begin), static_cast<int>(length)),
+                                                toIndexEntry);
+}
+
+void ControlServant::addBookmark(Text recordId, CORBA::ULongLong timestampUs, const TQ_KORVE::wideText &text)
+{
+    const Note bookmark{timestampUs, checkedText("addBookmark", text)};
+    change("addBookmark", recordId, [bookmark](Record &record) {
+        addNote(record.bookmarks, bookmark, maximumNotes);
+    });
+}
+
+void ControlServant::removeBookmark(Text recordId, CORBA::ULongLong timestampUs)
+{
+    change("removeBookmark", recordId, [timestampUs](Record &record) { removeNote(record.bookmarks, timestampUs); });
+}
+
+TQ_KORVE::seqBookmarks *ControlServant::getBookmarks(Text recordId)
+{
+    return toSequence<TQ_KORVE::seqBookmarks>(recordOf("getBookmarks", recordId).bookmarks, toBookmark);
+}
+
+void ControlServant::addHistory(Text recordId, const TQ_KORVE::wideText &text)
+{
+    const Note entry{nowUs(), checkedText("addHistory", text)};
+    change("addHistory", recordId, [entry](Record &record) {
+        addNoteAfter(record.history, entry, maximumNotes);
+    });
+}
+
+void ControlServant::removeHistoryEntry(Text recordId, CORBA::ULongLong timestampUs)
+{
+    change("removeHistoryEntry", recordId, [timestampUs](Record &record) { removeNote(record.history, timestampUs); });
+}
+
+TQ_KORVE::seqHistory *ControlServant::getHistory(Text recordId)
+{
+    return toSequence<TQ_KORVE::seqHistory>(recordOf("getHistory", recordId).history, toHistoryEntry);
+}
+
+TQ_KORVE::struMASS_STORE_STATUS *ControlServant::getMassStoreStatus()
+{
+    const auto [room, path] = ask("getMassStoreStatus", [](RecordStore &records) {
+        return std::pair(records.room(), records.folderPath());
+    });
+    auto status = std::make_unique<TQ_KORVE::struMASS_STORE_STATUS>();
+    status->totalSize = room.totalBytes;
+    status->freeSize = room.freeBytes;
+    status->units.length(1);
+    status->units[0].unitName = path.toUtf8().constData();
+    status->units[0].totalSize = room.totalBytes;
+    status->units[0].freeSize = room.freeBytes;
+    return status.release();
+}
+
+CORBA::ULongLong ControlServant::getSystemTime()
+{
+    return nowUs();
+}
+
+CORBA::Boolean ControlServant::isSynchronizedByNTP()
+{
+    timex clock{};
+    const int state = ::adjtimex(&clock); // reads only, as no mode is set
+    return state != -1 && state != TIME_ERROR && (clock.status & STA_UNSYNC) == 0;
+}
+
+char *ControlServant::getFirmwareVersion()
+{
+    return CORBA::string_dup(firmwareVersion.c_str());
+}
+
+} // namespace installation::recorder

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "installation/recorder/record.h"
+#include "installation/recorder/storethread.h"
+#include "installation/recorder/unservedcontrol.h"
+
+#include <memory>
+
+namespace installation::recorder
+{
+
+/// What others may ask of a recorder: its records, its storage and its clock. What it does not offer is named in
+/// UnservedControl.
+///
+/// All three lists hold every record. A record's comment is its name: the contract carries one text per record. Index
+/// entries count from 0; a section that reaches beyond the last is cut there. removeRecord() answers false for a record
+/// that is not deletable. Times are microseconds since 1970, UTC.
+/// Thread: the ORB's; waits for the store thread, never longer than its limit.  Errors: `exKorve` with the kind of the
+/// cause, `ekINVALID_VALUE` for a bookmark or an entry of the history that is not there.
+class ControlServant : public UnservedControl
+{
+public:
+    /// In units of 16 bits.
+    static constexpr CORBA::ULong longestText = 65535;
+    /// Bookmarks of one record, and entries of its history.
+    static constexpr int maximumNotes = 100000;
+
+    ControlServant(std::shared_ptr<StoreThread> store, std::string firmwareVersion);
+
+    TQ_KORVE::seqMETA_DATA *listAllRecords() override;
+    TQ_KORVE::seqMETA_DATA *listAllRecordsEx2() override;
+    TQ_KORVE::seqMETA_DATA *listAllRecordsEx3() override;
+    TQ_KORVE::struMETA_DATA *getMetaData(Text recordId) override;
+    TQ_KORVE::struRECORD_DETAILS getRecordDetails(Text recordId) override;
+    void setRecordComment(Text recordId, const TQ_KORVE::wideText &comment) override;
+    void setDeletableFlagOfRecord(Text recordId) override;
+    void clearDeletableFlagOfRecord(Text recordId) override;
+    CORBA::Boolean removeRecord(Text recordId) override;
+
+    CORBA::ULong getNrOfIndexEntries(Text recordId) override;
+    TQ_KORVE::seqINDEX_ENTRY *getSeqOfIndexEntries(Text recordId, CORBA::ULong first, CORBA::ULong count) override;
+
+    void addBookmark(Text recordId, CORBA::ULongLong timestampUs, const TQ_KORVE::wideText &text) override;
+    void removeBookmark(Text recordId, CORBA::ULongLong timestampUs) override;
+    TQ_KORVE::seqBookmarks *getBookmarks(Text recordId) override;
+    void addHistory(Text recordId, const TQ_KORVE::wideText &text) override;
+    void removeHistoryEntry(Text recordId, CORBA::ULongLong timestampUs) override;
+    TQ_KORVE::seqHistory *getHistory(Text recordId) override;
+
+    TQ_KORVE::struMASS_STORE_STATUS *getMassStoreStatus() override;
+    CORBA::ULongLong getSystemTime() override;
+    CORBA::Boolean isSynchronizedByNTP() override;
+    char *getFirmwareVersion() override;
+
+private:
+    template <typename Work> auto ask(const char *operation, Work work);
+    Record recordOf(const char *operation, Text recordId);
+    void change(const char *operation, Text recordId, std::function<void(Record &)> edit);
+
+    const std::shared_ptr<StoreThread> store;
+    const std::string firmwareVersion;
+};
+
+} // namespace installation::recorder

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "installation/recorder/record.h"
+
+#include "idl/korve.hh"
+
+namespace installation::recorder
+{
+
+// A record in the structures of the device's contract.
+
+TQ_KORVE::struMETA_DATA toMetaData(const RecordSummary &record);
+/// Receiver settings are those of the first index entry, 0 without one.
+TQ_KORVE::struRECORD_DETAILS toDetails(const Record &record);
+TQ_KORVE::struINDEX_ENTRY toIndexEntry(const IndexEntry &entry);
+TQ_KORVE::struBookmarkEntry toBookmark(const Note &bookmark);
+TQ_KORVE::struHistoryEntry toHistoryEntry(const Note &entry);
+/// Unit by unit, without an end.
+TQ_KORVE::wideText toWideText(const QString &text);
+QString fromWideText(const TQ_KORVE::wideText &text);
+
+} // namespace installation::recorder

@@ -1,0 +1,40 @@
+#include "installation/recorder/recorderservice.h"
+
+#include "installation/cco/activation.h"
+#include "installation/recorder/controlservant.h"
+#include "installation/recorder/storethread.h"
+
+namespace installation::recorder
+{
+
+class RecorderService::Private
+{
+public:
+    Private(const RecorderConfiguration &configuration, PortableServer::POA_ptr poa)
+        : store(std::make_shared<StoreThread>(configuration.statePath, configuration.answerLimit)),
+          control(poa, configuration.objectKey, new ControlServant(store, configuration.firmwareVersion))
+    {
+    }
+
+    const std::shared_ptr<StoreThread> store; // lives until the last call is answered
+    const Activation control;
+};
+
+RecorderService::RecorderService(const RecorderConfiguration &configuration, PortableServer::POA_ptr poa)
+    : d(std::make_unique<Private>(configuration, poa))
+{
+}
+
+RecorderService::~RecorderService() = default;
+
+CORBA::Object_ptr RecorderService::reference() const
+{
+    return d->control.reference();
+}
+
+QString RecorderService::importFile(const QString &path, const ImportControl &control)
+{
+    return recorder::importFile(*d->store, path, control);
+}
+
+} // namespace installation::recorder

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "installation/recorder/recordimport.h"
+
+#include <omniORB4/CORBA.h>
+
+#include <QString>
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+namespace installation::recorder
+{
+
+struct RecorderConfiguration {
+    QString statePath; ///< folder of the records and the catalogue
+    std::string objectKey = "IF_Control";
+    std::string firmwareVersion = "KRV#R100#0.1_0.1";
+    std::chrono::milliseconds answerLimit{8000}; ///< below the time that callers wait
+};
+
+/// One recorder device: its records in a folder, its store thread, and the object that answers for it.
+///
+/// Thread: any; needs no main thread.
+class RecorderService
+{
+public:
+    /// Starts to serve. @p poa lets its user choose the keys, its manager is activated by the caller, and the ORB
+    /// outlives the service.
+    /// @throws RecorderError when the folder cannot be used.
+    RecorderService(const RecorderConfiguration &configuration, PortableServer::POA_ptr poa);
+    ~RecorderService();
+    RecorderService(const RecorderService &) = delete;
+
+    /// A full reference to the device's `TQ_KORVE::IF_Control`; the caller releases it.
+    CORBA::Object_ptr reference() const;
+    /// See importFile().
+    QString importFile(const QString &path, const ImportControl &control = {});
+
+private:
+    class Private;
+    const std::unique_ptr<Private> d;
+};
+
+} // namespace installation::recorder

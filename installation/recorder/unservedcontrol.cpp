@@ -1,0 +1,233 @@
+#include "installation/recorder/unservedcontrol.h"
+
+#include "installation/recorder/devicefailure.h"
+
+#include "coresupport/trace.h"
+
+namespace installation::recorder
+{
+
+namespace
+{
+
+constexpr const char *sourceName = "installation/recorder/unservedcontrol";
+
+[[noreturn]] void refuse(const char *operation)
+{
+    throw deviceFailure(operation, {TQ_KORVE::ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE,
+                                    QStringLiteral("this recorder does not offer %1").arg(QLatin1String(operation))});
+}
+
+/// For an operation that declares no exception; `CORBA::NO_IMPLEMENT` needs no declaration.
+[[noreturn]] void refuseSilently(const char *operation)
+{
+    traceAt(TraceLevel::Normal, sourceName,
+            [&] { return QStringLiteral("this recorder does not offer %1").arg(QLatin1String(operation)); });
+    throw CORBA::NO_IMPLEMENT(0, CORBA::COMPLETED_NO);
+}
+
+} // namespace
+
+void UnservedControl::announceNotificationReceiver(Receiver)
+{
+    refuseSilently("announceNotificationReceiver");
+}
+
+void UnservedControl::removeNotificationReceiver(Receiver)
+{
+    refuseSilently("removeNotificationReceiver");
+}
+
+TQ_KORVE::IF_RecordingSession_ptr UnservedControl::createRecordingSession(Rate, CORBA::ULong, Format, Receiver)
+{
+    refuse("createRecordingSession");
+}
+
+TQ_KORVE::IF_RecordingSession_ptr UnservedControl::createRecordingSessionEx(Rate, Rate, CORBA::ULong, Format, Receiver)
+{
+    refuse("createRecordingSessionEx");
+}
+
+TQ_KORVE::IF_ReplaySession_ptr UnservedControl::getReplaySessionById(Text, Receiver)
+{
+    refuse("getReplaySessionById");
+}
+
+TQ_KORVE::IF_ReplaySession_ptr UnservedControl::getReplaySessionByIdEx(Text, Receiver, Rate)
+{
+    refuse("getReplaySessionByIdEx");
+}
+
+TQ_KORVE::seqMETA_DATA *UnservedControl::getActiveSessions()
+{
+    refuse("getActiveSessions");
+}
+
+TQ_KORVE::seqMETA_DATA *UnservedControl::getActiveSessionsEx3()
+{
+    refuse("getActiveSessionsEx3");
+}
+
+UnservedControl::Rates *UnservedControl::getAvailableDataRateClasses()
+{
+    refuse("getAvailableDataRateClasses");
+}
+
+UnservedControl::Rates *UnservedControl::getAvailableDataRateClassesEx()
+{
+    refuse("getAvailableDataRateClassesEx");
+}
+
+UnservedControl::Rates *UnservedControl::getAvailableDataRateClassesEx2()
+{
+    refuse("getAvailableDataRateClassesEx2");
+}
+
+UnservedControl::Rates *UnservedControl::getAvailableDataRateClassesEx3()
+{
+    refuse("getAvailableDataRateClassesEx3");
+}
+
+UnservedControl::OccupiedRates *UnservedControl::getOccupiedDataRateClasses()
+{
+    refuse("getOccupiedDataRateClasses");
+}
+
+UnservedControl::OccupiedRates *UnservedControl::getOccupiedDataRateClassesEx()
+{
+    refuse("getOccupiedDataRateClassesEx");
+}
+
+UnservedControl::OccupiedRates *UnservedControl::getOccupiedDataRateClassesEx2()
+{
+    refuse("getOccupiedDataRateClassesEx2");
+}
+
+UnservedControl::OccupiedRates *UnservedControl::getOccupiedDataRateClassesEx3()
+{
+    refuse("getOccupiedDataRateClassesEx3");
+}
+
+void UnservedControl::copyRecordToArchDev(Text, Text)
+{
+    refuse("copyRecordToArchDev");
+}
+
+void UnservedControl::copyRecordToArchDevEx(Text, Text, Receiver)
+{
+    refuse("copyRecordToArchDevEx");
+}
+
+void UnservedControl::copyRecordFromArchDev(Text, Text)
+{
+    refuse("copyRecordFromArchDev");
+}
+
+void UnservedControl::copyRecordFromArchDevEx(Text, Text, Receiver)
+{
+    refuse("copyRecordFromArchDevEx");
+}
+
+TQ_KORVE::seqMETA_DATA *UnservedControl::listAllRecordsOnArchDev(Text)
+{
+    refuse("listAllRecordsOnArchDev");
+}
+
+void UnservedControl::removeRecordOnArchDev(Text, Text)
+{
+    refuse("removeRecordOnArchDev");
+}
+
+char *UnservedControl::copyRecord(Text, const TQ_KORVE::seqFILE_PART &, const TQ_KORVE::wideText &)
+{
+    refuse("copyRecord");
+}
+
+char *UnservedControl::copyRecordEx(Text, const TQ_KORVE::seqFILE_PART &, const TQ_KORVE::wideText &, Receiver)
+{
+    refuse("copyRecordEx");
+}
+
+void UnservedControl::eraseAllRecords()
+{
+    refuseSilently("eraseAllRecords");
+}
+
+CORBA::ULongLong UnservedControl::setSystemTime(CORBA::ULongLong)
+{
+    refuse("setSystemTime");
+}
+
+CORBA::Boolean UnservedControl::setPasswdForArchievingUser(Text, Text)
+{
+    refuse("setPasswdForArchievingUser");
+}
+
+void UnservedControl::shutdown()
+{
+    refuseSilently("shutdown");
+}
+
+void UnservedControl::reboot()
+{
+    refuseSilently("reboot");
+}
+
+void UnservedControl::terminate()
+{
+    refuseSilently("terminate");
+}
+
+void UnservedControl::restart()
+{
+    refuseSilently("restart");
+}
+
+void UnservedControl::startBiteOnDemand()
+{
+    refuseSilently("startBiteOnDemand");
+}
+
+void UnservedControl::startBiteOnDemandEx(Receiver)
+{
+    refuse("startBiteOnDemandEx");
+}
+
+void UnservedControl::cancelBiteOnDemand()
+{
+    refuseSilently("cancelBiteOnDemand");
+}
+
+void UnservedControl::setRecordIdle(Text)
+{
+    refuse("setRecordIdle");
+}
+
+TQ_KORVE::seqOctet *UnservedControl::getOverviewSpectrum(Text, CORBA::ULongLong, CORBA::ULongLong, CORBA::ULongLong,
+                                                         CORBA::ULong, Window)
+{
+    refuse("getOverviewSpectrum");
+}
+
+void UnservedControl::getOverviewSpectrumStreamed(Text, CORBA::ULongLong, CORBA::ULongLong, CORBA::ULongLong,
+                                                  CORBA::ULong, Window, CORBA::ULong, CORBA::UShort)
+{
+    refuse("getOverviewSpectrumStreamed");
+}
+
+CORBA::ULong UnservedControl::getPDWcount(Text)
+{
+    refuse("getPDWcount");
+}
+
+void UnservedControl::getPDWs(Text, CORBA::ULong, CORBA::UShort)
+{
+    refuse("getPDWs");
+}
+
+CORBA::ULong UnservedControl::getInternalStatusData(CORBA::ULong, TQ_KORVE::seqOctet &)
+{
+    refuseSilently("getInternalStatusData");
+}
+
+} // namespace installation::recorder

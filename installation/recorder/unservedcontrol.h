@@ -1,0 +1,68 @@
+#pragma once
+
+#include "idl/korve.hh"
+
+namespace installation::recorder
+{
+
+/// The operations of a device that this recorder does not offer: sessions, copies, the archive, spectra, self-test, and
+/// control of the host.
+///
+/// All raise `ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE` with a text, or `CORBA::NO_IMPLEMENT` where the contract
+/// declares nothing, and trace it. None has an effect.
+class UnservedControl : public POA_TQ_KORVE::IF_Control
+{
+public:
+    using Receiver = TQ_KORVE_IT::IF_Korve_IT_ptr;
+    using Text = const char *;
+    using Rate = TQ_KORVE::eDATARATE_CLASS;
+    using Format = TQ_KORVE::eDATA_FORMAT;
+    using Window = TQ_KORVE::eFFT_WINDOWING_MODES;
+    using Rates = TQ_KORVE::seqDataRateClasses;
+    using OccupiedRates = TQ_KORVE::seqOccupiedDataRateClasses;
+
+    void announceNotificationReceiver(Receiver) override;
+    void removeNotificationReceiver(Receiver) override;
+    TQ_KORVE::IF_RecordingSession_ptr createRecordingSession(Rate, CORBA::ULong, Format, Receiver) override;
+    TQ_KORVE::IF_RecordingSession_ptr createRecordingSessionEx(Rate, Rate, CORBA::ULong, Format, Receiver) override;
+    TQ_KORVE::IF_ReplaySession_ptr getReplaySessionById(Text, Receiver) override;
+    TQ_KORVE::IF_ReplaySession_ptr getReplaySessionByIdEx(Text, Receiver, Rate) override;
+    TQ_KORVE::seqMETA_DATA *getActiveSessions() override;
+    TQ_KORVE::seqMETA_DATA *getActiveSessionsEx3() override;
+    Rates *getAvailableDataRateClasses() override;
+    Rates *getAvailableDataRateClassesEx() override;
+    Rates *getAvailableDataRateClassesEx2() override;
+    Rates *getAvailableDataRateClassesEx3() override;
+    OccupiedRates *getOccupiedDataRateClasses() override;
+    OccupiedRates *getOccupiedDataRateClassesEx() override;
+    OccupiedRates *getOccupiedDataRateClassesEx2() override;
+    OccupiedRates *getOccupiedDataRateClassesEx3() override;
+    void copyRecordToArchDev(Text, Text) override;
+    void copyRecordToArchDevEx(Text, Text, Receiver) override;
+    void copyRecordFromArchDev(Text, Text) override;
+    void copyRecordFromArchDevEx(Text, Text, Receiver) override;
+    TQ_KORVE::seqMETA_DATA *listAllRecordsOnArchDev(Text) override;
+    void removeRecordOnArchDev(Text, Text) override;
+    char *copyRecord(Text, const TQ_KORVE::seqFILE_PART &, const TQ_KORVE::wideText &) override;
+    char *copyRecordEx(Text, const TQ_KORVE::seqFILE_PART &, const TQ_KORVE::wideText &, Receiver) override;
+    void eraseAllRecords() override;
+    CORBA::ULongLong setSystemTime(CORBA::ULongLong) override;
+    CORBA::Boolean setPasswdForArchievingUser(Text, Text) override; // contract: spelled so on the wire
+    void shutdown() override;
+    void reboot() override;
+    void terminate() override;
+    void restart() override;
+    void startBiteOnDemand() override;
+    void startBiteOnDemandEx(Receiver) override;
+    void cancelBiteOnDemand() override;
+    void setRecordIdle(Text) override;
+    TQ_KORVE::seqOctet *getOverviewSpectrum(Text, CORBA::ULongLong, CORBA::ULongLong, CORBA::ULongLong, CORBA::ULong,
+                                            Window) override;
+    void getOverviewSpectrumStreamed(Text, CORBA::ULongLong, CORBA::ULongLong, CORBA::ULongLong, CORBA::ULong, Window,
+                                     CORBA::ULong, CORBA::UShort) override;
+    CORBA::ULong getPDWcount(Text) override;
+    void getPDWs(Text, CORBA::ULong, CORBA::UShort) override;
+    CORBA::ULong getInternalStatusData(CORBA::ULong, TQ_KORVE::seqOctet &) override;
+};
+
+} // namespace installation::recorder

@@ -1,0 +1,42 @@
+#include "tests/installation/recorder/servingprocess.h"
+
+#include <stdexcept>
+
+namespace
+{
+constexpr int patienceMs = 60'000;
+}
+
+ClientOrb::ClientOrb()
+{
+    const char *options[][2] = {{"clientCallTimeOutPeriod", "30000"}, {nullptr, nullptr}};
+    int none = 0;
+    orb = CORBA::ORB_init(none, nullptr, "omniORB4", options);
+}
+
+ClientOrb::~ClientOrb()
+{
+    orb->destroy();
+}
+
+CORBA::Object_ptr ClientOrb::object(const QByteArray &reference) const
+{
+    return orb->string_to_object(reference);
+}
+
+ServingProcess::ServingProcess(const QString &statePath, const QStringList &filesToImport)
+{
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(RECORDER_PROCESS, QStringList{"serve", statePath} + filesToImport);
+    while (!process.canReadLine())
+        if (!process.waitForReadyRead(patienceMs))
+            throw std::runtime_error("the recorder does not get ready");
+    controlReference = process.readLine().trimmed().mid(sizeof "ready");
+}
+
+ServingProcess::~ServingProcess()
+{
+    process.closeWriteChannel();
+    if (!process.waitForFinished(patienceMs))
+        process.kill();
+}

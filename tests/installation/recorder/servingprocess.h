@@ -1,0 +1,34 @@
+#pragma once
+
+#include "idl/korve.hh"
+
+#include <QProcess>
+
+/// The ORB of a test that calls other processes.
+class ClientOrb
+{
+public:
+    ClientOrb();
+    ~ClientOrb();
+    ClientOrb(const ClientOrb &) = delete;
+
+    /// The caller releases it.
+    CORBA::Object_ptr object(const QByteArray &reference) const;
+
+private:
+    CORBA::ORB_var orb;
+};
+
+/// A recorder in a process of its own, with its records in @p statePath; ends with this object.
+class ServingProcess
+{
+public:
+    ServingProcess(const QString &statePath, const QStringList &filesToImport);
+    ~ServingProcess();
+
+    const QByteArray &reference() const { return controlReference; }
+
+private:
+    QProcess process;
+    QByteArray controlReference;
+};
