@@ -111,6 +111,15 @@ void RecordFolder::remove(const QString &id)
 {
     renameFile(metaPath(id), removedPath(id));
     syncFolder(folder);
+    try {
+        clearAway(id);
+    } catch (const RecorderError &error) { // the record is gone all the same, and the next start tries again
+        traceAt(TraceLevel::Normal, sourceName, [&] { return error.text(); });
+    }
+}
+
+void RecordFolder::clearAway(const QString &id) const
+{
     removeFile(dataPath(id));
     removeFile(removedPath(id));
 }
@@ -179,10 +188,8 @@ void RecordFolder::recover() const
 
 void RecordFolder::finishRemovals() const
 {
-    for (const QString &id : idsOf(removedEnding)) {
-        removeFile(dataPath(id));
-        removeFile(removedPath(id));
-    }
+    for (const QString &id : idsOf(removedEnding))
+        clearAway(id);
 }
 
 void RecordFolder::settleMetaParts() const

@@ -63,6 +63,7 @@ private:
     QString dataPath(const QString &id) const;
     QString removedPath(const QString &id) const;
     void recover() const;
+    void clearAway(const QString &id) const;
     void finishRemovals() const;
     void settleMetaParts() const;
     void completeAdoption(const QString &id, const QString &part) const;
