@@ -1,5 +1,7 @@
 #include "installation/recorder/catalogue.h"
 
+#include "installation/recorder/recordererror.h"
+
 #include "coresupport/trace.h"
 
 #include <QFile>
@@ -60,7 +62,8 @@ Catalogue::Catalogue(const QString &path) : connection(QUuid::createUuid().toStr
     traceAt(TraceLevel::Normal, sourceName,
             [&] { return QStringLiteral("%1 cannot be written; the catalogue is in memory").arg(path); });
     if (!open(inMemory()))
-        throw Error("SQLite does not work: is the Qt driver QSQLITE installed?");
+        throw RecorderError(TQ_KORVE::ekINVALID_CONFIGURATION,
+                            QStringLiteral("Qt has no working SQLite driver; Debian: apt-get install libqt5sql5-sqlite"));
 }
 
 void Catalogue::discard(const QString &path)

@@ -30,6 +30,7 @@ public:
     static void discard(const QString &path);
     static QString inMemory() { return QStringLiteral(":memory:"); }
 
+    /// @throws RecorderError when Qt has no SQLite at all.
     explicit Catalogue(const QString &path);
     ~Catalogue();
     Catalogue(const Catalogue &) = delete;

@@ -2,6 +2,7 @@
 
 #include "installation/cco/activation.h"
 #include "installation/recorder/controlservant.h"
+#include "installation/recorder/recordstore.h"
 #include "installation/recorder/storethread.h"
 
 namespace installation::recorder
@@ -35,6 +36,11 @@ CORBA::Object_ptr RecorderService::reference() const
 QString RecorderService::importFile(const QString &path, const ImportControl &control)
 {
     return recorder::importFile(*d->store, path, control);
+}
+
+QVector<RefusedFile> RecorderService::refusedFiles() const
+{
+    return d->store->ask([](RecordStore &records) { return records.refused(); });
 }
 
 } // namespace installation::recorder

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "installation/recorder/recordfolder.h"
 #include "installation/recorder/recordimport.h"
 
 #include <omniORB4/CORBA.h>
@@ -37,6 +38,9 @@ public:
     CORBA::Object_ptr reference() const;
     /// See importFile().
     QString importFile(const QString &path, const ImportControl &control = {});
+    /// The files in the recorder's folder that are no records, or damaged ones.
+    /// @throws RecorderError when the store takes too long.
+    QVector<RefusedFile> refusedFiles() const;
 
 private:
     class Private;

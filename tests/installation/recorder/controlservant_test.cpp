@@ -264,6 +264,14 @@ INSTANTIATE_TEST_SUITE_P(
         RecordOperation{"getHistory", [](auto control, auto id) { seqHistory_var(control->getHistory(id)); }}),
     [](const auto &info) { return std::string(info.param.name); });
 
+TEST_F(Control, ComesUpBesideAFileThatIsRefused)
+{
+    writeFile(directory.filePath("state/recordings/notes.txt"), "do not delete");
+    start({});
+    EXPECT_EQ(recorder->refused(), QStringList{"notes.txt"});
+    EXPECT_EQ(seqMETA_DATA_var(control->listAllRecords())->length(), 2u);
+}
+
 TEST_F(Control, TellsTheStateOfItsStorage)
 {
     const struMASS_STORE_STATUS_var status = control->getMassStoreStatus();

@@ -13,7 +13,7 @@
 
 // A recorder in a process of its own: recorderprocess write STATE | serve STATE [FILE...]
 // `write` changes its records without end and says before and after each step what it does; `serve` takes in the files,
-// prints the reference of its control object and serves until its input ends.
+// prints the files it refuses and the reference of its control object, and serves until its input ends.
 
 using namespace installation::recorder;
 
@@ -106,6 +106,8 @@ void serve(const QStringList &arguments)
         RecorderService service({arguments.at(2)}, poa);
         for (const QString &file : arguments.mid(3))
             service.importFile(file);
+        for (const RefusedFile &file : service.refusedFiles())
+            say(QStringLiteral("refused %1").arg(file.name));
         const CORBA::Object_var control = service.reference();
         const CORBA::String_var reference = orb->object_to_string(control);
         say(QStringLiteral("ready %1").arg(QLatin1String(reference)));

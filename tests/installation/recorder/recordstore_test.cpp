@@ -1,4 +1,5 @@
 #include "installation/recorder/recordererror.h"
+#include "tests/appruntime/capturedtraces.h"
 #include "tests/installation/recorder/storedrecords.h"
 
 #include <gmock/gmock.h>
@@ -391,7 +392,9 @@ TEST_F(Store, RefusesForeignFilesAndLeavesThem)
     writeFile(file("notes.txt"), "do not delete");
     writeFile(file("tape.sigmf-data"), "abcd");
     writeFile(file(".sigmf-meta"), "{}");
+    const CapturedTraces traces;
     open();
+    EXPECT_THAT(traces.texts(), testing::Contains("refused notes.txt: not a file of a record"));
     EXPECT_THAT(names(), ElementsAre("own"));
     EXPECT_THAT(refusedNames(), ElementsAre(".sigmf-meta", "notes.txt", "tape.sigmf-data"));
     EXPECT_EQ(readFile(file("notes.txt")), "do not delete");

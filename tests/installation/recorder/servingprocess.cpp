@@ -28,10 +28,18 @@ ServingProcess::ServingProcess(const QString &statePath, const QStringList &file
 {
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(RECORDER_PROCESS, QStringList{"serve", statePath} + filesToImport);
+    QByteArray line = readLine();
+    for (; line.startsWith("refused "); line = readLine())
+        refusedNames.append(QString::fromUtf8(line.mid(sizeof "refused")));
+    controlReference = line.mid(sizeof "ready");
+}
+
+QByteArray ServingProcess::readLine()
+{
     while (!process.canReadLine())
         if (!process.waitForReadyRead(patienceMs))
             throw std::runtime_error("the recorder does not get ready");
-    controlReference = process.readLine().trimmed().mid(sizeof "ready");
+    return process.readLine().trimmed();
 }
 
 ServingProcess::~ServingProcess()

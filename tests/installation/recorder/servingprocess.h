@@ -27,8 +27,13 @@ public:
     ~ServingProcess();
 
     const QByteArray &reference() const { return controlReference; }
+    /// The names of the files that it refused.
+    const QStringList &refused() const { return refusedNames; }
 
 private:
+    QByteArray readLine();
+
     QProcess process;
     QByteArray controlReference;
+    QStringList refusedNames;
 };
