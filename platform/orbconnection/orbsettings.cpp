@@ -1,5 +1,7 @@
 #include "orbconnection/orbsettings.h"
 
+#include "orbconnection/corbaloc.h"
+
 #include <QRegularExpression>
 
 namespace CorbaCommon
@@ -23,13 +25,11 @@ OrbSettings OrbSettings::fromEnvironment()
 
 QString centralServiceReference(const QString &hostAndPort)
 {
-    // The host goes into a URL, so nothing may be in it that means something there.
-    static const QRegularExpression form(QStringLiteral("^([A-Za-z0-9._-]+|\\[[0-9A-Fa-f:.]+\\])(?::([0-9]{1,5}))?$"));
-    const QRegularExpressionMatch match = form.match(hostAndPort);
-    const int port = match.captured(2).isEmpty() ? OrbSettings::centralServicePort : match.captured(2).toInt();
-    if (!match.hasMatch() || port < 1 || port > 65535)
-        return QString();
-    // 1.2: whoever is asked may then answer with all that this version can do.
-    return QStringLiteral("corbaloc::1.2@%1:%2/CCO").arg(match.captured(1), QString::number(port));
+    static const QRegularExpression withPort(QStringLiteral("^(.*[^:]):([0-9]{1,5})$"));
+    const QRegularExpressionMatch match = withPort.match(hostAndPort);
+    const bool isHostAlone = !match.hasMatch() || (hostAndPort.count(u':') > 1 && !hostAndPort.contains(u']'));
+    if (isHostAlone)
+        return corbaloc(hostAndPort, OrbSettings::centralServicePort, "CCO");
+    return corbaloc(match.captured(1), match.captured(2).toInt(), "CCO");
 }
 } // namespace CorbaCommon

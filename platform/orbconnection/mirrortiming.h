@@ -1,0 +1,18 @@
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+
+/// How a mirror waits, and how much it keeps.
+struct MirrorTiming {
+    std::chrono::milliseconds heartbeat{2000}; ///< the longest silence between two that have nothing to say
+    int missedUntilLost = 3;                   ///< heartbeats
+    /// Pauses before the first attempts to connect; the last one holds for all that follow.
+    std::array<std::chrono::milliseconds, 3> backOff{std::chrono::milliseconds(250), std::chrono::milliseconds(500),
+                                                     std::chrono::milliseconds(1000)};
+    std::size_t batchBytes = 256 * 1024;       ///< a batch is closed when it has grown to this
+    std::size_t queueBytes = 16 * 1024 * 1024; ///< changes that wait for a peer; a snapshot comes on top
+
+    std::chrono::milliseconds silenceUntilLost() const { return heartbeat * missedUntilLost; }
+};

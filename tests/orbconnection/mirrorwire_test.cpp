@@ -1,0 +1,56 @@
+#include "orbconnection/mirrorwire.h"
+
+#include <gtest/gtest.h>
+
+using namespace mirror;
+using namespace std::string_literals;
+
+namespace
+{
+TEST(MirrorBatch, HasTheseBytes)
+{
+    std::string bytes;
+    appendHeader(bytes, {2, 1});
+    appendRecord(bytes, {.kind = RecordKind::SnapshotBegin});
+    appendRecord(bytes, {.kind = RecordKind::Node, .path = QStringLiteral("D")});
+    appendRecord(bytes, {.kind = RecordKind::Value, .id = 5, .type = 1, .typeName = QStringLiteral("T"),
+                         .path = QStringLiteral("D/x"), .frames = "ff"});
+    appendRecord(bytes, {.kind = RecordKind::Change, .id = 5, .frames = "f"});
+    appendRecord(bytes, {.kind = RecordKind::ValueGone, .id = 5});
+    appendRecord(bytes, {.kind = RecordKind::NodeGone, .path = QStringLiteral("D")});
+    appendRecord(bytes, {.kind = RecordKind::SnapshotEnd});
+    EXPECT_EQ(bytes, "\x01\x02\0\0\0\0\0\0\0\x01\0\0\0\0\0\0\0"s
+                     "\x01"s
+                     "\x03\x01\0\0\0D"s
+                     "\x05\x05\0\0\0\x01\0\0\0\x01\0\0\0T\x03\0\0\0D/x\x02\0\0\0ff"s
+                     "\x07\x05\0\0\0\x01\0\0\0f"s
+                     "\x06\x05\0\0\0"s
+                     "\x04\x01\0\0\0D"s
+                     "\x02"s);
+}
+
+TEST(MirrorBatch, OfAnotherVersionIsNotRead)
+{
+    std::string bytes;
+    appendHeader(bytes, {1, 0});
+    bytes[0] = 2;
+    values::ByteCursor in{bytes.data(), bytes.data() + bytes.size()};
+    EXPECT_FALSE(readHeader(in));
+}
+
+TEST(MirrorBatch, LengthBeyondTheBytesThatAreLeftIsNotRead)
+{
+    const std::string bytes = "\x03\xff\xff\xff\xff D"s;
+    values::ByteCursor in{bytes.data(), bytes.data() + bytes.size()};
+    EXPECT_FALSE(readRecord(in));
+}
+
+TEST(MirrorBatch, OfAnUnknownKindIsNotRead)
+{
+    for (const char kind : {'\0', '\x08', '\xff'}) {
+        const std::string bytes(20, kind);
+        values::ByteCursor in{bytes.data(), bytes.data() + bytes.size()};
+        EXPECT_FALSE(readRecord(in));
+    }
+}
+} // namespace
