@@ -1,6 +1,7 @@
 #include "orbconnection/orbhandler.h"
 
 #include "coresupport/trace.h"
+#include "orbconnection/backgroundthreads.h"
 #include "orbconnection/orboptions.h"
 
 #include <QCoreApplication>
@@ -186,6 +187,7 @@ void OrbHandler::shutdown()
     if (CORBA::is_nil(d->orb) || d->isShutDown.exchange(true))
         return;
     d->answers = false;
+    joinBackgroundThreads();
     try {
         d->orb->shutdown(true);
         d->orb->destroy();

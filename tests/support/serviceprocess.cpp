@@ -57,3 +57,11 @@ void ServiceProcess::tell(const QByteArray &line)
     process.write(line + '\n');
     process.waitForBytesWritten();
 }
+
+QString ServiceProcess::readLine()
+{
+    while (!process.canReadLine())
+        if (!process.waitForReadyRead(startLimitMs))
+            return QString();
+    return QString::fromUtf8(process.readLine()).trimmed();
+}

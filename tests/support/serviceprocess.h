@@ -25,6 +25,8 @@ public:
     void resume();
     /// One line to its standard input.
     void tell(const QByteArray &line);
+    /// The next line that it prints; empty, when none comes for long.
+    QString readLine();
 
 private:
     class MortalProcess : public QProcess

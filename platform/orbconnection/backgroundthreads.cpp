@@ -1,0 +1,74 @@
+#include "orbconnection/backgroundthreads.h"
+
+#include <atomic>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+namespace CorbaCommon
+{
+namespace
+{
+struct Background {
+    std::thread thread;
+    std::shared_ptr<std::atomic<bool>> done;
+};
+
+struct Registry {
+    // Never destroyed: the ORB, which ends later than other static objects may, uses it.
+    static Registry &instance()
+    {
+        static Registry *const registry = new Registry;
+        return *registry;
+    }
+
+    std::mutex mutex; // guards the list
+    std::list<Background> threads;
+};
+
+void joinThose(std::list<Background> &threads)
+{
+    for (Background &background : threads)
+        background.thread.join();
+}
+} // namespace
+
+void runInBackground(std::function<void()> work)
+{
+    Registry &registry = Registry::instance();
+    std::list<Background> ended;
+    {
+        const std::lock_guard lock(registry.mutex);
+        for (auto it = registry.threads.begin(); it != registry.threads.end();) {
+            const auto next = std::next(it);
+            if (*it->done)
+                ended.splice(ended.end(), registry.threads, it);
+            it = next;
+        }
+        const auto done = std::make_shared<std::atomic<bool>>(false);
+        std::thread thread([work = std::move(work), done] {
+            work();
+            *done = true;
+        });
+        registry.threads.push_back({std::move(thread), done});
+    }
+    joinThose(ended);
+}
+
+void joinBackgroundThreads()
+{
+    Registry &registry = Registry::instance();
+    std::list<Background> all;
+    for (;;) {
+        {
+            const std::lock_guard lock(registry.mutex);
+            all.swap(registry.threads);
+        }
+        if (all.empty())
+            return;
+        joinThose(all); // one may have begun another
+        all.clear();
+    }
+}
+} // namespace CorbaCommon

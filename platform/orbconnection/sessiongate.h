@@ -1,0 +1,43 @@
+#pragma once
+
+#include "orbconnection/heartbeat.h"
+#include "orbconnection/outbox.h"
+
+#include <map>
+#include <random>
+
+namespace mirror
+{
+/// What the main thread and the ORB's threads share of one session.
+struct SessionLine {
+    explicit SessionLine(const MirrorTiming &timing) : outbox(timing.queueBytes), heartbeat(timing) {}
+
+    Outbox outbox;
+    Heartbeat heartbeat;
+    std::atomic<std::size_t> bytesToApply = 0; ///< pushed by the client, not yet seen by the main thread
+};
+
+/// The sessions of a server, by their numbers. Thread: any; the lock is held for moments only.
+class SessionGate
+{
+public:
+    static constexpr std::size_t maximumSessions = 1000;
+
+    explicit SessionGate(const MirrorTiming &timing) : timing(timing) {}
+
+    /// A new session with a number that nobody can guess; 0 when there are too many, or after close().
+    quint64 open();
+    /// Null, when there is none.
+    std::shared_ptr<SessionLine> line(quint64 session) const;
+    /// Whoever waits for the session's batches returns.
+    void remove(quint64 session);
+    void close();
+
+private:
+    const MirrorTiming timing;
+    mutable std::mutex mutex; // guards all below
+    std::map<quint64, std::shared_ptr<SessionLine>> lines;
+    std::random_device random;
+    bool closed = false;
+};
+} // namespace mirror

@@ -1,0 +1,253 @@
+#include "orbconnection/vtconnectionobserver.h"
+
+#include "appruntime/threadswitchingadministration.h"
+#include "coresupport/trace.h"
+#include "orbconnection/corbaloc.h"
+#include "orbconnection/hostaddress.h"
+#include "orbconnection/mirrorclient.h"
+#include "orbconnection/mirrorlink.h"
+#include "valuetreelib/tree.h"
+#include "valuetreelib/value.h"
+#include "valuetreelib/vtclientcenter.h"
+
+#include <QPointer>
+
+using mirror::LinkSession;
+using mirror::MirrorClient;
+using mirror::MirrorLink;
+
+namespace
+{
+constexpr char sourceName[] = "orbconnection/vtconnectionobserver";
+
+/// What the tree's holders see of a connection.
+class VtClient : public IVtClient
+{
+public:
+    explicit VtClient(const QString &path) : path(path) { VtClientCenter::Instance().addClient(this); }
+    ~VtClient() override { VtClientCenter::Instance().removeClient(this); }
+    QString clientPath() const override { return path; }
+    void setOptimized(values::ValueBase *value, bool on) override
+    {
+        if (value)
+            value->setOptimized(on);
+    }
+
+private:
+    const QString path;
+};
+} // namespace
+
+class VtConnectionObserver::Private : public QObject, public IObserver
+{
+public:
+    Private(VtConnectionObserver *observer, const QString &serverPath, const QString &clientPath,
+            const VtConnectData &address, const QString &reregisterPath, const MirrorTiming &timing);
+    ~Private() override;
+
+    /// Somebody has set the re-register value.
+    void Update(Observable *, TChangeCode code) override;
+
+    VtConnectionObserver *const observer;
+    const VtConnectData address;
+    const QString reregisterPath;
+    values::Tree &tree = values::Tree::Instance();
+    MirrorClient client;
+    VtClient vtClient;
+    std::shared_ptr<MirrorLink> link;
+    std::shared_ptr<LinkSession> session; // null while there is none
+    bool connected = false;
+    bool deletesClientPath = false;
+    bool flushPosted = false;
+
+private:
+    MirrorLink::Events events();
+    void begin(const std::shared_ptr<LinkSession> &newSession);
+    void receive(const std::shared_ptr<LinkSession> &from, const std::string &batch);
+    void end(const std::shared_ptr<LinkSession> &ended);
+    void lose();
+    void observeReregisterValue();
+    void wantFlush();
+};
+
+VtConnectionObserver::Private::Private(VtConnectionObserver *observer, const QString &serverPath,
+                                       const QString &clientPath, const VtConnectData &address,
+                                       const QString &reregisterPath, const MirrorTiming &timing)
+    : observer(observer), address(address), reregisterPath(reregisterPath),
+      client(
+          tree, clientPath, reregisterPath, timing,
+          [this](quint64 sequence, std::string bytes, bool) {
+              if (session)
+                  session->outbox.put(sequence, std::move(bytes), false);
+          },
+          [this] { wantFlush(); }),
+      vtClient(client.clientPath())
+{
+    const QString host = address.ipAddress.isEmpty() ? address.hostName : address.ipAddress;
+    const QString where = QStringLiteral("The tree server at %1:%2").arg(host, QString::number(address.port));
+    link = std::make_shared<MirrorLink>(CorbaCommon::corbaloc(host, address.port, "ValueTree"), where, serverPath,
+                                        timing, events());
+    observeReregisterValue();
+    link->start();
+}
+
+VtConnectionObserver::Private::~Private()
+{
+    link->stop();
+    if (!reregisterPath.isEmpty())
+        if (values::ValueBase *const value = tree.findValue(client.clientPath() + u'/' + reregisterPath))
+            value->DeleteObserver(this);
+    session.reset();
+    lose();
+}
+
+MirrorLink::Events VtConnectionObserver::Private::events()
+{
+    const auto door =
+        ThreadingHelper::ThreadSwitchingAdministration::CreateThreadSwitchingHandler(QLatin1String(sourceName));
+    const QPointer<Private> self(this); // looked at on the main thread alone
+    const auto post = [door, self](auto call) {
+        door->post(ThreadingHelper::RunInMainThreadEvent([self, call = std::move(call)] {
+            if (self)
+                call(*self);
+        }));
+    };
+    return {[post](const auto &session) { post([session](Private &d) { d.begin(session); }); },
+            [post](const auto &session, std::string batch) {
+                post([session, batch = std::move(batch)](Private &d) { d.receive(session, batch); });
+            },
+            [post](const auto &session) { post([session](Private &d) { d.end(session); }); }};
+}
+
+void VtConnectionObserver::Private::Update(Observable *, TChangeCode code)
+{
+    if (code != ChangeCodeValue || !session)
+        return;
+    traceAt(TraceLevel::Normal, sourceName,
+            [this] { return QStringLiteral("%1 is to connect again").arg(client.clientPath()); });
+    session->outbox.close();
+}
+
+void VtConnectionObserver::Private::begin(const std::shared_ptr<LinkSession> &newSession)
+{
+    session = newSession;
+    client.begin();
+    observeReregisterValue();
+}
+
+void VtConnectionObserver::Private::receive(const std::shared_ptr<LinkSession> &from, const std::string &batch)
+{
+    from->bytesToApply -= batch.size();
+    if (from != session)
+        return; // of a session that has ended
+    const QPointer<Private> guard(this);
+    const MirrorClient::Outcome outcome = client.receive(batch);
+    if (!guard || from != session)
+        return;
+    switch (outcome) {
+    case MirrorClient::Outcome::Applied:
+        return;
+    case MirrorClient::Outcome::Missing:
+        session->wantsSnapshot = true;
+        return;
+    case MirrorClient::Outcome::Malformed:
+        session->outbox.close();
+        return;
+    case MirrorClient::Outcome::SnapshotComplete:
+        connected = true;
+        Q_EMIT observer->si_connected(client.clientPath());
+    }
+}
+
+void VtConnectionObserver::Private::end(const std::shared_ptr<LinkSession> &ended)
+{
+    if (ended != session)
+        return;
+    session.reset();
+    const QPointer<Private> guard(this);
+    lose();
+    if (guard && std::exchange(connected, false))
+        Q_EMIT observer->si_disconnected(client.clientPath());
+}
+
+void VtConnectionObserver::Private::lose()
+{
+    client.lose();
+    if (deletesClientPath)
+        tree.removeNode(client.clientPath());
+}
+
+void VtConnectionObserver::Private::observeReregisterValue()
+{
+    if (reregisterPath.isEmpty())
+        return;
+    const QString path = client.clientPath() + u'/' + reregisterPath;
+    if (!tree.findValue(path)) {
+        auto value = std::make_unique<values::Value<bool>>();
+        value->SetName(path.mid(path.lastIndexOf(u'/') + 1), this);
+        tree.addValue(path.left(path.lastIndexOf(u'/')), std::move(value), this);
+    }
+    if (values::ValueBase *const value = tree.findValue(path))
+        value->AddObserver(this);
+}
+
+void VtConnectionObserver::Private::wantFlush()
+{
+    if (std::exchange(flushPosted, true))
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            flushPosted = false;
+            client.flush();
+        },
+        Qt::QueuedConnection);
+}
+
+VtConnectionObserver::VtConnectionObserver(const QString &serverPath, const QString &clientPath,
+                                           const VtConnectData &address, const QString &reregisterPath)
+    : VtConnectionObserver(serverPath, clientPath, address, reregisterPath, MirrorTiming())
+{
+}
+
+VtConnectionObserver::VtConnectionObserver(const QString &serverPath, const QString &clientPath,
+                                           const VtConnectData &address, const QString &reregisterPath,
+                                           const MirrorTiming &timing)
+    : d(std::make_unique<Private>(this, serverPath, clientPath, address, reregisterPath, timing))
+{
+}
+
+VtConnectionObserver::~VtConnectionObserver()
+{
+    Q_EMIT si_clientTerminating();
+}
+
+void VtConnectionObserver::setDeleteClientTicPath(bool on)
+{
+    d->deletesClientPath = on;
+}
+
+IVtClient *VtConnectionObserver::vtClient() const
+{
+    return &d->vtClient;
+}
+
+const VtConnectData &VtConnectionObserver::connData() const
+{
+    return d->address;
+}
+
+QString VtConnectionObserver::getBaseClientPath() const
+{
+    return d->client.clientPath();
+}
+
+bool VtConnectionObserver::isConnected() const
+{
+    return d->connected;
+}
+
+bool VtConnectionObserver::GetFirstIPAddressOfHostNameStatic(const QString &hostName, QString &ip, bool preferIPv4)
+{
+    return firstAddressOfHost(hostName, ip, preferIPv4);
+}

@@ -1,0 +1,231 @@
+#include "orbconnection/vtserver.h"
+
+#include "appruntime/threadswitchingadministration.h"
+#include "coresupport/trace.h"
+#include "orbconnection/mirrorsession.h"
+#include "orbconnection/orbhandler.h"
+#include "orbconnection/treeservant.h"
+#include "valuetreelib/tree.h"
+
+#include <QPointer>
+#include <QTimer>
+
+using mirror::MirrorSession;
+using mirror::SessionLine;
+
+namespace
+{
+constexpr char sourceName[] = "orbconnection/vtserver";
+constexpr char key[] = "ValueTree";
+
+void traceSession(const QString &what, const QString &path)
+{
+    traceAt(TraceLevel::Debug, sourceName, [&] { return QStringLiteral("%1: a client of %2").arg(what, path); });
+}
+} // namespace
+
+class VtServer::Private : public QObject
+{
+public:
+    Private(values::Tree &tree, const MirrorTiming &timing);
+    ~Private() override;
+
+    void begin(quint64 session, const QString &path);
+    void receive(quint64 session, const std::string &batch);
+    void resynchronise(quint64 session);
+    void end(quint64 session);
+    void endSilent();
+    void flushAll();
+
+    struct Session {
+        QString path;
+        std::shared_ptr<SessionLine> line;
+        std::unique_ptr<MirrorSession> mirror;
+    };
+
+    values::Tree &tree;
+    const MirrorTiming timing;
+    const std::shared_ptr<mirror::SessionGate> gate;
+    std::map<quint64, Session> sessions;
+    QTimer watch;
+    bool flushPosted = false;
+    PortableServer::ObjectId_var servantId;
+    bool serving = false;
+
+private:
+    void activate();
+    void wantFlush();
+};
+
+namespace
+{
+/// Takes what ORB threads ask to the main thread.
+template <typename Server> class PostingKeeper : public mirror::ISessionKeeper
+{
+public:
+    explicit PostingKeeper(Server *server) : server(server) {}
+
+    void begin(quint64 session, const QString &path) override
+    {
+        post([session, path](Server &server) { server.begin(session, path); });
+    }
+    void receive(quint64 session, std::string batch) override
+    {
+        post([session, batch = std::move(batch)](Server &server) { server.receive(session, batch); });
+    }
+    void resynchronise(quint64 session) override
+    {
+        post([session](Server &server) { server.resynchronise(session); });
+    }
+    void end(quint64 session) override
+    {
+        post([session](Server &server) { server.end(session); });
+    }
+
+private:
+    template <typename Call> void post(Call call)
+    {
+        door->post(ThreadingHelper::RunInMainThreadEvent(
+            [server = server, call = std::move(call)] {
+                if (server)
+                    call(*server);
+            }));
+    }
+
+    const QPointer<Server> server; // looked at on the main thread alone
+    const std::shared_ptr<ThreadingHelper::ThreadSwitchingHandler> door =
+        ThreadingHelper::ThreadSwitchingAdministration::CreateThreadSwitchingHandler(QLatin1String(sourceName));
+};
+} // namespace
+
+VtServer::Private::Private(values::Tree &tree, const MirrorTiming &timing)
+    : tree(tree), timing(timing), gate(std::make_shared<mirror::SessionGate>(timing))
+{
+    connect(&watch, &QTimer::timeout, this, &Private::endSilent);
+    watch.start(timing.heartbeat);
+    activate();
+}
+
+VtServer::Private::~Private()
+{
+    gate->close();
+    const CorbaCommon::OrbHandler &orb = CorbaCommon::OrbHandler::Instance();
+    if (!serving || !orb.isRunning())
+        return;
+    try {
+        orb.keyedPoa()->deactivate_object(servantId);
+    } catch (const CORBA::Exception &) {
+        // The ORB is ending, and all servants with it.
+    }
+}
+
+void VtServer::Private::activate()
+{
+    const CorbaCommon::OrbHandler &orb = CorbaCommon::OrbHandler::Instance();
+    const auto fail = [](const char *reason) {
+        traceAt(TraceLevel::Normal, sourceName,
+                [&] { return QStringLiteral("The tree is not offered: %1").arg(QLatin1String(reason)); });
+    };
+    if (!orb.isRunning())
+        return fail("the ORB does not run");
+    const auto keeper = std::make_shared<PostingKeeper<Private>>(this);
+    const PortableServer::ServantBase_var servant = new mirror::TreeServant(timing, gate, keeper);
+    servantId = PortableServer::string_to_ObjectId(key);
+    try {
+        orb.keyedPoa()->activate_object_with_id(servantId, servant.in());
+        serving = true;
+    } catch (const CORBA::Exception &e) {
+        fail(e._name());
+    }
+}
+
+void VtServer::Private::begin(quint64 session, const QString &path)
+{
+    const std::shared_ptr<SessionLine> line = gate->line(session);
+    if (!line)
+        return; // the client has gone already
+    const auto send = [line](quint64 sequence, std::string bytes, bool isSnapshot) {
+        line->outbox.put(sequence, std::move(bytes), isSnapshot);
+    };
+    auto mirror = std::make_unique<MirrorSession>(tree, path, timing, send, [this] { wantFlush(); });
+    mirror->sendSnapshot();
+    sessions[session] = {path, line, std::move(mirror)};
+    traceSession(QStringLiteral("Begins"), path);
+}
+
+void VtServer::Private::receive(quint64 session, const std::string &batch)
+{
+    const auto found = sessions.find(session);
+    if (found == sessions.end())
+        return;
+    found->second.line->bytesToApply -= batch.size();
+    MirrorSession &mirror = *found->second.mirror;
+    if (!mirror.receive(batch))
+        end(session);
+}
+
+void VtServer::Private::resynchronise(quint64 session)
+{
+    const auto found = sessions.find(session);
+    if (found == sessions.end())
+        return;
+    traceSession(QStringLiteral("Is told everything again"), found->second.path);
+    found->second.mirror->flush();
+    found->second.line->outbox.refill();
+    found->second.mirror->sendSnapshot();
+}
+
+void VtServer::Private::end(quint64 session)
+{
+    gate->remove(session);
+    const auto found = sessions.find(session);
+    if (found == sessions.end())
+        return;
+    traceSession(QStringLiteral("Ends"), found->second.path);
+    sessions.erase(found);
+}
+
+void VtServer::Private::endSilent()
+{
+    std::vector<quint64> silent;
+    for (const auto &[number, session] : sessions)
+        if (session.line->heartbeat.isLost())
+            silent.push_back(number);
+    for (const quint64 number : silent)
+        end(number);
+}
+
+void VtServer::Private::wantFlush()
+{
+    if (std::exchange(flushPosted, true))
+        return;
+    QMetaObject::invokeMethod(
+        this, [this] { flushAll(); }, Qt::QueuedConnection);
+}
+
+void VtServer::Private::flushAll()
+{
+    flushPosted = false;
+    for (const auto &[number, session] : sessions)
+        session.mirror->flush();
+}
+
+VtServer::VtServer() : VtServer(values::Tree::Instance())
+{
+}
+
+VtServer::VtServer(values::Tree &tree, const MirrorTiming &timing) : d(std::make_unique<Private>(tree, timing))
+{
+}
+
+VtServer::~VtServer() = default;
+
+bool VtServer::isServing() const
+{
+    return d->serving;
+}
+
+int VtServer::sessionCount() const
+{
+    return static_cast<int>(d->sessions.size());
+}

@@ -1,0 +1,113 @@
+#include "orbconnection/corbaloc.h"
+#include "orbconnection/mirrorwire.h"
+#include "orbconnection/valuetree.hh"
+#include "tests/orbconnection/livetreeserver.h"
+
+using namespace VALUETREE;
+
+namespace
+{
+/// Calls as a client makes them, and as it should not.
+class TreeServerCall : public LiveTreeServer
+{
+protected:
+    TreeServer_ptr reference() const
+    {
+        const QString text = CorbaCommon::corbaloc(lease.address(), 8004, "ValueTree");
+        const CORBA::Object_var object = orb.orb()->string_to_object(text.toLatin1().constData());
+        return TreeServer::_unchecked_narrow(object);
+    }
+    /// The next batch that says something.
+    Delivery *nextAfter(CORBA::ULongLong session, CORBA::ULongLong received) const
+    {
+        for (int i = 0; i < 50; ++i) {
+            Delivery_var delivery = tree->pull(session, received, true);
+            if (delivery->number != 0)
+                return delivery._retn();
+        }
+        throw std::runtime_error("nothing comes");
+    }
+    static bool beginsSnapshot(const Delivery &delivery)
+    {
+        return delivery.bytes.length() > mirror::batchHeaderBytes && delivery.bytes[mirror::batchHeaderBytes] == 1;
+    }
+
+    TreeServer_var tree = reference();
+};
+
+TEST_F(TreeServerCall, OfAnotherVersionIsRefusedWithTheOwn)
+{
+    try {
+        tree->open("/K", 2);
+        FAIL();
+    } catch (const VersionNotSupported &e) {
+        EXPECT_EQ(e.supported, 1u);
+    }
+}
+
+TEST_F(TreeServerCall, OfAnUnknownSessionIsRefused)
+{
+    EXPECT_THROW(tree->pull(1, 0, true), SessionUnknown);
+    EXPECT_THROW(tree->push(1, 1, Batch()), SessionUnknown);
+    EXPECT_THROW(tree->resynchronise(1), SessionUnknown);
+    EXPECT_NO_THROW(tree->close(1));
+}
+
+TEST_F(TreeServerCall, WithAMalformedBatchEndsTheSession)
+{
+    const CORBA::ULongLong session = tree->open("/K", mirror::protocolVersion);
+    const Delivery_var first = nextAfter(session, 0);
+    Batch batch;
+    batch.length(30);
+    std::fill_n(batch.get_buffer(), 30, CORBA::Octet(0xee));
+    EXPECT_TRUE(tree->push(session, 1, batch));
+    EXPECT_THROW(nextAfter(session, first->number), SessionUnknown);
+}
+
+TEST_F(TreeServerCall, IsAnsweredAgainWhenTheAnswerWasLost)
+{
+    const CORBA::ULongLong session = tree->open("/K", mirror::protocolVersion);
+    const Delivery_var first = nextAfter(session, 0);
+    const Delivery_var again = nextAfter(session, 0);
+    EXPECT_EQ(first->number, again->number);
+    EXPECT_EQ(first->bytes.length(), again->bytes.length());
+    tree->close(session);
+}
+
+TEST_F(TreeServerCall, WithoutRoomReturnsAtOnceWithNothing)
+{
+    const CORBA::ULongLong session = tree->open("/K", mirror::protocolVersion);
+    const Delivery_var first = nextAfter(session, 0);
+    const Delivery_var nothing = tree->pull(session, 0, false);
+    EXPECT_EQ(nothing->number, 0u);
+    tree->close(session);
+}
+
+TEST_F(TreeServerCall, AfterTooManyUnreadChangesGetsANewSnapshot)
+{
+    startServer(20000);
+    const CORBA::ULongLong session = tree->open("/K", mirror::protocolVersion);
+    const Delivery_var first = nextAfter(session, 0);
+    ASSERT_TRUE(beginsSnapshot(first));
+    server().tell("burst /K/Device/State 10000");
+    ASSERT_EQ(atServer("/K/Device/State"), QStringLiteral("10000"));
+    const Delivery_var second = nextAfter(session, first->number);
+    EXPECT_TRUE(beginsSnapshot(second));
+    EXPECT_GT(second->number, first->number + 1);
+    tree->close(session);
+}
+
+TEST_F(TreeServerCall, OfASilentClientFindsNoSession)
+{
+    const CORBA::ULongLong session = tree->open("/K", mirror::protocolVersion);
+    const Delivery_var first = nextAfter(session, 0);
+    EXPECT_TRUE(comesTrue([&] {
+        try {
+            tree->resynchronise(session); // no sign of life
+            return false;
+        } catch (const SessionUnknown &) {
+            return true;
+        }
+    }));
+}
+} // namespace

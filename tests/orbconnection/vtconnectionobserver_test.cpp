@@ -1,0 +1,175 @@
+#include "orbconnection/vtconnectionobserver.h"
+
+#include "tests/orbconnection/livetreeserver.h"
+#include "valuetreelib/node.h"
+#include "valuetreelib/tree.h"
+#include "valuetreelib/value.h"
+#include "valuetreelib/vtclientcenter.h"
+
+#include <QSignalSpy>
+
+using namespace values;
+
+namespace
+{
+class Connection : public LiveTreeServer
+{
+protected:
+    std::unique_ptr<VtConnectionObserver> observe(const char *clientPath) const
+    {
+        return std::make_unique<VtConnectionObserver>(QStringLiteral("/K/Device"), QLatin1String(clientPath),
+                                                      address(), QStringLiteral("/ReregisterCorba"), timing());
+    }
+    ValueBase *value(const char *path) const { return Tree::Instance().findValue(QLatin1String(path)); }
+    bool isHere(const char *path, const char *content) const
+    {
+        return comesTrue([&] { return here(path) == QLatin1String(content); });
+    }
+
+    std::unique_ptr<VtConnectionObserver> connection = observe("/C/Device");
+    QSignalSpy connected{connection.get(), &VtConnectionObserver::si_connected};
+    QSignalSpy disconnected{connection.get(), &VtConnectionObserver::si_disconnected};
+    QSignalSpy terminating{connection.get(), &VtConnectionObserver::si_clientTerminating};
+};
+
+TEST_F(Connection, SaysSoFromTheEventLoopWhenTheSnapshotIsThere)
+{
+    EXPECT_FALSE(connection->isConnected());
+    ASSERT_TRUE(comesTrue([&] { return connected.count() == 1; }));
+    EXPECT_EQ(connected.first().first().toString(), QStringLiteral("/C/Device"));
+    EXPECT_EQ(here("/C/Device/State"), QStringLiteral("idle"));
+    EXPECT_EQ(connection->getBaseClientPath(), QStringLiteral("/C/Device"));
+    EXPECT_EQ(connection->connData().ipAddress, lease.address());
+}
+
+TEST_F(Connection, CarriesChangesBothWays)
+{
+    ASSERT_TRUE(comesTrue([&] { return connection->isConnected(); }));
+    server().tell("set /K/Device/D1/Admin/X 1");
+    EXPECT_TRUE(isHere("/C/Device/D1/Admin/X", "1"));
+    value("/C/Device/D1/Admin/X")->SetStringValue(QStringLiteral("2"), nullptr);
+    EXPECT_TRUE(comesTrue([&] { return atServer("/K/Device/D1/Admin/X") == QLatin1String("2"); }));
+    server().tell("remove /K/Device/D1");
+    EXPECT_TRUE(isHere("/C/Device/D1/Admin/X", "(absent)"));
+}
+
+TEST_F(Connection, ForwardsAChangeToOtherClients)
+{
+    const auto other = observe("/O/Device");
+    ASSERT_TRUE(comesTrue([&] { return connection->isConnected() && other->isConnected(); }));
+    value("/C/Device/State")->SetStringValue(QStringLiteral("busy"), nullptr);
+    EXPECT_TRUE(isHere("/O/Device/State", "busy"));
+}
+
+TEST_F(Connection, CreatesAtTheServerWhatIsSetHere)
+{
+    ASSERT_TRUE(comesTrue([&] { return connection->isConnected(); }));
+    auto fresh = std::make_unique<Value<int>>();
+    fresh->SetName(QStringLiteral("Mine"), nullptr);
+    Tree::Instance().addValue(QStringLiteral("/C/Device/D1"), std::move(fresh));
+    value("/C/Device/D1/Mine")->SetStringValue(QStringLiteral("7"), nullptr);
+    EXPECT_TRUE(comesTrue([&] { return atServer("/K/Device/D1/Mine") == QLatin1String("7"); }));
+}
+
+TEST_F(Connection, LosesTheValuesBeforeItSaysSoAndGetsThemBack)
+{
+    ASSERT_TRUE(comesTrue([&] { return connection->isConnected(); }));
+    TValueState seen = ValueStateValid;
+    QObject::connect(connection.get(), &VtConnectionObserver::si_disconnected, connection.get(),
+                     [&] { seen = value("/C/Device/State")->GetState(); });
+    killServer();
+    ASSERT_TRUE(comesTrue([&] { return disconnected.count() == 1; }));
+    EXPECT_EQ(seen, ValueStateConnectionLost);
+    startServer();
+    ASSERT_TRUE(comesTrue([&] { return connected.count() == 2; }));
+    EXPECT_EQ(value("/C/Device/State")->GetState(), ValueStateValid);
+}
+
+TEST_F(Connection, IsLostWhenTheServerStandsStill)
+{
+    ASSERT_TRUE(comesTrue([&] { return connection->isConnected(); }));
+    server().suspend();
+    EXPECT_TRUE(comesTrue([&] { return disconnected.count() == 1; }));
+    server().resume();
+    EXPECT_TRUE(comesTrue([&] { return connected.count() == 2; }));
+}
+
+TEST_F(Connection, WaitsForAServerThatComesLater)
+{
+    killServer();
+    const auto early = observe("/E/Device");
+    QSignalSpy earlyConnected(early.get(), &VtConnectionObserver::si_connected);
+    EXPECT_FALSE(earlyConnected.wait(300));
+    startServer();
+    EXPECT_TRUE(comesTrue([&] { return early->isConnected(); }));
+}
+
+TEST_F(Connection, ConnectsAgainWhenItIsAskedTo)
+{
+    ASSERT_TRUE(comesTrue([&] { return connection->isConnected(); }));
+    auto *const wish = dynamic_cast<Value<bool> *>(value("/C/Device/ReregisterCorba"));
+    ASSERT_TRUE(wish);
+    wish->SetValue(!wish->GetValue(), nullptr);
+    ASSERT_TRUE(comesTrue([&] { return disconnected.count() == 1; }));
+    EXPECT_TRUE(comesTrue([&] { return connected.count() == 2; }));
+    EXPECT_EQ(atServer("/K/Device/ReregisterCorba"), QStringLiteral("(absent)"));
+}
+
+TEST_F(Connection, TakesItsPathAwayOnALossWhenItIsToldTo)
+{
+    connection->setDeleteClientTicPath(true);
+    ASSERT_TRUE(comesTrue([&] { return connection->isConnected(); }));
+    killServer();
+    ASSERT_TRUE(comesTrue([&] { return disconnected.count() == 1; }));
+    EXPECT_FALSE(Tree::Instance().findNode(QStringLiteral("/C/Device")));
+    startServer();
+    ASSERT_TRUE(comesTrue([&] { return connected.count() == 2; }));
+    EXPECT_EQ(here("/C/Device/State"), QStringLiteral("idle"));
+    EXPECT_TRUE(value("/C/Device/ReregisterCorba"));
+}
+
+TEST_F(Connection, SaysThatItEnds)
+{
+    ASSERT_TRUE(comesTrue([&] { return connection->isConnected(); }));
+    connection.reset();
+    EXPECT_EQ(terminating.count(), 1);
+    EXPECT_EQ(disconnected.count(), 0);
+    EXPECT_EQ(value("/C/Device/State")->GetState(), ValueStateConnectionLost);
+}
+
+TEST_F(Connection, ServesItsPath)
+{
+    IVtClient *const client = connection->vtClient();
+    EXPECT_EQ(VtClientCenter::Instance().GetVtClientForPath(QStringLiteral("/C/Device/D1")), client);
+    ASSERT_TRUE(comesTrue([&] { return connection->isConnected(); }));
+    client->setOptimized(value("/C/Device/State"), false);
+    EXPECT_FALSE(value("/C/Device/State")->isOptimized());
+    connection.reset();
+    EXPECT_FALSE(VtClientCenter::Instance().GetVtClientForPath(QStringLiteral("/C/Device/D1")));
+}
+
+TEST_F(Connection, KeepsUpWithManyChanges)
+{
+    ASSERT_TRUE(comesTrue([&] { return connection->isConnected(); }));
+    server().tell("many /K/Device/Many 20000");
+    server().tell("burst /K/Device/State 100000");
+    EXPECT_TRUE(isHere("/C/Device/State", "100000"));
+    EXPECT_EQ(here("/C/Device/Many/20000"), QStringLiteral("20000"));
+    EXPECT_EQ(disconnected.count(), 0);
+}
+
+TEST_F(Connection, ToNowhereNeitherHangsNorConnects)
+{
+    const VtConnectionObserver nowhere(QStringLiteral("/K"), QStringLiteral("/N"), {QString(), QStringLiteral("a/b")},
+                                       QString(), timing());
+    ASSERT_TRUE(comesTrue([&] { return connection->isConnected(); }));
+    EXPECT_FALSE(nowhere.isConnected());
+}
+
+TEST_F(Connection, LooksUpAddresses)
+{
+    QString ip;
+    EXPECT_TRUE(VtConnectionObserver::GetFirstIPAddressOfHostNameStatic(QStringLiteral("localhost"), ip, true));
+    EXPECT_EQ(ip, QStringLiteral("127.0.0.1"));
+}
+} // namespace
