@@ -1,0 +1,8 @@
+#include "connectionmanagement/iserverconnectiondata.h"
+
+namespace KorveCommon
+{
+IServerConnectionData::IServerConnectionData() = default;
+
+IServerConnectionData::~IServerConnectionData() = default;
+} // namespace KorveCommon
