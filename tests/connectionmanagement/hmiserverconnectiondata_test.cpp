@@ -1,0 +1,123 @@
+#include "connectionmanagement/hmiserverconnectiondata.h"
+
+#include "korvebase/korveconfiguration.h"
+#include "tests/connectionmanagement/liveinstallation.h"
+#include "tests/connectionmanagement/openedrole.h"
+
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+using namespace KorveCommon;
+
+namespace
+{
+const QString alpha = QStringLiteral("Alpha");
+const QString local = QStringLiteral("LocalSubSystem");
+
+class DisplayStation : public LiveInstallation
+{
+protected:
+    DisplayStation() { registerManager(); }
+
+    OpenedRole<HMIServerConnectionData> role{QString()};
+};
+
+TEST_F(DisplayStation, HasATicToTheDevicesAndOneToTheServer)
+{
+    role.GetConfiguration()->SetValuePathPrefix(QStringLiteral("/Prefix")); // is ignored
+    role.connectTo(alpha);
+    ASSERT_EQ(role.tics(alpha).size(), 2);
+    EXPECT_EQ(role.clientPath(alpha, DeviceConnection), QStringLiteral("/SubSystems/Alpha/KORVE/Device"));
+    EXPECT_EQ(role.clientPath(alpha, ServerConnection), QStringLiteral("/SubSystems/Alpha/KORVE/Command"));
+    EXPECT_EQ(role.getConnData(alpha, ServerConnection).hostName, address());
+    EXPECT_EQ(role.getConnData(alpha, DeviceConnection).port, 8004);
+    EXPECT_EQ(role.tics(alpha).first()->subsystemListEntry(), QStringList{alpha});
+}
+
+TEST_F(DisplayStation, CallsTheLocalSubsystemByAName)
+{
+    role.connectTo(QString());
+    ASSERT_EQ(role.tics(local).size(), 2);
+    EXPECT_EQ(role.clientPath(QString(), DeviceConnection), QStringLiteral("/SubSystems/LocalSubSystem/KORVE/Device"));
+}
+
+TEST_F(DisplayStation, HasNoTicWhileNoManagerCanBeFound)
+{
+    stopService();
+    role.connectTo(alpha);
+    EXPECT_TRUE(role.ticMap.isEmpty());
+}
+
+TEST_F(DisplayStation, AddsNoTicTheSecondTime)
+{
+    role.connectTo(alpha);
+    const auto tics = role.tics(alpha);
+    role.connectTo(alpha);
+    EXPECT_EQ(role.tics(alpha), tics);
+    EXPECT_EQ(tics.first()->subsystemListEntry(), (QStringList{alpha, alpha}));
+}
+
+TEST_F(DisplayStation, NotesSubsystemsThatShareAHost)
+{
+    role.connectTo(alpha);
+    role.connectTo(local); // the same manager
+    role.connectTo(local);
+    ASSERT_EQ(role.tics(local).size(), 2);
+    for (KorveManagerConnectionData *tic : role.tics(local)) {
+        ASSERT_EQ(tic->subsystemListEntry().size(), 2);
+        EXPECT_EQ(tic->subsystemListEntry().first(), local);
+        EXPECT_TRUE(role.ticMap.contains(tic->subsystemListEntry().last()));
+    }
+}
+
+TEST_F(DisplayStation, HandlesDevicesLaterAndTheServerAtOnce)
+{
+    role.connectTo(alpha);
+    QStringList told;
+    const auto write = [&](const char *name) { return [&told, name] { told << QLatin1String(name); }; };
+    using Base = AbstractServerConnectionData;
+    QObject::connect(&role, &Base::ConnectionChanged, &role, write("changed"));
+    QObject::connect(&role, &Base::si_deviceNodeAdded, &role, write("nodes"));
+    QObject::connect(&role, &Base::si_allTicsConnected, &role, write("all up"));
+    comeUp(role.tic(alpha, ServerConnection));
+    EXPECT_EQ(told, QStringList{QStringLiteral("changed")});
+    told.clear();
+    comeUp(role.tic(alpha, DeviceConnection));
+    EXPECT_TRUE(told.isEmpty());
+    ASSERT_TRUE(comesTrue([&] { return told.size() >= 3; }));
+    EXPECT_EQ(told, (QStringList{QStringLiteral("changed"), QStringLiteral("all up"), QStringLiteral("nodes")}));
+}
+
+TEST_F(DisplayStation, IgnoresWhatItsFormerTicsHadToSay)
+{
+    role.connectTo(alpha);
+    QSignalSpy changed(&role, &AbstractServerConnectionData::ConnectionChanged);
+    QSignalSpy allUp(&role, &AbstractServerConnectionData::si_allTicsConnected);
+    comeUp(role.tic(alpha, ServerConnection));
+    comeUp(role.tic(alpha, DeviceConnection));
+    role.ResetVtClientConnection();
+    ASSERT_TRUE(comesTrue([&] { return changed.count() == 2; })); // was on its way already
+    QCoreApplication::processEvents();
+    EXPECT_EQ(allUp.count(), 0);
+    EXPECT_TRUE(role.ticMap.isEmpty());
+}
+
+TEST_F(DisplayStation, FollowsTheConfigurationsSubsystem)
+{
+    role.GetConfiguration()->SetCurrentSubSystem(alpha);
+    EXPECT_EQ(role.GetCurrentSubsystem(), alpha);
+    EXPECT_TRUE(role.ticMap.isEmpty()); // both names are equal by now
+}
+
+TEST_F(DisplayStation, ReadsItsConfiguration)
+{
+    const QTemporaryDir directory;
+    QFile file(directory.filePath(QStringLiteral("hmi.ini")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("Caption=Station\n");
+    file.close();
+    HMIServerConnectionData configured(file.fileName());
+    EXPECT_EQ(configured.GetConfiguration()->getCaption(), QStringLiteral("Station"));
+}
+} // namespace
