@@ -1,0 +1,18 @@
+#pragma once
+
+#include "connectionmanagement/channelstate.h"
+#include "korvebase/korvebase_export.h"
+
+#include <QString>
+
+namespace KorveCommon
+{
+/// Hears of the states of all devices' records.
+class KORVEBASE_EXPORT IChannelStateChangedListener
+{
+public:
+    virtual ~IChannelStateChangedListener() = default;
+    virtual void NotifyChannelStateChanged(const QString &deviceId, const QString &recordId, const QString &recordName,
+                                           const ChannelState::State &state) = 0;
+};
+} // namespace KorveCommon
