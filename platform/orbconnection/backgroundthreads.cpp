@@ -25,6 +25,7 @@ struct Registry {
 
     std::mutex mutex; // guards the list
     std::list<Background> threads;
+    std::atomic<bool> ending = false;
 };
 
 void joinThose(std::list<Background> &threads)
@@ -46,6 +47,8 @@ void runInBackground(std::function<void()> work)
                 ended.splice(ended.end(), registry.threads, it);
             it = next;
         }
+        if (registry.ending)
+            return;
         const auto done = std::make_shared<std::atomic<bool>>(false);
         std::thread thread([work = std::move(work), done] {
             work();
@@ -56,9 +59,15 @@ void runInBackground(std::function<void()> work)
     joinThose(ended);
 }
 
+bool isBackgroundEnding()
+{
+    return Registry::instance().ending;
+}
+
 void joinBackgroundThreads()
 {
     Registry &registry = Registry::instance();
+    registry.ending = true;
     std::list<Background> all;
     for (;;) {
         {

@@ -8,6 +8,9 @@ namespace CorbaCommon
 /// whoever began it wants that.
 void runInBackground(std::function<void()> work);
 
-/// Waits for all. Called by the ORB's end.
+/// The ORB is about to end: all such work has to, also if whoever began it has not said so.
+bool isBackgroundEnding();
+
+/// Ends the time of background threads and waits for all. Called by the ORB's end.
 void joinBackgroundThreads();
 } // namespace CorbaCommon

@@ -64,7 +64,7 @@ MirrorClient::Outcome MirrorClient::receive(std::string_view batch)
     lastReceived = header->sequence;
     unconfirmed.confirm(header->applied);
     const bool wasComplete = complete;
-    while (!in.isAtEnd()) {
+    while (!in.isAtEnd() && inSession) {
         const std::optional<Record> record = readRecord(in);
         if (!record || !apply(*record))
             return refuse("it is malformed");
@@ -91,6 +91,11 @@ void MirrorClient::lose()
     for (const QString &valuePath : valuePaths)
         if (values::ValueBase *const value = tree.findValue(valuePath))
             value->NotifyObservers(ChangeCodeDeleted, this);
+}
+
+void MirrorClient::detach()
+{
+    tree.removeListener(this);
 }
 
 void MirrorClient::flush()

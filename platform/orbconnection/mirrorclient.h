@@ -18,8 +18,9 @@ namespace mirror
 /// The client's side of one mirror: makes one path of the tree what the server tells, and tells the server of changes
 /// that others make there. Knows no transport.
 ///
-/// The server's word holds; what is set here before the snapshot is complete, or while there is no session, is not sent.
-/// Values that are created here are sent when they are set later, unless the server has them. Removals here are not sent.
+/// The server's word holds; what is set here before the snapshot is complete, or while there is no session, is not
+/// sent. Values that are created here are sent when they are set later. Removals here are not sent.
+/// Observers may end it while it works, by lose(); whoever owns it keeps it alive for that call.
 /// Thread: main; never blocks.
 class MirrorClient final : public values::ITreeListener, public IObserver
 {
@@ -43,6 +44,8 @@ public:
     /// ChangeCodeDeleted. Nothing, when there was no session.
     void lose();
     void flush();
+    /// For good: the tree is left alone from here on, and neither function that it was made with is called.
+    void detach();
 
     bool isComplete() const { return complete; }
     const QString &clientPath() const { return path.top(); }

@@ -47,7 +47,7 @@ void MirrorLink::run()
         }
         pause(failures++);
         const std::lock_guard lock(mutex);
-        if (stopped)
+        if (stopped || CorbaCommon::isBackgroundEnding())
             return;
     }
 }
@@ -81,7 +81,7 @@ void MirrorLink::carry(const std::shared_ptr<LinkSession> &session)
 {
     quint64 received = 0;
     std::string batch;
-    while (!session->outbox.isClosed()) {
+    while (!session->outbox.isClosed() && !CorbaCommon::isBackgroundEnding()) {
         if (!succeeds([&] {
                 if (session->wantsSnapshot.exchange(false))
                     session->server->resynchronise(session->number);
@@ -128,7 +128,7 @@ void MirrorLink::push(const std::shared_ptr<LinkSession> &session)
 void MirrorLink::pushAll(LinkSession &session)
 {
     quint64 sent = 0;
-    while (!session.outbox.isClosed()) {
+    while (!session.outbox.isClosed() && !CorbaCommon::isBackgroundEnding()) {
         const Outbox::Entry entry = session.outbox.next(sent, timing.heartbeat);
         if (session.outbox.takeOverflow())
             throw CORBA::NO_RESOURCES(0, CORBA::COMPLETED_NO);

@@ -52,7 +52,7 @@ public:
     const VtConnectData address;
     const QString reregisterPath;
     values::Tree &tree = values::Tree::Instance();
-    MirrorClient client;
+    const std::shared_ptr<MirrorClient> client; // shared with the calls that it is in, since observers may delete this
     VtClient vtClient;
     std::shared_ptr<MirrorLink> link;
     std::shared_ptr<LinkSession> session; // null while there is none
@@ -74,14 +74,14 @@ VtConnectionObserver::Private::Private(VtConnectionObserver *observer, const QSt
                                        const QString &clientPath, const VtConnectData &address,
                                        const QString &reregisterPath, const MirrorTiming &timing)
     : observer(observer), address(address), reregisterPath(reregisterPath),
-      client(
+      client(std::make_shared<MirrorClient>(
           tree, clientPath, reregisterPath, timing,
           [this](quint64 sequence, std::string bytes, bool) {
               if (session)
                   session->outbox.put(sequence, std::move(bytes), false);
           },
-          [this] { wantFlush(); }),
-      vtClient(client.clientPath())
+          [this] { wantFlush(); })),
+      vtClient(client->clientPath())
 {
     const QString host = address.ipAddress.isEmpty() ? address.hostName : address.ipAddress;
     const QString where = QStringLiteral("The tree server at %1:%2").arg(host, QString::number(address.port));
@@ -95,10 +95,11 @@ VtConnectionObserver::Private::~Private()
 {
     link->stop();
     if (!reregisterPath.isEmpty())
-        if (values::ValueBase *const value = tree.findValue(client.clientPath() + u'/' + reregisterPath))
+        if (values::ValueBase *const value = tree.findValue(client->clientPath() + u'/' + reregisterPath))
             value->DeleteObserver(this);
     session.reset();
     lose();
+    client->detach();
 }
 
 MirrorLink::Events VtConnectionObserver::Private::events()
@@ -124,14 +125,14 @@ void VtConnectionObserver::Private::Update(Observable *, TChangeCode code)
     if (code != ChangeCodeValue || !session)
         return;
     traceAt(TraceLevel::Normal, sourceName,
-            [this] { return QStringLiteral("%1 is to connect again").arg(client.clientPath()); });
+            [this] { return QStringLiteral("%1 is to connect again").arg(client->clientPath()); });
     session->outbox.close();
 }
 
 void VtConnectionObserver::Private::begin(const std::shared_ptr<LinkSession> &newSession)
 {
     session = newSession;
-    client.begin();
+    client->begin();
     observeReregisterValue();
 }
 
@@ -141,7 +142,8 @@ void VtConnectionObserver::Private::receive(const std::shared_ptr<LinkSession> &
     if (from != session)
         return; // of a session that has ended
     const QPointer<Private> guard(this);
-    const MirrorClient::Outcome outcome = client.receive(batch);
+    const std::shared_ptr<MirrorClient> receiver = client;
+    const MirrorClient::Outcome outcome = receiver->receive(batch);
     if (!guard || from != session)
         return;
     switch (outcome) {
@@ -155,7 +157,7 @@ void VtConnectionObserver::Private::receive(const std::shared_ptr<LinkSession> &
         return;
     case MirrorClient::Outcome::SnapshotComplete:
         connected = true;
-        Q_EMIT observer->si_connected(client.clientPath());
+        Q_EMIT observer->si_connected(receiver->clientPath());
     }
 }
 
@@ -167,21 +169,24 @@ void VtConnectionObserver::Private::end(const std::shared_ptr<LinkSession> &ende
     const QPointer<Private> guard(this);
     lose();
     if (guard && std::exchange(connected, false))
-        Q_EMIT observer->si_disconnected(client.clientPath());
+        Q_EMIT observer->si_disconnected(client->clientPath());
 }
 
 void VtConnectionObserver::Private::lose()
 {
-    client.lose();
-    if (deletesClientPath)
-        tree.removeNode(client.clientPath());
+    const std::shared_ptr<MirrorClient> loser = client;
+    const bool deletes = deletesClientPath;
+    values::Tree &home = tree;
+    loser->lose();
+    if (deletes)
+        home.removeNode(loser->clientPath());
 }
 
 void VtConnectionObserver::Private::observeReregisterValue()
 {
     if (reregisterPath.isEmpty())
         return;
-    const QString path = client.clientPath() + u'/' + reregisterPath;
+    const QString path = client->clientPath() + u'/' + reregisterPath;
     if (!tree.findValue(path)) {
         auto value = std::make_unique<values::Value<bool>>();
         value->SetName(path.mid(path.lastIndexOf(u'/') + 1), this);
@@ -199,7 +204,7 @@ void VtConnectionObserver::Private::wantFlush()
         this,
         [this] {
             flushPosted = false;
-            client.flush();
+            client->flush();
         },
         Qt::QueuedConnection);
 }
@@ -239,7 +244,7 @@ const VtConnectData &VtConnectionObserver::connData() const
 
 QString VtConnectionObserver::getBaseClientPath() const
 {
-    return d->client.clientPath();
+    return d->client->clientPath();
 }
 
 bool VtConnectionObserver::isConnected() const

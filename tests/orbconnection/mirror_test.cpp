@@ -320,7 +320,8 @@ TEST_F(Mirror, SurvivesDamagedBatches)
         pair.client.begin();
         pair.client.receive(damaged);
         Tree fresh;
-        mirror::MirrorSession server(fresh, QStringLiteral("/K"), pair.timing, [](quint64, std::string, bool) {}, [] {});
+        mirror::MirrorSession server(
+            fresh, QStringLiteral("/K"), pair.timing, [](quint64, std::string, bool) {}, [] {});
         server.receive(damaged);
     }
     EXPECT_GT(refused, static_cast<int>(whole.size()) / 2);

@@ -1,5 +1,6 @@
 #include "orbconnection/vtconnectionobserver.h"
 
+#include "tests/appruntime/capturedtraces.h"
 #include "tests/orbconnection/livetreeserver.h"
 #include "valuetreelib/node.h"
 #include "valuetreelib/tree.h"
@@ -7,6 +8,8 @@
 #include "valuetreelib/vtclientcenter.h"
 
 #include <QSignalSpy>
+
+#include <algorithm>
 
 using namespace values;
 
@@ -164,6 +167,49 @@ TEST_F(Connection, ToNowhereNeitherHangsNorConnects)
                                        QString(), timing());
     ASSERT_TRUE(comesTrue([&] { return connection->isConnected(); }));
     EXPECT_FALSE(nowhere.isConnected());
+}
+
+TEST_F(Connection, ToSomethingElseAtThatPlaceSaysSoAndTriesAgain)
+{
+    const CapturedTraces traces;
+    const LoopbackLease otherLease;
+    const ServiceProcess other(QStringLiteral(TROUBLE_PROGRAM),
+                               {otherLease.address(), QStringLiteral("8004"), QString(), QStringLiteral("ValueTree")});
+    const VtConnectionObserver astray(QStringLiteral("/K"), QStringLiteral("/N"), {QString(), otherLease.address()},
+                                      QString(), timing());
+    const std::string start = "The tree server at " + otherLease.address().toStdString();
+    EXPECT_TRUE(comesTrue([&] {
+        const std::vector<std::string> texts = traces.texts();
+        return std::ranges::any_of(texts, [&](const std::string &text) {
+            return text.starts_with(start) && text.find("does not answer as a tree server") != std::string::npos;
+        });
+    }));
+    EXPECT_FALSE(astray.isConnected());
+}
+
+/// Deletes the connection that tells it of a loss.
+class Deleter : public IObserver
+{
+public:
+    explicit Deleter(std::unique_ptr<VtConnectionObserver> &connection) : connection(connection) {}
+    void Update(Observable *, TChangeCode code) override
+    {
+        if (code == ChangeCodeState)
+            connection.reset();
+    }
+    std::unique_ptr<VtConnectionObserver> &connection;
+};
+
+TEST_F(Connection, MayBeDeletedByWhoIsToldOfItsLoss)
+{
+    Deleter deleter(connection);
+    server().tell("set /K/Device/Other 1");
+    ASSERT_TRUE(isHere("/C/Device/Other", "1"));
+    value("/C/Device/Other")->AddObserver(&deleter);
+    killServer();
+    EXPECT_TRUE(comesTrue([&] { return !connection; }));
+    EXPECT_EQ(value("/C/Device/State")->GetState(), ValueStateConnectionLost);
+    value("/C/Device/Other")->DeleteObserver(&deleter);
 }
 
 TEST_F(Connection, LooksUpAddresses)

@@ -26,8 +26,8 @@ void set(const QString &path, const QString &content)
     tree.findValue(path)->SetStringValue(content, nullptr);
 }
 
-/// set PATH CONTENT; burst PATH COUNT (sets 1 to COUNT); many PATH COUNT (values 1 to COUNT below); remove PATH (a node);
-/// print PATH
+/// set PATH CONTENT; burst PATH COUNT (sets 1 to COUNT); many PATH COUNT (values 1 to COUNT below); remove PATH (a
+/// node); print PATH
 void obey(const QStringList &words)
 {
     const QString path = words.value(1);

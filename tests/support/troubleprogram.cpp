@@ -40,7 +40,7 @@ public:
 };
 } // namespace
 
-/// ADDRESS PORT: serves the object "Trouble" there; prints its reference too.
+/// ADDRESS PORT [PUBLISHED ADDRESS [KEY]]: serves the object "Trouble" there; prints its reference too.
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
@@ -53,7 +53,7 @@ int main(int argc, char **argv)
     if (!orb.isRunning())
         return 1;
     const PortableServer::ServantBase_var servant = new Trouble;
-    const PortableServer::ObjectId_var id = PortableServer::string_to_ObjectId("Trouble");
+    const PortableServer::ObjectId_var id = PortableServer::string_to_ObjectId(argc > 4 ? argv[4] : "Trouble");
     orb.keyedPoa()->activate_object_with_id(id, servant.in());
     const CORBA::Object_var object = orb.keyedPoa()->id_to_reference(id);
     const CORBA::String_var reference = orb.orb()->object_to_string(object);
