@@ -80,6 +80,7 @@ public:
 
     void start();
     bool ask();
+    bool probeAnswers();
     void noteAnswer(bool now, const char *reason);
     template <typename Call>
     std::invoke_result_t<Call, CCO::IF_CCO_c_ptr> answerOf(const char *operation, const Call &call);
@@ -89,8 +90,9 @@ public:
     PortableServer::POA_var rootPoa;
     PortableServer::POA_var keyedPoa;
     CCO::IF_CCO_c_var cco;
-    CCO::IF_CCO_c_var probe; // the same object, with a short limit
+    CORBA::Object_var probe; // the same, with a short limit; of no type, so that it asks the object for its own
     std::atomic<bool> answers = false;
+    std::atomic<bool> isCentralService = false;
     std::atomic<bool> isShutDown = false;
 };
 
@@ -104,6 +106,9 @@ void OrbHandler::Private::start()
         keyedPoa = activePoa(orb, "omniINSPOA");
         const CORBA::Object_var object = orb->resolve_initial_references("CCO");
         cco = CCO::IF_CCO_c::_unchecked_narrow(object);
+        const CORBA::String_var text = orb->object_to_string(object);
+        probe = orb->string_to_object(text);
+        omniORB::setClientCallTimeout(probe, milliseconds(settings.connectTimeout));
     } catch (const CORBA::Exception &e) {
         traceAt(TraceLevel::Normal, sourceName, [&] {
             return QStringLiteral("The ORB cannot start at %1: %2 (is a port in use?)")
@@ -116,12 +121,20 @@ void OrbHandler::Private::start()
 bool OrbHandler::Private::ask()
 {
     try {
-        const bool now = !pastStaleConnections([this] { return probe->_non_existent(); });
-        noteAnswer(now, now ? "" : "nothing is there");
+        const bool now = pastStaleConnections([this] { return probeAnswers(); });
+        noteAnswer(now, now ? "" : "something else is there");
     } catch (const CORBA::SystemException &e) {
         noteAnswer(false, e._name());
     }
     return answers;
+}
+
+bool OrbHandler::Private::probeAnswers()
+{
+    // Looked at anew after each failure, since somebody else may be there then.
+    if (isCentralService.exchange(false))
+        return isCentralService = !probe->_non_existent();
+    return isCentralService = probe->_is_a(CCO::IF_CCO_c::_PD_repoId);
 }
 
 void OrbHandler::Private::noteAnswer(bool now, const char *reason)
@@ -174,7 +187,6 @@ bool OrbHandler::configure(const OrbSettings &settings)
 OrbHandler::OrbHandler(const OrbSettings &settings) : d(std::make_unique<Private>(settings))
 {
     d->start();
-    d->probe = centralService(settings.connectTimeout);
 }
 
 OrbHandler::~OrbHandler()

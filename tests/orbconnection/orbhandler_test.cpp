@@ -45,6 +45,19 @@ TEST_F(OrbHandlerAtAService, DoesNotWaitLongForOneThatStandsStill)
     EXPECT_TRUE(orb.ConnectToCCO(5, 100));
 }
 
+TEST_F(OrbHandlerAtAService, IsNotTakenInBySomethingElseAtThatPlace)
+{
+    killService();
+    {
+        const ServiceProcess other(QStringLiteral(TROUBLE_PROGRAM),
+                                   {address(), QStringLiteral("8003"), QString(), QStringLiteral("CCO")});
+        EXPECT_FALSE(orb.CCOIsAvailable());
+        EXPECT_TRUE(CORBA::is_nil(orb.GetCCO()));
+    }
+    startService();
+    EXPECT_TRUE(orb.ConnectToCCO(2, 250));
+}
+
 TEST_F(OrbHandlerAtAService, ResolvesAtTheServiceOfAWorkstation)
 {
     const CCO::IF_CCO_c_var cco = direct();
