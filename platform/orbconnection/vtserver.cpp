@@ -40,7 +40,7 @@ public:
     struct Session {
         QString path;
         std::shared_ptr<SessionLine> line;
-        std::unique_ptr<MirrorSession> mirror;
+        std::shared_ptr<MirrorSession> mirror; // shared with the call that it is in, since observers may end it
     };
 
     values::Tree &tree;
@@ -147,9 +147,9 @@ void VtServer::Private::begin(quint64 session, const QString &path)
     const auto send = [line](quint64 sequence, std::string bytes, bool isSnapshot) {
         line->outbox.put(sequence, std::move(bytes), isSnapshot);
     };
-    auto mirror = std::make_unique<MirrorSession>(tree, path, timing, send, [this] { wantFlush(); });
+    const auto mirror = std::make_shared<MirrorSession>(tree, path, timing, send, [this] { wantFlush(); });
     mirror->sendSnapshot();
-    sessions[session] = {path, line, std::move(mirror)};
+    sessions[session] = {path, line, mirror};
     traceSession(QStringLiteral("Begins"), path);
 }
 
@@ -159,8 +159,9 @@ void VtServer::Private::receive(quint64 session, const std::string &batch)
     if (found == sessions.end())
         return;
     found->second.line->bytesToApply -= batch.size();
-    MirrorSession &mirror = *found->second.mirror;
-    if (!mirror.receive(batch))
+    const std::shared_ptr<MirrorSession> mirror = found->second.mirror;
+    const QPointer<Private> guard(this);
+    if (!mirror->receive(batch) && guard)
         end(session);
 }
 
