@@ -39,7 +39,8 @@ ValueDescriptor selection(QLatin1String name, const SelItemDesc *items, int coun
 const std::array<ValueDescriptor, 9> &archiveDescriptors()
 {
     static const std::array descriptors{
-        selection(name::ArchiveCommand, values::g_svdCommand, values::svdCommandCount, values::g_svdCommand[2].String()),
+        selection(name::ArchiveCommand, values::g_svdCommand, values::svdCommandCount,
+                  values::g_svdCommand[2].String()),
         selection(literal("ArchvieCmdResult"), // contract: spelled so on both sides
                   values::g_svdResult, values::svdResultCount, values::g_svdResult[0].String()),
         selection(name::ArchiveAction, actions().data(), int(actions().size()), name::CopyToArchive),

@@ -33,7 +33,8 @@ inline constexpr QLatin1String statusDSQualityStorage = literal("/Status/DiscSpa
 inline constexpr QLatin1String records = literal("/Records");
 inline constexpr QLatin1String recordsMap = literal("/Records/Map");
 inline constexpr QLatin1String recordsLoadCount = literal("/Records/LoadCount");
-inline constexpr QLatin1String recordsLoadedCompletly = literal("/Records/LoadedCompletly"); // contract: spelled so on both sides
+// contract: spelled so on both sides
+inline constexpr QLatin1String recordsLoadedCompletly = literal("/Records/LoadedCompletly");
 inline constexpr QLatin1String recordsDeletionCount = literal("/Records/DeletionCount");
 
 // The archive, below the recorder's root and by itself.

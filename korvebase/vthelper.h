@@ -24,7 +24,7 @@ public:
 
     /// Selects @p key on the main thread and returns when that is done. A null value is left alone.
     void SafeSetValue(values::ValueSelection *value, long key, IObserver *observer);
-    /// Gives the node at @p nodePath a descriptor, on the main thread, and returns when that is done. No node, no effect.
+    /// Gives the node at @p nodePath, if there is one, a descriptor on the main thread; returns when that is done.
     void SafeSetValueDescriptor(const values::ValueDescriptor *descriptor, const QString &nodePath,
                                 IObserver *observer);
 

@@ -7,8 +7,8 @@
 
 namespace KORVE_XML::engine {
 
-/// Reads values from memory as QDataStream reads them from a device: what is not there reads as zero or null. The cursor
-/// then stands at the end and has overrun.
+/// Reads values from memory as QDataStream reads them from a device: what is not there reads as zero or null. The
+/// cursor then stands at the end and has overrun.
 class ByteCursor
 {
 public:

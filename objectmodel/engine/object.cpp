@@ -140,6 +140,7 @@ bool anyData(const Self &self)
 
 bool equal(const Self &a, const Self &b)
 {
+    // Both are only looked at: to detach them first would cost a copy and change no answer.
     if (a.d == b.d && !a.type.mayDifferFromItself)
         return true;
     const Record &left = viewOf(a.object, a.type);

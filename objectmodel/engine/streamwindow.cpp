@@ -13,6 +13,11 @@ qint64 StreamWindow::left() const
     return in.device() ? in.device()->bytesAvailable() - begin : 0;
 }
 
+template <class Integer> Integer StreamWindow::read(const char *bytes) const
+{
+    return isBigEndian() ? qFromBigEndian<Integer>(bytes) : qFromLittleEndian<Integer>(bytes);
+}
+
 void StreamWindow::takeRaw(char *to, int count)
 {
     if (end - begin < count && !refill(count)) {
@@ -27,7 +32,7 @@ template <class Integer> Integer StreamWindow::take()
 {
     char bytes[sizeof(Integer)];
     takeRaw(bytes, sizeof bytes);
-    return in.byteOrder() == QDataStream::BigEndian ? qFromBigEndian<Integer>(bytes) : qFromLittleEndian<Integer>(bytes);
+    return read<Integer>(bytes);
 }
 
 template qint8 StreamWindow::take<qint8>();
@@ -38,15 +43,13 @@ QString StreamWindow::takeText()
 {
     if (end - begin < 4)
         refill(4);
-    const bool bigEndian = in.byteOrder() == QDataStream::BigEndian;
-    const char *count = ahead.data() + begin;
-    const quint32 size = end - begin < 4 ? 0 : bigEndian ? qFromBigEndian<quint32>(count) : qFromLittleEndian<quint32>(count);
+    const quint32 size = end - begin < 4 ? 0 : read<quint32>(ahead.data() + begin);
     const bool isSmall = size <= ahead.size() - 4 && size % 2 == 0 && in.version() >= 3;
     if (!isSmall || (end - begin < int(size) + 4 && !refill(int(size) + 4)))
         return takeStreamed<QString>();
     QString text(int(size / 2), Qt::Uninitialized);
     const char *units = ahead.data() + begin + 4;
-    if (bigEndian)
+    if (isBigEndian())
         qFromBigEndian<quint16>(units, text.size(), text.data());
     else
         qFromLittleEndian<quint16>(units, text.size(), text.data());

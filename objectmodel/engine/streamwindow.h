@@ -34,6 +34,8 @@ public:
     }
 
 private:
+    bool isBigEndian() const { return in.byteOrder() == QDataStream::BigEndian; }
+    template <class Integer> Integer read(const char *bytes) const;
     /// Leaves the stream behind what was taken.
     void settle();
     bool refill(int wanted);

@@ -21,13 +21,14 @@ QString fromUtf8(std::string_view bytes)
     return QString::fromUtf8(bytes.data(), int(bytes.size()));
 }
 
-/// Reads payloads from memory. One cursor serves an object and all that is nested in it: a wrong length of an element is
-/// noticed by the running total of its object, or when the bytes of the outermost object are at an end.
+/// Reads payloads from memory. One cursor serves an object and all that is nested in it: a wrong length of an element
+/// is noticed by the running total of its object, or when the bytes of the outermost object are at an end.
 class TaggedReader
 {
 public:
-    /// @p outermost is the object that @p in holds the bytes of; @p isShort says that the stream had fewer than announced.
-    TaggedReader(ByteCursor &in, const IRGObject &outermost, bool isShort) : in(in), outermost(outermost), isShort(isShort)
+    /// @p in holds the bytes of @p outermost; @p isShort says that the stream had fewer of them than announced.
+    TaggedReader(ByteCursor &in, const IRGObject &outermost, bool isShort)
+        : in(in), outermost(outermost), isShort(isShort)
     {
     }
 

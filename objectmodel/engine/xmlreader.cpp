@@ -119,7 +119,7 @@ void readXmlAttributes(const Self &self, IRGObject &object, QXmlStreamReader &re
         return;
     const QXmlStreamAttributes attributes = reader.attributes();
     if (self.type.facts.version)
-        takeVersion(self, object, attributes.value(QLatin1String("Version")).toString());
+        takeVersion(self, object, attributes.value(versionAttribute).toString());
     for (const MemberInfo *member : members) {
         if (!member->is(Attribute))
             break;

@@ -5,6 +5,7 @@
 #include "objectmodel/engine/object.h"
 #include "objectmodel/engine/settings.h"
 #include "objectmodel/engine/texts.h"
+#include "objectmodel/engine/version.h"
 #include "objectmodel/engine/written.h"
 
 #include <QXmlStreamWriter>
@@ -12,8 +13,6 @@
 namespace KORVE_XML::engine {
 
 namespace {
-
-const QString versionAttribute = QStringLiteral("Version");
 
 /// Writes a record and all that is nested in it; with validation on, everything has been checked before.
 class XmlWriter

@@ -36,7 +36,7 @@ def _includes(schema, described):
         lines.append("#include <QCoreApplication>\n")
     if any(m.type == "datetime" for m in described.members):
         lines.append("#include <QDateTime>\n")
-    lines.append("#include <QExplicitlySharedDataPointer>\n#include <QString>\n#include <QStringList>\n#include <QVector>\n")
+    lines += [f"#include <{name}>\n" for name in ("QExplicitlySharedDataPointer", "QString", "QStringList", "QVector")]
     return "".join(lines)
 
 
@@ -80,7 +80,7 @@ def _accessors(schema, member):
     lines += _getters(schema, member, value, whole)
     lines.append(f"void Set{m}({names.parameter(schema, member, value)});")
     if member.is_list:
-        lines.append(f"void Append{m}({names.parameter(schema, member, item).replace(' value', ' item').replace('&value', '&item')});")
+        lines.append(f"void Append{m}({names.parameter(schema, member, item, 'item')});")
     if schema.is_enumeration(member) and not member.is_list:
         lines += [f"{value} GetInvalid{m}() const;", f"QString Get{m}AsString() const;"]
     return "".join(f"    {line}\n" for line in lines) + "\n"

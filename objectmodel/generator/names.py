@@ -2,10 +2,11 @@
 
 import re
 
-CPP_KEYWORDS = frozenset("""alignas alignof and asm auto bool break case catch char class const continue default delete do
-double else enum explicit export extern false float for friend goto if inline int long mutable namespace new not operator
-or private protected public register return short signed sizeof static struct switch template this throw true try typedef
-union unsigned using virtual void volatile while xor""".split())
+CPP_KEYWORDS = frozenset("""
+alignas alignof and asm auto bool break case catch char class const continue default delete do double else
+enum explicit export extern false float for friend goto if inline int long mutable namespace new not operator
+or private protected public register return short signed sizeof static struct switch template this throw true
+try typedef union unsigned using virtual void volatile while xor""".split())
 
 SCALAR_TYPES = {
     "text": "QString", "bool": "bool", "int32": "qint32", "uint32": "quint32", "int64": "qint64", "uint64": "quint64",
@@ -47,10 +48,10 @@ def kind(schema, member):
     return "Enumeration" if schema.is_enumeration(member) else KINDS[member.type]
 
 
-def parameter(schema, member, type_name):
+def parameter(schema, member, type_name, name="value"):
     """How a value of the type is handed in: plain values as such, all else by reference."""
     is_plain = not schema.is_object(member) and type_name not in ("QString", "QDateTime") and "<" not in type_name
-    return f"{type_name} value" if is_plain else f"const {type_name} &value"
+    return f"{type_name} {name}" if is_plain else f"const {type_name} &{name}"
 
 
 def enumerations_of(schema, described):

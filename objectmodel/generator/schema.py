@@ -258,10 +258,10 @@ def _is_default(schema, member):
 
 
 def _check_tag(tags, member):
-    """A tag belongs to the element's name and type, in all classes alike; objects go by the class that holds them."""
+    """A tag belongs to the element's name and type, in all classes alike."""
     key = (member.name, member.type)
     first = tags.setdefault(key, member)
-    if member.type in SCALARS and first.tag != member.tag:
+    if first.tag != member.tag:
         raise SchemaError(member.place, f"tag differs from that of {member.name} in {first.place[0]}:{first.place[1]}")
 
 

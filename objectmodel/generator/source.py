@@ -250,7 +250,7 @@ def _accessors(schema, described, member, bit):
     parts.append(_function("void", c, f"Set{m}({given})",
                            f"engine::{assign}({{*this, record(*this)}}, member({bit}), value);"))
     if member.is_list:
-        appended = names.parameter(schema, member, item).replace("value", "item")
+        appended = names.parameter(schema, member, item, "item")
         parts.append(_function("void", c, f"Append{m}({appended})",
                                f"engine::append({{*this, record(*this)}}, member({bit}), item);"))
     if schema.is_enumeration(member) and not member.is_list:
@@ -283,6 +283,7 @@ def _enumeration_functions(c, e):
     return (_function("QString", c, f"{e}ToName(const {e} &value) const", f"return {variable}.toName(value);")
             + _function(f"{c}::{e}", c, f"NameTo{e}(const QString &name) const",
                         f"return {e}({variable}.toValue(QStringView(name)));")
+            # contract: an "s" is added, whatever the name ends in
             + _function("QStringList", c, f"Get{e}s()", f"return {variable}.names();")
             + _function("QStringList", c, f"GetGUI{e}s()",
                         f"return engine::translated({variable}, [](const char *text) {{ return tr(text); }});"))
