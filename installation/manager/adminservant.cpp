@@ -1,0 +1,228 @@
+#include "installation/manager/adminservant.h"
+
+#include "installation/manager/recorddescription.h"
+
+#include "korvebase/corbatoclientconverter.h"
+
+#include "coresupport/trace.h"
+#include "objectbase/exceptions.h"
+
+#include <arpa/inet.h>
+
+namespace installation
+{
+
+namespace
+{
+
+namespace ToClient = KorveCommon::CorbaToClientConverter;
+using TQ_KORVE::exKorve;
+
+constexpr const char *sourceName = "installation/manager/adminservant";
+
+constexpr CORBA::ULong numberOf(TQ_KORVE::eKorveKind kind)
+{
+    return 10000 + static_cast<CORBA::ULong>(kind);
+}
+
+CORBA::ULong failed(const char *operation, const char *deviceId, TQ_KORVE::eKorveKind kind, const char *reason)
+{
+    traceAt(TraceLevel::Normal, sourceName, [&] {
+        return QStringLiteral("%1 for device %2 failed: %3")
+            .arg(QLatin1String(operation), QString::fromUtf8(deviceId), QString::fromUtf8(reason));
+    });
+    return numberOf(kind);
+}
+
+TQ_KORVE::seqFILE_PART toDeviceParts(const TQ_KRV::seqCopySection &sections)
+{
+    TQ_KORVE::seqFILE_PART parts(sections.length());
+    parts.length(sections.length());
+    for (CORBA::ULong position = 0; position < sections.length(); ++position)
+        parts[position] = {sections[position].firstPosition, sections[position].lastPosition};
+    return parts;
+}
+
+TQ_KORVE::eFFT_WINDOWING_MODES toDeviceWindow(TQ_KRV::eFFT_WINDOWING_MODES window)
+{
+    switch (window) {
+    case TQ_KRV::wmRectangle:
+        return TQ_KORVE::wmRectangle;
+    case TQ_KRV::wmHamming:
+        return TQ_KORVE::wmHamming;
+    case TQ_KRV::wmHanning:
+        return TQ_KORVE::wmHanning;
+    case TQ_KRV::wmKaiser:
+        return TQ_KORVE::wmKaiser;
+    case TQ_KRV::wmBlackman:
+        return TQ_KORVE::wmBlackman;
+    }
+    throw exKorve(TQ_KORVE::ekINVALID_VALUE, "no such window"); // only from a caller within the process
+}
+
+/// The device takes the address as a number.
+CORBA::ULong addressNumber(const char *ipAddress)
+{
+    in_addr address{};
+    if (::inet_pton(AF_INET, ipAddress, &address) != 1)
+        throw exKorve(TQ_KORVE::ekINVALID_VALUE, "not an IPv4 address");
+    return ntohl(address.s_addr);
+}
+
+} // namespace
+
+CORBA::ULong AdminServant::removeHistoryEntry(const char *deviceId, const char *recordId, CORBA::ULongLong timestamp)
+{
+    return handOn("removeHistoryEntry", deviceId,
+                  [&](TQ_KORVE::IF_Control_ptr recorder) { recorder->removeHistoryEntry(recordId, timestamp); });
+}
+
+CORBA::ULong AdminServant::addHistory(const char *deviceId, const char *recordId, const CORBA::WChar *text)
+{
+    return handOn("addHistory", deviceId,
+                  [&](TQ_KORVE::IF_Control_ptr recorder) { recorder->addHistory(recordId, toDeviceText(text)); });
+}
+
+CORBA::ULong AdminServant::copyRecord(const char *deviceId, const char *recordId,
+                                      const TQ_KRV::seqCopySection &sections, const CORBA::WChar *name,
+                                      CORBA::String_out newRecordId)
+{
+    newRecordId = CORBA::string_dup("");
+    return handOn("copyRecord", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+        newRecordId = recorder->copyRecord(recordId, toDeviceParts(sections), toDeviceText(name));
+    });
+}
+
+CORBA::ULong AdminServant::setRecordComment(const char *deviceId, const char *recordId, const CORBA::WChar *comment)
+{
+    return handOn("setRecordComment", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+        recorder->setRecordComment(recordId, toDeviceText(comment));
+    });
+}
+
+CORBA::ULong AdminServant::setRecordDeletableFlag(const char *deviceId, const char *recordId, CORBA::Boolean deletable)
+{
+    return handOn("setRecordDeletableFlag", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+        if (deletable)
+            recorder->setDeletableFlagOfRecord(recordId);
+        else
+            recorder->clearDeletableFlagOfRecord(recordId);
+    });
+}
+
+void AdminServant::addBookmarks(const char *deviceId, const char *recordId, const TQ_KRV::seqBookmarks &bookmarks)
+{
+    handOnEach("addBookmarks", deviceId, bookmarks,
+               [&](TQ_KORVE::IF_Control_ptr recorder, const TQ_KRV::struBookmarkEntry &bookmark) {
+                   recorder->addBookmark(recordId, bookmark.timestamp, toDeviceText(bookmark.bookmark));
+               });
+}
+
+void AdminServant::deleteBookmarks(const char *deviceId, const char *recordId, const TQ_KRV::seqBookmarks &bookmarks)
+{
+    handOnEach("deleteBookmarks", deviceId, bookmarks,
+               [&](TQ_KORVE::IF_Control_ptr recorder, const TQ_KRV::struBookmarkEntry &bookmark) {
+                   recorder->removeBookmark(recordId, bookmark.timestamp);
+               });
+}
+
+CORBA::ULong AdminServant::getDeviceTime(const char *deviceId, CORBA::ULongLong &time, CORBA::Boolean &synchronized)
+{
+    time = 0;
+    synchronized = false;
+    return handOn("getDeviceTime", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+        synchronized = recorder->isSynchronizedByNTP();
+        time = recorder->getSystemTime();
+    });
+}
+
+CORBA::ULong AdminServant::setDeviceTime(const char *deviceId, CORBA::ULongLong time)
+{
+    return handOn("setDeviceTime", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) { recorder->setSystemTime(time); });
+}
+
+CORBA::ULong AdminServant::getOverviewSpectrumStreamed(const char *deviceId, const char *recordId,
+                                                       CORBA::ULongLong startPosition, CORBA::ULongLong stopPosition,
+                                                       CORBA::ULongLong lineCount, CORBA::ULong fftSize,
+                                                       TQ_KRV::eFFT_WINDOWING_MODES window, const char *ipAddress,
+                                                       CORBA::UShort port)
+{
+    return handOn("getOverviewSpectrumStreamed", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+        recorder->getOverviewSpectrumStreamed(recordId, startPosition, stopPosition, lineCount, fftSize,
+                                              toDeviceWindow(window), addressNumber(ipAddress), port);
+    });
+}
+
+CORBA::ULong AdminServant::getRecord(const char *deviceId, const char *recordId, TQ_KRV::struRECORD_DATA_out record)
+{
+    TQ_KRV::struRECORD_DATA_var found;
+    const CORBA::ULong number = handOn("getRecord", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+        found = ToClient::toCorbaRecordData(wholeRecord(recorder, recordId));
+    });
+    if (number == numberOf(TQ_KORVE::ekINVALID_RECORD_ID))
+        throw TQ_KRV::IF_KORVE_Admin::exAdmin(TQ_KRV::IF_KORVE_Admin::Invalid_RecordId, recordId);
+    record = number == 0 ? found._retn() : ToClient::dummyCorbaRecordData();
+    return number;
+}
+
+CORBA::ULong AdminServant::requestRecordDataDetail(const char *deviceId, const char *)
+{
+    return handOn("requestRecordDataDetail", deviceId, [](TQ_KORVE::IF_Control_ptr) {
+        throw exKorve(TQ_KORVE::ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE, "no map of records is published");
+    });
+}
+
+CORBA::Boolean AdminServant::deleteRecord(const char *deviceId, const char *recordId)
+{
+    CORBA::Boolean isDeleted = false;
+    handOn("deleteRecord", deviceId,
+           [&](TQ_KORVE::IF_Control_ptr recorder) { isDeleted = recorder->removeRecord(recordId); });
+    return isDeleted;
+}
+
+template <typename Request>
+CORBA::ULong AdminServant::handOn(const char *operation, const char *deviceId, Request request) const
+{
+    try {
+        const TQ_KORVE::IF_Control_var recorder = recorderOf(deviceId);
+        request(recorder.in());
+        return 0;
+    } catch (const exKorve &refusal) {
+        return failed(operation, deviceId, refusal.kind, refusal.text);
+    } catch (const CORBA::SystemException &error) {
+        return failed(operation, deviceId, TQ_KORVE::ekCONNECTION_FAILURE, error._name());
+    } catch (const REPORTGENERATOR::ReportException &error) {
+        return failed(operation, deviceId, TQ_KORVE::ekRECORD_CORRUPTED, error.what());
+    }
+}
+
+template <typename Request>
+void AdminServant::handOnEach(const char *operation, const char *deviceId, const TQ_KRV::seqBookmarks &bookmarks,
+                              Request request) const
+{
+    CORBA::ULong worst = 0;
+    const CORBA::ULong unreachable = numberOf(TQ_KORVE::ekCONNECTION_FAILURE);
+    if (bookmarks.length() == 0)
+        worst = handOn(operation, deviceId, [](TQ_KORVE::IF_Control_ptr) {}); // the device is to be known all the same
+    for (CORBA::ULong position = 0; position < bookmarks.length() && worst != unreachable; ++position) {
+        const CORBA::ULong number = handOn(
+            operation, deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) { request(recorder, bookmarks[position]); });
+        worst = number == 0 ? worst : number;
+    }
+    if (worst == unreachable)
+        throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE);
+    if (worst != 0)
+        throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_MAYBE);
+}
+
+TQ_KORVE::IF_Control_var AdminServant::recorderOf(const char *deviceId) const
+{
+    const auto device = directory->find(QString::fromUtf8(deviceId));
+    if (!device)
+        throw exKorve(TQ_KORVE::ekINVALID_VALUE, "there is no such device");
+    if (CORBA::is_nil(device->control))
+        throw exKorve(TQ_KORVE::ekCONNECTION_FAILURE, "the device has not been found");
+    return device->control;
+}
+
+} // namespace installation

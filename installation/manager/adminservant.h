@@ -1,0 +1,56 @@
+#pragma once
+
+#include "installation/manager/devicedirectory.h"
+
+#include "idl/korvemanager.hh"
+
+#include <memory>
+
+namespace installation
+{
+
+/// The administration of records: each operation is handed on to the recorder that has the record.
+///
+/// Numbers: 0, or 10000 plus the kind of the recorder's `exKorve`. Its kinds also say what the manager finds itself:
+/// `ekINVALID_VALUE` an unknown device or a text that is no address, `ekCONNECTION_FAILURE` a recorder that does not
+/// answer, `ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE` what nobody serves. That is all there is for
+/// `requestRecordDataDetail`, since no map of records is published; and for what the recorder itself refuses so, such
+/// as copies, spectra and the setting of its clock. The two operations on bookmarks have no number to give: they raise
+/// `CORBA::TRANSIENT` for a recorder that does not answer and `CORBA::BAD_PARAM` for everything else.
+/// Thread: any; each question to a recorder is limited.
+class AdminServant : public POA_TQ_KRV::IF_KORVE_Admin
+{
+public:
+    explicit AdminServant(std::shared_ptr<const DeviceDirectory> directory) : directory(std::move(directory)) {}
+
+    CORBA::ULong removeHistoryEntry(const char *deviceId, const char *recordId, CORBA::ULongLong timestamp) override;
+    CORBA::ULong addHistory(const char *deviceId, const char *recordId, const CORBA::WChar *text) override;
+    CORBA::ULong copyRecord(const char *deviceId, const char *recordId, const TQ_KRV::seqCopySection &sections,
+                            const CORBA::WChar *name, CORBA::String_out newRecordId) override;
+    CORBA::ULong setRecordComment(const char *deviceId, const char *recordId, const CORBA::WChar *comment) override;
+    CORBA::ULong setRecordDeletableFlag(const char *deviceId, const char *recordId, CORBA::Boolean deletable) override;
+    /// Adds all that can be added, also behind one that cannot.
+    void addBookmarks(const char *deviceId, const char *recordId, const TQ_KRV::seqBookmarks &bookmarks) override;
+    void deleteBookmarks(const char *deviceId, const char *recordId, const TQ_KRV::seqBookmarks &bookmarks) override;
+    CORBA::ULong getDeviceTime(const char *deviceId, CORBA::ULongLong &time, CORBA::Boolean &synchronized) override;
+    CORBA::ULong setDeviceTime(const char *deviceId, CORBA::ULongLong time) override;
+    CORBA::ULong getOverviewSpectrumStreamed(const char *deviceId, const char *recordId, CORBA::ULongLong startPosition,
+                                             CORBA::ULongLong stopPosition, CORBA::ULongLong lineCount,
+                                             CORBA::ULong fftSize, TQ_KRV::eFFT_WINDOWING_MODES window,
+                                             const char *ipAddress, CORBA::UShort port) override;
+    /// Raises `exAdmin` for an unknown record. With a number other than 0 the record is an empty one.
+    CORBA::ULong getRecord(const char *deviceId, const char *recordId, TQ_KRV::struRECORD_DATA_out record) override;
+    CORBA::ULong requestRecordDataDetail(const char *deviceId, const char *recordId) override;
+    CORBA::Boolean deleteRecord(const char *deviceId, const char *recordId) override;
+
+private:
+    template <typename Request> CORBA::ULong handOn(const char *operation, const char *deviceId, Request request) const;
+    template <typename Request>
+    void handOnEach(const char *operation, const char *deviceId, const TQ_KRV::seqBookmarks &bookmarks,
+                    Request request) const;
+    TQ_KORVE::IF_Control_var recorderOf(const char *deviceId) const;
+
+    const std::shared_ptr<const DeviceDirectory> directory;
+};
+
+} // namespace installation

@@ -1,0 +1,177 @@
+#include "installation/manager/devicewatch.h"
+
+#include "installation/manager/limitedreference.h"
+#include "installation/manager/publishedendpoint.h"
+
+#include "coresupport/trace.h"
+
+namespace installation
+{
+
+namespace
+{
+
+constexpr const char *sourceName = "installation/manager/devicewatch";
+/// Counting the records takes the whole list, so not every look does it.
+constexpr unsigned looksPerCount = 5;
+
+std::string textOf(CORBA::Object_ptr object)
+{
+    const CORBA::ORB_var orb = theOrb();
+    return CORBA::String_var(orb->object_to_string(object)).in();
+}
+
+DeviceStatus statusOf(TQ_KORVE::IF_Control_ptr recorder, int lastCount, bool countRecords)
+{
+    DeviceStatus status;
+    status.firmwareVersion = QString::fromUtf8(CORBA::String_var(recorder->getFirmwareVersion()).in());
+    const TQ_KORVE::struMASS_STORE_STATUS_var store = recorder->getMassStoreStatus();
+    status.totalBytes = store->totalSize;
+    status.freeBytes = store->freeSize;
+    status.recordCount = lastCount;
+    if (countRecords)
+        status.recordCount = static_cast<int>(TQ_KORVE::seqMETA_DATA_var(recorder->listAllRecordsEx3())->length());
+    return status;
+}
+
+void traceAvailability(const Device &device, const QString &reason)
+{
+    traceAt(TraceLevel::Normal, sourceName, [&] {
+        return device.available
+                   ? QStringLiteral("device %1 at %2 is available").arg(device.id, device.address)
+                   : QStringLiteral("device %1 at %2 does not answer: %3").arg(device.id, device.address, reason);
+    });
+}
+
+} // namespace
+
+DeviceWatch::DeviceWatch(const ManagerConfiguration &configuration, CCO::IF_CCO_c_ptr service,
+                         std::shared_ptr<DeviceDirectory> directory, Listener listener)
+    : timing(configuration.timing), known(configuration.stateFolder), finder(service, timing.statusLimit),
+      directory(std::move(directory)), listener(std::move(listener))
+{
+    for (Device &device : knownFrom(configuration.stateFolder))
+        devices[device.id].device = device;
+    thread = std::thread([this] { run(); });
+}
+
+DeviceWatch::~DeviceWatch()
+{
+    {
+        const std::scoped_lock lock(mutex);
+        stopped = true;
+    }
+    stopping.notify_one();
+    thread.join();
+}
+
+DeviceList DeviceWatch::knownFrom(const QString &stateFolder)
+{
+    const KnownDevices::AddressById known = KnownDevices(stateFolder).load();
+    DeviceList devices;
+    for (auto device = known.cbegin(); device != known.cend(); ++device)
+        devices.push_back({.id = device.key(), .address = device.value()});
+    return devices;
+}
+
+void DeviceWatch::run()
+{
+    if (!devices.empty() && listener)
+        listener(list()); // known ones are shown, as unavailable, before anybody has answered
+    do
+        look();
+    while (waitForNextLook());
+}
+
+bool DeviceWatch::waitForNextLook()
+{
+    std::unique_lock lock(mutex);
+    return !stopping.wait_for(lock, timing.lookInterval, [this] { return stopped; });
+}
+
+bool DeviceWatch::isStopping()
+{
+    const std::scoped_lock lock(mutex);
+    return stopped;
+}
+
+void DeviceWatch::look()
+{
+    bool addressesChanged = false;
+    if (const auto found = finder.find())
+        for (const auto &[id, recorder] : *found)
+            addressesChanged |= take(id, recorder);
+    if (addressesChanged)
+        save();
+    bool changed = addressesChanged;
+    const bool countRecords = looks++ % looksPerCount == 0;
+    for (auto &[id, watched] : devices)
+        changed |= !isStopping() && ask(watched, countRecords);
+    directory->replace(list());
+    if (changed && listener)
+        listener(list());
+}
+
+/// True when there is something new to be kept.
+bool DeviceWatch::take(const QString &id, CORBA::Object_ptr recorder)
+{
+    Watched &watched = devices[id];
+    const std::string reference = textOf(recorder);
+    if (reference == watched.reference)
+        return false;
+    watched.reference = reference;
+    watched.device.control = limitedReference<TQ_KORVE::IF_Control>(recorder, timing.callLimit);
+    watched.forStatus = limitedReference<TQ_KORVE::IF_Control>(recorder, timing.statusLimit);
+    const QString address = publishedEndpoint(recorder).host;
+    const bool isNews = watched.device.id != id || watched.device.address != address;
+    watched.device.id = id;
+    watched.device.address = address;
+    return isNews;
+}
+
+/// True when the device says something else than before.
+bool DeviceWatch::ask(Watched &watched, bool countRecords) const
+{
+    if (CORBA::is_nil(watched.forStatus))
+        return false;
+    Device &device = watched.device;
+    const bool wasAvailable = device.available;
+    const DeviceStatus before = device.status;
+    QString reason;
+    try {
+        device.available = true;
+        device.status = statusOf(watched.forStatus, before.recordCount, countRecords || !wasAvailable);
+    } catch (const TQ_KORVE::exKorve &refusal) { // it is there, with something wrong
+        traceAt(TraceLevel::Normal, sourceName,
+                [&] { return QStringLiteral("device %1: %2").arg(device.id, QString::fromUtf8(refusal.text)); });
+    } catch (const CORBA::Exception &error) {
+        device.available = false;
+        reason = QLatin1String(error._name());
+    }
+    if (device.available != wasAvailable)
+        traceAvailability(device, reason);
+    return device.available != wasAvailable || device.status != before;
+}
+
+void DeviceWatch::save() const
+{
+    KnownDevices::AddressById addresses;
+    for (const auto &[id, watched] : devices)
+        addresses.insert(id, watched.device.address);
+    try {
+        known.save(addresses);
+    } catch (const std::runtime_error &error) {
+        traceAt(TraceLevel::Normal, sourceName,
+                [&] { return QStringLiteral("the devices cannot be kept: %1").arg(QString::fromUtf8(error.what())); });
+    }
+}
+
+DeviceList DeviceWatch::list() const
+{
+    DeviceList all;
+    for (const auto &[id, watched] : devices)
+        all.push_back(watched.device);
+    return all;
+}
+
+} // namespace installation

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+
+namespace installation
+{
+
+/// What a manager knows from the beginning.
+struct ManagerConfiguration {
+    /// Where the archive of the installation listens.
+    struct Archive {
+        QString host;
+        std::uint16_t port = 0;
+    };
+
+    struct Timing {
+        std::chrono::milliseconds lookInterval{1000}; ///< between two looks at the devices
+        std::chrono::milliseconds statusLimit{2000};  ///< silence of a device after which it counts as unreachable
+        std::chrono::milliseconds callLimit{8000};    ///< of a call to a device for a client, whose own limit is 10 s
+    };
+
+    QString workstationName;
+    QString stateFolder; ///< made when it is missing
+    std::optional<Archive> archive{};
+    Timing timing{};
+};
+
+} // namespace installation

@@ -1,0 +1,42 @@
+#include "installation/manager/managerservice.h"
+
+#include "installation/cco/activation.h"
+#include "installation/manager/adminservant.h"
+#include "installation/manager/managerservant.h"
+
+namespace installation
+{
+
+class ManagerService::Private
+{
+public:
+    Private(const ManagerConfiguration &configuration, PortableServer::POA_ptr poa, CCO::IF_CCO_c_ptr service,
+            DeviceWatch::Listener listener)
+        : directory(std::make_shared<DeviceDirectory>(DeviceWatch::knownFrom(configuration.stateFolder))),
+          admin(poa, "KorveManagerAdmin", new AdminServant(directory)),
+          manager(poa, "KorveManager",
+                  new ManagerServant(configuration, directory, CORBA::Object_var(admin.reference()))),
+          watch(configuration, service, directory, std::move(listener))
+    {
+    }
+
+    const std::shared_ptr<DeviceDirectory> directory;
+    const Activation admin;
+    const Activation manager;
+    const DeviceWatch watch;
+};
+
+ManagerService::ManagerService(const ManagerConfiguration &configuration, PortableServer::POA_ptr poa,
+                               CCO::IF_CCO_c_ptr service, DeviceWatch::Listener listener)
+    : d(std::make_unique<Private>(configuration, poa, service, std::move(listener)))
+{
+}
+
+ManagerService::~ManagerService() = default;
+
+CORBA::Object_ptr ManagerService::reference() const
+{
+    return d->manager.reference();
+}
+
+} // namespace installation

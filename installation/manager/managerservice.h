@@ -1,0 +1,35 @@
+#pragma once
+
+#include "installation/manager/devicewatch.h"
+#include "installation/manager/managerconfiguration.h"
+
+#include <memory>
+
+namespace installation
+{
+
+/// The recorder manager of one host: finds the recorders that are registered at the central object service, and serves
+/// `TQ_KRV::IF_KRV_c_KRV` under the key "KorveManager" and `TQ_KRV::IF_KORVE_Admin` under "KorveManagerAdmin".
+///
+/// Thread: any; needs no main thread.
+class ManagerService
+{
+public:
+    /// Starts to serve. @p poa lets its user choose the keys, its manager is activated by the caller, and the ORB
+    /// outlives the service. @p listener may be empty.
+    /// @throws std::runtime_error when the state folder cannot be used.
+    ManagerService(const ManagerConfiguration &configuration, PortableServer::POA_ptr poa, CCO::IF_CCO_c_ptr service,
+                   DeviceWatch::Listener listener = {});
+    /// Stops to serve; waits, bounded, for the call that the service itself is making.
+    ~ManagerService();
+    ManagerService(const ManagerService &) = delete;
+
+    /// A full reference to the main interface; the caller releases it.
+    CORBA::Object_ptr reference() const;
+
+private:
+    class Private;
+    const std::unique_ptr<Private> d;
+};
+
+} // namespace installation

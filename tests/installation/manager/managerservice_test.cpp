@@ -1,0 +1,177 @@
+#include "tests/installation/manager/managerfixture.h"
+
+#include "tests/installation/cco/loopbackports.h"
+#include "tests/installation/cco/testorb.h"
+
+#include <QtTest/QTest>
+
+using Kinds = TQ_KRV::IF_KRV_c_KRV;
+
+using ManagerService = ManagerFixture;
+
+TEST_F(ManagerService, ListsTheRecordersThatAreRegistered)
+{
+    startManager();
+    ASSERT_TRUE(becomesAvailable("REC1"));
+    TQ_KRV::seqString_var devices = manager->getAllDevices();
+    ASSERT_EQ(devices->length(), 1u);
+    EXPECT_STREQ(devices[0u], "REC1");
+}
+
+TEST_F(ManagerService, TellsTheFirmwareOfADevice)
+{
+    startManager();
+    ASSERT_TRUE(becomesAvailable("REC1"));
+    CORBA::ULong state = 0;
+    EXPECT_STREQ(CORBA::String_var(manager->getDeviceInformation("REC1", state)), "KRV#R100#0.1_0.1");
+    EXPECT_EQ(state, 1u);
+}
+
+TEST_F(ManagerService, MapsDevicesAndAddressesBothWays)
+{
+    startManager();
+    ASSERT_TRUE(becomesAvailable("REC1"));
+    EXPECT_STREQ(CORBA::String_var(manager->mapDeviceIdToAddress("REC1")), "127.0.0.1");
+    EXPECT_STREQ(CORBA::String_var(manager->mapAddressToDeviceId("127.0.0.1")), "REC1");
+}
+
+TEST_F(ManagerService, TellsUnknownDevicesAddressesAndRecordsApart)
+{
+    startManager();
+    ASSERT_TRUE(becomesAvailable("REC1"));
+    EXPECT_EQ(kindRaisedBy([&] { manager->mapDeviceIdToAddress("REC2"); }), Kinds::Invalid_DeviceId);
+    EXPECT_EQ(kindRaisedBy([&] { manager->getAllRecords(""); }), Kinds::Invalid_DeviceId);
+    EXPECT_EQ(kindRaisedBy([&] { manager->mapAddressToDeviceId("192.0.2.1"); }), Kinds::Invalid_Address);
+    EXPECT_EQ(kindRaisedBy([&] { manager->getMetaDataForRecord("REC1", "R0"); }), Kinds::Invalid_RecordId);
+    EXPECT_EQ(kindRaisedBy([&] { manager->getMetaDataForRecord("REC2", "R0"); }), Kinds::Invalid_DeviceId);
+}
+
+TEST_F(ManagerService, GivesNoRecordsForAnEmptyRecorder)
+{
+    startManager();
+    ASSERT_TRUE(becomesAvailable("REC1"));
+    EXPECT_EQ(TQ_KRV::seqRECORD_DATA_var(manager->getAllRecords("REC1"))->length(), 0u);
+}
+
+TEST_F(ManagerService, GivesTheRecordsAsTheyAreNow)
+{
+    startManager();
+    ASSERT_TRUE(becomesAvailable("REC1"));
+    const QString id = importRecord(QStringLiteral("first.wav"), 8000);
+    importRecord(QStringLiteral("second.wav"), 100);
+    TQ_KRV::seqRECORD_DATA_var records = manager->getAllRecords("REC1");
+    ASSERT_EQ(records->length(), 2u);
+    const TQ_KRV::struRECORD_DATA &first = id == QLatin1String(records[0u].recordID) ? records[0u] : records[1u];
+    EXPECT_EQ(first.size, 16000u);
+    EXPECT_EQ(first.stopTime - first.startTime, 1000000u);
+    EXPECT_EQ(first.dataFormat, TQ_KRV::dfDIGITAL_AUDIO);
+}
+
+TEST_F(ManagerService, GivesMetaDataWithTheAddressOfTheDevice)
+{
+    startManager();
+    ASSERT_TRUE(becomesAvailable("REC1"));
+    const QByteArray id = importRecord(QStringLiteral("first.wav"), 8000).toLatin1();
+    const TQ_KRV::struMETA_DATA_var metaData = manager->getMetaDataForRecord("REC1", id.constData());
+    EXPECT_STREQ(metaData->recordID, id.constData());
+    EXPECT_STREQ(metaData->korveAddress, "127.0.0.1");
+    EXPECT_EQ(metaData->size, 16000u);
+}
+
+TEST_F(ManagerService, FailsWhenTheRecorderIsGoneAndRecoversWithIt)
+{
+    startManager();
+    ASSERT_TRUE(becomesAvailable("REC1"));
+    stopRecorder();
+    EXPECT_EQ(kindRaisedBy([&] { manager->getAllRecords("REC1"); }), Kinds::Request_Failed);
+    EXPECT_TRUE(becomesUnavailable("REC1"));
+    startRecorder();
+    EXPECT_TRUE(becomesAvailable("REC1"));
+    EXPECT_NO_THROW(TQ_KRV::seqRECORD_DATA_var(manager->getAllRecords("REC1")));
+}
+
+TEST_F(ManagerService, IsNotHeldUpByARecorderThatIsSilent)
+{
+    const MutePort silence;
+    const QByteArray reference = "corbaloc::1.2@127.0.0.1:" + QByteArray::number(silence.port()) + "/Silent";
+    registerRecorder("MUTE", CORBA::Object_var(TestOrb::instance().orb()->string_to_object(reference.constData())));
+    startManager();
+    ASSERT_TRUE(becomesAvailable("REC1"));
+    ASSERT_TRUE(becomesUnavailable("MUTE"));
+    EXPECT_EQ(kindRaisedBy([&] { manager->getAllRecords("MUTE"); }), Kinds::Request_Failed);
+    EXPECT_NO_THROW(TQ_KRV::seqRECORD_DATA_var(manager->getAllRecords("REC1")));
+}
+
+TEST_F(ManagerService, KeepsDevicesAndAddressesOverARestart)
+{
+    startManager();
+    ASSERT_TRUE(becomesAvailable("REC1"));
+    service.reset();
+    stopRecorder();
+    cco->UnregisterValues("KorveRecorder/REC1/IF_Control", 0);
+    CORBA::release(cco->Unregister("KorveRecorder/REC1/IF_Control", 0));
+    startManager();
+    EXPECT_STREQ(CORBA::String_var(manager->mapDeviceIdToAddress("REC1")), "127.0.0.1");
+    EXPECT_EQ(kindRaisedBy([&] { manager->getAllRecords("REC1"); }), Kinds::Request_Failed);
+    CORBA::ULong state = 1;
+    EXPECT_STREQ(CORBA::String_var(manager->getDeviceInformation("REC1", state)), "");
+    EXPECT_EQ(state, 0u);
+}
+
+TEST_F(ManagerService, TellsOfDevicesAsTheyChange)
+{
+    std::mutex mutex; // the listener is called by the thread of the watch
+    std::vector<installation::DeviceList> heard;
+    service.emplace(configuration, TestOrb::instance().insPoa(), cco, [&](const installation::DeviceList &devices) {
+        const std::scoped_lock lock(mutex);
+        heard.push_back(devices);
+    });
+    const auto last = [&](auto holds) {
+        return QTest::qWaitFor(
+            [&] {
+                const std::scoped_lock lock(mutex);
+                return !heard.empty() && heard.back().size() == 1 && holds(heard.back().front());
+            },
+            20000);
+    };
+    EXPECT_TRUE(
+        last([](const installation::Device &device) { return device.available && device.status.totalBytes > 0; }));
+    importRecord(QStringLiteral("first.wav"), 10);
+    EXPECT_TRUE(last([](const installation::Device &device) { return device.status.recordCount == 1; }));
+    stopRecorder();
+    EXPECT_TRUE(last([](const installation::Device &device) { return !device.available; }));
+    service.reset(); // before what the listener uses
+}
+
+TEST_F(ManagerService, TellsItsWorkstationAndItsArchive)
+{
+    startManager();
+    CORBA::String_var host;
+    CORBA::UShort port = 1;
+    EXPECT_STREQ(CORBA::String_var(manager->getWorkstationName()), "ws1");
+    EXPECT_FALSE(manager->getPelinConnectionParameter(host.out(), port));
+    EXPECT_STREQ(host, "");
+    EXPECT_EQ(port, 0);
+
+    configuration.archive = {QStringLiteral("archive.example"), 4711};
+    startManager();
+    EXPECT_TRUE(manager->getPelinConnectionParameter(host.out(), port));
+    EXPECT_STREQ(host, "archive.example");
+    EXPECT_EQ(port, 4711);
+}
+
+TEST_F(ManagerService, RefusesWhatItDoesNotServe)
+{
+    startManager();
+    ASSERT_TRUE(becomesAvailable("REC1"));
+    EXPECT_TRUE(CORBA::is_nil(TQ_KRV::IF_KORVE_Replay_var(manager->getKorveReplayInterface("REC1"))));
+    EXPECT_TRUE(CORBA::is_nil(TQ_KRV::IF_KRV_c_Chan_var(manager->getKorveChannelInterface("1"))));
+    EXPECT_EQ(kindRaisedBy([&] { manager->exportRecording(TQ_KRV::IF_ExportCallback::_nil()); }),
+              Kinds::Request_Failed);
+    EXPECT_EQ(kindRaisedBy([&] { manager->cancelExport("1"); }), Kinds::Request_Failed);
+    EXPECT_EQ(kindRaisedBy([&] { manager->restorePelinFileGroup("REC2", "", ""); }), Kinds::Invalid_DeviceId);
+    CORBA::String_var channel;
+    const auto nobody = TQ_KRV::IF_KRV_c_ChanMan::_nil();
+    EXPECT_THROW(manager->registerChannel(nobody, TQ_KRV::drHF_20k, TQ_KRV::dfRAW, true, true, "", channel.out()),
+                 TQ_KRV::exGen);
+}
