@@ -1,0 +1,99 @@
+#include "installation/program/commandline.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+
+namespace installation
+{
+
+namespace
+{
+
+/// What the command line holds, in the types of its parser.
+struct Raw {
+    std::vector<std::string> roles;
+    std::string config;
+    std::string state;
+    std::string device;
+    std::vector<std::string> files;
+    bool endsWithParent = false;
+};
+
+/// The last argument first, as the parser wants them.
+std::vector<std::string> ownArguments(int argc, char **argv)
+{
+    std::vector<std::string> arguments;
+    for (int position = 1; position < argc; ++position) {
+        const std::string argument = argv[position];
+        if (argument.starts_with("-ORB"))
+            ++position; // with its value
+        else
+            arguments.insert(arguments.begin(), argument);
+    }
+    return arguments;
+}
+
+void describe(CLI::App &app, Raw &raw)
+{
+    app.add_option("--role", raw.roles, "Services to run in this process; all of a host by default")
+        ->check(CLI::IsMember({"cco", "recorder", "manager"}));
+    app.add_option("--config", raw.config, "INI file with the settings of this host")->check(CLI::ExistingFile);
+    app.add_option("--state", raw.state,
+                   "Folder for what outlives a restart; of several services, one folder each in it");
+    app.add_flag("--end-with-parent", raw.endsWithParent, "End when the process that has started this one ends");
+    CLI::App *import =
+        app.add_subcommand("import", "Have a recorder of this host take in WAV files and SigMF recordings");
+    import->add_option("DEVICE", raw.device, "The id of the recorder")->required();
+    import->add_option("FILE", raw.files, "Files that the recorder can read")->required();
+    app.footer(
+        "Addresses: KORVE_ADDRESS or [host] address=, published as [host] publish=; the central object service is\n"
+        "at KORVE_CCO or [host] cco=, else at port 8003 of this host.");
+}
+
+QList<Role> rolesNamed(const std::vector<std::string> &names)
+{
+    QList<Role> roles;
+    for (const Role role : allRoles)
+        if (names.empty() || std::find(names.begin(), names.end(), nameOf(role).toStdString()) != names.end())
+            roles << role;
+    return roles;
+}
+
+} // namespace
+
+QString nameOf(Role role)
+{
+    switch (role) {
+    case Role::CentralService:
+        return QStringLiteral("cco");
+    case Role::Recorder:
+        return QStringLiteral("recorder");
+    case Role::Manager:
+        return QStringLiteral("manager");
+    }
+    return QString();
+}
+
+std::optional<CommandLine> CommandLine::parse(int argc, char **argv, int &exitCode)
+{
+    Raw raw;
+    CLI::App app("The services of a recorder installation.", "korve-installation");
+    describe(app, raw);
+    try {
+        app.parse(ownArguments(argc, argv));
+    } catch (const CLI::ParseError &error) {
+        exitCode = app.exit(error);
+        return {};
+    }
+    CommandLine line{rolesNamed(raw.roles), QString::fromStdString(raw.config), QString::fromStdString(raw.state),
+                     raw.endsWithParent};
+    if (!raw.files.empty()) {
+        line.import = Import{QString::fromStdString(raw.device), {}};
+        for (const std::string &file : raw.files)
+            line.import->files << QString::fromStdString(file);
+    }
+    return line;
+}
+
+} // namespace installation

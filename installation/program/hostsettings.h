@@ -1,0 +1,42 @@
+#pragma once
+
+#include "installation/cco/centralobjectconfiguration.h"
+#include "installation/manager/managerconfiguration.h"
+#include "installation/program/commandline.h"
+#include "installation/recorder/recorderservice.h"
+
+#include "orbconnection/orbsettings.h"
+
+namespace installation
+{
+
+/// The settings of one host: its INI file, the environment, which beats the file, and the command line.
+///
+/// Errors: a file that cannot be read throws CfgError, a text that cannot be meant std::invalid_argument.
+class HostSettings
+{
+public:
+    static constexpr unsigned short treePort = 8004;
+
+    explicit HostSettings(const CommandLine &line);
+
+    CorbaCommon::OrbSettings orb() const;
+    CentralObjectConfiguration centralService() const;
+    ManagerConfiguration manager() const;
+    recorder::RecorderConfiguration recorder() const;
+    /// Printable ASCII without "/".
+    QString deviceId() const;
+    QString stateFolder(Role role) const;
+
+private:
+    QString text(const char *group, const char *key, const QString &otherwise = {}) const;
+    /// The items of a text with commas.
+    std::vector<std::string> list(const char *group, const char *key) const;
+    QString address() const;
+    QString publishedAddress() const;
+    QString workstation() const;
+
+    const CommandLine line;
+};
+
+} // namespace installation

@@ -1,0 +1,59 @@
+#include "installation/program/commandline.h"
+#include "installation/program/hostsettings.h"
+#include "installation/program/importcommand.h"
+#include "installation/program/services.h"
+#include "installation/program/shutdownsignals.h"
+
+#include "orbconnection/orbhandler.h"
+
+#include <QCoreApplication>
+
+#include <sys/prctl.h>
+
+#include <csignal>
+#include <iostream>
+
+using namespace installation;
+using CorbaCommon::OrbHandler;
+
+namespace
+{
+
+constexpr int failure = 1;
+
+int run(const CommandLine &line)
+{
+    const HostSettings settings(line);
+    OrbHandler::configure(settings.orb());
+    if (!OrbHandler::Instance().isRunning())
+        return failure; // it has said why
+    if (line.import)
+        return runImport(*line.import);
+    const ShutdownSignals signals;
+    const Services services(line.roles, settings);
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    int exitCode = 0;
+    const auto line = CommandLine::parse(argc, argv, exitCode);
+    if (!line)
+        return exitCode;
+    if (line->endsWithParent)
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("korve-installation"));
+    try {
+        exitCode = run(*line);
+    } catch (const CORBA::Exception &error) {
+        std::cerr << "korve-installation: " << error._name() << std::endl;
+        exitCode = failure;
+    } catch (const std::exception &error) {
+        std::cerr << "korve-installation: " << error.what() << std::endl;
+        exitCode = failure;
+    }
+    return exitCode;
+}

@@ -1,0 +1,139 @@
+#include "installation/program/services.h"
+
+#include "installation/cco/activation.h"
+#include "installation/cco/centralobjectservice.h"
+#include "installation/manager/devicepublisher.h"
+#include "installation/manager/managerservice.h"
+#include "installation/manager/publishedendpoint.h"
+#include "installation/program/importservant.h"
+
+#include "orbconnection/orbhandler.h"
+#include "orbconnection/serviceregistration.h"
+
+#include <iostream>
+
+using CorbaCommon::OrbHandler;
+
+namespace installation
+{
+
+namespace
+{
+
+constexpr std::chrono::seconds centralServiceLimit{2};
+
+/// A recorder, and the way in for files.
+class RecorderHost
+{
+public:
+    RecorderHost(const HostSettings &settings, PortableServer::POA_ptr poa, CorbaCommon::ServiceRegistration &names)
+        : service(settings.recorder(), poa),
+          imports(new ImportServant([this](const QString &path, const recorder::ImportControl &control) {
+              return service.importFile(path, control);
+          })),
+          importActivation(poa, "KorveRecorderImport", imports)
+    {
+        imports->_add_ref(); // the activation has taken over the first reference
+        const QString prefix = QStringLiteral("KorveRecorder/%1/").arg(settings.deviceId());
+        names.registerObject(prefix + QLatin1String("IF_Control"), CORBA::Object_var(service.reference()));
+        names.registerObject(prefix + QLatin1String("IF_Import"), CORBA::Object_var(importActivation.reference()));
+    }
+    ~RecorderHost()
+    {
+        imports->stop();
+        imports->_remove_ref();
+    }
+
+    CORBA::Object_ptr reference() const { return service.reference(); }
+
+private:
+    recorder::RecorderService service;
+    ImportServant *const imports;
+    const Activation importActivation;
+};
+
+/// A manager, and its devices in the value tree.
+class ManagerHost
+{
+public:
+    ManagerHost(const HostSettings &settings, PortableServer::POA_ptr poa, CorbaCommon::ServiceRegistration &names)
+        : service(settings.manager(), poa,
+                  CCO::IF_CCO_c_var(OrbHandler::Instance().centralService(centralServiceLimit)), devices.listener())
+    {
+        // The tree server starts here, and is registered as the endpoint "KorveManager/VTConnect".
+        names.registerObject(QStringLiteral("KorveManager/IF_KRV_c_KRV"), CORBA::Object_var(service.reference()));
+    }
+
+private:
+    DevicePublisher devices;
+    ManagerService service;
+};
+
+void sayReady(Role role, unsigned short port)
+{
+    const QString host = OrbHandler::Instance().settings().published();
+    std::cout << "ready " << nameOf(role).toStdString() << ' ' << host.toStdString() << ':' << port << std::endl;
+}
+
+} // namespace
+
+class Services::Private
+{
+public:
+    explicit Private(const HostSettings &settings) : settings(settings) {}
+
+    void start(Role role);
+
+private:
+    void startCentralService();
+    void startRecorder();
+    void startManager();
+    static PortableServer::POA_ptr poa() { return OrbHandler::Instance().keyedPoa(); }
+
+    const HostSettings settings;
+    std::unique_ptr<CentralObjectService> centralService;
+    std::unique_ptr<RecorderHost> recorder;
+    std::unique_ptr<ManagerHost> manager;
+    CorbaCommon::ServiceRegistration names; // last: the names go before what they stand for
+};
+
+void Services::Private::start(Role role)
+{
+    switch (role) {
+    case Role::CentralService:
+        return startCentralService();
+    case Role::Recorder:
+        return startRecorder();
+    case Role::Manager:
+        return startManager();
+    }
+}
+
+void Services::Private::startCentralService()
+{
+    centralService = std::make_unique<CentralObjectService>(settings.centralService(), poa());
+    sayReady(Role::CentralService, CorbaCommon::OrbSettings::centralServicePort);
+}
+
+void Services::Private::startRecorder()
+{
+    recorder = std::make_unique<RecorderHost>(settings, poa(), names);
+    const CORBA::Object_var reference = recorder->reference();
+    sayReady(Role::Recorder, publishedEndpoint(reference).port);
+}
+
+void Services::Private::startManager()
+{
+    manager = std::make_unique<ManagerHost>(settings, poa(), names);
+    sayReady(Role::Manager, HostSettings::treePort);
+}
+
+Services::Services(const QList<Role> &roles, const HostSettings &settings) : d(std::make_unique<Private>(settings))
+{
+    for (const Role role : roles)
+        d->start(role);
+}
+
+Services::~Services() = default;
+
+} // namespace installation

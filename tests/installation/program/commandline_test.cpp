@@ -1,0 +1,73 @@
+#include "installation/program/commandline.h"
+
+#include <gmock/gmock.h>
+
+using namespace installation;
+
+namespace
+{
+
+/// What the arguments mean, or the exit code that they lead to.
+struct Parsed {
+    explicit Parsed(std::vector<std::string> arguments)
+    {
+        arguments.insert(arguments.begin(), "korve-installation");
+        std::vector<char *> pointers;
+        for (std::string &argument : arguments)
+            pointers.push_back(argument.data());
+        line = CommandLine::parse(static_cast<int>(pointers.size()), pointers.data(), exitCode);
+    }
+
+    std::optional<CommandLine> line;
+    int exitCode = -1;
+};
+
+} // namespace
+
+TEST(CommandLine, RunsAllRolesByDefault)
+{
+    const Parsed parsed({});
+    ASSERT_TRUE(parsed.line);
+    EXPECT_THAT(parsed.line->roles, testing::ElementsAreArray(allRoles));
+    EXPECT_FALSE(parsed.line->import);
+    EXPECT_FALSE(parsed.line->endsWithParent);
+}
+
+TEST(CommandLine, PutsRolesInTheOrderOfStarting)
+{
+    const Parsed parsed({"--role", "manager", "cco", "--end-with-parent"});
+    ASSERT_TRUE(parsed.line);
+    EXPECT_THAT(parsed.line->roles, testing::ElementsAre(Role::CentralService, Role::Manager));
+    EXPECT_TRUE(parsed.line->endsWithParent);
+}
+
+TEST(CommandLine, TakesAnImport)
+{
+    const Parsed parsed({"--state", "/tmp", "import", "REC1", "a.wav", "b.wav"});
+    ASSERT_TRUE(parsed.line && parsed.line->import);
+    EXPECT_EQ(parsed.line->import->device, QLatin1String("REC1"));
+    EXPECT_EQ(parsed.line->import->files, QStringList({QStringLiteral("a.wav"), QStringLiteral("b.wav")}));
+    EXPECT_EQ(parsed.line->stateFolder, QLatin1String("/tmp"));
+}
+
+TEST(CommandLine, LeavesTheOptionsOfTheOrbAlone)
+{
+    EXPECT_TRUE(Parsed({"-ORBtraceLevel", "1", "--role", "cco"}).line);
+}
+
+class WrongLine : public testing::TestWithParam<std::vector<std::string>>
+{
+};
+
+TEST_P(WrongLine, IsRefused)
+{
+    const Parsed parsed(GetParam());
+    EXPECT_FALSE(parsed.line);
+    EXPECT_GT(parsed.exitCode, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Lines, WrongLine,
+                         testing::Values(std::vector<std::string>{"--role", "archive"},
+                                         std::vector<std::string>{"--config", "/there/is/no/such.ini"},
+                                         std::vector<std::string>{"import"}, std::vector<std::string>{"import", "REC1"},
+                                         std::vector<std::string>{"--unknown"}, std::vector<std::string>{"export"}));

@@ -1,0 +1,126 @@
+#include "installation/program/hostsettings.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+using namespace installation;
+
+namespace
+{
+
+class HostSettingsTest : public testing::Test
+{
+protected:
+    HostSettingsTest()
+    {
+        for (const char *name : {"KORVE_ADDRESS", "KORVE_CCO", "STATE_DIRECTORY"})
+            qunsetenv(name);
+        line.roles = {std::begin(allRoles), std::end(allRoles)};
+    }
+    ~HostSettingsTest() override { qunsetenv("KORVE_ADDRESS"), qunsetenv("KORVE_CCO"), qunsetenv("STATE_DIRECTORY"); }
+
+    HostSettings withFile(const QByteArray &text)
+    {
+        line.configFile = folder.filePath(QStringLiteral("host.ini"));
+        QFile file(line.configFile);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+        file.close();
+        return HostSettings(line);
+    }
+
+    QTemporaryDir folder;
+    CommandLine line;
+};
+
+} // namespace
+
+TEST_F(HostSettingsTest, NeedNoFile)
+{
+    const HostSettings settings(line);
+    EXPECT_EQ(settings.orb().address, QLatin1String("127.0.0.1"));
+    EXPECT_EQ(settings.orb().centralService, QLatin1String("127.0.0.1"));
+    EXPECT_THAT(settings.orb().ports, testing::ElementsAre(8003, 8004));
+    EXPECT_EQ(settings.manager().workstationName, QLatin1String("127.0.0.1"));
+    EXPECT_FALSE(settings.manager().archive);
+    EXPECT_EQ(settings.deviceId(), QLatin1String("KORVE1"));
+    EXPECT_EQ(settings.centralService().subsystemName, "Main");
+}
+
+TEST_F(HostSettingsTest, TakeTheSample)
+{
+    line.configFile = QStringLiteral(SAMPLE_SETTINGS);
+    const HostSettings settings(line);
+    EXPECT_EQ(settings.orb().address, QLatin1String("127.0.0.1"));
+    EXPECT_EQ(settings.centralService().subsystemName, "Main");
+    EXPECT_TRUE(settings.centralService().peers.empty());
+    EXPECT_EQ(settings.deviceId(), QLatin1String("KORVE1"));
+}
+
+TEST_F(HostSettingsTest, PublishAndNameTheWorkstationAsTheFileSays)
+{
+    const HostSettings settings = withFile("[host]\naddress=127.1.2.3\npublish=192.0.2.10\n");
+    EXPECT_EQ(settings.orb().address, QLatin1String("127.1.2.3"));
+    EXPECT_EQ(settings.orb().publishedAddress, QLatin1String("192.0.2.10"));
+    EXPECT_EQ(settings.manager().workstationName, QLatin1String("192.0.2.10"));
+    EXPECT_EQ(settings.centralService().workstationName, "192.0.2.10");
+}
+
+TEST_F(HostSettingsTest, YieldToTheEnvironment)
+{
+    qputenv("KORVE_ADDRESS", "127.4.5.6");
+    qputenv("KORVE_CCO", "127.7.8.9:1234");
+    line.roles = {Role::Recorder};
+    const HostSettings settings = withFile("[host]\naddress=127.1.2.3\ncco=127.3.2.1\n");
+    EXPECT_EQ(settings.orb().address, QLatin1String("127.4.5.6"));
+    EXPECT_EQ(settings.orb().centralService, QLatin1String("127.7.8.9:1234"));
+    EXPECT_TRUE(settings.orb().ports.empty());
+}
+
+TEST_F(HostSettingsTest, UseTheirOwnCentralServiceWhenTheyRunIt)
+{
+    qputenv("KORVE_CCO", "127.7.8.9:1234");
+    EXPECT_EQ(HostSettings(line).orb().centralService, QLatin1String("127.0.0.1"));
+}
+
+TEST_F(HostSettingsTest, ReadListsAndAddresses)
+{
+    const HostSettings settings = withFile("[cco]\npeers=\"ws2, ws3:9000\"\nsubsystems=\"West, East\"\n"
+                                           "[workstations]\nWest=\"ws2, ws3\"\n[manager]\narchive=ws9:8010\n");
+    const CentralObjectConfiguration configuration = settings.centralService();
+    ASSERT_EQ(configuration.peers.size(), 2u);
+    EXPECT_EQ(configuration.peers[0].host, "ws2");
+    EXPECT_EQ(configuration.peers[0].port, 8003);
+    EXPECT_EQ(configuration.peers[1].port, 9000);
+    ASSERT_EQ(configuration.subsystems.size(), 2u);
+    EXPECT_THAT(configuration.subsystems[0].workstations, testing::ElementsAre("ws2", "ws3"));
+    EXPECT_TRUE(configuration.subsystems[1].workstations.empty());
+    ASSERT_TRUE(settings.manager().archive);
+    EXPECT_EQ(settings.manager().archive->port, 8010);
+}
+
+TEST_F(HostSettingsTest, RefuseWhatCannotBeMeant)
+{
+    EXPECT_THROW(withFile("[cco]\npeers=ws2:port\n").centralService(), std::invalid_argument);
+    EXPECT_THROW(withFile("[manager]\narchive=ws9\n").manager(), std::invalid_argument);
+    EXPECT_THROW(withFile("[recorder]\ndevice=two words\n").deviceId(), std::invalid_argument);
+    EXPECT_THROW(withFile("[recorder]\ndevice=a/b\n").deviceId(), std::invalid_argument);
+}
+
+TEST_F(HostSettingsTest, KeepTheStateWhereTheyAreTold)
+{
+    qputenv("STATE_DIRECTORY", "/var/lib/korve");
+    EXPECT_EQ(HostSettings(line).stateFolder(Role::Manager), QLatin1String("/var/lib/korve/manager"));
+    line.stateFolder = QStringLiteral("/state");
+    EXPECT_EQ(HostSettings(line).stateFolder(Role::Recorder), QLatin1String("/state/recorder"));
+    line.roles = {Role::Recorder};
+    EXPECT_EQ(HostSettings(line).stateFolder(Role::Recorder), QLatin1String("/state"));
+}
+
+TEST_F(HostSettingsTest, KeepTheStateOfEachRoleApartByDefault)
+{
+    line.roles = {Role::Recorder};
+    EXPECT_TRUE(HostSettings(line).stateFolder(Role::Recorder).endsWith(QLatin1String("/korve/recorder")));
+}
