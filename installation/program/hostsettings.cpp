@@ -1,6 +1,7 @@
 #include "installation/program/hostsettings.h"
 
 #include "appruntime/cfgcenter.h"
+#include "orbconnection/vtserver.h"
 
 #include <QDir>
 
@@ -64,7 +65,7 @@ CorbaCommon::OrbSettings HostSettings::orb() const
     if (servesNames)
         settings.ports.push_back(CorbaCommon::OrbSettings::centralServicePort);
     if (line.roles.contains(Role::Manager))
-        settings.ports.push_back(treePort);
+        settings.ports.push_back(VtServer::port);
     return settings;
 }
 

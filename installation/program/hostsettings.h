@@ -16,8 +16,6 @@ namespace installation
 class HostSettings
 {
 public:
-    static constexpr unsigned short treePort = 8004;
-
     explicit HostSettings(const CommandLine &line);
 
     CorbaCommon::OrbSettings orb() const;

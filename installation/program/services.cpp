@@ -9,8 +9,10 @@
 
 #include "orbconnection/orbhandler.h"
 #include "orbconnection/serviceregistration.h"
+#include "orbconnection/vtserver.h"
 
 #include <iostream>
+#include <stdexcept>
 
 using CorbaCommon::OrbHandler;
 
@@ -60,12 +62,15 @@ public:
         : service(settings.manager(), poa,
                   CCO::IF_CCO_c_var(OrbHandler::Instance().centralService(centralServiceLimit)), devices.listener())
     {
-        // The tree server starts here, and is registered as the endpoint "KorveManager/VTConnect".
+        if (!tree.isServing())
+            throw std::runtime_error("the value tree cannot be served");
+        names.registerEndpoint(QStringLiteral("KorveManager/VTConnect"), VtServer::port);
         names.registerObject(QStringLiteral("KorveManager/IF_KRV_c_KRV"), CORBA::Object_var(service.reference()));
     }
 
 private:
     DevicePublisher devices;
+    const VtServer tree;
     ManagerService service;
 };
 
@@ -125,7 +130,7 @@ void Services::Private::startRecorder()
 void Services::Private::startManager()
 {
     manager = std::make_unique<ManagerHost>(settings, poa(), names);
-    sayReady(Role::Manager, HostSettings::treePort);
+    sayReady(Role::Manager, VtServer::port);
 }
 
 Services::Services(const QList<Role> &roles, const HostSettings &settings) : d(std::make_unique<Private>(settings))
