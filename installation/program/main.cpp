@@ -12,6 +12,7 @@
 
 #include <csignal>
 #include <iostream>
+#include <optional>
 
 using namespace installation;
 using CorbaCommon::OrbHandler;
@@ -24,12 +25,14 @@ constexpr int failure = 1;
 int run(const CommandLine &line)
 {
     const HostSettings settings(line);
+    std::optional<ShutdownSignals> signals;
+    if (!line.import)
+        signals.emplace(); // before the ORB has threads
     OrbHandler::configure(settings.orb());
     if (!OrbHandler::Instance().isRunning())
         return failure; // it has said why
     if (line.import)
         return runImport(*line.import);
-    const ShutdownSignals signals;
     const Services services(line.roles, settings);
     return QCoreApplication::exec();
 }
