@@ -30,6 +30,12 @@ void UnconfirmedChanges::confirm(quint64 sequence)
         change = change->sequence <= sequence ? changes.erase(change) : std::next(change);
 }
 
+void UnconfirmedChanges::clear()
+{
+    changes.clear();
+    confirmed = 0;
+}
+
 std::string_view UnconfirmedChanges::without(const values::ValueBase *value, std::string_view frames,
                                              std::string &scratch) const
 {

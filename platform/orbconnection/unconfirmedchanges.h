@@ -24,7 +24,8 @@ public:
     /// The server has applied all batches up to @p sequence.
     void confirm(quint64 sequence);
     void remove(const values::ValueBase *value) { changes.remove(value); }
-    void clear() { changes.clear(); }
+    /// Sequences count from 1 again.
+    void clear();
 
     /// What of the server's @p frames is to be applied; @p scratch may hold it.
     std::string_view without(const values::ValueBase *value, std::string_view frames, std::string &scratch) const;

@@ -232,6 +232,21 @@ TEST_F(Mirror, IsAsTheServerSaysAfterAReconnection)
     EXPECT_EQ(state->GetValue(), QStringLiteral("idle"));
 }
 
+TEST_F(Mirror, HearsOfTheServersChangesAfterItsOwnInEachSession)
+{
+    for (const QString &session : {QStringLiteral("first"), QStringLiteral("second")}) {
+        pair.connect();
+        text(clientTree, "/Sub/A/Device/State")->SetValue(session, nullptr);
+        pair.carry();
+        addText(serverTree, QStringLiteral("/K/Device"), session, QString());
+        pair.carry();
+        state->SetValue(session + u'!', nullptr);
+        pair.carry();
+        EXPECT_EQ(at("/Sub/A/Device/State"), session + u'!');
+        pair.disconnect();
+    }
+}
+
 TEST_F(Mirror, AsksForASnapshotWhenABatchIsMissing)
 {
     pair.connect();
