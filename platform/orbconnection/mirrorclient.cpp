@@ -42,6 +42,9 @@ void MirrorClient::begin()
 {
     writer.restart();
     unconfirmed.clear();
+    for (const QString &valuePath : known.paths())
+        staleValues.insert(valuePath);
+    known.clear();
     lastReceived = 0;
     lastOwnId = 0;
     inSnapshot = false;
@@ -160,7 +163,8 @@ void MirrorClient::announce(values::ValueBase &value)
     const quint32 id = clientIdBit | ++lastOwnId;
     known.bind(id, &value);
     writeValue(value, id, *relative, scratch, [this](const Record &record) { write(record); });
-    unconfirmed.add(&value, scratch, writer.lastSequence());
+    unconfirmed.announce(&value, scratch, writer.lastSequence());
+    staleValues.erase(value.GetPathName());
 }
 
 void MirrorClient::send(const values::ValueBase &value, const std::string &frames)

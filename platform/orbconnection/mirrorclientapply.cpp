@@ -39,11 +39,11 @@ bool MirrorClient::apply(const Record &record)
 
 void MirrorClient::beginSnapshot()
 {
-    // One that was cut short leaves what it did not reach.
+    // One that was cut short leaves what it did not reach. The server has yet to hear of what was announced just now.
     for (const QString &valuePath : known.paths())
-        staleValues.insert(valuePath);
+        if (!unconfirmed.isAnnounced(tree.findValue(valuePath)))
+            staleValues.insert(valuePath);
     staleNodes.insert(nodes.begin(), nodes.end());
-    known.clear();
     inSnapshot = true;
 }
 

@@ -8,7 +8,8 @@ void MirroredValues::bind(quint32 id, values::ValueBase *value)
 {
     Entry &entry = entries[value->GetPathName()];
     entry.value = value;
-    entry.ids.push_back(id);
+    if (entry.ids.empty() || entry.ids.back() != id)
+        entry.ids.push_back(id);
     valuesById[id] = value;
     idsByValue[value] = id;
 }

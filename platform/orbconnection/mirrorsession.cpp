@@ -34,7 +34,7 @@ MirrorSession::~MirrorSession()
 
 void MirrorSession::sendSnapshot()
 {
-    known.clear();
+    // Ids stay known: what the client has sent meanwhile has them.
     writer.setSnapshot(true);
     writer.write({.kind = RecordKind::SnapshotBegin});
     for (values::TreeItem *item : tree.subtree(path.top()))
@@ -127,8 +127,10 @@ void MirrorSession::writeItem(values::TreeItem &item)
     if (item.isNode())
         return write({.kind = RecordKind::Node, .path = *relative});
     auto &value = static_cast<values::ValueBase &>(item);
-    known.bind(++lastId, &value);
-    writeValue(value, lastId, *relative, scratch, [this](const Record &record) { write(record); });
+    quint32 id = known.id(&value);
+    if (id == 0 || (id & clientIdBit))
+        known.bind(id = ++lastId, &value);
+    writeValue(value, id, *relative, scratch, [this](const Record &record) { write(record); });
 }
 
 void MirrorSession::writeChange(const values::ValueBase &value, const std::string &frames)

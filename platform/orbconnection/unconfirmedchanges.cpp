@@ -21,6 +21,12 @@ void UnconfirmedChanges::add(const values::ValueBase *value, std::string_view fr
         change.commands.set(idIn(*frame));
 }
 
+void UnconfirmedChanges::announce(const values::ValueBase *value, std::string_view frames, quint64 sequence)
+{
+    add(value, frames, sequence);
+    changes[value].announced = sequence;
+}
+
 void UnconfirmedChanges::confirm(quint64 sequence)
 {
     if (sequence == confirmed || changes.isEmpty())
@@ -34,6 +40,11 @@ void UnconfirmedChanges::clear()
 {
     changes.clear();
     confirmed = 0;
+}
+
+bool UnconfirmedChanges::isAnnounced(const values::ValueBase *value) const
+{
+    return changes.value(value).announced > confirmed;
 }
 
 std::string_view UnconfirmedChanges::without(const values::ValueBase *value, std::string_view frames,

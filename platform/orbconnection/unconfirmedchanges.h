@@ -21,18 +21,22 @@ class UnconfirmedChanges
 public:
     /// @p frames have gone into the batch @p sequence.
     void add(const values::ValueBase *value, std::string_view frames, quint64 sequence);
+    /// The same, where @p frames are the value's first: the server does not have it yet.
+    void announce(const values::ValueBase *value, std::string_view frames, quint64 sequence);
     /// The server has applied all batches up to @p sequence.
     void confirm(quint64 sequence);
     void remove(const values::ValueBase *value) { changes.remove(value); }
     /// Sequences count from 1 again.
     void clear();
 
+    bool isAnnounced(const values::ValueBase *value) const;
     /// What of the server's @p frames is to be applied; @p scratch may hold it.
     std::string_view without(const values::ValueBase *value, std::string_view frames, std::string &scratch) const;
 
 private:
     struct Change {
         quint64 sequence = 0;
+        quint64 announced = 0;
         std::bitset<256> commands;
     };
 

@@ -8,6 +8,8 @@
 #include "valuetreelib/valuenumeric.h"
 #include "valuetreelib/valueselection.h"
 
+#include <gtest/gtest.h>
+
 #include <deque>
 #include <memory>
 
@@ -91,3 +93,29 @@ inline TextValue *addText(values::Tree &tree, const QString &parent, const QStri
     value->SetValue(content, nullptr);
     return value;
 }
+
+/// "/K/Device" with "State" = "idle", and its mirror "/Sub/A/Device".
+class Mirror : public testing::Test
+{
+protected:
+    QString at(const char *path) const
+    {
+        const values::ValueBase *const value = clientTree.findValue(QLatin1String(path));
+        return value ? value->GetStringValue() : QStringLiteral("(absent)");
+    }
+    QString atServer(const char *path) const
+    {
+        const values::ValueBase *const value = serverTree.findValue(QLatin1String(path));
+        return value ? value->GetStringValue() : QStringLiteral("(absent)");
+    }
+    TextValue *text(values::Tree &tree, const char *path) const
+    {
+        return dynamic_cast<TextValue *>(tree.findValue(QLatin1String(path)));
+    }
+
+    values::Tree serverTree;
+    values::Tree clientTree;
+    TextValue *const state = addText(serverTree, QStringLiteral("/K/Device/"), QStringLiteral("State"),
+                                     QStringLiteral("idle"));
+    JoinedMirror pair{serverTree, clientTree, QStringLiteral("/K/Device"), QStringLiteral("/Sub/A/Device/")};
+};

@@ -27,31 +27,6 @@ private:
     Observable *const subject;
 };
 
-class Mirror : public testing::Test
-{
-protected:
-    QString at(const char *path) const
-    {
-        const ValueBase *const value = clientTree.findValue(QLatin1String(path));
-        return value ? value->GetStringValue() : QStringLiteral("(absent)");
-    }
-    QString atServer(const char *path) const
-    {
-        const ValueBase *const value = serverTree.findValue(QLatin1String(path));
-        return value ? value->GetStringValue() : QStringLiteral("(absent)");
-    }
-    TextValue *text(Tree &tree, const char *path) const
-    {
-        return dynamic_cast<TextValue *>(tree.findValue(QLatin1String(path)));
-    }
-
-    Tree serverTree;
-    Tree clientTree;
-    TextValue *const state = addText(serverTree, QStringLiteral("/K/Device/"), QStringLiteral("State"),
-                                     QStringLiteral("idle"));
-    JoinedMirror pair{serverTree, clientTree, QStringLiteral("/K/Device"), QStringLiteral("/Sub/A/Device/")};
-};
-
 TEST_F(Mirror, TakesOverTheSnapshotUnderAnotherPath)
 {
     serverTree.addNode(QStringLiteral("/K/Device/D1/Empty"));

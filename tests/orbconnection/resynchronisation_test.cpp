@@ -1,0 +1,62 @@
+#include "tests/orbconnection/joinedmirror.h"
+
+namespace
+{
+/// A client that is told everything again while changes are on their way.
+class Resynchronisation : public Mirror
+{
+protected:
+    /// What the client writes before it sees the snapshot that the server has written.
+    template <typename Change> void amid(const Change &change)
+    {
+        pair.session->sendSnapshot();
+        change();
+        pair.carryToClient();
+        pair.carry();
+    }
+    void set(const char *path, const char *content)
+    {
+        text(clientTree, path)->SetValue(QLatin1String(content), nullptr);
+    }
+};
+
+TEST_F(Resynchronisation, KeepsAChangeThatIsOnItsWay)
+{
+    pair.connect();
+    amid([this] { set("/Sub/A/Device/State", "busy"); });
+    EXPECT_EQ(state->GetValue(), QStringLiteral("busy"));
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("busy"));
+    set("/Sub/A/Device/State", "done");
+    pair.carry();
+    EXPECT_EQ(state->GetValue(), QStringLiteral("done"));
+}
+
+TEST_F(Resynchronisation, KeepsAValueThatWasAnnouncedMeanwhile)
+{
+    pair.connect();
+    amid([this] {
+        addText(clientTree, QStringLiteral("/Sub/A/Device/D1"), QStringLiteral("Mine"), QString());
+        set("/Sub/A/Device/D1/Mine", "set");
+    });
+    EXPECT_EQ(at("/Sub/A/Device/D1/Mine"), QStringLiteral("set"));
+    ASSERT_EQ(atServer("/K/Device/D1/Mine"), QStringLiteral("set"));
+    text(serverTree, "/K/Device/D1/Mine")->SetValue(QStringLiteral("answer"), nullptr);
+    pair.carry();
+    EXPECT_EQ(at("/Sub/A/Device/D1/Mine"), QStringLiteral("answer"));
+    EXPECT_TRUE(pair.serverAccepts);
+}
+
+TEST_F(Resynchronisation, TakesAwayAnAnnouncedValueThatTheServerHasRemoved)
+{
+    pair.connect();
+    addText(clientTree, QStringLiteral("/Sub/A/Device"), QStringLiteral("Mine"), QString());
+    set("/Sub/A/Device/Mine", "set");
+    pair.carry();
+    serverTree.removeValue(QStringLiteral("/K/Device/Mine"));
+    pair.session->flush();
+    pair.toClient.clear();
+    amid([this] { set("/Sub/A/Device/Mine", "again"); });
+    EXPECT_EQ(at("/Sub/A/Device/Mine"), QStringLiteral("(absent)"));
+    EXPECT_TRUE(pair.serverAccepts);
+}
+} // namespace
