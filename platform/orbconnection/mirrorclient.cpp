@@ -15,7 +15,7 @@ constexpr char sourceName[] = "orbconnection/mirrorclient";
 MirrorClient::Outcome refuse(const char *reason)
 {
     traceAt(TraceLevel::Normal, sourceName,
-            [&] { return QStringLiteral("The server's batch is refused: %1").arg(QLatin1String(reason)); });
+            [&] { return QStringLiteral("The server's batch is refused: %1").arg(QString::fromUtf8(reason)); });
     return MirrorClient::Outcome::Malformed;
 }
 
@@ -67,10 +67,14 @@ MirrorClient::Outcome MirrorClient::receive(std::string_view batch)
     lastReceived = header->sequence;
     unconfirmed.confirm(header->applied);
     const bool wasComplete = complete;
-    while (!in.isAtEnd() && inSession) {
-        const std::optional<Record> record = readRecord(in);
-        if (!record || !apply(*record))
-            return refuse("it is malformed");
+    try {
+        while (!in.isAtEnd() && inSession) {
+            const std::optional<Record> record = readRecord(in);
+            if (!record || !apply(*record))
+                return refuse("it is malformed");
+        }
+    } catch (const std::exception &e) { // an observer's; the rest of the batch would be missing
+        return refuse(e.what());
     }
     return complete && !wasComplete ? Outcome::SnapshotComplete : Outcome::Applied;
 }

@@ -29,7 +29,7 @@ public:
         Applied,
         SnapshotComplete, ///< from now on this side is as the server says
         Missing,          ///< batches are missing: ask for a snapshot
-        Malformed         ///< end the session
+        Malformed         ///< or an observer has thrown: end the session
     };
 
     /// @p ownValue, a path relative to @p path, is not mirrored.

@@ -15,7 +15,7 @@ constexpr char sourceName[] = "orbconnection/mirrorsession";
 bool refuse(const char *reason)
 {
     traceAt(TraceLevel::Normal, sourceName,
-            [&] { return QStringLiteral("A client's batch is refused: %1").arg(QLatin1String(reason)); });
+            [&] { return QStringLiteral("A client's batch is refused: %1").arg(QString::fromUtf8(reason)); });
     return false;
 }
 } // namespace
@@ -62,10 +62,14 @@ bool MirrorSession::receive(std::string_view batch)
     writer.flush();
     lastReceived = header->sequence;
     writer.setApplied(lastReceived);
-    while (!in.isAtEnd()) {
-        const std::optional<Record> record = readRecord(in);
-        if (!record || !apply(*record))
-            return refuse("it is malformed");
+    try {
+        while (!in.isAtEnd()) {
+            const std::optional<Record> record = readRecord(in);
+            if (!record || !apply(*record))
+                return refuse("it is malformed");
+        }
+    } catch (const std::exception &e) { // an observer's; the rest of the batch would be missing
+        return refuse(e.what());
     }
     return true;
 }

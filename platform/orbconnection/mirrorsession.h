@@ -29,7 +29,8 @@ public:
     /// Tells everything, from a begin mark to an end mark.
     void sendSnapshot();
     void flush();
-    /// Makes the changes of a batch. False, with a trace, when it is malformed or not the next one: end the session.
+    /// Makes the changes of a batch. False, with a trace, when it is malformed or not the next one, or an observer
+    /// has thrown: end the session.
     bool receive(std::string_view batch);
 
     // What the tree tells; not for others.

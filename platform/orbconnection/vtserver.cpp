@@ -147,7 +147,11 @@ void VtServer::Private::begin(quint64 session, const QString &path)
     const auto send = [line](quint64 sequence, std::string bytes, bool isSnapshot) {
         line->outbox.put(sequence, std::move(bytes), isSnapshot);
     };
-    const auto mirror = std::make_shared<MirrorSession>(tree, path, timing, send, [this] { wantFlush(); });
+    const auto want = [server = QPointer<Private>(this)] {
+        if (server) // or an observer has ended it
+            server->wantFlush();
+    };
+    const auto mirror = std::make_shared<MirrorSession>(tree, path, timing, send, want);
     mirror->sendSnapshot();
     sessions[session] = {path, line, mirror};
     traceSession(QStringLiteral("Begins"), path);

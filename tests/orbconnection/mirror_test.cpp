@@ -292,6 +292,37 @@ TEST_F(Mirror, LeavesTheValueOfItsOwnPathAlone)
     EXPECT_EQ(text(clientTree, "/Sub/A/Device")->GetState(), ValueStateValid);
 }
 
+class Thrower : public IObserver
+{
+public:
+    void Update(Observable *, TChangeCode) override { throw std::runtime_error("an observer's trouble"); }
+};
+
+TEST_F(Mirror, EndsWhenAnObserverHereThrows)
+{
+    pair.connect();
+    Thrower thrower;
+    text(clientTree, "/Sub/A/Device/State")->AddObserver(&thrower);
+    state->SetValue(QStringLiteral("busy"), nullptr);
+    pair.carryToClient();
+    EXPECT_EQ(pair.outcome, MirrorClient::Outcome::Malformed);
+    text(clientTree, "/Sub/A/Device/State")->DeleteObserver(&thrower);
+    pair.disconnect();
+    pair.connect();
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("busy"));
+}
+
+TEST_F(Mirror, EndsWhenAnObserverAtTheServerThrows)
+{
+    pair.connect();
+    Thrower thrower;
+    state->AddObserver(&thrower);
+    text(clientTree, "/Sub/A/Device/State")->SetValue(QStringLiteral("busy"), nullptr);
+    pair.carryToServer();
+    EXPECT_FALSE(pair.serverAccepts);
+    state->DeleteObserver(&thrower);
+}
+
 /// Every byte of a real batch cut off, and every byte changed: refused or harmless, never a crash.
 TEST_F(Mirror, SurvivesDamagedBatches)
 {
