@@ -38,12 +38,13 @@ void MirrorLink::run()
     std::size_t failures = 0;
     for (;;) {
         if (const std::shared_ptr<LinkSession> session = open()) {
-            failures = 0;
             events.begun(session);
             CorbaCommon::runInBackground([self = shared_from_this(), session] { self->push(session); });
             carry(session);
             session->outbox.close();
             events.ended(session);
+            if (session->isComplete)
+                failures = 0;
         }
         pause(failures++);
         const std::lock_guard lock(mutex);

@@ -19,6 +19,7 @@ struct LinkSession {
     quint64 number = 0;
     Outbox outbox;                            ///< to the server; closing it ends the session
     std::atomic<bool> wantsSnapshot = false;  ///< batches are missing
+    std::atomic<bool> isComplete = false;     ///< the main thread has applied a whole snapshot
     std::atomic<std::size_t> bytesToApply = 0; ///< received, not yet seen by the main thread
 };
 

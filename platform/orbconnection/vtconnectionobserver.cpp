@@ -154,9 +154,11 @@ void VtConnectionObserver::Private::receive(const std::shared_ptr<LinkSession> &
         return;
     case MirrorClient::Outcome::Malformed:
         session->outbox.close();
+        end(from); // at once, since more batches may be on their way to here
         return;
     case MirrorClient::Outcome::SnapshotComplete:
         connected = true;
+        session->isComplete = true;
         Q_EMIT observer->si_connected(receiver->clientPath());
     }
 }
