@@ -111,12 +111,17 @@ bool MirrorLink::pullOne(LinkSession &session, quint64 &received, std::string &b
 
 void MirrorLink::push(const std::shared_ptr<LinkSession> &session)
 {
+    const auto tell = [this](const char *reason) {
+        traceAt(TraceLevel::Normal, sourceName, [&] {
+            return QStringLiteral("%1 does not take changes: %2").arg(where, QString::fromUtf8(reason));
+        });
+    };
     try {
         pushAll(*session);
     } catch (const CORBA::Exception &e) {
-        traceAt(TraceLevel::Normal, sourceName, [&] {
-            return QStringLiteral("%1 does not take changes: %2").arg(where, QLatin1String(e._name()));
-        });
+        tell(e._name());
+    } catch (const std::exception &e) {
+        tell(e.what());
     }
     session->outbox.close();
     try {
@@ -160,6 +165,8 @@ template <typename Call> bool MirrorLink::succeeds(const Call &call)
         note(QStringLiteral("has ended the session"));
     } catch (const CORBA::Exception &e) {
         note(QStringLiteral("does not answer as a tree server: %1").arg(QLatin1String(e._name())));
+    } catch (const std::exception &e) { // such as of too little memory
+        note(QStringLiteral("is left: %1").arg(QString::fromUtf8(e.what())));
     }
     return false;
 }

@@ -47,6 +47,7 @@ public:
 
     /// Somebody has set the re-register value.
     void Update(Observable *, TChangeCode code) override;
+    QString reregisterValuePath() const { return client->clientPath() + u'/' + reregisterPath; }
 
     VtConnectionObserver *const observer;
     const VtConnectData address;
@@ -95,7 +96,7 @@ VtConnectionObserver::Private::~Private()
 {
     link->stop();
     if (!reregisterPath.isEmpty())
-        if (values::ValueBase *const value = tree.findValue(client->clientPath() + u'/' + reregisterPath))
+        if (values::ValueBase *const value = tree.findValue(reregisterValuePath()))
             value->DeleteObserver(this);
     session.reset();
     lose();
@@ -122,7 +123,12 @@ MirrorLink::Events VtConnectionObserver::Private::events()
 
 void VtConnectionObserver::Private::Update(Observable *, TChangeCode code)
 {
-    if (code != ChangeCodeValue || !session)
+    if (code != ChangeCodeValue)
+        return;
+    // So that it can be set again.
+    if (auto *const wish = dynamic_cast<values::Value<bool> *>(tree.findValue(reregisterValuePath())))
+        wish->SetValue(false, this);
+    if (!session)
         return;
     traceAt(TraceLevel::Normal, sourceName,
             [this] { return QStringLiteral("%1 is to connect again").arg(client->clientPath()); });
@@ -188,7 +194,7 @@ void VtConnectionObserver::Private::observeReregisterValue()
 {
     if (reregisterPath.isEmpty())
         return;
-    const QString path = client->clientPath() + u'/' + reregisterPath;
+    const QString path = reregisterValuePath();
     if (!tree.findValue(path)) {
         auto value = std::make_unique<values::Value<bool>>();
         value->SetName(path.mid(path.lastIndexOf(u'/') + 1), this);
