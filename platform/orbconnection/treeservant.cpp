@@ -43,7 +43,7 @@ VALUETREE::Delivery *TreeServant::pull(CORBA::ULongLong session, CORBA::ULongLon
     line->heartbeat.beat();
     if (line->outbox.isClosed())
         throw VALUETREE::SessionUnknown();
-    if (line->outbox.takeOverflow())
+    if (room && line->outbox.takeOverflow()) // without room, a snapshot would only wait here
         keeper->resynchronise(session);
     VALUETREE::Delivery_var delivery = new VALUETREE::Delivery;
     delivery->number = 0;

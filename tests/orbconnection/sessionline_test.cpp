@@ -1,0 +1,52 @@
+#include "orbconnection/mirrorwire.h"
+#include "orbconnection/treeservant.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace
+{
+/// The main thread, too busy to do what it is asked.
+class BusyKeeper : public mirror::ISessionKeeper
+{
+public:
+    void begin(quint64, const QString &) override { asked.push_back("begin"); }
+    void receive(quint64, std::string) override { asked.push_back("receive"); }
+    void resynchronise(quint64) override { asked.push_back("resynchronise"); }
+    void end(quint64) override { asked.push_back("end"); }
+    std::vector<std::string> asked;
+};
+
+class ASessionLine : public testing::Test
+{
+protected:
+    ASessionLine() { keeper->asked.clear(); }
+    static MirrorTiming timing()
+    {
+        MirrorTiming timing;
+        timing.heartbeat = std::chrono::milliseconds(1);
+        timing.queueBytes = 1000;
+        return timing;
+    }
+    void pull(bool room) { const VALUETREE::Delivery_var delivery = servant.pull(session, 0, room); }
+
+    const std::shared_ptr<mirror::SessionGate> gate = std::make_shared<mirror::SessionGate>(timing());
+    const std::shared_ptr<BusyKeeper> keeper = std::make_shared<BusyKeeper>();
+    mirror::TreeServant servant{timing(), gate, keeper};
+    const quint64 session = servant.open("/K", mirror::protocolVersion);
+    const std::shared_ptr<mirror::SessionLine> line = gate->line(session);
+};
+
+TEST_F(ASessionLine, KeepsItsOverflowForAClientThatHasRoom)
+{
+    line->outbox.put(1, std::string(2000, 'x'), false);
+    pull(false);
+    EXPECT_THAT(keeper->asked, IsEmpty());
+    pull(true);
+    EXPECT_THAT(keeper->asked, ElementsAre("resynchronise"));
+}
+} // namespace
