@@ -103,9 +103,11 @@ bool MirrorLink::pullOne(LinkSession &session, quint64 &received, std::string &b
     }
     if (delivery->number == 0)
         return false;
+    if (delivery->bytes.length() < batchHeaderBytes)
+        throw CORBA::MARSHAL(0, CORBA::COMPLETED_YES);
     received = delivery->number;
     batch.assign(reinterpret_cast<const char *>(delivery->bytes.get_buffer()), delivery->bytes.length());
-    session.bytesToApply += batch.size();
+    session.bytesToApply += countedBytes(batch.size());
     return true;
 }
 

@@ -20,7 +20,7 @@ struct LinkSession {
     Outbox outbox;                            ///< to the server; closing it ends the session
     std::atomic<bool> wantsSnapshot = false;  ///< batches are missing
     std::atomic<bool> isComplete = false;     ///< the main thread has applied a whole snapshot
-    std::atomic<std::size_t> bytesToApply = 0; ///< received, not yet seen by the main thread
+    std::atomic<std::size_t> bytesToApply = 0; ///< received, not yet seen by the main thread; see countedBytes()
 };
 
 /// The client's way to a server: connects, again and again, and carries batches both ways, on threads of its own.

@@ -11,6 +11,12 @@
 
 namespace mirror
 {
+/// What a batch counts where many can wait for the main thread: small ones take memory, too.
+constexpr std::size_t countedBytes(std::size_t batchBytes)
+{
+    return batchBytes + 256;
+}
+
 /// Batches on their way from the main thread to a thread that makes or answers remote calls.
 ///
 /// Kept until the peer has them. Thread: any; the lock is held for moments only, and never while anything else waits.

@@ -21,14 +21,15 @@ std::shared_ptr<SessionLine> SessionGate::line(quint64 session) const
     return found == lines.end() ? nullptr : found->second;
 }
 
-void SessionGate::remove(quint64 session)
+bool SessionGate::remove(quint64 session)
 {
     const std::lock_guard lock(mutex);
     const auto found = lines.find(session);
     if (found == lines.end())
-        return;
+        return false;
     found->second->outbox.close();
     lines.erase(found);
+    return true;
 }
 
 void SessionGate::close()

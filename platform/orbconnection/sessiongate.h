@@ -14,7 +14,8 @@ struct SessionLine {
 
     Outbox outbox;
     Heartbeat heartbeat;
-    std::atomic<std::size_t> bytesToApply = 0; ///< pushed by the client, not yet seen by the main thread
+    std::atomic<std::size_t> bytesToApply = 0; ///< pushed by the client, not yet seen by the main thread; see countedBytes()
+    std::atomic<bool> snapshotAsked = false;   ///< the main thread has yet to write one
 };
 
 /// The sessions of a server, by their numbers. Thread: any; the lock is held for moments only.
@@ -29,8 +30,8 @@ public:
     quint64 open();
     /// Null, when there is none.
     std::shared_ptr<SessionLine> line(quint64 session) const;
-    /// Whoever waits for the session's batches returns.
-    void remove(quint64 session);
+    /// Whoever waits for the session's batches returns. False, when there is no such session.
+    bool remove(quint64 session);
     void close();
 
 private:

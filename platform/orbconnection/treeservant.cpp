@@ -44,7 +44,7 @@ VALUETREE::Delivery *TreeServant::pull(CORBA::ULongLong session, CORBA::ULongLon
     if (line->outbox.isClosed())
         throw VALUETREE::SessionUnknown();
     if (room && line->outbox.takeOverflow()) // without room, a snapshot would only wait here
-        keeper->resynchronise(session);
+        askForSnapshot(session, *line);
     VALUETREE::Delivery_var delivery = new VALUETREE::Delivery;
     delivery->number = 0;
     if (room && entry.sequence != 0) {
@@ -58,23 +58,30 @@ VALUETREE::Delivery *TreeServant::pull(CORBA::ULongLong session, CORBA::ULongLon
 CORBA::Boolean TreeServant::push(CORBA::ULongLong session, CORBA::ULongLong, const VALUETREE::Batch &bytes)
 {
     const std::shared_ptr<SessionLine> line = lineOf(session);
+    if (bytes.length() < batchHeaderBytes)
+        throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_NO);
     if (line->bytesToApply > timing.queueBytes)
         return false;
-    line->bytesToApply += bytes.length();
+    line->bytesToApply += countedBytes(bytes.length());
     keeper->receive(session, std::string(reinterpret_cast<const char *>(bytes.get_buffer()), bytes.length()));
     return true;
 }
 
 void TreeServant::resynchronise(CORBA::ULongLong session)
 {
-    lineOf(session);
-    keeper->resynchronise(session);
+    askForSnapshot(session, *lineOf(session));
 }
 
 void TreeServant::close(CORBA::ULongLong session)
 {
-    gate->remove(session);
-    keeper->end(session);
+    if (gate->remove(session))
+        keeper->end(session);
+}
+
+void TreeServant::askForSnapshot(quint64 session, SessionLine &line)
+{
+    if (!line.snapshotAsked.exchange(true))
+        keeper->resynchronise(session);
 }
 
 std::shared_ptr<SessionLine> TreeServant::lineOf(quint64 session) const

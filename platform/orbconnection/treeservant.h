@@ -13,7 +13,9 @@ class ISessionKeeper
 public:
     virtual ~ISessionKeeper() = default;
     virtual void begin(quint64 session, const QString &path) = 0;
+    /// @p batch counts in the line's `bytesToApply` until it is applied.
     virtual void receive(quint64 session, std::string batch) = 0;
+    /// The line's `snapshotAsked` is set until it is done.
     virtual void resynchronise(quint64 session) = 0;
     virtual void end(quint64 session) = 0;
 };
@@ -32,6 +34,7 @@ public:
 
 private:
     std::shared_ptr<SessionLine> lineOf(quint64 session) const;
+    void askForSnapshot(quint64 session, SessionLine &line);
 
     const MirrorTiming timing;
     const std::shared_ptr<SessionGate> gate;

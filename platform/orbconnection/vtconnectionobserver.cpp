@@ -144,7 +144,7 @@ void VtConnectionObserver::Private::begin(const std::shared_ptr<LinkSession> &ne
 
 void VtConnectionObserver::Private::receive(const std::shared_ptr<LinkSession> &from, const std::string &batch)
 {
-    from->bytesToApply -= batch.size();
+    from->bytesToApply -= mirror::countedBytes(batch.size());
     if (from != session)
         return; // of a session that has ended
     const QPointer<Private> guard(this);

@@ -162,7 +162,7 @@ void VtServer::Private::receive(quint64 session, const std::string &batch)
     const auto found = sessions.find(session);
     if (found == sessions.end())
         return;
-    found->second.line->bytesToApply -= batch.size();
+    found->second.line->bytesToApply -= mirror::countedBytes(batch.size());
     const std::shared_ptr<MirrorSession> mirror = found->second.mirror;
     const QPointer<Private> guard(this);
     if (!mirror->receive(batch) && guard)
@@ -175,6 +175,7 @@ void VtServer::Private::resynchronise(quint64 session)
     if (found == sessions.end())
         return;
     traceSession(QStringLiteral("Is told everything again"), found->second.path);
+    found->second.line->snapshotAsked = false;
     found->second.mirror->flush();
     found->second.line->outbox.refill();
     found->second.mirror->sendSnapshot();

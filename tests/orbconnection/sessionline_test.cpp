@@ -3,8 +3,6 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
-
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -48,5 +46,43 @@ TEST_F(ASessionLine, KeepsItsOverflowForAClientThatHasRoom)
     EXPECT_THAT(keeper->asked, IsEmpty());
     pull(true);
     EXPECT_THAT(keeper->asked, ElementsAre("resynchronise"));
+}
+
+TEST_F(ASessionLine, AsksForOneSnapshotAtATime)
+{
+    for (int i = 0; i < 3; ++i)
+        servant.resynchronise(session);
+    line->outbox.put(1, std::string(2000, 'x'), false);
+    pull(true);
+    EXPECT_THAT(keeper->asked, ElementsAre("resynchronise"));
+    line->snapshotAsked = false; // done
+    servant.resynchronise(session);
+    EXPECT_THAT(keeper->asked, ElementsAre("resynchronise", "resynchronise"));
+}
+
+TEST_F(ASessionLine, TakesNoMoreSmallBatchesThanItHasRoomFor)
+{
+    VALUETREE::Batch batch;
+    batch.length(mirror::batchHeaderBytes);
+    int taken = 0;
+    while (taken < 100 && servant.push(session, 1, batch))
+        ++taken;
+    EXPECT_EQ(taken, 4);
+    EXPECT_EQ(keeper->asked.size(), 4u);
+}
+
+TEST_F(ASessionLine, RefusesWhatIsTooShortForABatch)
+{
+    VALUETREE::Batch batch;
+    batch.length(mirror::batchHeaderBytes - 1);
+    EXPECT_THROW(servant.push(session, 1, batch), CORBA::BAD_PARAM);
+    EXPECT_THAT(keeper->asked, IsEmpty());
+}
+
+TEST_F(ASessionLine, IsEndedOnce)
+{
+    servant.close(session);
+    servant.close(session);
+    EXPECT_THAT(keeper->asked, ElementsAre("end"));
 }
 } // namespace
