@@ -17,10 +17,11 @@ struct LinkSession {
 
     VALUETREE::TreeServer_var server;
     quint64 number = 0;
-    Outbox outbox;                            ///< to the server; closing it ends the session
-    std::atomic<bool> wantsSnapshot = false;  ///< batches are missing
-    std::atomic<bool> isComplete = false;     ///< the main thread has applied a whole snapshot
-    std::atomic<std::size_t> bytesToApply = 0; ///< received, not yet seen by the main thread; see countedBytes()
+    Outbox outbox;                           ///< to the server; closing it ends the session
+    std::atomic<bool> wantsSnapshot = false; ///< batches are missing
+    std::atomic<bool> isComplete = false;    ///< the main thread has applied a whole snapshot
+    /// Received, not yet seen by the main thread; see countedBytes().
+    std::atomic<std::size_t> bytesToApply = 0;
 };
 
 /// The client's way to a server: connects, again and again, and carries batches both ways, on threads of its own.

@@ -14,8 +14,9 @@ struct SessionLine {
 
     Outbox outbox;
     Heartbeat heartbeat;
-    std::atomic<std::size_t> bytesToApply = 0; ///< pushed by the client, not yet seen by the main thread; see countedBytes()
-    std::atomic<bool> snapshotAsked = false;   ///< the main thread has yet to write one
+    /// Pushed by the client, not yet seen by the main thread; see countedBytes().
+    std::atomic<std::size_t> bytesToApply = 0;
+    std::atomic<bool> snapshotAsked = false; ///< the main thread has yet to write one
 };
 
 /// The sessions of a server, by their numbers. Thread: any; the lock is held for moments only.

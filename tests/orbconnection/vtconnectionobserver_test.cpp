@@ -10,6 +10,9 @@
 #include <QSignalSpy>
 
 #include <algorithm>
+#include <functional>
+#include <stdexcept>
+#include <utility>
 
 using namespace values;
 
@@ -190,29 +193,59 @@ TEST_F(Connection, ToSomethingElseAtThatPlaceSaysSoAndTriesAgain)
     EXPECT_FALSE(astray.isConnected());
 }
 
-/// Deletes the connection that tells it of a loss.
-class Deleter : public IObserver
+/// Does something when it is told @p code, and only once.
+class Once : public IObserver
 {
 public:
-    explicit Deleter(std::unique_ptr<VtConnectionObserver> &connection) : connection(connection) {}
-    void Update(Observable *, TChangeCode code) override
+    Once(TChangeCode code, std::function<void()> action) : code(code), action(std::move(action)) {}
+    void Update(Observable *, TChangeCode told) override
     {
-        if (code == ChangeCodeState)
-            connection.reset();
+        if (told == code && action)
+            std::exchange(action, nullptr)();
     }
-    std::unique_ptr<VtConnectionObserver> &connection;
+    const TChangeCode code;
+    std::function<void()> action;
 };
 
 TEST_F(Connection, MayBeDeletedByWhoIsToldOfItsLoss)
 {
-    Deleter deleter(connection);
-    server().tell("set /K/Device/Other 1");
-    ASSERT_TRUE(isHere("/C/Device/Other", "1"));
-    value("/C/Device/Other")->AddObserver(&deleter);
-    killServer();
+    for (const TChangeCode code : {ChangeCodeState, ChangeCodeDeleted}) {
+        connection = observe("/C/Device");
+        Once deleter(code, [this] { connection.reset(); });
+        startServer();
+        server().tell("set /K/Device/Other 1");
+        ASSERT_TRUE(isHere("/C/Device/Other", "1"));
+        value("/C/Device/Other")->AddObserver(&deleter);
+        killServer();
+        EXPECT_TRUE(comesTrue([&] { return !connection; }));
+        EXPECT_EQ(value("/C/Device/State")->GetState(), ValueStateConnectionLost);
+        value("/C/Device/Other")->DeleteObserver(&deleter);
+        Tree::Instance().removeNode(QStringLiteral("/C"));
+    }
+}
+
+TEST_F(Connection, MayBeDeletedByWhoIsToldOfWhatItBrings)
+{
+    ASSERT_TRUE(comesTrue([&] { return connection->isConnected(); }));
+    Once deleter(ChangeCodeChildAdded, [this] { connection.reset(); });
+    Node *const device = Tree::Instance().findNode(QStringLiteral("/C/Device"));
+    device->AddObserver(&deleter);
+    server().tell("many /K/Device/Many 1000");
     EXPECT_TRUE(comesTrue([&] { return !connection; }));
     EXPECT_EQ(value("/C/Device/State")->GetState(), ValueStateConnectionLost);
-    value("/C/Device/Other")->DeleteObserver(&deleter);
+    device->DeleteObserver(&deleter);
+}
+
+TEST_F(Connection, BeginsAnewWhenAnObserverThrows)
+{
+    ASSERT_TRUE(comesTrue([&] { return connection->isConnected(); }));
+    Once thrower(ChangeCodeValue, [] { throw std::runtime_error("an observer's trouble"); });
+    value("/C/Device/State")->AddObserver(&thrower);
+    server().tell("burst /K/Device/State 10000");
+    ASSERT_TRUE(comesTrue([&] { return disconnected.count() == 1; }));
+    EXPECT_TRUE(comesTrue([&] { return connected.count() == 2; }));
+    EXPECT_TRUE(isHere("/C/Device/State", "10000"));
+    value("/C/Device/State")->DeleteObserver(&thrower);
 }
 
 TEST_F(Connection, LooksUpAddresses)
