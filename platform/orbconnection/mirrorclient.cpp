@@ -19,6 +19,18 @@ MirrorClient::Outcome refuse(const char *reason)
     return MirrorClient::Outcome::Malformed;
 }
 
+/// Who throws when it is told of a loss does not keep others from hearing of theirs.
+template <typename Telling> void tell(const Telling &telling)
+{
+    try {
+        telling();
+    } catch (const std::exception &e) {
+        traceAt(TraceLevel::Normal, sourceName, [&] {
+            return QStringLiteral("An observer cannot be told of a loss: %1").arg(QString::fromUtf8(e.what()));
+        });
+    }
+}
+
 bool beginsSnapshot(const values::ByteCursor &in)
 {
     return !in.isAtEnd() && *in.position == static_cast<char>(RecordKind::SnapshotBegin);
@@ -91,13 +103,13 @@ void MirrorClient::lose()
     // By path each time, since observers may remove what comes next.
     for (const QString &valuePath : valuePaths)
         if (values::ValueBase *const value = tree.findValue(valuePath))
-            value->SetState(values::ValueStateConnectionLost, this);
+            tell([&] { value->SetState(values::ValueStateConnectionLost, this); });
     for (const QString &nodePath : nodePaths)
         if (values::Node *const node = tree.findNode(nodePath))
-            node->NotifyObservers(ChangeCodeDeleted, this);
+            tell([&] { node->NotifyObservers(ChangeCodeDeleted, this); });
     for (const QString &valuePath : valuePaths)
         if (values::ValueBase *const value = tree.findValue(valuePath))
-            value->NotifyObservers(ChangeCodeDeleted, this);
+            tell([&] { value->NotifyObservers(ChangeCodeDeleted, this); });
 }
 
 void MirrorClient::detach()

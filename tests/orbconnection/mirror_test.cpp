@@ -312,6 +312,18 @@ TEST_F(Mirror, EndsWhenAnObserverHereThrows)
     EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("busy"));
 }
 
+TEST_F(Mirror, TellsEveryoneOfItsLossWhenAnObserverThrows)
+{
+    addText(serverTree, QStringLiteral("/K/Device"), QStringLiteral("Z"), QString());
+    pair.connect();
+    Thrower thrower;
+    text(clientTree, "/Sub/A/Device/State")->AddObserver(&thrower);
+    Diary after(text(clientTree, "/Sub/A/Device/Z"));
+    pair.disconnect();
+    EXPECT_THAT(after.codes, ElementsAre(ChangeCodeState, ChangeCodeDeleted));
+    text(clientTree, "/Sub/A/Device/State")->DeleteObserver(&thrower);
+}
+
 TEST_F(Mirror, EndsWhenAnObserverAtTheServerThrows)
 {
     pair.connect();
