@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+
+#include <stdexcept>
+
+namespace korvectl
+{
+
+/// How the program ends; scripts rely on the numbers.
+enum class ExitCode {
+    Success = 0,
+    Usage = 1,
+    NotReachable = 2,
+    Refused = 3,
+    Failed = 4,
+};
+
+/// Why a request has no result, in one sentence for the user.
+class Failure : public std::runtime_error
+{
+public:
+    Failure(ExitCode exitCode, const QString &sentence) : std::runtime_error(sentence.toStdString()), exitCode(exitCode)
+    {
+    }
+
+    const ExitCode exitCode;
+};
+
+} // namespace korvectl

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "objectmodel/korve_recorddata.h"
+
+#include <QStringList>
+#include <QVector>
+
+#include <chrono>
+#include <memory>
+
+namespace korvectl
+{
+
+/// What a manager says of one recorder device.
+struct DeviceState {
+    QString id;
+    QString address;
+    QString firmware;
+    bool isAvailable;
+};
+
+/// The recorder manager of one subsystem, found by way of the central object service, and what it answers.
+///
+/// Makes no connection to the value tree. Configures the ORB of the process, so there is one session at most.
+/// Thread: main; each call blocks, at most for the time-out for each answer.  Errors: throws Failure.
+class ManagerSession
+{
+public:
+    using Records = QVector<KORVE_XML::KORVE_RecordData>;
+
+    /// Waits for the services, which may be just starting. An empty @p subsystem is the local one.
+    ManagerSession(const QString &subsystem, std::chrono::milliseconds timeout);
+    ~ManagerSession();
+
+    /// Sorted.
+    QStringList deviceIds() const;
+    DeviceState device(const QString &id) const;
+    /// In the order of their beginning.
+    Records records(const QString &deviceId) const;
+
+private:
+    class Private;
+    const std::unique_ptr<Private> d;
+};
+
+} // namespace korvectl

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QStringList>
+#include <QVector>
+
+namespace korvectl
+{
+
+/// Rows of texts in columns, under a line of titles.
+///
+/// Texts come from other machines: what would move the cursor of a terminal is shown as a question mark.
+class Table
+{
+public:
+    struct Column {
+        QString title;
+        Qt::Alignment alignment = Qt::AlignLeft;
+    };
+
+    explicit Table(const QVector<Column> &columns) : columns(columns) {}
+
+    /// One cell for each column.
+    void addRow(const QStringList &cells);
+    /// Each line with its end; no blanks at the end of a line.
+    QString text() const;
+
+private:
+    QString drawn(const QStringList &cells) const;
+    int width(int column) const;
+
+    const QVector<Column> columns;
+    QVector<QStringList> rows;
+};
+
+} // namespace korvectl

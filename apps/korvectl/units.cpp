@@ -1,0 +1,58 @@
+#include "apps/korvectl/units.h"
+
+#include <QDateTime>
+
+#include <array>
+
+namespace korvectl::units
+{
+
+namespace
+{
+
+constexpr std::array prefixes{"k", "M", "G", "T", "P", "E"};
+
+QString scaled(double value, const char *unit)
+{
+    constexpr double step = 1000;
+    constexpr double roundsUp = 999.95; // would be shown as 1000.0
+    if (value < step)
+        return QStringLiteral("%1 %2").arg(QString::number(value, 'f', 0), QLatin1String(unit));
+    value /= step;
+    std::size_t prefix = 0;
+    for (; value >= roundsUp && prefix + 1 < prefixes.size(); ++prefix)
+        value /= step;
+    return QStringLiteral("%1 %2%3").arg(QString::number(value, 'f', 1), QLatin1String(prefixes[prefix]),
+                                         QLatin1String(unit));
+}
+
+} // namespace
+
+QString bytes(quint64 count)
+{
+    return scaled(static_cast<double>(count), "B");
+}
+
+QString duration(quint64 us)
+{
+    const quint64 ms = us / 1000;
+    const auto twoDigits = [](quint64 number) { return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0')); };
+    return QStringLiteral("%1:%2:%3.%4")
+        .arg(QString::number(ms / 3'600'000), twoDigits(ms / 60'000 % 60), twoDigits(ms / 1000 % 60),
+             QStringLiteral("%1").arg(ms % 1000, 3, 10, QLatin1Char('0')));
+}
+
+QString instant(quint64 us)
+{
+    const QDateTime time = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(us / 1000), Qt::UTC);
+    return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+}
+
+QString rate(quint64 byteCount, quint64 us)
+{
+    if (us == 0)
+        return QStringLiteral("-");
+    return scaled(static_cast<double>(byteCount) * 1e6 / static_cast<double>(us), "B/s");
+}
+
+} // namespace korvectl::units

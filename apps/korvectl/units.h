@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+/// Quantities as people read them; numbers have a decimal point everywhere.
+namespace korvectl::units
+{
+
+/// "999 B", "16.0 kB", "1.5 GB"; a thousand of each is one of the next.
+QString bytes(quint64 count);
+/// "1:02:03.004", hours first.
+QString duration(quint64 us);
+/// "2026-03-01 12:00:00", in UTC; since 1970.
+QString instant(quint64 us);
+/// "16.0 kB/s"; "-" for no time at all.
+QString rate(quint64 byteCount, quint64 us);
+
+} // namespace korvectl::units

@@ -1,0 +1,79 @@
+#include "apps/korvectl/commandline.h"
+
+#include <gmock/gmock.h>
+
+using namespace korvectl;
+
+namespace
+{
+
+/// What the arguments mean, or the exit code that they lead to.
+struct Parsed {
+    explicit Parsed(std::vector<std::string> arguments)
+    {
+        arguments.insert(arguments.begin(), "korvectl");
+        std::vector<char *> pointers;
+        for (std::string &argument : arguments)
+            pointers.push_back(argument.data());
+        line = CommandLine::parse(static_cast<int>(pointers.size()), pointers.data(), exitCode);
+    }
+
+    std::optional<CommandLine> line;
+    int exitCode = -1;
+};
+
+class WrongRequest : public testing::TestWithParam<std::vector<std::string>>
+{
+};
+
+} // namespace
+
+TEST(Request, AsksTheLocalSubsystemQuietlyForATable)
+{
+    const Parsed parsed({"devices"});
+    ASSERT_TRUE(parsed.line);
+    EXPECT_EQ(parsed.line->command, Command::Devices);
+    EXPECT_TRUE(parsed.line->subsystem.isEmpty());
+    EXPECT_EQ(parsed.line->timeout, std::chrono::seconds(5));
+    EXPECT_FALSE(parsed.line->json);
+    EXPECT_EQ(parsed.line->traceMask, 0u);
+}
+
+TEST(Request, TakesOptionsOnBothSidesOfTheCommand)
+{
+    const Parsed parsed({"--subsystem", "West", "records", "REC1", "--json", "--timeout", "0.5"});
+    ASSERT_TRUE(parsed.line);
+    EXPECT_EQ(parsed.line->command, Command::Records);
+    EXPECT_EQ(parsed.line->device, QLatin1String("REC1"));
+    EXPECT_EQ(parsed.line->subsystem, QLatin1String("West"));
+    EXPECT_EQ(parsed.line->timeout, std::chrono::milliseconds(500));
+    EXPECT_TRUE(parsed.line->json);
+}
+
+TEST(Request, TracesMoreWithEachV)
+{
+    EXPECT_EQ(Parsed({"devices", "-v"}).line->traceMask, 32u);
+    EXPECT_EQ(Parsed({"devices", "-vv"}).line->traceMask, 96u);
+}
+
+TEST(Request, MayBeForHelp)
+{
+    const Parsed parsed({"records", "--help"});
+    EXPECT_FALSE(parsed.line);
+    EXPECT_EQ(parsed.exitCode, 0);
+}
+
+TEST_P(WrongRequest, IsAMatterOfUsage)
+{
+    const Parsed parsed(GetParam());
+    EXPECT_FALSE(parsed.line);
+    EXPECT_EQ(parsed.exitCode, 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Lines, WrongRequest,
+                         testing::Values(std::vector<std::string>{}, std::vector<std::string>{"device"},
+                                         std::vector<std::string>{"devices", "REC1"},
+                                         std::vector<std::string>{"devices", "records"},
+                                         std::vector<std::string>{"devices", "--timeout", "0"},
+                                         std::vector<std::string>{"devices", "--timeout", "soon"},
+                                         std::vector<std::string>{"records", "REC1", "REC2"}));

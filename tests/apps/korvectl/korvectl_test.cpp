@@ -1,0 +1,167 @@
+#include "tests/installation/manager/wavfile.h"
+#include "tests/installation/program/installationfixture.h"
+#include "tests/support/loopbacklease.h"
+
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QtTest/QTest>
+
+namespace
+{
+
+/// The client as a process, beside the services of a host whose recorder has one record of a second.
+class Korvectl : public InstallationFixture
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        InstallationFixture::SetUpTestSuite();
+        ASSERT_TRUE(managerKnowsTheDevice());
+        const Run done = import({writeWavFile(shared->folder.path(), QStringLiteral("one second.wav"), 8000)});
+        ASSERT_EQ(done.exitCode, 0) << done.errors.toStdString();
+        recordId = done.output.trimmed().section(QStringLiteral(": "), -1);
+    }
+
+    /// Empty @p centralService: the one of the services.
+    static Run ask(const QStringList &arguments, const QString &centralService = QString())
+    {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        if (!centralService.isEmpty())
+            environment.insert(QStringLiteral("KORVE_CCO"), centralService);
+        process.setProcessEnvironment(environment);
+        process.start(QStringLiteral(KORVECTL_PROGRAM), arguments);
+        if (!process.waitForFinished(30000))
+            throw std::runtime_error("korvectl does not end");
+        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+    static QStringList words(const char *text) { return QString::fromUtf8(text).split(u' '); }
+    static QJsonArray array(const Run &run) { return QJsonDocument::fromJson(run.output.toUtf8()).array(); }
+    static bool isOneSentence(const QString &text)
+    {
+        return text.startsWith(QLatin1String("korvectl: ")) && text.endsWith(QLatin1String(".\n")) &&
+               text.count(u'\n') == 1;
+    }
+
+    static QString recordId;
+};
+
+QString Korvectl::recordId;
+
+TEST_F(Korvectl, ListsDevices)
+{
+    const Run run = ask(words("devices"));
+    ASSERT_EQ(run.exitCode, 0) << run.errors.toStdString();
+    EXPECT_EQ(run.errors, QString());
+    const QStringList lines = run.output.split(u'\n');
+    ASSERT_EQ(lines.size(), 3) << run.output.toStdString();
+    EXPECT_THAT(lines[0].simplified().toStdString(), "DEVICE ADDRESS STATE FIRMWARE");
+    EXPECT_TRUE(lines[1].simplified().startsWith(QStringLiteral("REC1 %1 available").arg(address())));
+}
+
+TEST_F(Korvectl, ListsDevicesForPrograms)
+{
+    const Run run = ask(words("devices --json"));
+    ASSERT_EQ(run.exitCode, 0) << run.errors.toStdString();
+    ASSERT_EQ(array(run).size(), 1);
+    const QJsonObject device = array(run).first().toObject();
+    EXPECT_EQ(device[QStringLiteral("device")].toString(), QLatin1String("REC1"));
+    EXPECT_EQ(device[QStringLiteral("address")].toString(), address());
+    EXPECT_TRUE(device[QStringLiteral("available")].toBool());
+}
+
+TEST_F(Korvectl, ListsRecordsInUnitsForPeople)
+{
+    for (const char *line : {"records", "records REC1", "records --subsystem Main"}) {
+        const Run run = ask(words(line));
+        ASSERT_EQ(run.exitCode, 0) << line << ": " << run.errors.toStdString();
+        const QStringList lines = run.output.split(u'\n');
+        ASSERT_EQ(lines.size(), 3) << run.output.toStdString();
+        EXPECT_TRUE(lines[1].startsWith(QLatin1String("REC1    ") + recordId)) << run.output.toStdString();
+        EXPECT_TRUE(lines[1].contains(QLatin1String("0:00:01.000  16.0 kB   16.0 kB/s"))) << run.output.toStdString();
+    }
+}
+
+TEST_F(Korvectl, ListsRecordsForPrograms)
+{
+    const Run run = ask(words("records --json"));
+    ASSERT_EQ(run.exitCode, 0) << run.errors.toStdString();
+    ASSERT_EQ(array(run).size(), 1);
+    const QJsonObject record = array(run).first().toObject();
+    EXPECT_EQ(record[QStringLiteral("device")].toString(), QLatin1String("REC1"));
+    EXPECT_EQ(record[QStringLiteral("record")].toString(), recordId);
+    EXPECT_EQ(record[QStringLiteral("sizeBytes")].toDouble(), 16000);
+    EXPECT_EQ(record[QStringLiteral("durationUs")].toDouble(), 1000000);
+    const auto begin = QDateTime::fromString(record[QStringLiteral("begin")].toString(), Qt::ISODateWithMs);
+    EXPECT_EQ(begin.toMSecsSinceEpoch(), qint64(record[QStringLiteral("beginUs")].toDouble()) / 1000);
+    EXPECT_EQ(begin.timeSpec(), Qt::UTC);
+}
+
+TEST_F(Korvectl, SaysThatADeviceIsUnknown)
+{
+    const Run run = ask(words("records REC9"));
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_EQ(run.output, QString());
+    EXPECT_TRUE(isOneSentence(run.errors) && run.errors.contains(QLatin1String("REC9"))) << run.errors.toStdString();
+}
+
+TEST_F(Korvectl, TracesToStandardErrorOnlyWhenAsked)
+{
+    const Run run = ask(words("-v devices --json"));
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_TRUE(run.errors.contains(QLatin1String("Connected to Subsystem path"))) << run.errors.toStdString();
+    EXPECT_EQ(array(run).size(), 1);
+}
+
+TEST_F(Korvectl, NamesASubsystemThatHasNoManager)
+{
+    const Run run = ask(words("devices --subsystem Nowhere --timeout 1"));
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(isOneSentence(run.errors) && run.errors.contains(QLatin1String("Nowhere"))) << run.errors.toStdString();
+}
+
+TEST_F(Korvectl, NamesTheAddressWhereNobodyAnswers)
+{
+    const LoopbackLease nobody;
+    QElapsedTimer clock;
+    clock.start();
+    const Run run = ask(words("devices --timeout 1"), nobody.address());
+    EXPECT_LT(clock.elapsed(), 5000); // with starting and ending on a busy machine
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.output, QString());
+    EXPECT_EQ(run.errors, QStringLiteral("korvectl: The central object service at %1:8003 did not answer within 1 s.\n")
+                              .arg(nobody.address()));
+}
+
+TEST_F(Korvectl, WaitsForServicesThatStandStillNoLongerThanToldTo)
+{
+    for (ServiceProcess *const service : {shared->centralService.get(), shared->manager.get()}) {
+        service->suspend();
+        QElapsedTimer clock;
+        clock.start();
+        const Run run = ask(words("records --timeout 1"));
+        const qint64 elapsedMs = clock.elapsed();
+        service->resume();
+        EXPECT_LT(elapsedMs, 5000); // as above
+        EXPECT_EQ(run.exitCode, 2);
+        EXPECT_TRUE(isOneSentence(run.errors)) << run.errors.toStdString();
+        EXPECT_TRUE(run.errors.contains(address() + QLatin1String(":8003")));
+    }
+}
+
+TEST_F(Korvectl, FindsAManagerThatIsStillStarting)
+{
+    shared->manager->kill();
+    QProcess client;
+    client.start(QStringLiteral(KORVECTL_PROGRAM), words("devices --timeout 25"));
+    ASSERT_TRUE(client.waitForStarted());
+    shared->manager = start("manager");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return client.state() == QProcess::NotRunning; }, 30000));
+    EXPECT_EQ(client.exitCode(), 0) << client.readAllStandardError().toStdString();
+}
+
+} // namespace

@@ -1,0 +1,38 @@
+#include "apps/korvectl/units.h"
+
+#include <gmock/gmock.h>
+
+#include <limits>
+
+namespace units = korvectl::units;
+
+TEST(Units, ShowBytes)
+{
+    EXPECT_EQ(units::bytes(0), QLatin1String("0 B"));
+    EXPECT_EQ(units::bytes(999), QLatin1String("999 B"));
+    EXPECT_EQ(units::bytes(1000), QLatin1String("1.0 kB"));
+    EXPECT_EQ(units::bytes(999'949), QLatin1String("999.9 kB"));
+    EXPECT_EQ(units::bytes(999'950), QLatin1String("1.0 MB"));
+    EXPECT_EQ(units::bytes(1'540'000'000), QLatin1String("1.5 GB"));
+    EXPECT_EQ(units::bytes(std::numeric_limits<quint64>::max()), QLatin1String("18.4 EB"));
+}
+
+TEST(Units, ShowDurations)
+{
+    EXPECT_EQ(units::duration(0), QLatin1String("0:00:00.000"));
+    EXPECT_EQ(units::duration(3'723'004'999), QLatin1String("1:02:03.004"));
+    EXPECT_EQ(units::duration(360'000'000'000), QLatin1String("100:00:00.000"));
+}
+
+TEST(Units, ShowInstantsInUtc)
+{
+    EXPECT_EQ(units::instant(0), QLatin1String("1970-01-01 00:00:00"));
+    EXPECT_EQ(units::instant(1'700'000'000'999'999), QLatin1String("2023-11-14 22:13:20"));
+}
+
+TEST(Units, ShowRates)
+{
+    EXPECT_EQ(units::rate(16'000, 1'000'000), QLatin1String("16.0 kB/s"));
+    EXPECT_EQ(units::rate(3, 2'000'001), QLatin1String("1 B/s"));
+    EXPECT_EQ(units::rate(16'000, 0), QLatin1String("-"));
+}
