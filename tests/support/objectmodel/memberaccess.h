@@ -91,6 +91,8 @@ struct Accessors {
     IsValid isValid;
     Append append;
 };
+// clang 14, which builds the fuzzers, does not deduce an aggregate by itself.
+template <class... Functions> Accessors(Functions...) -> Accessors<Functions...>;
 
 template <class T, class A> MemberAccess memberAccess(const QString &name, bool alternative, A access)
 {
