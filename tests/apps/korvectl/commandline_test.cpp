@@ -1,4 +1,5 @@
 #include "apps/korvectl/commandline.h"
+#include "tests/support/parsedarguments.h"
 
 #include <gmock/gmock.h>
 
@@ -7,19 +8,8 @@ using namespace korvectl;
 namespace
 {
 
-/// What the arguments mean, or the exit code that they lead to.
-struct Parsed {
-    explicit Parsed(std::vector<std::string> arguments)
-    {
-        arguments.insert(arguments.begin(), "korvectl");
-        std::vector<char *> pointers;
-        for (std::string &argument : arguments)
-            pointers.push_back(argument.data());
-        line = CommandLine::parse(static_cast<int>(pointers.size()), pointers.data(), exitCode);
-    }
-
-    std::optional<CommandLine> line;
-    int exitCode = -1;
+struct Parsed : ParsedArguments<CommandLine> {
+    explicit Parsed(std::vector<std::string> arguments) : ParsedArguments("korvectl", std::move(arguments)) {}
 };
 
 class WrongRequest : public testing::TestWithParam<std::vector<std::string>>
