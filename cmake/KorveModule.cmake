@@ -3,6 +3,7 @@
 #   korve_library(NAME PACKAGE KorvePlatform [ROOT platform] MODULES a b)
 #   korve_module(NAME LIBRARY lib CLASSES ... [HEADERS ...] [GENERATED ...] [INTERNAL ...] [USES ...] [PRECOMPILED])
 #   korve_sibling(NAME ...)      a module that is a shared library by itself (everything below platform/)
+#   korve_system_platform(NAME...)  takes these siblings, and the contracts, from an installed KorvePlatform instead
 #   korve_packages()             installs and exports what the calls above gathered; once, at the end
 #
 # A module is an OBJECT library `NAME_objects`; it may be linked directly by a unit test that must reach an INTERNAL
@@ -101,6 +102,18 @@ function(korve_sibling name)
     korve_module(${name} LIBRARY ${name} ${ARGN})
 endfunction()
 
+# Whoever uses them says the same names as with the bundled ones.
+function(korve_system_platform)
+    find_package(KorvePlatform ${PROJECT_VERSION} REQUIRED)
+    add_library(idl ALIAS KorveIdl::idl)
+    foreach(name IN LISTS ARGN)
+        if(NOT TARGET KorvePlatform::${name})
+            message(FATAL_ERROR "${KorvePlatform_DIR} has no library KorvePlatform::${name}")
+        endif()
+        add_library(${name} ALIAS KorvePlatform::${name})
+    endforeach()
+endfunction()
+
 # One CMake package and one pkg-config file for each package named by korve_library.
 function(korve_packages)
     get_property(libraries GLOBAL PROPERTY KORVE_LIBRARIES)
@@ -128,7 +141,9 @@ function(korve_packages)
             DESTINATION ${directory})
         korve_pkgconfig(${package} ${${package}_libraries})
     endforeach()
-    install(FILES ${PROJECT_SOURCE_DIR}/cmake/FindOmniOrb.cmake DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/KorveIdl)
+    if(KorveIdl IN_LIST packages)
+        install(FILES ${PROJECT_SOURCE_DIR}/cmake/FindOmniOrb.cmake DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/KorveIdl)
+    endif()
 endfunction()
 
 set(KorveIdl_requires "omniORB4 omnithread4 omniDynamic4")
