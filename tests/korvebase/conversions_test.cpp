@@ -2,8 +2,8 @@
 #include "korvebase/corbatoclientconverter.h"
 #include "korvebase/corbatodeviceconverter.h"
 
+#include "tests/appruntime/capturedtraces.h"
 #include "tests/korvebase/datatable.h"
-#include "tests/korvebase/tracedtexts.h"
 
 #include <gmock/gmock.h>
 
@@ -71,7 +71,7 @@ struct Expectation {
 TEST(Conversions, AreThoseOfTheTable)
 {
     QStringList functions;
-    TracedTexts traces;
+    CapturedTraces traces;
     for (const QStringList &row : readTable("conversions.txt")) {
         const Expectation expected(row);
         functions.append(expected.function);
@@ -87,7 +87,7 @@ TEST(Conversions, AreThoseOfTheTable)
 
 TEST(Conversions, AgreeWithTheTableOfClasses)
 {
-    TracedTexts quiet(0);
+    CapturedTraces quiet(0);
     for (const QStringList &row : readTable("datarateclasses.txt")) {
         const auto rate = static_cast<KORVE_RecordData::DataRate>(row.at(0).toInt());
         const bool passes = row.at(3) != "-";
@@ -100,7 +100,7 @@ TEST(Conversions, AgreeWithTheTableOfClasses)
 TEST(Conversions, TakeTheGreatestNumberThatADeviceCanSend)
 {
     constexpr auto greatest = std::numeric_limits<unsigned int>::max();
-    TracedTexts traces;
+    CapturedTraces traces;
     EXPECT_EQ(device::convertRecordStatusFromKorve(greatest), KORVE_RecordData::IDLE);
     EXPECT_THAT(traces.take(), ElementsAre("CorbaToDeviceConverter::convertRecordStatusFromKorve : invalid record "
                                            "status 4294967295. Will be using Idle."));
@@ -115,14 +115,14 @@ TEST(Conversions, TakeTheDevicesLiterals)
 
 TEST(Conversions, AreTheSameWhenNobodyWantsTraces)
 {
-    TracedTexts traces(0);
+    CapturedTraces traces(0);
     EXPECT_EQ(client::convertRecordStatusFromXml(static_cast<KORVE_RecordData::RecordStatus>(-1)), TQ_KRV::rsIDLE);
     EXPECT_THAT(traces.take(), IsEmpty());
 }
 
 TEST(Conversions, TraceAtTheNormalLevel)
 {
-    TracedTexts traces(32);
+    CapturedTraces traces(32);
     device::convertDataFormatFromKorve(24);
     EXPECT_THAT(traces.take(), testing::SizeIs(1));
 }

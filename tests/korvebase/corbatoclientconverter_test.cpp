@@ -1,6 +1,6 @@
 #include "korvebase/corbatoclientconverter.h"
 
-#include "tests/korvebase/tracedtexts.h"
+#include "tests/appruntime/capturedtraces.h"
 
 #include <gmock/gmock.h>
 
@@ -226,7 +226,7 @@ TEST(SentBookmark, HasTimeAndText)
 
 TEST(MissingRecord, IsSentWithEmptyTextsAndFallbacks)
 {
-    TracedTexts traces;
+    CapturedTraces traces;
     const TQ_KRV::struRECORD_DATA_var data = dummyCorbaRecordData();
     EXPECT_THAT(
         traces.take(),
@@ -247,7 +247,7 @@ TEST(MissingRecord, IsSentWithEmptyTextsAndFallbacks)
 
 TEST(MissingRecord, IsTheCallersOwnEachTime)
 {
-    TracedTexts quiet(0);
+    CapturedTraces quiet(0);
     const TQ_KRV::struRECORD_DATA_var first = dummyCorbaRecordData();
     first->size = 7;
     const TQ_KRV::struRECORD_DATA_var second = dummyCorbaRecordData();

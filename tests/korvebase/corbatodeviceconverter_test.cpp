@@ -1,6 +1,6 @@
 #include "korvebase/corbatodeviceconverter.h"
 
-#include "tests/korvebase/tracedtexts.h"
+#include "tests/appruntime/capturedtraces.h"
 
 #include <gmock/gmock.h>
 
@@ -97,7 +97,7 @@ TEST(DeviceRecord, FallsBackWhereTheDeviceSendsUnknownNumbers)
     data.recordStatus = 8;
     data.dataFormat = 24;
     data.dataRate = 4294967295;
-    TracedTexts traces;
+    CapturedTraces traces;
     KORVE_RecordData record;
     fillRecordData(record, data);
     EXPECT_EQ(record.GetRecordStatus(), KORVE_RecordData::IDLE);
@@ -165,7 +165,7 @@ TEST(DeviceRecords, AreAppendedWhateverTheyHold)
     sequence[1].recordName = units(QString(QChar(1))); // not allowed in XML
     sequence[2] = received();
     sequence[2].size = std::numeric_limits<quint64>::max(); // read back from XML as 0
-    TracedTexts traces;
+    CapturedTraces traces;
     QVector<KORVE_RecordData> records{KORVE_RecordData()};
     fillRecordData(records, sequence);
     ASSERT_THAT(records, SizeIs(4));

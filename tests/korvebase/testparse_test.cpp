@@ -1,6 +1,6 @@
 #include "korvebase/testparse.h"
 
-#include "tests/korvebase/tracedtexts.h"
+#include "tests/appruntime/capturedtraces.h"
 
 #include "objectbase/exceptions.h"
 #include "objectmodel/korve_recorddata.h"
@@ -47,7 +47,7 @@ std::vector<std::string> shownByTrial(const KORVE_RecordData &record)
 
 TEST(TestParse, TracesWhyARecordCannotBeWritten)
 {
-    TracedTexts traces;
+    CapturedTraces traces;
     KorveCommon::traceUnreadable(KORVE_RecordData());
     EXPECT_THAT(traces.take(), ElementsAre("KORVE_RecordData: Please set RecordID properly."));
 }
@@ -57,14 +57,14 @@ TEST(TestParse, TracesWhyARecordCannotBeReadBack)
     KORVE_RecordData unchecked = complete();
     unchecked.SetValidate(false);
     unchecked.ResetRecordStatus();
-    TracedTexts traces;
+    CapturedTraces traces;
     KorveCommon::traceUnreadable(unchecked);
     EXPECT_THAT(traces.take(), ElementsAre("enum is not valid (classname=KORVE_RecordData,membername=m_recordStatus)"));
 }
 
 TEST(TestParse, SaysNothingOfAGoodRecord)
 {
-    TracedTexts traces;
+    CapturedTraces traces;
     KorveCommon::traceUnreadable(complete());
     EXPECT_THAT(traces.take(), IsEmpty());
 }
@@ -85,7 +85,7 @@ TEST(TestParse, SaysWhatATrialOfTheRecordWouldSay)
     records.push_back(records.back());
     records.back().SetValidate(false);
     for (const KORVE_RecordData &record : records) {
-        TracedTexts traces;
+        CapturedTraces traces;
         KorveCommon::traceUnreadable(record);
         EXPECT_EQ(traces.take(), shownByTrial(record)) << record.GetRecordName().toStdString();
     }
