@@ -26,7 +26,7 @@ public:
     }
 
     /// As GetFromTree(), else adds a new T there. True when this call has created the value, which the caller then seeds.
-    /// Where a value of another class stands, false, holding nothing.
+    /// False, holding nothing, where a value of another class stands, and when an observer removes the new one at once.
     bool getOrCreate(const QString &path)
     {
         if (GetFromTree(path))
@@ -35,7 +35,7 @@ public:
         auto value = std::make_unique<T>();
         value->SetName(path.mid(leaf), nullptr);
         attach(value.get()); // before it is added: an observer may remove it at once
-        return Tree::Instance().addValue(path.left(leaf), std::move(value));
+        return Tree::Instance().addValue(path.left(leaf), std::move(value)) && Get();
     }
 };
 } // namespace values

@@ -83,7 +83,7 @@ TEST_F(ValuePointer, IsNullWhenAnObserverRemovesTheNewValueAtOnce)
     LoggingObserver observer("a", log);
     tree.findNode(QStringLiteral("/a"))->AddObserver(&observer);
     observer.react = [this] { tree.removeValue(QStringLiteral("/a/w")); };
-    holder.getOrCreate(QStringLiteral("/a/w"));
+    EXPECT_FALSE(holder.getOrCreate(QStringLiteral("/a/w"))) << "nobody can seed it";
     EXPECT_FALSE(holder);
 }
 
