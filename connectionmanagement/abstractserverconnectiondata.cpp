@@ -54,7 +54,7 @@ AbstractServerConnectionData::~AbstractServerConnectionData()
 QString AbstractServerConnectionData::GetKorveOrbConnectionPath(const QString &subsystem)
 {
     using namespace korve;
-    const QString segment = subsystem.isEmpty() ? QString(name::localSubSystem) : name::subSystems + subsystem;
+    const QString segment = subsystem.isEmpty() ? QString(name::LocalSubSystem) : name::subSystems + subsystem;
     return path::localSystem + segment + path::managerInterface;
 }
 
@@ -157,7 +157,7 @@ QStringList AbstractServerConnectionData::GetSubsystemList()
     const RemoteOutcome outcome = remoteCall([&] {
         subsystems = OrbHandler::Instance().GetAllSubsystems();
         if (subsystems.isEmpty())
-            subsystems.append(korve::name::localSubSystem);
+            subsystems.append(korve::name::LocalSubSystem);
     });
     if (!outcome.isDone())
         traceAt(TraceLevel::Normal, sourceName, [] {
