@@ -121,8 +121,6 @@ void AbstractServerConnectionData::sl_notifyServerAvailablity(bool available, co
 
 void AbstractServerConnectionData::sl_onConnected(const QString &subsystem)
 {
-    if (!containsSubsystemInMap(subsystem))
-        return; // a queued report of tics that are gone by now
     const bool now = IsConnected(subsystem);
     const bool before = std::exchange(allTicsConnected[subsystem], now);
     if (now && !before)

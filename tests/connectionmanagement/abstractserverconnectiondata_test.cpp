@@ -10,6 +10,7 @@
 
 using namespace KorveCommon;
 using testing::Contains;
+using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace
@@ -72,8 +73,9 @@ TEST_F(ConnectionData, FindsTheClientOfATic)
 
 TEST_F(ConnectionData, HasNoClientWhereThereIsNoTic)
 {
+    EXPECT_FALSE(station.getVtClient(ServerConnection));
     station.CreateVTConnectTics(alpha);
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     EXPECT_FALSE(station.getVtClient(alpha, ChannelConnection));
     EXPECT_THAT(traces.texts(), IsEmpty());
     EXPECT_FALSE(station.getVtClient(west, ServerConnection));
@@ -93,7 +95,7 @@ TEST_F(ConnectionData, KnowsTheEndsOfATic)
 
 TEST_F(ConnectionData, OfAnUnknownSubsystemIsNotConnectedAndNotAdded)
 {
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     EXPECT_FALSE(station.IsConnected(west));
     EXPECT_THAT(traces.texts(), Contains(notFoundWest).Times(1));
     EXPECT_FALSE(station.containsSubsystemInMap(west));
@@ -109,11 +111,11 @@ TEST_F(ConnectionData, OfASubsystemWithoutTicsIsConnectedButNotToTheServer)
 
 TEST_F(ConnectionData, AsksTheConfigurationForTheCurrentSubsystem)
 {
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     EXPECT_FALSE(station.IsChannelConnected());
     EXPECT_FALSE(station.IsDeviceConnected());
     EXPECT_FALSE(station.IsServerConnected());
-    EXPECT_THAT(traces.texts(), testing::ElementsAre("Check for ChannelConnected subsystem not found ",
+    EXPECT_THAT(traces.texts(), ElementsAre("Check for ChannelConnected subsystem not found ",
                                                      "Check for DeviceConnected subsystem not found ",
                                                      "Check for ServerConnected subsystem not found "));
     station.CreateVTConnectTics(alpha);
@@ -126,11 +128,9 @@ TEST_F(ConnectionData, AsksTheConfigurationForTheCurrentSubsystem)
 
 TEST_F(ConnectionData, TracesUnderItsName)
 {
-    QString source;
-    const TraceCapture before = setTraceCapture([&](const TraceLine &line) { source = line.sourceName; });
+    CapturedTraces traces(32);
     EXPECT_FALSE(station.IsConnected(west));
-    setTraceCapture(before);
-    EXPECT_EQ(source, QStringLiteral("connectionmanagement/abstractserverconnectiondata"));
+    EXPECT_EQ(traces.sourceOf(notFoundWest), "connectionmanagement/abstractserverconnectiondata");
 }
 
 TEST_F(ConnectionData, TellsWhenAllTicsAreUpAndWhenOneFalls)
@@ -163,9 +163,11 @@ TEST_F(ConnectionData, OverhearsATicWhoseConnectionEndsUntilTheNextChange)
     EXPECT_EQ(allDown.count(), 1);
 }
 
-TEST_F(ConnectionData, IgnoresReportsOfTicsThatAreGone)
+TEST_F(ConnectionData, OnlyTracesReportsOfTicsThatAreGone)
 {
+    CapturedTraces traces(32);
     station.sl_onConnected(west);
+    EXPECT_THAT(traces.texts(), ElementsAre(notFoundWest));
     EXPECT_EQ(allUp.count() + allDown.count(), 0);
     EXPECT_FALSE(station.containsSubsystemInMap(west));
 }
