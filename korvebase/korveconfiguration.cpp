@@ -7,7 +7,6 @@
 #include "valuetreelib/tree.h"
 
 #include <cstdlib>
-#include <exception>
 
 namespace KorveCommon {
 
@@ -58,7 +57,7 @@ void KorveConfiguration::ReadConfiguration(const QString &path)
 {
     try {
         readKeys(*CfgCenter::CreateCfg(QString(), CfgCenter::FileView, path));
-    } catch (const std::exception &) {
+    } catch (...) { // contract: whatever the reader throws ends here
         traceAt(TraceLevel::Normal, sourceName, [] { return QStringLiteral("Error reading Korve-Configuration"); });
     }
 }

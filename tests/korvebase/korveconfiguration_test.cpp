@@ -77,7 +77,7 @@ constexpr char hostTrace[] = "KorveConfiguration::ReadConfiguration -> Incorrect
 
 TEST_P(ServerAddress, IsTakenApart)
 {
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     read(QByteArray("Address=") + GetParam().address + '\n');
     EXPECT_EQ(configuration.KorveAddressHost(), GetParam().host);
     EXPECT_EQ(configuration.KorveAddressPort(), GetParam().port);
@@ -94,10 +94,20 @@ INSTANTIATE_TEST_SUITE_P(Forms, ServerAddress,
 
 TEST_F(Configuration, ThatCannotBeReadIsTracedAndLeavesTheDefaults)
 {
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     configuration.Initialize(folder.path());
     EXPECT_EQ(configuration.getCaption(), "KORVE Manager");
     EXPECT_THAT(traces.texts(), Contains("Error reading Korve-Configuration"));
+}
+
+TEST_F(Configuration, TracesWhatItReadWhenDebugging)
+{
+    CapturedTraces traces(64);
+    read("HelpFilePath=/usr/share/help.html\n");
+    const std::string initialized = "KorveConfiguration::Initialize" + configuration.cfgPath().toStdString();
+    EXPECT_THAT(traces.texts(),
+                testing::ElementsAre("Using Helpfile located at /usr/share/help.html", initialized));
+    EXPECT_EQ(traces.sourceOf(initialized), "korvebase/korveconfiguration");
 }
 
 TEST_F(Configuration, BuildsTheRootPathOfASubsystem)
