@@ -7,6 +7,8 @@
 
 #include <QStringList>
 
+#include <type_traits>
+
 using KorveCommon::LocalKorveValues;
 using values::Tree;
 
@@ -47,11 +49,52 @@ TEST_F(LocalValues, BearTheirNamesInTheOrderOfCreation)
               "DeviceId AvailableDevices WaterfallTimestamp");
 }
 
+TEST_F(LocalValues, AreReachedByTheirAccessors)
+{
+    local.init("/x");
+    EXPECT_EQ(local.valueSupports10G()->name(), "SupportsXG");
+    EXPECT_EQ(local.valueSupportsXgReplay()->name(), "SupportsXGReplay");
+    EXPECT_EQ(local.value10GMode()->name(), "10GMode");
+    EXPECT_EQ(local.valueRepeatSetting()->name(), "ModeRepeats");
+    EXPECT_EQ(local.valuePauseSetting()->name(), "ModeReplayPaused");
+    EXPECT_EQ(local.valueXgPreferredKorveIP()->name(), "XgPreferredKorveIps");
+    EXPECT_EQ(local.valueXgKorveMAC()->name(), "XgKorveMAC");
+    EXPECT_EQ(local.valueXgConnectedRecorderXML()->name(), "XgSystemRecoderXml");
+    EXPECT_EQ(local.valueXgLastRequest()->name(), "XgLastRequest");
+    EXPECT_EQ(local.valueRecordControlFlag()->name(), "RecordControlFlag");
+    EXPECT_EQ(local.valueRequestTimer()->name(), "RequestTimer");
+    EXPECT_EQ(local.valueCCOConnectionResult()->name(), "CCOConnectionResult");
+    EXPECT_EQ(local.valueCCOConnectionState()->name(), "CCOConnectionState");
+    EXPECT_EQ(local.valueDeviceId()->name(), "DeviceId");
+    EXPECT_EQ(local.valueAvailableDevices()->name(), "AvailableDevices");
+    EXPECT_EQ(local.valueWaterfallTimestamp()->name(), "WaterfallTimestamp");
+}
+
+TEST_F(LocalValues, HaveTheirItems)
+{
+    local.init("/x");
+    using Items = std::vector<values::SelItemDesc>;
+    EXPECT_EQ(local.value10GMode()->items(), (Items{{"OFF", 0.0, 0}, {"ON", 1.0, 1}}));
+    EXPECT_EQ(local.valueCCOConnectionState()->items(),
+              (Items{{"connecting", 0.0, 0}, {"connected", 1.0, 1}, {"disconnected", 2.0, 2}}));
+}
+
+TEST_F(LocalValues, LendTheTimestampByACopy)
+{
+    local.init("/x");
+    static_assert(std::is_same_v<decltype(local.valueWaterfallTimestamp()),
+                                 const LocalKorveValues::Holder<LocalKorveValues::NumericValue>>);
+    const auto copy = local.valueWaterfallTimestamp();
+    local.init("/y");
+    EXPECT_EQ(copy->GetPathName(), "/x/KORVE/Local/WaterfallTimestamp");
+}
+
 TEST_F(LocalValues, AreSeededWhenTheyAreCreated)
 {
     local.init("/x");
     EXPECT_EQ(local.value10GMode()->GetStringValue(), "OFF");
     EXPECT_EQ(local.value10GMode()->GetState(), values::ValueStateSeeded);
+    EXPECT_EQ(local.valueCCOConnectionState()->GetState(), values::ValueStateValid);
     EXPECT_FALSE(local.valueSupportsXgReplay()->GetValue());
     EXPECT_EQ(local.valueRequestTimer()->GetValue(), 0);
     EXPECT_EQ(local.valueCCOConnectionState()->GetStringValue(), "disconnected");
@@ -68,19 +111,35 @@ TEST_F(LocalValues, ThatAreThereKeepWhatTheyHold)
     local.value10GMode()->SetState(values::ValueStateValid, nullptr);
     local.valueCCOConnectionState()->SelectIndex(1, nullptr);
     local.valueRequestTimer()->SetValue(7, nullptr);
+    local.valueSupportsXgReplay()->SetValue(true, nullptr);
+    local.valueWaterfallTimestamp()->SetMax(5.0, nullptr);
     local.init("/x");
     EXPECT_EQ(local.value10GMode()->GetStringValue(), "ON");
     EXPECT_EQ(local.value10GMode()->GetState(), values::ValueStateValid);
     EXPECT_EQ(local.valueCCOConnectionState()->GetStringValue(), "connected");
     EXPECT_EQ(local.valueRequestTimer()->GetValue(), 7);
+    EXPECT_TRUE(local.valueSupportsXgReplay()->GetValue());
+    EXPECT_EQ(local.valueWaterfallTimestamp()->max(), 5.0);
 }
 
-TEST_F(LocalValues, DoNotExistAnyMoreWhenOneIsRemoved)
+class EachLocalValue : public LocalValues, public testing::WithParamInterface<const char *>
+{
+};
+
+TEST_P(EachLocalValue, IsNeededForTheValuesToExist)
 {
     local.init("/x");
-    Tree::Instance().removeValue("/x/KORVE/Local/DeviceId");
+    ASSERT_TRUE(local.valuesExist());
+    ASSERT_TRUE(Tree::Instance().removeValue(QStringLiteral("/x/KORVE/Local/") + GetParam()));
     EXPECT_FALSE(local.valuesExist());
-    EXPECT_EQ(local.valueDeviceId().Get(), nullptr);
 }
+
+INSTANTIATE_TEST_SUITE_P(Names, EachLocalValue,
+                         testing::Values("SupportsXG", "SupportsXGReplay", "10GMode", "ModeRepeats",
+                                         "ModeReplayPaused", "XgPreferredKorveIps", "XgKorveMAC",
+                                         "XgSystemRecoderXml", "XgLastRequest", "RecordControlFlag", "RequestTimer",
+                                         "CCOConnectionResult", "CCOConnectionState", "DeviceId", "AvailableDevices",
+                                         "WaterfallTimestamp"),
+                         [](const auto &row) { return std::string("Named") + row.param; });
 
 } // namespace

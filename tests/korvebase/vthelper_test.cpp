@@ -80,7 +80,7 @@ TEST_F(Helper, TracesWhatAnObserverThrows)
 {
     Troublemaker troublemaker;
     selection->AddObserver(&troublemaker);
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     EXPECT_NO_THROW(helper.SafeSetValue(selection.Get(), 1, nullptr));
     EXPECT_THAT(traces.texts(), ElementsAre("Undefined EXCEPTION in VTHelper: ~SafeSetValueInternal"));
     selection->DeleteObserver(&troublemaker);
@@ -99,7 +99,7 @@ TEST_F(Helper, TracesWhatAnObserverOfTheNodeThrows)
 {
     Troublemaker troublemaker;
     Tree::Instance().findNode("/a")->AddObserver(&troublemaker);
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     EXPECT_NO_THROW(helper.SafeSetValueDescriptor(&korve::archiveDescriptors().front(), "/a", nullptr));
     EXPECT_THAT(traces.texts(), ElementsAre("Undefined EXCEPTION in SetValueDescriptorInternal"));
     Tree::Instance().findNode("/a")->DeleteObserver(&troublemaker);
