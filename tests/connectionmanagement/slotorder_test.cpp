@@ -1,8 +1,12 @@
 #include "connectionmanagement/abstractserverconnectiondata.h"
+#include "connectionmanagement/irecordstatechangedlistener.h"
+#include "connectionmanagement/korveguitoservercorbahandler.h"
+#include "connectionmanagement/korvemanagerconnectiondata.h"
+#include "tests/support/virtualslot.h"
 
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <QMetaMethod>
 
 namespace
 {
@@ -12,46 +16,76 @@ using namespace KorveCommon;
 class Slots : public AbstractServerConnectionData
 {
 public:
-    template <class Function> static std::ptrdiff_t of(Function function)
-    {
-        // A pointer to a virtual member function begins with one plus its offset in the table.
-        std::ptrdiff_t offset;
-        std::memcpy(&offset, &function, sizeof offset);
-        return (offset - 1) / std::ptrdiff_t(sizeof(void *));
-    }
-    static std::ptrdiff_t initialize() { return of(static_cast<void (Slots::*)()>(&Slots::Initialize)); }
+    static std::ptrdiff_t initialize() { return virtualSlot(static_cast<void (Slots::*)()>(&Slots::Initialize)); }
 };
+
+/// What the class itself adds for Qt, in order.
+std::string ownMethods(const QMetaObject &type, QMetaMethod::MethodType kind)
+{
+    QByteArrayList names;
+    for (int i = type.methodOffset(); i < type.methodCount(); ++i)
+        if (type.method(i).methodType() == kind)
+            names.append(type.method(i).methodSignature());
+    return names.join(' ').toStdString();
+}
 
 TEST(ServerConnectionOperation, StandsInItsPublishedPlace)
 {
     using I = IServerConnectionData;
     const auto first = Slots::initialize();
     const std::ptrdiff_t order[] = {
-        Slots::of(static_cast<void (I::*)(const QString &)>(&I::Initialize)),
-        Slots::of(static_cast<IVtClient *(I::*)(const QString &, ConnectionType)>(&I::getVtClient)),
-        Slots::of(static_cast<IVtClient *(I::*)(ConnectionType)>(&I::getVtClient)),
-        Slots::of(&I::SetChannelId_ValuePath),
-        Slots::of(&I::GetChannelId_ValuePath),
-        Slots::of(&I::SetChannelId),
-        Slots::of(&I::GetChannelId),
-        Slots::of(&I::GetConfiguration),
-        Slots::of(&I::GetBasePath),
-        Slots::of(&I::GetDeviceBasePath),
-        Slots::of(&I::GetStatusPath),
-        Slots::of(&I::GetBitePath),
-        Slots::of(&I::IsConnected),
-        Slots::of(&I::IsChannelConnected),
-        Slots::of(&I::IsDeviceConnected),
-        Slots::of(&I::IsServerConnected),
-        Slots::of(&I::ConnectToAllSubsystems),
-        Slots::of(&I::CreateVTConnectTics),
-        Slots::of(&I::ResetVtClientConnection),
-        Slots::of(&Slots::GetSubsystemList),
-        Slots::of(&Slots::sl_notifyServerAvailablity),
-        Slots::of(&Slots::sl_currentSubsystemChanged),
-        Slots::of(&Slots::sl_onConnected),
+        virtualSlot(static_cast<void (I::*)(const QString &)>(&I::Initialize)),
+        virtualSlot(static_cast<IVtClient *(I::*)(const QString &, ConnectionType)>(&I::getVtClient)),
+        virtualSlot(static_cast<IVtClient *(I::*)(ConnectionType)>(&I::getVtClient)),
+        virtualSlot(&I::SetChannelId_ValuePath),
+        virtualSlot(&I::GetChannelId_ValuePath),
+        virtualSlot(&I::SetChannelId),
+        virtualSlot(&I::GetChannelId),
+        virtualSlot(&I::GetConfiguration),
+        virtualSlot(&I::GetBasePath),
+        virtualSlot(&I::GetDeviceBasePath),
+        virtualSlot(&I::GetStatusPath),
+        virtualSlot(&I::GetBitePath),
+        virtualSlot(&I::IsConnected),
+        virtualSlot(&I::IsChannelConnected),
+        virtualSlot(&I::IsDeviceConnected),
+        virtualSlot(&I::IsServerConnected),
+        virtualSlot(&I::ConnectToAllSubsystems),
+        virtualSlot(&I::CreateVTConnectTics),
+        virtualSlot(&I::ResetVtClientConnection),
+        virtualSlot(&Slots::GetSubsystemList),
+        virtualSlot(&Slots::sl_notifyServerAvailablity),
+        virtualSlot(&Slots::sl_currentSubsystemChanged),
+        virtualSlot(&Slots::sl_onConnected),
     };
     for (std::size_t i = 0; i < std::size(order); ++i)
         EXPECT_EQ(order[i], first + std::ptrdiff_t(i) + 1) << i;
+}
+
+TEST(RecordStateListenerOperation, StandsInItsPublishedPlace)
+{
+    using I = IRecordStateChangedListener;
+    EXPECT_LT(virtualSlot(&I::NotifyRecordStateChanged), virtualSlot(&I::GetListenedDevice));
+}
+
+TEST(ConnectionSignals, StandInTheirPublishedOrder)
+{
+    EXPECT_EQ(ownMethods(AbstractServerConnectionData::staticMetaObject, QMetaMethod::Signal),
+              "si_korveOnWorkstation(QString,QString) ChannelConnectionEstablished(QString) "
+              "ChannelConnectionDisconnected(QString) ConnectionChanged(QString) si_deviceNodeAdded(QString) "
+              "si_allTicsConnected(QString) si_allTicsDisconnected(QString)");
+    EXPECT_EQ(ownMethods(KorveManagerConnectionData::staticMetaObject, QMetaMethod::Signal),
+              "KorveServerConnectionEstablished(QString) KorveServerConnectionDisconnected(QString) "
+              "DevicesConnectionEstablished(QString) DevicesConnectionDisconnected(QString) "
+              "ChannelConnectionEstablished(QString) ChannelConnectionDisconnected(QString) "
+              "ConnectionChanged(QString) si_deviceNodeAdded(QString)");
+}
+
+TEST(ConnectionSlots, AreTheThreeOfTheHandler)
+{
+    const QMetaObject &handler = KorveGUI::KorveGuiToServerCorbaHandler::staticMetaObject;
+    EXPECT_EQ(ownMethods(handler, QMetaMethod::Slot),
+              "sl_initializeConnection(QString) sl_initializeDirectConnection() sl_disconnect(QString)");
+    EXPECT_EQ(ownMethods(handler, QMetaMethod::Signal), "");
 }
 } // namespace

@@ -1,5 +1,7 @@
 #include "korvebase/idatarateconverter.h"
 
+#include "tests/support/virtualslot.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -36,6 +38,15 @@ TEST(DataRateConverter, HandsOnThatARateHasNoAnswer)
 {
     EXPECT_EQ(Hardware().getDataRate(2'000'000, 4), allOnes);
     EXPECT_EQ(Hardware().getDataRate(2'000'000), allOnes);
+}
+
+TEST(DataRateConverter, HasItsOperationsInTheirPlaces)
+{
+    using I = IDataRateConverter; // its destructor has the first two places
+    EXPECT_EQ(virtualSlot(static_cast<quint64 (I::*)(quint64) const>(&I::getDataRate)), 2);
+    EXPECT_EQ(virtualSlot(static_cast<quint64 (I::*)(quint64, quint16) const>(&I::getDataRate)), 3);
+    EXPECT_EQ(virtualSlot(&I::getSampleRate), 4);
+    EXPECT_EQ(virtualSlot(&I::getSampleSize), 6);
 }
 
 TEST(DataRateConverter, CanBeCopied)
