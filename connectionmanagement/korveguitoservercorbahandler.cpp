@@ -25,6 +25,7 @@ namespace
 constexpr char sourceName[] = "connectionmanagement/korveguitoservercorbahandler";
 constexpr std::chrono::milliseconds retryPause{100};
 constexpr int failuresUntilTrace = 1000;
+constexpr int mostDeadConnections = 16; // the tics have some as well
 
 constexpr unsigned long success = 0;
 constexpr unsigned long managerNotReachable = 201;
@@ -42,12 +43,24 @@ unsigned long numberOfRecordFailure(const RemoteOutcome &outcome)
     case RemoteOutcome::Kind::NotExisting:
     case RemoteOutcome::Kind::Transient:
         return managerNotReachable;
+    case RemoteOutcome::Kind::ConnectionLost: // not repeated: only the caller knows whether that does harm
     case RemoteOutcome::Kind::NotRegistered:
     case RemoteOutcome::Kind::SystemException:
     case RemoteOutcome::Kind::Unknown:
         break;
     }
     return recordsFailed;
+}
+
+/// The ORB keeps its connections to a manager that has ended, and the first call on each of them fails. Here those are
+/// calls that do nothing. What the manager answers does not matter.
+void useUpDeadConnections(TQ_KRV::IF_KRV_c_KRV_ptr manager)
+{
+    RemoteOutcome outcome;
+    int tries = 0;
+    do
+        outcome = remoteCall([&] { manager->_non_existent(); });
+    while (outcome.kind == RemoteOutcome::Kind::ConnectionLost && ++tries < mostDeadConnections);
 }
 } // namespace
 
@@ -178,6 +191,7 @@ bool KorveGuiToServerCorbaHandler::takeManager(const QString &path, const Resolv
     }
     if (CORBA::is_nil(manager))
         return false;
+    useUpDeadConnections(manager);
     korveInterface = manager;
     return true;
 }

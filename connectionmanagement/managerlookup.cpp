@@ -57,6 +57,7 @@ QString ManagerLookup::failureText(const RemoteOutcome &outcome, const QString &
         return text.arg(QString(), path, nobody);
     case Kind::Transient:
         return text.arg(QStringLiteral("Transient! "), path, nobody);
+    case Kind::ConnectionLost:
     case Kind::NotExisting:
     case Kind::SystemException:
         return text.arg(outcome.text + QLatin1String("! "), path, nobody);

@@ -16,6 +16,8 @@ RemoteOutcome currentRemoteFailure() noexcept
         return {.kind = Kind::ManagerException, .text = QString::fromUtf8(e.text.in()), .refusal = e.kind};
     } catch (const CORBA::TRANSIENT &e) {
         return {.kind = Kind::Transient, .text = QLatin1String(e._name())};
+    } catch (const CORBA::COMM_FAILURE &e) {
+        return {.kind = Kind::ConnectionLost, .text = QLatin1String(e._name())};
     } catch (const CORBA::OBJECT_NOT_EXIST &e) {
         return {.kind = Kind::NotExisting, .text = QLatin1String(e._name())};
     } catch (const CORBA::SystemException &e) {

@@ -8,6 +8,7 @@ struct RemoteOutcome {
         Done,
         NotRegistered,    ///< CosNaming::NamingContext::NotFound
         Transient,        ///< CORBA::TRANSIENT
+        ConnectionLost,   ///< CORBA::COMM_FAILURE: the other side may have acted, or not
         NotExisting,      ///< CORBA::OBJECT_NOT_EXIST
         SystemException,  ///< any other of the ORB
         ManagerException, ///< exKRV

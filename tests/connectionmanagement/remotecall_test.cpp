@@ -22,6 +22,7 @@ TEST(RemoteCall, TellsExceptionsApart)
 {
     EXPECT_EQ(remoteCall([] { throw CosNaming::NamingContext::NotFound(); }).kind, Kind::NotRegistered);
     EXPECT_EQ(remoteCall([] { throw CORBA::TRANSIENT(); }).kind, Kind::Transient);
+    EXPECT_EQ(remoteCall([] { throw CORBA::COMM_FAILURE(); }).kind, Kind::ConnectionLost);
     EXPECT_EQ(remoteCall([] { throw CORBA::OBJECT_NOT_EXIST(); }).kind, Kind::NotExisting);
     EXPECT_EQ(remoteCall([] { throw CCO::IF_CCO_c_Naming::InvalidType(); }).kind, Kind::Unknown);
     EXPECT_EQ(remoteCall([] { throw 1; }).kind, Kind::Unknown);
@@ -29,9 +30,10 @@ TEST(RemoteCall, TellsExceptionsApart)
 
 TEST(RemoteCall, KnowsTheNameOfASystemException)
 {
-    const RemoteOutcome outcome = remoteCall([] { throw CORBA::COMM_FAILURE(); });
+    const RemoteOutcome outcome = remoteCall([] { throw CORBA::NO_PERMISSION(); });
     EXPECT_EQ(outcome.kind, Kind::SystemException);
-    EXPECT_EQ(outcome.text, QStringLiteral("COMM_FAILURE"));
+    EXPECT_EQ(outcome.text, QStringLiteral("NO_PERMISSION"));
+    EXPECT_EQ(remoteCall([] { throw CORBA::COMM_FAILURE(); }).text, QStringLiteral("COMM_FAILURE"));
 }
 
 TEST(RemoteCall, KeepsWhatTheManagerSays)
