@@ -24,7 +24,7 @@ class ExportClient : public LiveInstallation
 protected:
     ExportClient() { registerManager(); }
 
-    CapturedTraces traces;
+    CapturedTraces traces{32};
 };
 
 TEST_F(ExportClient, CutsTheSlashOfItsPrefixUnlessThatIsAll)
@@ -70,6 +70,7 @@ TEST_F(ExportClient, HasOneTicToTheExportCommands)
     EXPECT_EQ(role.tics(alpha).size(), 1);
     EXPECT_THAT(traces.texts(), Contains(attempt).Times(2));
     EXPECT_THAT(traces.texts(), Contains(attempt + " FAILED(1)").Times(1));
+    EXPECT_EQ(traces.sourceOf(attempt), "connectionmanagement/exportserverconnectiondata");
 }
 
 TEST_F(ExportClient, HasNoTicToAnotherSubsystem)

@@ -76,9 +76,10 @@ TEST_F(HandlersInterfaces, ForAdministrationIsFetchedOnce)
 TEST_F(HandlersInterfaces, AreNilWhenTheManagerFails)
 {
     manager.trouble = [] { throw CORBA::TRANSIENT(); };
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     EXPECT_TRUE(CORBA::is_nil(IF_KORVE_Replay_var(handler.GetReplayInterface(d1))));
-    EXPECT_THAT(traces.texts(), Contains("KorveGuiToServerCorbaHandler::GetReplayInterface(): unknown exception."));
+    EXPECT_EQ(traces.sourceOf("KorveGuiToServerCorbaHandler::GetReplayInterface(): unknown exception."),
+              "connectionmanagement/korveguitoservercorbahandler");
     EXPECT_TRUE(CORBA::is_nil(IF_KORVE_Admin_var(handler.GetKorveAdminInterface())));
     manager.trouble = [] {};
     EXPECT_FALSE(CORBA::is_nil(IF_KORVE_Replay_var(handler.GetReplayInterface(d1))));
@@ -109,7 +110,7 @@ class FailingRecords : public HandlersInterfaces, public testing::WithParamInter
 TEST_P(FailingRecords, HaveANumber)
 {
     manager.trouble = GetParam().trouble;
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     EXPECT_EQ(handler.getAllRecords(d1, records), GetParam().number);
     EXPECT_TRUE(records.isEmpty());
     EXPECT_THAT(traces.texts(), Contains(GetParam().trace));

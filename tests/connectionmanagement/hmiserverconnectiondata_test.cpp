@@ -3,6 +3,7 @@
 #include "korvebase/korveconfiguration.h"
 #include "tests/connectionmanagement/liveinstallation.h"
 #include "tests/connectionmanagement/openedrole.h"
+#include "valuetreelib/tree.h"
 
 #include <QFile>
 #include <QSignalSpy>
@@ -101,6 +102,20 @@ TEST_F(DisplayStation, IgnoresWhatItsFormerTicsHadToSay)
     QCoreApplication::processEvents();
     EXPECT_EQ(allUp.count(), 0);
     EXPECT_TRUE(role.ticMap.isEmpty());
+}
+
+TEST_F(DisplayStation, KeepsWhatItsTicsMirrored)
+{
+    values::Tree &tree = values::Tree::Instance();
+    const QStringList mirrored{QStringLiteral("/SubSystems/Alpha/KORVE/Device/D1"),
+                               QStringLiteral("/SubSystems/Alpha/KORVE/Command/C1")};
+    role.connectTo(alpha);
+    for (const QString &path : mirrored)
+        tree.addNode(path);
+    role.ResetVtClientConnection();
+    for (const QString &path : mirrored)
+        EXPECT_TRUE(tree.findNode(path)) << path.toStdString();
+    tree.removeNode(QStringLiteral("/SubSystems"));
 }
 
 TEST_F(DisplayStation, FollowsTheConfigurationsSubsystem)

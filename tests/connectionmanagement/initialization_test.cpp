@@ -73,7 +73,7 @@ TEST_F(Initialization, ConnectsToEverySubsystem)
 {
     startNeighbour();
     station.GetConfiguration()->SetCurrentSubSystem(QStringLiteral("West"));
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     station.Initialize();
     EXPECT_THAT(station.created, testing::UnorderedElementsAre(alpha, QStringLiteral("West")));
     EXPECT_EQ(station.GetCurrentSubsystem(), QStringLiteral("West"));
@@ -130,7 +130,7 @@ TEST_F(Initialization, SaysWhenThereIsNoManager)
         void CreateVTConnectTics(const QString &) override {}
     };
     Alone alone(address());
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     alone.Initialize();
     EXPECT_THAT(traces.texts(),
                 Contains("AbstractServerConnectionData::ConnectToKorveManagers(): No korve managers found"));
@@ -146,7 +146,7 @@ TEST_F(Initialization, EndsAtAnException)
         void CreateVTConnectTics(const QString &) override { throw std::runtime_error("no tic"); }
     };
     Throwing throwing(address());
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     EXPECT_FALSE(throwing.ConnectToAllSubsystems());
     EXPECT_THAT(traces.texts(),
                 Contains("AbstractServerConnectionData: Error resolving the address and interface of the "

@@ -29,7 +29,7 @@ protected:
 
 TEST_F(ServerHandler, ConnectsWhenAllTicsAreUpAndLeavesWhenTheyFall)
 {
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     EXPECT_FALSE(handler.IsConnected());
     upAll();
     EXPECT_TRUE(handler.IsConnected());
@@ -62,7 +62,7 @@ TEST_F(ServerHandler, IsNotConnectedWithoutACurrentSubsystem)
 {
     const auto nameless = std::make_shared<Station>(address());
     Handler local(QString(), nameless, QString());
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     EXPECT_TRUE(local.ReconnectToServer());
     EXPECT_FALSE(local.IsConnected());
     EXPECT_THAT(traces.texts(), Contains("Connected to Subsystem path " + localPath));
@@ -71,7 +71,7 @@ TEST_F(ServerHandler, IsNotConnectedWithoutACurrentSubsystem)
 TEST_F(ServerHandler, RetriesWhileTheTicsAreUpAndTracesEachFailure)
 {
     unregisterManager();
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     upAll();
     EXPECT_FALSE(handler.IsConnected());
     const auto failures = [&] {
@@ -109,7 +109,7 @@ TEST_F(ServerHandler, SurvivesARestartOfTheCentralService)
 {
     stopService();
     ASSERT_FALSE(orb.CCOIsAvailable());
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     upAll();
     EXPECT_THAT(traces.texts(), Contains(failed + alphaPath));
     startService();
@@ -124,6 +124,13 @@ TEST_F(ServerHandler, StaysWhenAnotherSubsystemFalls)
     EXPECT_TRUE(handler.IsConnected());
     Q_EMIT station->si_allTicsDisconnected(alpha);
     EXPECT_FALSE(handler.IsConnected());
+}
+
+TEST_F(ServerHandler, StaysWhenTheTicsAreDropped)
+{
+    upAll();
+    station->ResetVtClientConnection(); // which tells nobody
+    EXPECT_TRUE(handler.IsConnected());
 }
 
 TEST_F(ServerHandler, BeginsAnewWhenAnySubsystemComesUp)
@@ -141,7 +148,7 @@ TEST_F(ServerHandler, BeginsAnewWhenAnySubsystemComesUp)
 
 TEST_F(DirectHandler, GoesToTheWorkstation)
 {
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     upAll();
     EXPECT_TRUE(handler.IsConnected());
     EXPECT_THAT(traces.texts(), Contains("Connected to Subsystem path " + localPath + " at remote workstation " +
@@ -172,7 +179,7 @@ TEST_F(DirectHandler, RetriesToo)
 TEST_F(DirectHandler, SaysWhenNobodyIsAtTheWorkstation)
 {
     Handler lost(alpha, station, neighbourAddress());
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     EXPECT_FALSE(lost.ReconnectToServer());
     EXPECT_THAT(traces.texts(), Contains(failed + localPath));
 }

@@ -121,6 +121,44 @@ TEST_F(Tic, TellsOfDeviceNodesThatAppear)
     EXPECT_THAT(take(), IsEmpty());
 }
 
+TEST_F(Tic, ObservesItsNodeBeforeItTellsAnybody)
+{
+    values::Tree &tree = values::Tree::Instance();
+    tree.addNode(clientPath);
+    make(DeviceConnection);
+    QObject::connect(tic.get(), &Data::DevicesConnectionEstablished, tic.get(),
+                     [&] { tree.addNode(clientPath + QStringLiteral("/D3")); });
+    Q_EMIT connection->si_connected(QString());
+    EXPECT_THAT(take(), ElementsAre("DevicesUp Alpha", "NodeAdded Alpha", "Changed Alpha", "NodeAdded Alpha"));
+}
+
+TEST_F(Tic, ObservesTheNodeThatIsThereWhenItComesUpAgain)
+{
+    values::Tree &tree = values::Tree::Instance();
+    tree.addNode(clientPath);
+    make(DeviceConnection);
+    Q_EMIT connection->si_connected(QString());
+    Q_EMIT connection->si_disconnected(QString());
+    tree.removeNode(clientPath);
+    tree.addNode(clientPath);
+    Q_EMIT connection->si_connected(QString());
+    take();
+    tree.addNode(clientPath + QStringLiteral("/D4"));
+    EXPECT_THAT(take(), ElementsAre("NodeAdded Alpha"));
+}
+
+TEST_F(Tic, CopyWithoutANodeObservesNone)
+{
+    values::Tree &tree = values::Tree::Instance();
+    tree.addNode(clientPath);
+    make(DeviceConnection);
+    Data copy(*tic);
+    EXPECT_FALSE(copy.isConnected());
+    QSignalSpy added(&copy, &Data::si_deviceNodeAdded);
+    tree.addNode(clientPath + QStringLiteral("/D5"));
+    EXPECT_EQ(added.count(), 0);
+}
+
 TEST_F(Tic, IgnoresWhatIsNotItsNode)
 {
     values::Tree &tree = values::Tree::Instance();

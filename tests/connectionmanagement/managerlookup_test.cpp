@@ -99,7 +99,7 @@ TEST_F(Lookup, GivesUpAtOnceWithoutACentralService)
 
 TEST_F(Lookup, FindsNothingWithoutAWordWhereNoManagerIs)
 {
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     EXPECT_FALSE(findSoon());
     EXPECT_THAT(traces.texts(), Not(Contains(HasSubstr("GetIPConnectionInformation"))));
 }
@@ -108,7 +108,7 @@ TEST_F(Lookup, KeepsTryingWithoutPauseAndTracesEachPass)
 {
     registerManager();
     manager.trouble = [] { throw CORBA::TRANSIENT(); };
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     EXPECT_FALSE(findSoon());
     EXPECT_THAT(manager.calls, SizeIs(testing::Gt(1)));
     EXPECT_THAT(
@@ -137,9 +137,10 @@ TEST_F(Lookup, NamesOtherExceptionsOfTheOrb)
 {
     registerManager();
     manager.trouble = [] { throw CORBA::NO_PERMISSION(); };
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     EXPECT_FALSE(findSoon());
-    EXPECT_THAT(traces.texts(), Contains(text("NO_PERMISSION! ", ": No KorveManager registered!!")));
+    EXPECT_EQ(traces.sourceOf(text("NO_PERMISSION! ", ": No KorveManager registered!!")),
+              "connectionmanagement/abstractserverconnectiondata");
 }
 
 TEST_F(Lookup, TracesUnregisteredPathsAndUnknownExceptions)
@@ -149,6 +150,10 @@ TEST_F(Lookup, TracesUnregisteredPathsAndUnknownExceptions)
     };
     EXPECT_EQ(textOf(RemoteOutcome::Kind::NotRegistered), text("", ": No KorveManager registered!!"));
     EXPECT_EQ(textOf(RemoteOutcome::Kind::Unknown), text("", ""));
+    EXPECT_EQ(textOf(RemoteOutcome::Kind::ManagerException), text("", ""));
+    const RemoteOutcome gone{.kind = RemoteOutcome::Kind::NotExisting, .text = QStringLiteral("OBJECT_NOT_EXIST")};
+    EXPECT_EQ(ManagerLookup::failureText(gone, alphaPath).toStdString(),
+              text("OBJECT_NOT_EXIST! ", ": No KorveManager registered!!"));
 }
 
 TEST_F(Lookup, FailsForAWorkstationThatHasNoAddress)

@@ -51,10 +51,12 @@ TEST_F(Receiver, FollowsTheDevicesWhenDirect)
     EXPECT_FALSE(role.SetChannelId(channel));
     EXPECT_EQ(role.tics(alpha).size(), 1);
     QSignalSpy nodes(&role, &Base::si_deviceNodeAdded);
+    QSignalSpy changed(&role, &Base::ConnectionChanged);
     QSignalSpy allUp(&role, &Base::si_allTicsConnected);
     comeUp(role.tic(alpha, DeviceConnection));
-    EXPECT_EQ(allUp.count(), 0);
+    EXPECT_EQ(changed.count() + allUp.count(), 0);
     ASSERT_TRUE(comesTrue([&] { return nodes.count() == 1; }));
+    EXPECT_EQ(changed.count(), 1);
     EXPECT_EQ(allUp.count(), 1);
 }
 
@@ -168,10 +170,12 @@ TEST_F(Receiver, MayChangeTheChannelWhenItHearsOfIt)
 TEST_F(Receiver, WaitsForTheCentralService)
 {
     stopService();
-    CapturedTraces traces;
+    CapturedTraces traces(32);
     Role role(prefix, serverPath, false);
     role.sl_notifyServerAvailablity(true, QString());
-    EXPECT_THAT(traces.texts(), Contains("CCO not available initializing ReceiverToServerConnectionData").Times(2));
+    const std::string noService = "CCO not available initializing ReceiverToServerConnectionData";
+    EXPECT_THAT(traces.texts(), Contains(noService).Times(2));
+    EXPECT_EQ(traces.sourceOf(noService), "connectionmanagement/receivertoserverconnectiondata");
     EXPECT_TRUE(role.ticMap.isEmpty());
     startService();
     role.sl_notifyServerAvailablity(true, QString());
