@@ -40,6 +40,26 @@ private:
     QDataStream::ByteOrder order;
 };
 
+/// Opens a file that is not open for the life of this; one that is open stays so.
+class OpenFile
+{
+public:
+    explicit OpenFile(QFile *file) : file(file), opened(file && !file->isOpen() && file->open(QIODevice::ReadOnly)) {}
+    ~OpenFile()
+    {
+        if (opened)
+            file->close();
+    }
+    OpenFile(const OpenFile &) = delete;
+    OpenFile &operator=(const OpenFile &) = delete;
+
+    bool isReadable() const { return file && file->isReadable(); }
+
+private:
+    QFile *file;
+    bool opened;
+};
+
 } // namespace
 
 void IRGObject::Check() const
@@ -213,7 +233,8 @@ bool IRGObject::LoadXml(const QString &fileName)
 
 bool IRGObject::LoadXml(QFile *file)
 {
-    if (!file || (!file->isOpen() && !file->open(QIODevice::ReadOnly)))
+    const OpenFile open(file);
+    if (!open.isReadable())
         return false;
     QXmlStreamReader reader(file);
     return ReadDocument(reader, false);
@@ -221,7 +242,8 @@ bool IRGObject::LoadXml(QFile *file)
 
 bool IRGObject::LoadBinary(QFile *file)
 {
-    if (!file || (!file->isOpen() && !file->open(QIODevice::ReadOnly)))
+    const OpenFile open(file);
+    if (!open.isReadable())
         return false;
     QDataStream in(file);
     return SetBinaryRepresentation(in);

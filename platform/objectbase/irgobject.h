@@ -79,7 +79,7 @@ public:
     virtual QByteArray GetCompressedBinaryRepresentationAsQByteArray(int level) const;
     virtual bool LoadXml(const QString &fileName);
     virtual bool LoadXml(QFile *file);
-    /// Reads a file that holds a binary representation.
+    /// Reads a binary representation. Here as above, a file that is not open is opened, and closed again.
     virtual bool LoadBinary(QFile *file);
     /// Replaces the file as a whole or leaves it as it was.
     virtual bool SaveXml(const QString &fileName) const;

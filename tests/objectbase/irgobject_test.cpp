@@ -127,6 +127,25 @@ TEST_F(WholeDocument, ComesBackFromAFile)
     EXPECT_FALSE(copy.LoadBinary(nullptr));
 }
 
+TEST_F(WholeDocument, LeavesAFileAsItWas)
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath("note.bin"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(note.GetBinaryRepresentationAsQByteArray());
+    EXPECT_FALSE(note.LoadBinary(&file)) << "open for writing";
+    EXPECT_TRUE(file.isOpen());
+    file.close();
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_TRUE(note.LoadBinary(&file)) << round;
+        EXPECT_FALSE(file.isOpen());
+    }
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(note.LoadBinary(&file));
+    EXPECT_TRUE(file.atEnd());
+    EXPECT_FALSE(note.LoadXml(static_cast<QFile *>(nullptr)));
+}
+
 TEST_F(WholeDocument, IsMergedThroughItsXml)
 {
     note.text = QStringLiteral("mine");
