@@ -1,10 +1,9 @@
 #include "tests/support/note.h"
+#include "tests/support/virtualplace.h"
 
 #include <gtest/gtest.h>
 
 #include <QDateTime>
-
-#include <cstring>
 
 namespace {
 
@@ -14,57 +13,85 @@ using REPORTGENERATOR::IRGObject;
 class Slots : public Note
 {
 public:
-    template <class Function> static std::ptrdiff_t of(Function function)
-    {
-        // A pointer to a virtual member function begins with one plus its offset in the table.
-        std::ptrdiff_t offset;
-        std::memcpy(&offset, &function, sizeof offset);
-        return (offset - 1) / std::ptrdiff_t(sizeof(void *));
-    }
-    static std::ptrdiff_t setObjectName() { return of(&Slots::SetObjectName); }
-    static std::ptrdiff_t processXmlStartElement() { return of(&Slots::ProcessXmlStartElement); }
+    static std::ptrdiff_t setObjectName() { return virtualPlace(&Slots::SetObjectName); }
+    static std::ptrdiff_t processXmlStartElement() { return virtualPlace(&Slots::ProcessXmlStartElement); }
 };
 
-template <class... Arguments> std::ptrdiff_t constSlot(bool (IRGObject::*function)(Arguments...) const)
+template <class... Arguments> std::ptrdiff_t checkPlace()
 {
-    return Slots::of(function);
+    return virtualPlace(static_cast<void (IRGObject::*)(Arguments...) const>(&IRGObject::Check));
+}
+
+template <class Argument> std::ptrdiff_t isValidPlace()
+{
+    return virtualPlace(static_cast<bool (IRGObject::*)(Argument) const>(&IRGObject::IsValid));
+}
+
+template <class Argument> std::ptrdiff_t setInvalidPlace()
+{
+    return virtualPlace(static_cast<void (IRGObject::*)(Argument &) const>(&IRGObject::SetInvalid));
 }
 
 // The destructor is the first operation and takes two places in the table: operation n stands at place n.
-TEST(VirtualOperation, StandsInItsPublishedPlace)
+TEST(VirtualOperation, OfContentStandsInItsPublishedPlace)
 {
-    EXPECT_EQ(Slots::of(&IRGObject::HasData), 2);
-    EXPECT_EQ(Slots::of(&IRGObject::Reset), 3);
-    EXPECT_EQ(Slots::of(static_cast<void (IRGObject::*)(bool) const>(&IRGObject::Check)), 4);
-    EXPECT_EQ(Slots::of(static_cast<void (IRGObject::*)() const>(&IRGObject::Check)), 5);
-    EXPECT_EQ(constSlot<float>(&IRGObject::IsValid), 6);
-    EXPECT_EQ(constSlot<int>(&IRGObject::IsValid), 13);
-    EXPECT_EQ(Slots::of(static_cast<void (IRGObject::*)(float &) const>(&IRGObject::SetInvalid)), 14);
-    EXPECT_EQ(Slots::of(static_cast<void (IRGObject::*)(int &) const>(&IRGObject::SetInvalid)), 19);
-    EXPECT_EQ(Slots::of(&IRGObject::GetXml), 20);
-    EXPECT_EQ(Slots::of(&IRGObject::GetBinary), 21);
-    EXPECT_EQ(Slots::of(&IRGObject::SetBinary), 22);
-    EXPECT_EQ(Slots::of(&IRGObject::SetXmlString), 23);
-    EXPECT_EQ(Slots::of(&IRGObject::SetBinaryRepresentation), 24);
-    EXPECT_EQ(Slots::of(&IRGObject::MergeRGObject), 25);
-    EXPECT_EQ(Slots::of(&IRGObject::GetObjectType), 26);
-    EXPECT_EQ(Slots::of(&IRGObject::GetObjectName), 27);
-    EXPECT_EQ(Slots::of(&IRGObject::ProcessXml), 28);
-    EXPECT_EQ(Slots::of(&IRGObject::GetXmlString), 29);
-    EXPECT_EQ(Slots::of(&IRGObject::GetBinaryRepresentation), 30);
-    EXPECT_EQ(Slots::of(&IRGObject::GetCompressedBinaryRepresentation), 32);
-    EXPECT_EQ(Slots::of(static_cast<bool (IRGObject::*)(const QString &)>(&IRGObject::LoadXml)), 34);
-    EXPECT_EQ(Slots::of(static_cast<bool (IRGObject::*)(QFile *)>(&IRGObject::LoadXml)), 35);
-    EXPECT_EQ(Slots::of(&IRGObject::LoadBinary), 36);
-    EXPECT_EQ(Slots::of(&IRGObject::SaveXml), 37);
-    EXPECT_EQ(Slots::of(&IRGObject::SetValidate), 38);
-    EXPECT_EQ(Slots::of(&IRGObject::GetValidate), 39);
-    EXPECT_EQ(Slots::of(&IRGObject::SetLogger), 40);
-    EXPECT_EQ(Slots::of(&IRGObject::ResetLogger), 41);
-    EXPECT_EQ(Slots::of(&IRGObject::GetVersion), 42);
-    EXPECT_EQ(Slots::of(&IRGObject::SetObjectType), 43);
+    EXPECT_EQ(virtualPlace(&IRGObject::HasData), 2);
+    EXPECT_EQ(virtualPlace(&IRGObject::Reset), 3);
+    EXPECT_EQ(checkPlace<bool>(), 4);
+    EXPECT_EQ(checkPlace<>(), 5);
+    EXPECT_EQ(isValidPlace<float>(), 6);
+    EXPECT_EQ(isValidPlace<bool>(), 7);
+    EXPECT_EQ(isValidPlace<unsigned>(), 8);
+    EXPECT_EQ(isValidPlace<qint64>(), 9);
+    EXPECT_EQ(isValidPlace<const QDateTime &>(), 10);
+    EXPECT_EQ(isValidPlace<const QString &>(), 11);
+    EXPECT_EQ(isValidPlace<double>(), 12);
+    EXPECT_EQ(isValidPlace<int>(), 13);
+    EXPECT_EQ(setInvalidPlace<float>(), 14);
+    EXPECT_EQ(setInvalidPlace<unsigned>(), 15);
+    EXPECT_EQ(setInvalidPlace<qint64>(), 16);
+    EXPECT_EQ(setInvalidPlace<QString>(), 17);
+    EXPECT_EQ(setInvalidPlace<double>(), 18);
+    EXPECT_EQ(setInvalidPlace<int>(), 19);
+}
+
+TEST(VirtualOperation, OfAFormStandsInItsPublishedPlace)
+{
+    EXPECT_EQ(virtualPlace(&IRGObject::GetXml), 20);
+    EXPECT_EQ(virtualPlace(&IRGObject::GetBinary), 21);
+    EXPECT_EQ(virtualPlace(&IRGObject::SetBinary), 22);
+    EXPECT_EQ(virtualPlace(&IRGObject::SetXmlString), 23);
+    EXPECT_EQ(virtualPlace(&IRGObject::SetBinaryRepresentation), 24);
+    EXPECT_EQ(virtualPlace(&IRGObject::MergeRGObject), 25);
+    EXPECT_EQ(virtualPlace(&IRGObject::ProcessXml), 28);
+    EXPECT_EQ(virtualPlace(&IRGObject::GetXmlString), 29);
+    EXPECT_EQ(virtualPlace(&IRGObject::GetBinaryRepresentation), 30);
+    EXPECT_EQ(virtualPlace(&IRGObject::GetBinaryRepresentationAsQByteArray), 31);
+    EXPECT_EQ(virtualPlace(&IRGObject::GetCompressedBinaryRepresentation), 32);
+    EXPECT_EQ(virtualPlace(&IRGObject::GetCompressedBinaryRepresentationAsQByteArray), 33);
+    EXPECT_EQ(virtualPlace(static_cast<bool (IRGObject::*)(const QString &)>(&IRGObject::LoadXml)), 34);
+    EXPECT_EQ(virtualPlace(static_cast<bool (IRGObject::*)(QFile *)>(&IRGObject::LoadXml)), 35);
+    EXPECT_EQ(virtualPlace(&IRGObject::LoadBinary), 36);
+    EXPECT_EQ(virtualPlace(&IRGObject::SaveXml), 37);
+}
+
+TEST(VirtualOperation, OfSettingsAndIdentityStandsInItsPublishedPlace)
+{
+    EXPECT_EQ(virtualPlace(&IRGObject::GetObjectType), 26);
+    EXPECT_EQ(virtualPlace(&IRGObject::GetObjectName), 27);
+    EXPECT_EQ(virtualPlace(&IRGObject::SetValidate), 38);
+    EXPECT_EQ(virtualPlace(&IRGObject::GetValidate), 39);
+    EXPECT_EQ(virtualPlace(&IRGObject::SetLogger), 40);
+    EXPECT_EQ(virtualPlace(&IRGObject::ResetLogger), 41);
+    EXPECT_EQ(virtualPlace(&IRGObject::GetVersion), 42);
+    EXPECT_EQ(virtualPlace(&IRGObject::SetObjectType), 43);
     EXPECT_EQ(Slots::setObjectName(), 44);
     EXPECT_EQ(Slots::processXmlStartElement(), 45);
+}
+
+TEST(VirtualOperations, AreNoMoreThanPublished)
+{
+    EXPECT_EQ(placeBehind<IRGObject>(), 46);
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 #include "tests/support/objectmodel/failure.h"
 #include "tests/support/objectmodel/forms.h"
 
+#include <set>
+
 using modeltest::EveryClass;
 using modeltest::failureOf;
 using modeltest::Kind;
@@ -52,6 +54,15 @@ bool refusesEmptyItem(const Member &list)
     }
 }
 
+// The virtual operations that each class has for itself, by their places.
+const std::set<int> overridden{2, 3, 4, 5, 20, 21, 22, 28, 38, 40, 43, 45};
+constexpr int getVersionPlace = 42;
+
+const void *const *virtualTable(const REPORTGENERATOR::IRGObject &object)
+{
+    return *reinterpret_cast<const void *const *const *>(&object);
+}
+
 } // namespace
 
 INSTANTIATE_TEST_SUITE_P(Of, EveryClass, testing::ValuesIn(modeltest::schema()), modeltest::className);
@@ -70,6 +81,18 @@ TEST_P(EveryClass, HasItsNameAndIdentifier)
     EXPECT_EQ(type.make()->GetObjectName().toStdString(), name);
     EXPECT_EQ(type.id, table.id);
     EXPECT_GE(type.id, 0);
+}
+
+// Two classes share what both inherit, and have each their own of what both override.
+TEST_P(EveryClass, OverridesWhatIsPublishedAndAddsNoVirtualOperation)
+{
+    const auto object = type.make();
+    const auto other = modeltest::objectClass(name == "PelinInfo" ? "LinkedRecord" : "PelinInfo").make();
+    for (int place = 2; place <= 45; ++place) {
+        const bool own = overridden.count(place) || (place == getVersionPlace && name == "FilterConditionList");
+        EXPECT_EQ(virtualTable(*object)[place] != virtualTable(*other)[place], own) << place;
+    }
+    EXPECT_EQ(type.placeBehind, 46);
 }
 
 TEST_P(EveryClass, HasTheMembersOfTheTable)
