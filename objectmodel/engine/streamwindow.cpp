@@ -6,6 +6,12 @@
 
 namespace KORVE_XML::engine {
 
+namespace {
+
+constexpr quint32 nullCount = 0xFFFFFFFF;
+
+} // namespace
+
 StreamWindow::StreamWindow(QDataStream &in) : in(in) {}
 
 qint64 StreamWindow::left() const
@@ -44,6 +50,11 @@ QString StreamWindow::takeText()
     if (end - begin < 4)
         refill(4);
     const quint32 size = end - begin < 4 ? 0 : read<quint32>(ahead.data() + begin);
+    // The stream's own operator would make room for a long text before it finds out that it is not there.
+    if (size != nullCount && size > left() - 4 && in.version() >= 3) {
+        fail(QDataStream::ReadPastEnd);
+        return {};
+    }
     const bool isSmall = size <= ahead.size() - 4 && size % 2 == 0 && in.version() >= 3;
     if (!isSmall || (end - begin < int(size) + 4 && !refill(int(size) + 4)))
         return takeStreamed<QString>();
