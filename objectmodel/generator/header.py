@@ -21,7 +21,7 @@ def header(schema, described):
     parts += [_enumeration_functions(name) for name in enumerations]
     if described.choice:
         parts.append(_choice(described.choice))
-    parts.append(_common(described))
+    parts += [_common(described), _hidden()]
     parts.append("};\n\n} // namespace KORVE_XML\n\n")
     parts.append(f"Q_DECLARE_TYPEINFO(KORVE_XML::{described.name}, Q_MOVABLE_TYPE);\n")
     return "".join(parts)
@@ -131,7 +131,11 @@ def _common(described):
     void GetVersionSpecificBinaryWithoutValidation(QDataStream &out) const;
     void SetVersionSpecificBinaryWithoutValidation(QDataStream &in);
 
-protected:
+"""
+
+
+def _hidden():
+    return """protected:
     void ProcessXmlStartElement(QXmlStreamReader &reader) override;
 
 private:

@@ -10,7 +10,7 @@ def source(schema, described):
              '#include "objectmodel/engine/generated.h"\n\n', "namespace KORVE_XML {\n\n", "namespace {\n\n"]
     parts += [_literals(schema, enumeration) for enumeration in names.enumerations_of(schema, described)]
     parts += [_record(schema, described), "} // namespace\n\n", _type(schema, described), _helpers(name)]
-    parts.append(_construction(described))
+    parts += [_constructors(name), _assignments(name), _identity(described), _content(name)]
     for bit, member in enumerate(described.by_accessor):
         parts.append(_accessors(schema, described, member, bit))
     parts += [_enumeration_functions(name, e) for e in names.enumerations_of(schema, described)]
@@ -65,18 +65,6 @@ def _type(schema, described):
     name = described.name
     nested = sorted({m.type for m in described.members if schema.is_object(m)})
     declared = "".join(f"template <> const TypeInfo &typeOf<{n}>();\n" for n in nested)
-    extra = ""
-    if described.choice:
-        extra += (f'\n        .choiceName = QStringLiteral("{described.choice}"),'
-                  f"\n        .choice = &{names.enumeration_variable(described.choice)},")
-    version = ""
-    if described.version:
-        version = (f'    static const VersionInfo version{{QStringLiteral("{described.version}"), '
-                   f"{described.version_tag:#010x}, [](Record &record) -> QString & {{ "
-                   f"return static_cast<{name}Record &>(record).loadedVersion; }}}};\n")
-        extra += "\n        .version = &version,"
-    if described.strict:
-        extra += "\n        .refusesUnknownElements = true,"
     members = "".join(_member(schema, described, m) for m in described.by_accessor)
     return f"""namespace engine {{
 
@@ -84,12 +72,12 @@ def _type(schema, described):
 
 template <> const TypeInfo &typeOf<{name}>()
 {{
-{version}    static const TypeInfo type({{
+{_version_fact(described)}    static const TypeInfo type({{
         .name = {name}::GetStaticObjectName(),
         .create = &createRecord<{name}Record>,
         .handle = &Access::handle<{name}>,
         .members = {{
-{members}        }},{extra}
+{members}        }},{_rare_facts(described)}
     }});
     return type;
 }}
@@ -99,12 +87,41 @@ template <> const TypeInfo &typeOf<{name}>()
 """
 
 
+def _version_fact(described):
+    if not described.version:
+        return ""
+    return (f'    static const VersionInfo version{{QStringLiteral("{described.version}"), '
+            f"{described.version_tag:#010x}, [](Record &record) -> QString & {{ "
+            f"return static_cast<{described.name}Record &>(record).loadedVersion; }}}};\n")
+
+
+def _rare_facts(described):
+    """What few classes have besides members."""
+    facts = ""
+    if described.choice:
+        facts += (f'\n        .choiceName = QStringLiteral("{described.choice}"),'
+                  f"\n        .choice = &{names.enumeration_variable(described.choice)},")
+    if described.version:
+        facts += "\n        .version = &version,"
+    if described.strict:
+        facts += "\n        .refusesUnknownElements = true,"
+    return facts
+
+
 def _member(schema, described, member):
     record = f"{described.name}Record"
     traits = " | ".join(_traits(member)) or "0"
     facts = [f'.name = QStringLiteral("{member.name}")', f".kind = Kind::{names.kind(schema, member)}",
              f".traits = {traits}", f".tag = {member.tag:#010x}",
              f".fieldOf = &fieldOf<{record}, &{record}::{names.field_name(member)}>"]
+    facts += _number_facts(schema, member) + _type_facts(schema, described, member)
+    if member.occurs == "choice":
+        facts.append(f".alternative = {schema.enumerations[described.choice].literals.index(member.name)}")
+    return "            {" + ",\n             ".join(facts) + "},\n"
+
+
+def _number_facts(schema, member):
+    facts = []
     default = _default_number(schema, member)
     if default != 0 and not member.is_list and not schema.is_object(member):
         facts.append(f".defaultValue = {default}")
@@ -113,16 +130,19 @@ def _member(schema, described, member):
     if member.minimum is not None:
         facts += [".limit = Limit::Minimum", f".lowest = {member.minimum}",
                   ".highest = std::numeric_limits<qint64>::max()"]
+    return facts
+
+
+def _type_facts(schema, described, member):
+    facts = []
     if schema.is_enumeration(member):
         facts.append(f".enumeration = &{names.enumeration_variable(member.type)}")
     if schema.is_object(member):
         facts.append(f".object = &objectAccess<{member.type}>")
     if member.is_list:
-        item = names.item_type(member)
-        facts.append(f".list = &listAccess<{described.name + '::' if schema.is_enumeration(member) else ''}{item}>")
-    if member.occurs == "choice":
-        facts.append(f".alternative = {schema.enumerations[described.choice].literals.index(member.name)}")
-    return "            {" + ",\n             ".join(facts) + "},\n"
+        scope = described.name + "::" if schema.is_enumeration(member) else ""
+        facts.append(f".list = &listAccess<{scope}{names.item_type(member)}>")
+    return facts
 
 
 def _traits(member):
@@ -155,73 +175,48 @@ const engine::MemberInfo &member(int bit)
 """
 
 
-def _construction(described):
-    name = described.name
-    return f"""{name}::{name}()
+def _constructors(c):
+    return f"""{c}::{c}()
 {{
     identify();
 }}
 
-{name}::{name}(const {name} &other) : IRGObject(other.IRGObject::GetObjectType()), d(other.d)
+{c}::{c}(const {c} &other) : IRGObject(other.IRGObject::GetObjectType()), d(other.d)
 {{
     identify();
     // Only the flag of this object: to hand it down would detach what has just been shared.
     IRGObject::SetValidate(other.IRGObject::GetValidate());
 }}
 
-{name}::{name}({name} &&other) noexcept : IRGObject(other.IRGObject::GetObjectType()), d(std::move(other.d))
+{c}::{c}({c} &&other) noexcept : IRGObject(other.IRGObject::GetObjectType()), d(std::move(other.d))
 {{
     identify();
     IRGObject::SetValidate(other.IRGObject::GetValidate());
 }}
 
-{name} &{name}::operator=(const {name} &other)
-{{
-    d = other.d;
-    return *this;
-}}
-
-{name} &{name}::operator=({name} &&other) noexcept
-{{
-    d = std::move(other.d);
-    return *this;
-}}
-
-{name}::~{name}() = default;
-
-void {name}::identify()
-{{
-    IRGObject::SetObjectName(GetStaticObjectName());
-    SetObjectId(GetId());
-}}
-
-const QString &{name}::GetStaticObjectName()
-{{
-    static const QString name = QStringLiteral("{name}");
-    return name;
-}}
-
-qint64 {name}::GetId()
-{{
-    return {described.identifier:#010x};
-}}
-
-bool {name}::operator==(const {name} &other) const
-{{
-    return engine::equal(self(*this), self(other));
-}}
-
-bool {name}::AnyData() const
-{{
-    return engine::anyData(self(*this));
-}}
-
-void {name}::ResetToDefault()
-{{
-    engine::resetToDefault(self(*this), *this);
-}}
-
 """
+
+
+def _assignments(c):
+    return (_function(f"{c} &", c, f"operator=(const {c} &other)", "d = other.d;\n    return *this;")
+            + _function(f"{c} &", c, f"operator=({c} &&other) noexcept", "d = std::move(other.d);\n    return *this;")
+            + f"{c}::~{c}() = default;\n\n")
+
+
+def _identity(described):
+    c = described.name
+    return (_function("void", c, "identify()",
+                      "IRGObject::SetObjectName(GetStaticObjectName());\n    SetObjectId(GetId());")
+            + _function("const QString &", c, "GetStaticObjectName()",
+                        f'static const QString name = QStringLiteral("{c}");\n    return name;')
+            + _function("qint64", c, "GetId()", f"return {described.identifier:#010x};"))
+
+
+def _content(c):
+    return (_function("bool", c, f"operator==(const {c} &other) const",
+                      "return engine::equal(self(*this), self(other));")
+            + _function("bool", c, "AnyData() const", "return engine::anyData(self(*this));")
+            + _function("void", c, "ResetToDefault()", "engine::resetToDefault(self(*this), *this);"))
 
 
 def _function(result, name, signature, body):
@@ -230,34 +225,50 @@ def _function(result, name, signature, body):
 
 
 def _accessors(schema, described, member, bit):
-    c, m = described.name, member.name
-    value, item, field = names.value_type(member), names.item_type(member), names.field_name(member)
-    scoped = _field_type(c, schema, member)
+    c = described.name
     whole = member.is_list or schema.is_object(member)
-    given = names.parameter(schema, member, value)
-    parts = [_function("bool", c, f"Is{m}Set() const", f"return engine::isSet(d, {bit});"),
-             _function("void", c, f"Reset{m}()", f"engine::resetMember(self(*this), {bit});")]
-    if not whole:
-        constant = "const " if value in ("QString", "QDateTime") else ""
-        parts.append(_function(constant + scoped, c, f"GetDefault{m}() const", f"return {_default(schema, member)};"))
-    valid = f"return engine::isValid(member({bit}), value);"
+    return (_presence(c, member.name, bit) + ("" if whole else _default_getter(schema, c, member))
+            + _validity(schema, c, member, bit) + _getters(schema, c, member, whole, bit)
+            + _setters(schema, c, member, whole, bit) + _enumeration_getters(schema, c, member))
+
+
+def _presence(c, m, bit):
+    return (_function("bool", c, f"Is{m}Set() const", f"return engine::isSet(d, {bit});")
+            + _function("void", c, f"Reset{m}()", f"engine::resetMember(self(*this), {bit});"))
+
+
+def _default_getter(schema, c, member):
+    constant = "const " if member.type in ("text", "datetime") else ""
+    return _function(constant + _field_type(c, schema, member), c, f"GetDefault{member.name}() const",
+                     f"return {_default(schema, member)};")
+
+
+def _validity(schema, c, member, bit):
+    # A list is asked for an item, and for all items; a bool is never asked.
+    types = [names.item_type(member)] if member.is_list else []
+    types += [] if member.type == "bool" else [names.value_type(member)]
+    return "".join(_function("bool", c, f"IsValid{member.name}({names.parameter(schema, member, each)}) const",
+                             f"return engine::isValid(member({bit}), value);") for each in types)
+
+
+def _setters(schema, c, member, whole, bit):
+    m, assign = member.name, "assignWhole" if whole else "assign"
+    text = _function("void", c, f"Set{m}({names.parameter(schema, member, names.value_type(member))})",
+                     f"engine::{assign}({{*this, record(*this)}}, member({bit}), value);")
     if member.is_list:
-        parts.append(_function("bool", c, f"IsValid{m}({names.parameter(schema, member, item)}) const", valid))
-    if member.type != "bool":
-        parts.append(_function("bool", c, f"IsValid{m}({given}) const", valid))
-    parts.append(_getters(schema, c, member, scoped, whole, bit))
-    assign = "assignWhole" if whole else "assign"
-    parts.append(_function("void", c, f"Set{m}({given})",
-                           f"engine::{assign}({{*this, record(*this)}}, member({bit}), value);"))
-    if member.is_list:
-        appended = names.parameter(schema, member, item, "item")
-        parts.append(_function("void", c, f"Append{m}({appended})",
-                               f"engine::append({{*this, record(*this)}}, member({bit}), item);"))
-    if schema.is_enumeration(member) and not member.is_list:
-        parts.append(_function(scoped, c, f"GetInvalid{m}() const", f"return {value}(-1);"))
-        parts.append(_function("QString", c, f"Get{m}AsString() const",
-                               f"return {member.type}ToName(record(*this).{field});"))
-    return "".join(parts)
+        appended = names.parameter(schema, member, names.item_type(member), "item")
+        text += _function("void", c, f"Append{m}({appended})",
+                          f"engine::append({{*this, record(*this)}}, member({bit}), item);")
+    return text
+
+
+def _enumeration_getters(schema, c, member):
+    if member.is_list or not schema.is_enumeration(member):
+        return ""
+    return (_function(_field_type(c, schema, member), c, f"GetInvalid{member.name}() const",
+                      f"return {member.type}(-1);")
+            + _function("QString", c, f"Get{member.name}AsString() const",
+                        f"return {member.type}ToName(record(*this).{names.field_name(member)});"))
 
 
 def _default(schema, member):
@@ -268,8 +279,8 @@ def _default(schema, member):
     return member.default or ("false" if member.type == "bool" else "0")
 
 
-def _getters(schema, c, member, value, whole, bit):
-    field, m = names.field_name(member), member.name
+def _getters(schema, c, member, whole, bit):
+    field, m, value = names.field_name(member), member.name, _field_type(c, schema, member)
     if whole:
         return (_function(f"const {value} &", c, f"Get{m}() const", f"return record(*this).{field};")
                 + _function(f"{value} &", c, f"Get{m}()",
