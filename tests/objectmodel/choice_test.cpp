@@ -160,6 +160,14 @@ TEST(InitChoice, RefusesAnInvalidSelectorWhateverTheFlag)
     }
 }
 
+TEST(InitChoice, ResetsBeforeItRefuses)
+{
+    Configuration configuration = both();
+    EXPECT_NE(failureOf([&] { configuration.InitChoice(static_cast<Configuration::ChoiceConfiguration>(2)); }), "");
+    EXPECT_EQ(configuration.GetChoiceConfiguration(), -1);
+    EXPECT_FALSE(configuration.AnyData());
+}
+
 TEST(ChoiceOutput, HoldsOnlyTheSelectedAlternative)
 {
     const Configuration configuration = both();
@@ -358,4 +366,13 @@ TEST(CheckOfAChoice, ComesBeforeTheOtherMembers)
               "OutOfRangeException: FilterCondition: Please set Column properly.");
     condition.SetColumn(0);
     EXPECT_EQ(failureOf([&] { condition.Check(); }), "OutOfRangeException: FilterCondition: Please set Role properly.");
+}
+
+TEST(CheckOfAChoice, AsksForTheOtherMembersInTheOrderOfTheAccessors)
+{
+    FilterCondition condition;
+    condition.SetEnumFilter(EnumFilter());
+    condition.SetValidate(false);
+    condition.SetName(QString());
+    EXPECT_EQ(failureOf([&] { condition.Check(); }), "OutOfRangeException: FilterCondition: Please set Name properly.");
 }

@@ -153,23 +153,34 @@ TEST(InvalidEnumerator, IsRefusedByTheSetterWhateverItsOrigin)
     EXPECT_FALSE(record.IsDataRateSet());
 }
 
-class CapitalTranslator : public QTranslator
+/// Knows the literals of one class: in other contexts it translates nothing.
+class AdminTranslator : public QTranslator
 {
 public:
-    QString translate(const char *, const char *text, const char *, int) const override
+    QString translate(const char *context, const char *text, const char *, int) const override
     {
-        return "translated " + QString::fromUtf8(text);
+        return QByteArray(context) == "KORVE_XML::Admin" ? "translated " + QString::fromUtf8(text) : QString();
     }
     bool isEmpty() const override { return false; }
 };
 
-TEST(Translation, NeverChangesWhatIsWritten)
+class Translation : public testing::Test
 {
-    CapitalTranslator translator;
-    ASSERT_TRUE(QCoreApplication::installTranslator(&translator));
+protected:
+    Translation() { EXPECT_TRUE(QCoreApplication::installTranslator(&translator)); }
+    ~Translation() override { QCoreApplication::removeTranslator(&translator); }
+    AdminTranslator translator;
+};
+
+TEST_F(Translation, NeverChangesWhatIsWritten)
+{
     EXPECT_EQ(Admin::GetResetModes().first().toStdString(), "Idle");
     EXPECT_EQ(Admin().ResetModeToName(Admin::ResetMode_Idle).toStdString(), "Idle");
     EXPECT_EQ(Admin().NameToResetMode("Idle"), 0);
+}
+
+TEST_F(Translation, IsThatOfTheClass)
+{
     EXPECT_EQ(Admin::GetGUIResetModes().first().toStdString(), "translated Idle");
-    QCoreApplication::removeTranslator(&translator);
+    EXPECT_EQ(Record::GetGUIInterfaces().first().toStdString(), "Unknown");
 }

@@ -187,7 +187,8 @@ INSTANTIATE_TEST_SUITE_P(
                     "OutOfRangeException: IndexEntry: Please set RecordOffset properly."}),
     rowName);
 
-// What the owner says of an object that must have data is never heard: the object's own check comes first.
+// What the owner says of an object that must have data is heard where the object's own check, which comes first, asks
+// for less: an alternative must be set, and may yet be a null text.
 INSTANTIATE_TEST_SUITE_P(
     Output, Failure,
     testing::Values(FailureCase{"MandatoryUnset", [] { modeltest::xmlOf(PelinInfo()); },
@@ -220,6 +221,15 @@ INSTANTIATE_TEST_SUITE_P(
                                 },
                                 "IncompleteDefinitionException: Configuration:Check failed. The mandatory choice "
                                 "ChoiceConfiguration is not initialized"},
+                    FailureCase{"ConfigurationOfARequestWithANullAlternative",
+                                [] {
+                                    const auto request = spoilt<RequestSpareBandwidth>([](auto &bad) {
+                                        bad.GetConfiguration().SetIPAddress(QString());
+                                    });
+                                    modeltest::xmlOf(request);
+                                },
+                                "IncompleteDefinitionException: Parameters for Configuration are not set properly in "
+                                "'RequestSpareBandwidth'."},
                     FailureCase{"SpareDataRatesOfARequest",
                                 [] {
                                     RequestSpareBandwidth request = filled<RequestSpareBandwidth>();
