@@ -1,0 +1,28 @@
+#include "installation/samplesignal/samplerecording.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cmath>
+#include <iostream>
+
+int main(int argc, char **argv)
+{
+    std::string base;
+    double seconds = 1;
+    quint32 seed = 1;
+    CLI::App app("Writes a recording of 20 MHz with two signals over noise, as a SigMF pair.", "korve-samplesignal");
+    app.add_option("BASE", base, "The names of both files, without .sigmf-meta and .sigmf-data")->required();
+    app.add_option("--seconds", seconds, "How long it is; each second takes 80 MB")
+        ->capture_default_str()
+        ->check(CLI::Range(0.001, 3600.0));
+    app.add_option("--seed", seed, "Of the noise; the same one gives the same bytes")->capture_default_str();
+    CLI11_PARSE(app, argc, argv);
+    try {
+        const std::chrono::milliseconds duration(std::llround(seconds * 1000));
+        installation::samplesignal::writeSampleRecording(QString::fromStdString(base), duration, seed);
+    } catch (const std::exception &error) {
+        std::cerr << "korve-samplesignal: " << error.what() << std::endl;
+        return 1;
+    }
+    return 0;
+}
