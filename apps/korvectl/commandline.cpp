@@ -19,6 +19,7 @@ struct Raw {
     double timeoutSeconds = 5;
     int verbosity = 0;
     bool json = false;
+    bool follow = false;
 };
 
 /// Returns the sub-command for the records; the other one is for the devices.
@@ -35,6 +36,8 @@ CLI::App *describe(CLI::App &app, Raw &raw)
     app.add_subcommand("devices", "List the recorder devices");
     CLI::App *const records = app.add_subcommand("records", "List the records of one device, or of all");
     records->add_option("DEVICE", raw.device, "The id of the device");
+    records->add_flag("--follow", raw.follow,
+                      "Stay until interrupted; tell of the loss and the return of the manager, and list again");
     app.footer("The central object service is at KORVE_CCO=HOST[:PORT], else at 127.0.0.1:8003.\n"
                "Exit codes: 0 success, 1 wrong command line, 2 a service is not reachable,\n"
                "3 a service refused the request, 4 any other failure.");
@@ -68,6 +71,7 @@ std::optional<CommandLine> CommandLine::parse(int argc, char **argv, int &exitCo
     line.subsystem = QString::fromStdString(raw.subsystem);
     line.timeout = std::chrono::milliseconds(static_cast<int>(raw.timeoutSeconds * 1000));
     line.json = raw.json;
+    line.follow = raw.follow;
     line.traceMask = maskFor(raw.verbosity);
     return line;
 }

@@ -17,6 +17,7 @@ struct CommandLine {
     QString subsystem; ///< empty: the local one
     std::chrono::milliseconds timeout{5000};
     bool json = false;
+    bool follow = false; ///< of the records: go on telling what becomes of them
     unsigned traceMask = 0;
 
     /// Without result when the program is to end with @p exitCode: help was asked for, or the line is wrong, which has

@@ -6,7 +6,6 @@
 #include <QDateTime>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
 
 namespace korvectl
 {
@@ -35,6 +34,8 @@ template <typename Item> QString jsonArray(const QVector<Item> &items, QJsonObje
     return QString::fromUtf8(QJsonDocument(array).toJson());
 }
 
+} // namespace
+
 QJsonObject deviceObject(const DeviceState &device)
 {
     return {{QStringLiteral("device"), device.id},
@@ -60,8 +61,6 @@ QJsonObject recordObject(const ListedRecord &listed)
         {QStringLiteral("dataFormat"), record.GetDataFormatAsString()},
         {QStringLiteral("deletable"), record.GetDeletable()}};
 }
-
-} // namespace
 
 QString devicesTable(const QVector<DeviceState> &devices)
 {

@@ -2,6 +2,8 @@
 
 #include "apps/korvectl/managersession.h"
 
+#include <QJsonObject>
+
 /// Devices and records as text for standard output, with the end of its last line.
 namespace korvectl
 {
@@ -11,6 +13,9 @@ struct ListedRecord {
     QString device;
     KORVE_XML::KORVE_RecordData record;
 };
+
+QJsonObject deviceObject(const DeviceState &device);
+QJsonObject recordObject(const ListedRecord &listed);
 
 QString devicesTable(const QVector<DeviceState> &devices);
 /// An array of objects with "device", "address", "available" and "firmware".

@@ -1,6 +1,7 @@
 #include "apps/korvectl/commandline.h"
 #include "apps/korvectl/failure.h"
 #include "apps/korvectl/listing.h"
+#include "apps/korvectl/recordfollower.h"
 
 #include "coresupport/errorhandler.h"
 
@@ -57,12 +58,12 @@ ExitCode listRecords(const ManagerSession &session, const CommandLine &line)
 
 ExitCode run(const CommandLine &line)
 {
-    const ManagerSession session(line.subsystem, line.timeout);
+    ManagerSession session(line.subsystem, line.timeout);
     switch (line.command) {
     case Command::Devices:
         return listDevices(session, line);
     case Command::Records:
-        return listRecords(session, line);
+        return line.follow ? followRecords(session, line) : listRecords(session, line);
     }
     return ExitCode::Usage;
 }

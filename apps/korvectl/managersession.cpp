@@ -100,7 +100,7 @@ unsigned long long beginOf(const KORVE_XML::KORVE_RecordData &record)
 class ManagerSession::Private
 {
 public:
-    Private(const QString &subsystem, Clock::time_point deadline, milliseconds timeout)
+    Private(const QString &subsystem, Clock::time_point deadline, milliseconds timeout) : subsystem(subsystem)
     {
         OrbHandler &orb = OrbHandler::Instance();
         // So it becomes the current one without tics to all subsystems, each of which may keep us waiting.
@@ -120,6 +120,8 @@ public:
     template <typename Call> auto ask(const Call &call) const
     {
         const TQ_KRV::IF_KRV_c_KRV_var manager = handler.GetKorveInterface();
+        if (CORBA::is_nil(manager))
+            throw Failure(ExitCode::NotReachable, silence() + u'.');
         try {
             return call(manager.in());
         } catch (const TQ_KRV::IF_KRV_c_KRV::exKRV &refusal) {
@@ -137,6 +139,7 @@ public:
             .arg(centralServiceAddress());
     }
 
+    const QString subsystem;
     const std::shared_ptr<HMIServerConnectionData> station = std::make_shared<HMIServerConnectionData>(QString());
     mutable KorveGuiToServerCorbaHandler handler{QString(), station, QString()};
 
@@ -167,6 +170,18 @@ ManagerSession::ManagerSession(const QString &subsystem, milliseconds timeout)
 }
 
 ManagerSession::~ManagerSession() = default;
+
+const QString &ManagerSession::subsystem() const
+{
+    return d->subsystem;
+}
+
+KorveCommon::AbstractServerConnectionData &ManagerSession::holdTreeConnections()
+{
+    KorveCommon::IServerConnectionData &connections = *d->station;
+    connections.CreateVTConnectTics(d->subsystem); // of this one subsystem; others might keep us waiting
+    return *d->station;
+}
 
 QStringList ManagerSession::deviceIds() const
 {

@@ -8,6 +8,11 @@
 #include <chrono>
 #include <memory>
 
+namespace KorveCommon
+{
+class AbstractServerConnectionData;
+}
+
 namespace korvectl
 {
 
@@ -21,7 +26,8 @@ struct DeviceState {
 
 /// The recorder manager of one subsystem, found by way of the central object service, and what it answers.
 ///
-/// Makes no connection to the value tree. Configures the ORB of the process, so there is one session at most.
+/// Makes no connection to the value tree unless told to. Configures the ORB of the process, so there is one session at
+/// most.
 /// Thread: main; each call blocks, at most for the time-out for each answer.  Errors: throws Failure.
 class ManagerSession
 {
@@ -31,6 +37,12 @@ public:
     /// Waits for the services, which may be just starting. An empty @p subsystem is the local one.
     ManagerSession(const QString &subsystem, std::chrono::milliseconds timeout);
     ~ManagerSession();
+
+    /// Never empty.
+    const QString &subsystem() const;
+    /// Makes the connections to the manager's value tree, by whose signals it can be followed, and keeps them for the
+    /// life of the session, which owns the result. They need the event loop; while they are down, nothing can be asked.
+    KorveCommon::AbstractServerConnectionData &holdTreeConnections();
 
     /// Sorted.
     QStringList deviceIds() const;

@@ -46,6 +46,12 @@ TEST(Request, TracesMoreWithEachV)
     EXPECT_EQ(Parsed({"devices", "-vv"}).line->traceMask, 96u);
 }
 
+TEST(Request, FollowsRecordsWhenToldTo)
+{
+    EXPECT_FALSE(Parsed({"records"}).line->follow);
+    EXPECT_TRUE(Parsed({"records", "--follow", "REC1"}).line->follow);
+}
+
 TEST(Request, MayBeForHelp)
 {
     const Parsed parsed({"records", "--help"});
@@ -64,6 +70,7 @@ INSTANTIATE_TEST_SUITE_P(Lines, WrongRequest,
                          testing::Values(std::vector<std::string>{}, std::vector<std::string>{"device"},
                                          std::vector<std::string>{"devices", "REC1"},
                                          std::vector<std::string>{"devices", "records"},
+                                         std::vector<std::string>{"devices", "--follow"},
                                          std::vector<std::string>{"devices", "--timeout", "0"},
                                          std::vector<std::string>{"devices", "--timeout", "soon"},
                                          std::vector<std::string>{"records", "REC1", "REC2"}));

@@ -1,0 +1,51 @@
+#include "tests/apps/korvectl/followclient.h"
+
+#include <QJsonDocument>
+
+#include <csignal>
+
+namespace
+{
+constexpr int patienceMs = 30000;
+}
+
+FollowClient::FollowClient(const QStringList &furtherArguments)
+{
+    const QStringList arguments{QStringLiteral("records"), QStringLiteral("--follow"), QStringLiteral("--json")};
+    process.start(QStringLiteral(KORVECTL_PROGRAM), arguments + furtherArguments);
+}
+
+FollowClient::~FollowClient()
+{
+    process.kill();
+    process.waitForFinished();
+}
+
+bool FollowClient::waitForEvent(const char *kind)
+{
+    while (waitForAnyEvent())
+        if (event[QStringLiteral("event")] == QLatin1String(kind))
+            return true;
+    return false;
+}
+
+bool FollowClient::waitForAnyEvent()
+{
+    while (!process.canReadLine())
+        if (!process.waitForReadyRead(patienceMs))
+            return false;
+    event = QJsonDocument::fromJson(process.readLine()).object();
+    return true;
+}
+
+int FollowClient::end(int signal)
+{
+    ::kill(static_cast<pid_t>(process.processId()), signal);
+    return waitForEnd();
+}
+
+int FollowClient::waitForEnd()
+{
+    const bool isOver = process.waitForFinished(patienceMs);
+    return isOver && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+}

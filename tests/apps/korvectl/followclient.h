@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QProcess>
+#include <QStringList>
+
+/// `korvectl records --follow --json` as a process, and the events that it prints. It is killed with this object.
+class FollowClient
+{
+public:
+    explicit FollowClient(const QStringList &furtherArguments);
+    ~FollowClient();
+
+    /// Passes the events up to one of that kind. False when none comes for long.
+    bool waitForEvent(const char *kind);
+    bool waitForAnyEvent();
+    const QJsonObject &lastEvent() const { return event; }
+
+    /// Sends it that signal. As waitForEnd().
+    int end(int signal);
+    /// Its exit code; -1 when it does not end for long, or not by itself.
+    int waitForEnd();
+    QString errors() { return QString::fromUtf8(process.readAllStandardError()); }
+
+private:
+    QProcess process;
+    QJsonObject event;
+};
