@@ -1,9 +1,34 @@
 #include "orbconnection/batchwriter.h"
 
+#include "coresupport/trace.h"
+
 namespace mirror
 {
+namespace
+{
+constexpr char sourceName[] = "orbconnection/batchwriter";
+
+/// No record of this content is longer.
+std::size_t mostBytes(const Record &record)
+{
+    constexpr std::size_t numbers = 32;
+    constexpr std::size_t utf8BytesPerUnit = 3;
+    return numbers + utf8BytesPerUnit * (record.path.size() + record.typeName.size()) + record.frames.size();
+}
+} // namespace
+
 void BatchWriter::write(const Record &record)
 {
+    const std::size_t most = mostBytes(record);
+    if (batchHeaderBytes + most > maximumBytes) {
+        traceAt(TraceLevel::Normal, sourceName, [&] {
+            return QStringLiteral("%1 bytes of \"%2\" are too many for a batch")
+                .arg(QString::number(most), record.path);
+        });
+        return;
+    }
+    if (batch.size() + most > maximumBytes)
+        flush();
     if (batch.empty())
         appendHeader(batch, {sequence, applied});
     appendRecord(batch, record);

@@ -14,8 +14,12 @@ public:
     /// Takes a batch that is complete.
     using Sink = std::function<void(quint64 sequence, std::string bytes, bool isSnapshot)>;
 
-    BatchWriter(std::size_t batchBytes, Sink sink) : batchBytes(batchBytes), sink(std::move(sink)) {}
+    BatchWriter(const MirrorTiming &timing, Sink sink)
+        : batchBytes(timing.batchBytes), maximumBytes(timing.maximumBatchBytes), sink(std::move(sink))
+    {
+    }
 
+    /// A record that is too large for a batch is traced and left out.
     void write(const Record &record);
     /// Completes the batch that is being gathered, if there is one.
     void flush();
@@ -33,6 +37,7 @@ public:
 
 private:
     const std::size_t batchBytes;
+    const std::size_t maximumBytes;
     const Sink sink;
     std::string batch;
     quint64 sequence = 1;

@@ -40,7 +40,7 @@ bool beginsSnapshot(const values::ByteCursor &in)
 MirrorClient::MirrorClient(values::Tree &tree, const QString &path, const QString &ownValue,
                            const MirrorTiming &timing, BatchWriter::Sink sink, std::function<void()> wantsFlush)
     : tree(tree), path(path), ownValuePath(MirroredPath(path + u'/' + ownValue).top()),
-      writer(timing.batchBytes, std::move(sink)), wantsFlush(std::move(wantsFlush))
+      maximumBatchBytes(timing.maximumBatchBytes), writer(timing, std::move(sink)), wantsFlush(std::move(wantsFlush))
 {
     tree.addListener(this->path.top(), this);
 }
@@ -66,12 +66,14 @@ void MirrorClient::begin()
 
 MirrorClient::Outcome MirrorClient::receive(std::string_view batch)
 {
+    if (batch.size() > maximumBatchBytes)
+        return refuse("it is too long");
     values::ByteCursor in{batch.data(), batch.data() + batch.size()};
     const std::optional<BatchHeader> header = readHeader(in);
     if (!header)
         return refuse("no header of this version");
     if (header->sequence <= lastReceived)
-        return Outcome::Applied; // sent again, since its answer was lost
+        return Outcome::Repeated;
     if (header->sequence != lastReceived + 1 && !beginsSnapshot(in))
         return Outcome::Missing;
     if (lastReceived == 0 && !beginsSnapshot(in))

@@ -27,6 +27,7 @@ class MirrorClient final : public values::ITreeListener, public IObserver
 public:
     enum class Outcome {
         Applied,
+        Repeated,         ///< seen already, since the answer to it was lost
         SnapshotComplete, ///< from now on this side is as the server says
         Missing,          ///< batches are missing: ask for a snapshot
         Malformed         ///< or an observer has thrown: end the session
@@ -48,6 +49,8 @@ public:
     void detach();
 
     bool isComplete() const { return complete; }
+    /// No snapshot is being received or to come.
+    bool isSettled() const { return complete && !inSnapshot; }
     const QString &clientPath() const { return path.top(); }
 
     // What the tree tells; not for others.
@@ -72,11 +75,14 @@ private:
     bool applyValue(const Record &record);
     bool applyValueGone(const Record &record);
     bool applyChange(const Record &record);
-    void removeAllBelow();
+    /// What the server has not heard of yet stays there once it has.
+    std::vector<QString> announcedBelow(const QString &top) const;
+    void removeAllBelowBut(const std::vector<QString> &kept, const QString &top);
 
     values::Tree &tree;
     const MirroredPath path;
     const QString ownValuePath;
+    const std::size_t maximumBatchBytes;
     BatchWriter writer;
     const std::function<void()> wantsFlush;
     MirroredValues known;

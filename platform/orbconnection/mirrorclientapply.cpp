@@ -5,6 +5,8 @@
 #include "valuetreelib/node.h"
 #include "valuetreelib/tree.h"
 
+#include <algorithm>
+
 namespace mirror
 {
 namespace
@@ -72,21 +74,42 @@ bool MirrorClient::applyNode(const Record &record)
 
 bool MirrorClient::applyNodeGone(const Record &record)
 {
-    if (record.path.isEmpty())
-        removeAllBelow();
+    const QString gone = path.absolute(record.path);
+    const std::vector<QString> announced = announcedBelow(gone);
+    // The mirrored node itself stays: who watches it is to see what comes back.
+    if (gone != path.top() && announced.empty())
+        tree.removeNode(gone, this);
     else
-        tree.removeNode(path.absolute(record.path), this);
+        removeAllBelowBut(announced, gone);
     return true;
 }
 
-void MirrorClient::removeAllBelow()
+std::vector<QString> MirrorClient::announcedBelow(const QString &top) const
 {
-    // The mirrored node itself stays: who watches it is to see what comes back.
-    for (const QString &valuePath : known.paths())
+    std::vector<QString> announced;
+    for (const values::ValueBase *value : known.valuesBelow(top))
+        if (unconfirmed.isAnnounced(value))
+            announced.push_back(value->GetPathName());
+    return announced;
+}
+
+void MirrorClient::removeAllBelowBut(const std::vector<QString> &kept, const QString &top)
+{
+    // By path each time, since observers may remove what comes next.
+    std::vector<QString> goneValues;
+    for (const values::ValueBase *value : known.valuesBelow(top))
+        if (std::ranges::find(kept, value->GetPathName()) == kept.end())
+            goneValues.push_back(value->GetPathName());
+    for (const QString &valuePath : goneValues)
         tree.removeValue(valuePath, this);
-    const std::set<QString> gone = nodes;
-    for (const QString &nodePath : gone)
-        if (nodePath != path.top())
+    const std::set<QString> mirroredNodes = nodes;
+    const auto goes = [&](const QString &nodePath) {
+        const auto holds = [&](const QString &valuePath) { return valuePath.startsWith(nodePath + u'/'); };
+        return (nodePath == top || MirroredPath(top).relative(nodePath)) && nodePath != path.top()
+               && std::ranges::none_of(kept, holds);
+    };
+    for (const QString &nodePath : mirroredNodes)
+        if (goes(nodePath))
             tree.removeNode(nodePath, this);
 }
 

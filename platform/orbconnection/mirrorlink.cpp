@@ -10,7 +10,7 @@ namespace mirror
 namespace
 {
 constexpr char sourceName[] = "orbconnection/mirrorlink";
-constexpr std::chrono::milliseconds pauseWhenFull{20};
+constexpr std::chrono::milliseconds shortPause{20};
 } // namespace
 
 MirrorLink::MirrorLink(const QString &reference, const QString &where, const QString &serverPath,
@@ -38,11 +38,14 @@ void MirrorLink::run()
     std::size_t failures = 0;
     for (;;) {
         if (const std::shared_ptr<LinkSession> session = open()) {
-            events.begun(session);
-            CorbaCommon::runInBackground([self = shared_from_this(), session] { self->push(session); });
-            carry(session);
+            const bool begun = attempt([&] {
+                events.begun(session);
+                CorbaCommon::runInBackground([self = shared_from_this(), session] { self->push(session); });
+            });
+            if (begun)
+                carry(session);
             session->outbox.close();
-            events.ended(session);
+            attempt([&] { events.ended(session); });
             if (session->isComplete)
                 failures = 0;
         }
@@ -96,14 +99,15 @@ void MirrorLink::carry(const std::shared_ptr<LinkSession> &session)
 bool MirrorLink::pullOne(LinkSession &session, quint64 &received, std::string &batch)
 {
     const bool hasRoom = session.bytesToApply < timing.queueBytes;
+    const auto begin = std::chrono::steady_clock::now();
     const VALUETREE::Delivery_var delivery = session.server->pull(session.number, received, hasRoom);
-    if (!hasRoom) { // the main thread is busy: only a sign of life
-        std::unique_lock lock(mutex);
-        stopping.wait_for(lock, pauseWhenFull, [this] { return stopped; });
-    }
-    if (delivery->number == 0)
+    const bool isEmpty = delivery->number == 0;
+    // Without room the main thread is busy, and this was only a sign of life; else a server waits before it has nothing.
+    if (!hasRoom || (isEmpty && std::chrono::steady_clock::now() - begin < shortPause))
+        pauseShortly();
+    if (isEmpty)
         return false;
-    if (delivery->bytes.length() < batchHeaderBytes)
+    if (delivery->bytes.length() < batchHeaderBytes || delivery->bytes.length() > timing.maximumBatchBytes)
         throw CORBA::MARSHAL(0, CORBA::COMPLETED_YES);
     received = delivery->number;
     batch.assign(reinterpret_cast<const char *>(delivery->bytes.get_buffer()), delivery->bytes.length());
@@ -149,16 +153,28 @@ void MirrorLink::pushAll(LinkSession &session)
             sent = entry.sequence;
             continue;
         }
-        std::unique_lock lock(mutex);
-        stopping.wait_for(lock, pauseWhenFull, [this] { return stopped; });
+        pauseShortly();
     }
+}
+
+void MirrorLink::pauseShortly()
+{
+    std::unique_lock lock(mutex);
+    stopping.wait_for(lock, shortPause, [this] { return stopped; });
 }
 
 template <typename Call> bool MirrorLink::succeeds(const Call &call)
 {
+    const bool done = attempt(call);
+    if (done)
+        note(QString());
+    return done;
+}
+
+template <typename Call> bool MirrorLink::attempt(const Call &call)
+{
     try {
         call();
-        note(QString());
         return true;
     } catch (const VALUETREE::VersionNotSupported &e) {
         note(QStringLiteral("speaks version %1 of the mirror, this is version %2")

@@ -52,6 +52,10 @@ private:
     bool pullOne(LinkSession &session, quint64 &received, std::string &batch);
     void push(const std::shared_ptr<LinkSession> &session);
     void pushAll(LinkSession &session);
+    void pauseShortly();
+    /// False, with a note of the trouble, when @p call throws.
+    template <typename Call> bool attempt(const Call &call);
+    /// The same with a remote call: otherwise the server answers.
     template <typename Call> bool succeeds(const Call &call);
     void note(const QString &newTrouble);
 

@@ -22,7 +22,8 @@ bool refuse(const char *reason)
 
 MirrorSession::MirrorSession(values::Tree &tree, const QString &path, const MirrorTiming &timing,
                              BatchWriter::Sink sink, std::function<void()> wantsFlush)
-    : tree(tree), path(path), writer(timing.batchBytes, std::move(sink)), wantsFlush(std::move(wantsFlush))
+    : tree(tree), path(path), maximumBatchBytes(timing.maximumBatchBytes), writer(timing, std::move(sink)),
+      wantsFlush(std::move(wantsFlush))
 {
     tree.addListener(this->path.top(), this);
 }
@@ -50,6 +51,8 @@ void MirrorSession::flush()
 
 bool MirrorSession::receive(std::string_view batch)
 {
+    if (batch.size() > maximumBatchBytes)
+        return refuse("it is too long");
     values::ByteCursor in{batch.data(), batch.data() + batch.size()};
     const std::optional<BatchHeader> header = readHeader(in);
     if (!header)
@@ -168,9 +171,11 @@ bool MirrorSession::applyValue(const Record &record)
     ++lastClientId;
     const QString absolute = path.absolute(record.path);
     if (values::ValueBase *const value = tree.findValue(absolute)) {
-        known.bind(record.id, value);
-        if (value->GetType() == record.type)
+        if (value->GetType() == record.type) {
+            known.bind(record.id, value);
             return value->SetCommandString(record.frames, this);
+        }
+        // The client is about to replace its own by ours, and knows that by our id alone.
         traceAt(TraceLevel::Normal, sourceName,
                 [&] { return QStringLiteral("%1 is of another class here than at a client").arg(absolute); });
         return true;

@@ -51,6 +51,7 @@ private:
 
     values::Tree &tree;
     const MirroredPath path;
+    const std::size_t maximumBatchBytes;
     BatchWriter writer;
     const std::function<void()> wantsFlush;
     MirroredValues known;

@@ -50,6 +50,12 @@ bool read(values::ByteCursor &in, QString &text)
     return true;
 }
 
+/// Another way to write a path could lead out of the mirrored node, or to its top.
+bool readPath(values::ByteCursor &in, QString &path)
+{
+    return read(in, path) && !path.startsWith(u'/') && !path.endsWith(u'/') && !path.contains(QLatin1String("//"));
+}
+
 bool readContent(values::ByteCursor &in, Record &record)
 {
     switch (record.kind) {
@@ -58,9 +64,9 @@ bool readContent(values::ByteCursor &in, Record &record)
         return true;
     case RecordKind::Node:
     case RecordKind::NodeGone:
-        return read(in, record.path);
+        return readPath(in, record.path);
     case RecordKind::Value:
-        return read(in, record.id) && read(in, record.type) && read(in, record.typeName) && read(in, record.path)
+        return read(in, record.id) && read(in, record.type) && read(in, record.typeName) && readPath(in, record.path)
                && read(in, record.frames);
     case RecordKind::ValueGone:
         return read(in, record.id);

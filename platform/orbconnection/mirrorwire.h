@@ -18,10 +18,10 @@
 ///         ValueGone                                 id
 ///         Change                                    id frames
 ///
-/// Numbers are little-endian; id and type have 32 bits; typename, path (relative to the mirrored node, "" for itself,
-/// UTF-8) and frames (see valuetreelib/commandframe.h) have their length in 32 bits before them. `sequence` counts the
-/// batches of one direction from 1; a batch that begins with SnapshotBegin may skip numbers. `applied` is the last
-/// sequence of the other direction that had been applied when the first record was written.
+/// Numbers are little-endian; id and type have 32 bits; typename, path (UTF-8, relative to the mirrored node: "" for
+/// itself, else without empty parts) and frames (see valuetreelib/commandframe.h) have their length in 32 bits before
+/// them. `sequence` counts the batches of one direction from 1; a batch that begins with SnapshotBegin may skip numbers.
+/// `applied` is the last sequence of the other direction that had been applied when the first record was written.
 namespace mirror
 {
 constexpr unsigned protocolVersion = 1;

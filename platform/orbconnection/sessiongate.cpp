@@ -2,7 +2,7 @@
 
 namespace mirror
 {
-quint64 SessionGate::open()
+quint64 SessionGate::open(const QString &path)
 {
     const std::lock_guard lock(mutex);
     if (closed || lines.size() >= maximumSessions)
@@ -10,8 +10,19 @@ quint64 SessionGate::open()
     quint64 session = 0;
     while (session == 0 || lines.contains(session))
         session = quint64{random()} << 32 | random();
-    lines.emplace(session, std::make_shared<SessionLine>(timing));
+    lines.emplace(session, std::make_shared<SessionLine>(timing, path));
+    untaken.insert(session);
     return session;
+}
+
+std::vector<SessionGate::Numbered> SessionGate::takeNew()
+{
+    const std::lock_guard lock(mutex);
+    std::vector<Numbered> taken;
+    for (const quint64 session : untaken)
+        taken.emplace_back(session, lines.at(session));
+    untaken.clear();
+    return taken;
 }
 
 std::shared_ptr<SessionLine> SessionGate::line(quint64 session) const
@@ -29,7 +40,7 @@ bool SessionGate::remove(quint64 session)
         return false;
     found->second->outbox.close();
     lines.erase(found);
-    return true;
+    return untaken.erase(session) == 0;
 }
 
 void SessionGate::close()
@@ -39,5 +50,6 @@ void SessionGate::close()
     for (const auto &[session, line] : lines)
         line->outbox.close();
     lines.clear();
+    untaken.clear();
 }
 } // namespace mirror

@@ -3,15 +3,23 @@
 #include "orbconnection/heartbeat.h"
 #include "orbconnection/outbox.h"
 
+#include <QString>
+
 #include <map>
 #include <random>
+#include <set>
+#include <vector>
 
 namespace mirror
 {
 /// What the main thread and the ORB's threads share of one session.
 struct SessionLine {
-    explicit SessionLine(const MirrorTiming &timing) : outbox(timing.queueBytes), heartbeat(timing) {}
+    SessionLine(const MirrorTiming &timing, const QString &path)
+        : path(path), outbox(timing.queueBytes), heartbeat(timing)
+    {
+    }
 
+    const QString path; ///< what the client mirrors
     Outbox outbox;
     Heartbeat heartbeat;
     /// Pushed by the client, not yet seen by the main thread; see countedBytes().
@@ -24,14 +32,17 @@ class SessionGate
 {
 public:
     static constexpr std::size_t maximumSessions = 1000;
+    using Numbered = std::pair<quint64, std::shared_ptr<SessionLine>>;
 
     explicit SessionGate(const MirrorTiming &timing) : timing(timing) {}
 
     /// A new session with a number that nobody can guess; 0 when there are too many, or after close().
-    quint64 open();
+    quint64 open(const QString &path);
+    /// The sessions that nobody has taken yet.
+    std::vector<Numbered> takeNew();
     /// Null, when there is none.
     std::shared_ptr<SessionLine> line(quint64 session) const;
-    /// Whoever waits for the session's batches returns. False, when there is no such session.
+    /// Whoever waits for the session's batches returns. True, when the session had been taken.
     bool remove(quint64 session);
     void close();
 
@@ -39,6 +50,7 @@ private:
     const MirrorTiming timing;
     mutable std::mutex mutex; // guards all below
     std::map<quint64, std::shared_ptr<SessionLine>> lines;
+    std::set<quint64> untaken;
     std::random_device random;
     bool closed = false;
 };

@@ -28,10 +28,10 @@ CORBA::ULongLong TreeServant::open(const char *path, CORBA::ULong version)
     }
     if (qstrlen(path) > maximumPathBytes)
         throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_NO);
-    const quint64 session = gate->open();
+    const quint64 session = gate->open(QString::fromUtf8(path));
     if (session == 0)
         throw CORBA::NO_RESOURCES(0, CORBA::COMPLETED_NO);
-    keeper->begin(session, QString::fromUtf8(path));
+    keeper->beginNew();
     return session;
 }
 
@@ -58,8 +58,12 @@ VALUETREE::Delivery *TreeServant::pull(CORBA::ULongLong session, CORBA::ULongLon
 CORBA::Boolean TreeServant::push(CORBA::ULongLong session, CORBA::ULongLong, const VALUETREE::Batch &bytes)
 {
     const std::shared_ptr<SessionLine> line = lineOf(session);
-    if (bytes.length() < batchHeaderBytes)
+    if (bytes.length() < batchHeaderBytes || bytes.length() > timing.maximumBatchBytes) {
+        traceAt(TraceLevel::Normal, sourceName,
+                [&] { return QStringLiteral("A client's batch is refused: it has %1 bytes").arg(bytes.length()); });
+        close(session);
         throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_NO);
+    }
     if (line->bytesToApply > timing.queueBytes)
         return false;
     line->bytesToApply += countedBytes(bytes.length());

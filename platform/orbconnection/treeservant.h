@@ -12,7 +12,8 @@ class ISessionKeeper
 {
 public:
     virtual ~ISessionKeeper() = default;
-    virtual void begin(quint64 session, const QString &path) = 0;
+    /// New sessions are to be taken from the gate.
+    virtual void beginNew() = 0;
     /// @p batch counts in the line's `bytesToApply` until it is applied.
     virtual void receive(quint64 session, std::string batch) = 0;
     /// The line's `snapshotAsked` is set until it is done.

@@ -11,6 +11,7 @@
 #include "valuetreelib/vtclientcenter.h"
 
 #include <QPointer>
+#include <QTimer>
 
 using mirror::LinkSession;
 using mirror::MirrorClient;
@@ -67,8 +68,13 @@ private:
     void receive(const std::shared_ptr<LinkSession> &from, const std::string &batch);
     void end(const std::shared_ptr<LinkSession> &ended);
     void lose();
+    void askForSnapshot();
+    void leaveServer(const char *reason);
     void observeReregisterValue();
     void wantFlush();
+
+    QTimer snapshotPatience; // runs while a snapshot is awaited
+    bool snapshotAsked = false;
 };
 
 VtConnectionObserver::Private::Private(VtConnectionObserver *observer, const QString &serverPath,
@@ -89,6 +95,9 @@ VtConnectionObserver::Private::Private(VtConnectionObserver *observer, const QSt
     link = std::make_shared<MirrorLink>(CorbaCommon::corbaloc(host, address.port, "ValueTree"), where, serverPath,
                                         timing, events());
     observeReregisterValue();
+    snapshotPatience.setSingleShot(true);
+    snapshotPatience.setInterval(timing.snapshotPatience);
+    connect(&snapshotPatience, &QTimer::timeout, this, [this] { leaveServer("no snapshot is completed"); });
     link->start();
 }
 
@@ -138,6 +147,8 @@ void VtConnectionObserver::Private::Update(Observable *, TChangeCode code)
 void VtConnectionObserver::Private::begin(const std::shared_ptr<LinkSession> &newSession)
 {
     session = newSession;
+    snapshotAsked = false;
+    snapshotPatience.start();
     client->begin();
     observeReregisterValue();
 }
@@ -153,16 +164,18 @@ void VtConnectionObserver::Private::receive(const std::shared_ptr<LinkSession> &
     if (!guard || from != session)
         return;
     switch (outcome) {
+    case MirrorClient::Outcome::Repeated:
+        return;
     case MirrorClient::Outcome::Applied:
-        return;
+        snapshotAsked = false;
+        return receiver->isSettled() ? snapshotPatience.stop() : snapshotPatience.start();
     case MirrorClient::Outcome::Missing:
-        session->wantsSnapshot = true;
-        return;
+        return askForSnapshot();
     case MirrorClient::Outcome::Malformed:
-        session->outbox.close();
-        end(from); // at once, since more batches may be on their way to here
-        return;
+        return leaveServer("its batch cannot be applied");
     case MirrorClient::Outcome::SnapshotComplete:
+        snapshotAsked = false;
+        snapshotPatience.stop();
         connected = true;
         session->isComplete = true;
         Q_EMIT observer->si_connected(receiver->clientPath());
@@ -174,6 +187,7 @@ void VtConnectionObserver::Private::end(const std::shared_ptr<LinkSession> &ende
     if (ended != session)
         return;
     session.reset();
+    snapshotPatience.stop();
     const QPointer<Private> guard(this);
     lose();
     if (guard && std::exchange(connected, false))
@@ -188,6 +202,27 @@ void VtConnectionObserver::Private::lose()
     loser->lose();
     if (deletes)
         home.removeNode(loser->clientPath());
+}
+
+void VtConnectionObserver::Private::askForSnapshot()
+{
+    // Once: what is on its way to here is missed as well.
+    if (std::exchange(snapshotAsked, true))
+        return;
+    session->wantsSnapshot = true;
+    snapshotPatience.start();
+}
+
+void VtConnectionObserver::Private::leaveServer(const char *reason)
+{
+    const std::shared_ptr<LinkSession> left = session;
+    if (!left)
+        return;
+    traceAt(TraceLevel::Normal, sourceName, [&] {
+        return QStringLiteral("%1 is to connect again: %2").arg(client->clientPath(), QLatin1String(reason));
+    });
+    left->outbox.close();
+    end(left); // at once, since more batches may be on their way to here
 }
 
 void VtConnectionObserver::Private::observeReregisterValue()

@@ -10,6 +10,8 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <atomic>
+
 using mirror::MirrorSession;
 using mirror::SessionLine;
 
@@ -30,7 +32,7 @@ public:
     Private(values::Tree &tree, const MirrorTiming &timing);
     ~Private() override;
 
-    void begin(quint64 session, const QString &path);
+    void beginNew();
     void receive(quint64 session, const std::string &batch);
     void resynchronise(quint64 session);
     void end(quint64 session);
@@ -38,7 +40,6 @@ public:
     void flushAll();
 
     struct Session {
-        QString path;
         std::shared_ptr<SessionLine> line;
         std::shared_ptr<MirrorSession> mirror; // shared with the call that it is in, since observers may end it
     };
@@ -54,6 +55,7 @@ public:
 
 private:
     void activate();
+    void begin(quint64 session, const std::shared_ptr<SessionLine> &line);
     void wantFlush();
 };
 
@@ -65,9 +67,14 @@ template <typename Server> class PostingKeeper : public mirror::ISessionKeeper
 public:
     explicit PostingKeeper(Server *server) : server(server) {}
 
-    void begin(quint64 session, const QString &path) override
+    void beginNew() override
     {
-        post([session, path](Server &server) { server.begin(session, path); });
+        // Sessions that come and go while the main thread is busy leave nothing here.
+        if (!isAsked->exchange(true))
+            post([isAsked = isAsked](Server &server) {
+                *isAsked = false;
+                server.beginNew();
+            });
     }
     void receive(quint64 session, std::string batch) override
     {
@@ -92,6 +99,7 @@ private:
             }));
     }
 
+    const std::shared_ptr<std::atomic<bool>> isAsked = std::make_shared<std::atomic<bool>>(false); // to begin sessions
     const QPointer<Server> server; // looked at on the main thread alone
     const std::shared_ptr<ThreadingHelper::ThreadSwitchingHandler> door =
         ThreadingHelper::ThreadSwitchingAdministration::CreateThreadSwitchingHandler(QLatin1String(sourceName));
@@ -139,11 +147,14 @@ void VtServer::Private::activate()
     }
 }
 
-void VtServer::Private::begin(quint64 session, const QString &path)
+void VtServer::Private::beginNew()
 {
-    const std::shared_ptr<SessionLine> line = gate->line(session);
-    if (!line)
-        return; // the client has gone already
+    for (const auto &[session, line] : gate->takeNew())
+        begin(session, line);
+}
+
+void VtServer::Private::begin(quint64 session, const std::shared_ptr<SessionLine> &line)
+{
     const auto send = [line](quint64 sequence, std::string bytes, bool isSnapshot) {
         line->outbox.put(sequence, std::move(bytes), isSnapshot);
     };
@@ -151,10 +162,10 @@ void VtServer::Private::begin(quint64 session, const QString &path)
         if (server) // or an observer has ended it
             server->wantFlush();
     };
-    const auto mirror = std::make_shared<MirrorSession>(tree, path, timing, send, want);
+    const auto mirror = std::make_shared<MirrorSession>(tree, line->path, timing, send, want);
     mirror->sendSnapshot();
-    sessions[session] = {path, line, mirror};
-    traceSession(QStringLiteral("Begins"), path);
+    sessions[session] = {line, mirror};
+    traceSession(QStringLiteral("Begins"), line->path);
 }
 
 void VtServer::Private::receive(quint64 session, const std::string &batch)
@@ -174,7 +185,7 @@ void VtServer::Private::resynchronise(quint64 session)
     const auto found = sessions.find(session);
     if (found == sessions.end())
         return;
-    traceSession(QStringLiteral("Is told everything again"), found->second.path);
+    traceSession(QStringLiteral("Is told everything again"), found->second.line->path);
     found->second.line->snapshotAsked = false;
     found->second.mirror->flush();
     found->second.line->outbox.refill();
@@ -187,7 +198,7 @@ void VtServer::Private::end(quint64 session)
     const auto found = sessions.find(session);
     if (found == sessions.end())
         return;
-    traceSession(QStringLiteral("Ends"), found->second.path);
+    traceSession(QStringLiteral("Ends"), found->second.line->path);
     sessions.erase(found);
 }
 

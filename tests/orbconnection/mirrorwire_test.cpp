@@ -1,3 +1,4 @@
+#include "orbconnection/batchwriter.h"
 #include "orbconnection/mirrorwire.h"
 
 #include <gtest/gtest.h>
@@ -43,6 +44,31 @@ TEST(MirrorBatch, LengthBeyondTheBytesThatAreLeftIsNotRead)
     const std::string bytes = "\x03\xff\xff\xff\xff D"s;
     values::ByteCursor in{bytes.data(), bytes.data() + bytes.size()};
     EXPECT_FALSE(readRecord(in));
+}
+
+TEST(MirrorBatch, WithAPathThatLeadsElsewhereIsNotRead)
+{
+    for (const char *path : {"/", "/D", "D/", "D//x"}) {
+        std::string bytes;
+        appendRecord(bytes, {.kind = RecordKind::NodeGone, .path = QLatin1String(path)});
+        values::ByteCursor in{bytes.data(), bytes.data() + bytes.size()};
+        EXPECT_FALSE(readRecord(in)) << path;
+    }
+}
+
+TEST(MirrorBatch, LeavesOutAValueThatIsTooLargeForIt)
+{
+    MirrorTiming timing;
+    timing.maximumBatchBytes = 1000;
+    std::vector<std::string> batches;
+    BatchWriter writer(timing, [&](quint64, std::string bytes, bool) { batches.push_back(std::move(bytes)); });
+    for (const std::size_t size : {100, 901, 800, 5000})
+        writer.write({.kind = RecordKind::Change, .id = 1, .frames = std::string(size, 'f')});
+    writer.flush();
+    ASSERT_EQ(batches.size(), 3u);
+    for (const std::string &batch : batches)
+        EXPECT_LE(batch.size(), 1000u);
+    EXPECT_GT(batches[1].size(), 900u);
 }
 
 TEST(MirrorBatch, OfAnUnknownKindIsNotRead)

@@ -46,6 +46,51 @@ TEST_F(Resynchronisation, KeepsAValueThatWasAnnouncedMeanwhile)
     EXPECT_TRUE(pair.serverAccepts);
 }
 
+TEST_F(Resynchronisation, KeepsAnAnnouncedValueWhoseNodeTheServerHasRemovedMeanwhile)
+{
+    addText(serverTree, QStringLiteral("/K/Device/D1/Other"), QStringLiteral("X"), QStringLiteral("1"));
+    pair.connect();
+    serverTree.removeNode(QStringLiteral("/K/Device/D1"));
+    addText(clientTree, QStringLiteral("/Sub/A/Device/D1"), QStringLiteral("Mine"), QString());
+    set("/Sub/A/Device/D1/Mine", "set");
+    pair.carryToClient(); // the server has not heard of it yet
+    EXPECT_EQ(at("/Sub/A/Device/D1/Mine"), QStringLiteral("set"));
+    EXPECT_FALSE(clientTree.findNode(QStringLiteral("/Sub/A/Device/D1/Other")));
+    pair.carry();
+    EXPECT_EQ(atServer("/K/Device/D1/Mine"), QStringLiteral("set"));
+}
+
+TEST_F(Resynchronisation, KeepsAnAnnouncedValueWhoseTopTheServerHasRemovedMeanwhile)
+{
+    pair.connect();
+    serverTree.removeNode(QStringLiteral("/K"));
+    addText(clientTree, QStringLiteral("/Sub/A/Device"), QStringLiteral("Mine"), QString());
+    set("/Sub/A/Device/Mine", "set");
+    pair.carryToClient();
+    EXPECT_EQ(at("/Sub/A/Device/Mine"), QStringLiteral("set"));
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("(absent)"));
+    pair.carry();
+    EXPECT_EQ(atServer("/K/Device/Mine"), QStringLiteral("set"));
+    serverTree.removeNode(QStringLiteral("/K"));
+    pair.carry();
+    EXPECT_EQ(at("/Sub/A/Device/Mine"), QStringLiteral("(absent)"));
+}
+
+TEST_F(Resynchronisation, FollowsTheServersValueWhenBothAddOneOfAnotherClass)
+{
+    pair.connect();
+    addNew<values::Value<int>>(clientTree, QStringLiteral("/Sub/A/Device/D1"), QStringLiteral("Both"))
+        ->SetValue(1, nullptr);
+    TextValue *const server = addText(serverTree, QStringLiteral("/K/Device/D1"), QStringLiteral("Both"), QString());
+    pair.carry();
+    server->SetValue(QStringLiteral("later"), nullptr);
+    pair.carry();
+    EXPECT_EQ(at("/Sub/A/Device/D1/Both"), QStringLiteral("later"));
+    set("/Sub/A/Device/D1/Both", "back");
+    pair.carry();
+    EXPECT_EQ(server->GetValue(), QStringLiteral("back"));
+}
+
 TEST_F(Resynchronisation, TakesAwayAnAnnouncedValueThatTheServerHasRemoved)
 {
     pair.connect();

@@ -12,7 +12,7 @@ namespace
 class BusyKeeper : public mirror::ISessionKeeper
 {
 public:
-    void begin(quint64, const QString &) override { asked.push_back("begin"); }
+    void beginNew() override { asked.push_back("begin"); }
     void receive(quint64, std::string) override { asked.push_back("receive"); }
     void resynchronise(quint64) override { asked.push_back("resynchronise"); }
     void end(quint64) override { asked.push_back("end"); }
@@ -22,12 +22,17 @@ public:
 class ASessionLine : public testing::Test
 {
 protected:
-    ASessionLine() { keeper->asked.clear(); }
+    ASessionLine()
+    {
+        gate->takeNew();
+        keeper->asked.clear();
+    }
     static MirrorTiming timing()
     {
         MirrorTiming timing;
         timing.heartbeat = std::chrono::milliseconds(1);
         timing.queueBytes = 1000;
+        timing.maximumBatchBytes = 2000;
         return timing;
     }
     void pull(bool room) { const VALUETREE::Delivery_var delivery = servant.pull(session, 0, room); }
@@ -71,12 +76,36 @@ TEST_F(ASessionLine, TakesNoMoreSmallBatchesThanItHasRoomFor)
     EXPECT_EQ(keeper->asked.size(), 4u);
 }
 
-TEST_F(ASessionLine, RefusesWhatIsTooShortForABatch)
+TEST_F(ASessionLine, EndsWithWhatIsTooShortOrTooLongForABatch)
 {
-    VALUETREE::Batch batch;
-    batch.length(mirror::batchHeaderBytes - 1);
-    EXPECT_THROW(servant.push(session, 1, batch), CORBA::BAD_PARAM);
-    EXPECT_THAT(keeper->asked, IsEmpty());
+    for (const std::size_t size : {std::size_t(0), mirror::batchHeaderBytes - 1, std::size_t(2001)}) {
+        const CORBA::ULongLong another = servant.open("/K", mirror::protocolVersion);
+        gate->takeNew();
+        keeper->asked.clear();
+        VALUETREE::Batch batch;
+        batch.length(static_cast<CORBA::ULong>(size));
+        EXPECT_THROW(servant.push(another, 1, batch), CORBA::BAD_PARAM);
+        EXPECT_THAT(keeper->asked, ElementsAre("end"));
+        EXPECT_THROW(servant.push(another, 1, batch), VALUETREE::SessionUnknown);
+    }
+}
+
+TEST_F(ASessionLine, ThatEndsBeforeItIsTakenLeavesNothingToDo)
+{
+    for (int i = 0; i < 3; ++i)
+        servant.close(servant.open("/K", mirror::protocolVersion));
+    EXPECT_THAT(keeper->asked, ElementsAre("begin", "begin", "begin")); // of which a keeper posts one
+    EXPECT_TRUE(gate->takeNew().empty());
+}
+
+TEST_F(ASessionLine, IsTakenOnce)
+{
+    const CORBA::ULongLong another = servant.open("/K/Device", mirror::protocolVersion);
+    const auto taken = gate->takeNew();
+    ASSERT_EQ(taken.size(), 1u);
+    EXPECT_EQ(taken[0].first, another);
+    EXPECT_EQ(taken[0].second->path, QStringLiteral("/K/Device"));
+    EXPECT_TRUE(gate->takeNew().empty());
 }
 
 TEST_F(ASessionLine, IsEndedOnce)
