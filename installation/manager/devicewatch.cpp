@@ -1,9 +1,9 @@
 #include "installation/manager/devicewatch.h"
 
 #include "installation/manager/limitedreference.h"
-#include "installation/manager/publishedendpoint.h"
 
 #include "coresupport/trace.h"
+#include "orbconnection/publishedendpoint.h"
 
 namespace installation
 {
@@ -122,7 +122,7 @@ bool DeviceWatch::take(const QString &id, CORBA::Object_ptr recorder)
     watched.reference = reference;
     watched.device.control = limitedReference<TQ_KORVE::IF_Control>(recorder, timing.callLimit);
     watched.forStatus = limitedReference<TQ_KORVE::IF_Control>(recorder, timing.statusLimit);
-    const QString address = publishedEndpoint(recorder).host;
+    const QString address = CorbaCommon::publishedEndpoint(recorder).host;
     const bool isNews = watched.device.id != id || watched.device.address != address;
     watched.device.id = id;
     watched.device.address = address;

@@ -4,10 +4,10 @@
 #include "installation/cco/centralobjectservice.h"
 #include "installation/manager/devicepublisher.h"
 #include "installation/manager/managerservice.h"
-#include "installation/manager/publishedendpoint.h"
 #include "installation/program/importservant.h"
 
 #include "orbconnection/orbhandler.h"
+#include "orbconnection/publishedendpoint.h"
 #include "orbconnection/serviceregistration.h"
 #include "orbconnection/vtserver.h"
 
@@ -124,7 +124,7 @@ void Services::Private::startRecorder()
 {
     recorder = std::make_unique<RecorderHost>(settings, poa(), names);
     const CORBA::Object_var reference = recorder->reference();
-    sayReady(Role::Recorder, publishedEndpoint(reference).port);
+    sayReady(Role::Recorder, CorbaCommon::publishedEndpoint(reference).port);
 }
 
 void Services::Private::startManager()

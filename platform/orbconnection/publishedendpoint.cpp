@@ -1,12 +1,11 @@
-#include "installation/manager/publishedendpoint.h"
+#include "orbconnection/publishedendpoint.h"
 
 #include <omniORB4/IIOP.h>
 #include <omniORB4/IOP_C.h>
 #include <omniORB4/omniIOR.h>
 
-namespace installation
+namespace CorbaCommon
 {
-
 Endpoint publishedEndpoint(CORBA::Object_ptr object)
 {
     const omniIOR_var ior = object->_PR_getobj()->_getIOR();
@@ -20,5 +19,4 @@ Endpoint publishedEndpoint(CORBA::Object_ptr object)
     }
     return {};
 }
-
-} // namespace installation
+} // namespace CorbaCommon
