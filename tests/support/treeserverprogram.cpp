@@ -1,14 +1,10 @@
 #include "orbconnection/orbhandler.h"
 #include "orbconnection/vtserver.h"
+#include "tests/support/commandinput.h"
 #include "valuetreelib/tree.h"
 #include "valuetreelib/value.h"
 
-#include <QCoreApplication>
-#include <QSocketNotifier>
-
 #include <iostream>
-
-#include <unistd.h>
 
 using namespace CorbaCommon;
 using namespace values;
@@ -63,17 +59,7 @@ int main(int argc, char **argv)
     const VtServer server(Tree::Instance(), timing);
     if (!server.isServing())
         return 1;
-    QSocketNotifier input(0, QSocketNotifier::Read);
-    QByteArray unread;
-    QObject::connect(&input, &QSocketNotifier::activated, &input, [&unread] {
-        char bytes[4096];
-        const ssize_t count = read(0, bytes, sizeof bytes);
-        if (count <= 0)
-            return QCoreApplication::quit();
-        unread.append(bytes, static_cast<int>(count));
-        for (int end; (end = unread.indexOf('\n')) >= 0; unread.remove(0, end + 1))
-            obey(QString::fromUtf8(unread.left(end)).split(u' '));
-    });
+    const CommandInput input(obey);
     set(QStringLiteral("/K/Device/State"), QStringLiteral("idle"));
     std::cout << "ready tree " << settings.address.toStdString() << ":8004" << std::endl;
     return QCoreApplication::exec();
