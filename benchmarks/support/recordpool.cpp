@@ -23,6 +23,8 @@ template <class T, class Make> QVector<T> made(int count, Make make)
     return list;
 }
 
+} // namespace
+
 PlainRecord makePlain(int n)
 {
     const quint64 begin = 1772366400000000ULL + quint64(n) * 3600000000ULL;
@@ -56,6 +58,8 @@ PlainRecord makePlain(int n)
     });
     return record;
 }
+
+namespace {
 
 void addLists(const PlainRecord &plain, KORVE_RecordData &record)
 {
@@ -102,6 +106,8 @@ void addLinks(const PlainRecord &plain, KORVE_RecordData &record)
     }
 }
 
+} // namespace
+
 KORVE_RecordData makeRecord(const PlainRecord &plain)
 {
     KORVE_RecordData record;
@@ -124,8 +130,6 @@ KORVE_RecordData makeRecord(const PlainRecord &plain)
     addLinks(plain, record);
     return record;
 }
-
-} // namespace
 
 const std::vector<PlainRecord> &plainPool()
 {

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "benchmarks/support/plainrecord.h"
+#include "benchmarks/support/require.h"
 
 #include "objectmodel/korve_recorddata.h"
 
-#include <cstdlib>
 #include <vector>
 
 /// The same 64 records in both forms, all different. A benchmark takes them in turn, so that no branch or cache learns one.
@@ -13,11 +13,7 @@ constexpr std::size_t poolSize = 64;
 const std::vector<PlainRecord> &plainPool();
 const std::vector<KORVE_XML::KORVE_RecordData> &recordPool();
 
-/// Ends the program when what is to be timed does not do its work.
-inline void require(bool holds, const char *what)
-{
-    if (holds)
-        return;
-    fprintf(stderr, "benchmark is wrong: %s\n", what);
-    std::exit(1);
-}
+/// Record number @p n; its texts are its own.
+PlainRecord makePlain(int n);
+/// Shares the texts of @p plain.
+KORVE_XML::KORVE_RecordData makeRecord(const PlainRecord &plain);

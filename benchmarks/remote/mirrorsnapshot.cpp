@@ -1,0 +1,90 @@
+#include "benchmarks/remote/mirroredtree.h"
+#include "benchmarks/remote/service.h"
+#include "benchmarks/remote/textvalues.h"
+#include "benchmarks/support/require.h"
+
+#include "valuetreelib/tree.h"
+#include "valuetreelib/valuebase.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QDataStream>
+#include <QTcpSocket>
+
+#include <memory>
+#include <vector>
+
+using namespace values;
+
+namespace {
+
+struct PlainValue {
+    QString path;
+    QString content;
+};
+using PlainValues = std::vector<std::unique_ptr<PlainValue>>;
+
+void checkMirror()
+{
+    for (int n = 0; n < texts::count; ++n) {
+        const QString path = QLatin1String(texts::top) + texts::path(n);
+        const ValueBase *const value = Tree::Instance().findValue(mirrorOf(path));
+        require(value && value->GetStringValue() == texts::content(n), "each value is mirrored");
+    }
+}
+
+PlainValues received()
+{
+    QTcpSocket socket;
+    QDataStream stream(&socket);
+    PlainValues values;
+    QObject::connect(&socket, &QTcpSocket::readyRead, &socket, [&] {
+        for (;;) {
+            auto value = std::make_unique<PlainValue>();
+            stream.startTransaction();
+            stream >> value->path >> value->content;
+            if (!stream.commitTransaction())
+                return;
+            values.push_back(std::move(value));
+        }
+    });
+    Service &service = Service::instance();
+    socket.connectToHost(service.address(), service.readyWord(3).toUShort());
+    waitFor([&values] { return values.size() == texts::count; }, "all values come by the socket");
+    return values;
+}
+
+void check(const PlainValues &values)
+{
+    for (int n = 0; n < texts::count; ++n) {
+        const PlainValue &value = *values[static_cast<std::size_t>(n)];
+        const bool isRight = value.path == texts::path(n) && value.content == texts::content(n);
+        require(isRight, "each value comes by the socket");
+    }
+}
+
+void snapshotOurs(benchmark::State &state)
+{
+    const QString path = QLatin1String(texts::top);
+    for (auto _ : state) {
+        std::unique_ptr<VtConnectionObserver> mirror;
+        state.SetIterationTime(secondsOf([&] { mirror = mirrored(path); }));
+        checkMirror();
+        mirror.reset();
+        Tree::Instance().removeNode(mirrorOf(path));
+    }
+}
+
+void snapshotFloor(benchmark::State &state)
+{
+    for (auto _ : state) {
+        PlainValues values;
+        state.SetIterationTime(secondsOf([&] { values = received(); }));
+        check(values);
+    }
+}
+
+BENCHMARK(snapshotOurs)->Name("mirror.snapshot/ours")->UseManualTime();
+BENCHMARK(snapshotFloor)->Name("mirror.snapshot/floor")->UseManualTime();
+
+} // namespace

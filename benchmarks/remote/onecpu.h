@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <vector>
+
+/// Keeps all threads of some processes, and those that they start, on one CPU for as long as it lives.
+class OneCpu
+{
+public:
+    explicit OneCpu(const std::vector<qint64> &processes);
+    OneCpu(const OneCpu &) = delete;
+    ~OneCpu();
+
+private:
+    const std::vector<qint64> processes;
+};
