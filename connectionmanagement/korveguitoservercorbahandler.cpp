@@ -1,6 +1,7 @@
 #include "connectionmanagement/korveguitoservercorbahandler.h"
 
 #include "connectionmanagement/abstractserverconnectiondata.h"
+#include "connectionmanagement/recordlisterror.h"
 #include "connectionmanagement/remotecall.h"
 
 #include "coresupport/trace.h"
@@ -27,29 +28,23 @@ constexpr std::chrono::milliseconds retryPause{100};
 constexpr int failuresUntilTrace = 1000;
 constexpr int mostDeadConnections = 16; // the tics have some as well
 
-constexpr unsigned long success = 0;
-constexpr unsigned long managerNotReachable = 201;
-constexpr unsigned long deviceUnknown = 202;
-constexpr unsigned long recordsRefused = 203;
-constexpr unsigned long recordsFailed = 205;
-
 unsigned long numberOfRecordFailure(const RemoteOutcome &outcome)
 {
     switch (outcome.kind) {
     case RemoteOutcome::Kind::Done:
-        return success;
+        return recordlist::success;
     case RemoteOutcome::Kind::ManagerException:
-        return outcome.refusal == TQ_KRV::IF_KRV_c_KRV::Invalid_DeviceId ? deviceUnknown : recordsRefused;
+        return outcome.refusal == TQ_KRV::IF_KRV_c_KRV::Invalid_DeviceId ? recordlist::deviceUnknown : recordlist::refused;
     case RemoteOutcome::Kind::NotExisting:
     case RemoteOutcome::Kind::Transient:
-        return managerNotReachable;
+        return recordlist::managerNotReachable;
     case RemoteOutcome::Kind::ConnectionLost: // not repeated: only the caller knows whether that does harm
     case RemoteOutcome::Kind::NotRegistered:
     case RemoteOutcome::Kind::SystemException:
     case RemoteOutcome::Kind::Unknown:
         break;
     }
-    return recordsFailed;
+    return recordlist::failed;
 }
 
 /// The ORB keeps its connections to a manager that has ended, and the first call on each of them fails. Here those are
@@ -255,7 +250,7 @@ unsigned long KorveGuiToServerCorbaHandler::getAllRecords(const QString &deviceI
                                                           QVector<KORVE_XML::KORVE_RecordData> &records)
 {
     if (!IsConnected())
-        return managerNotReachable;
+        return recordlist::managerNotReachable;
     const RemoteOutcome outcome = remoteCall([&] {
         const TQ_KRV::seqRECORD_DATA_var sequence = korveInterface->getAllRecords(deviceId.toLatin1().constData());
         KorveCommon::CorbaToClientConverter::convertRecords(sequence.in(), records);

@@ -53,7 +53,7 @@ public:
     /// As GetReplayInterface(). Throws what the ORB raises.
     TQ_KRV::IF_KRV_c_Chan_ptr GetKorveChannelInterface(const QString &channelId);
     TQ_KRV::IF_KORVE_Admin_ptr GetKorveAdminInterface();
-    /// Appends the records of the device. Returns an error number, 0 for success.
+    /// Appends the records of the device. Returns one of the numbers in recordlisterror.h.
     unsigned long getAllRecords(const QString &deviceId, QVector<KORVE_XML::KORVE_RecordData> &records);
 
     /// Borrows @p listener until it is removed. Null and one that is known already change nothing.
