@@ -2,6 +2,7 @@
 
 #include "coresupport/trace.h"
 
+#include <algorithm>
 #include <map>
 #include <mutex>
 #include <string>
@@ -44,6 +45,12 @@ public:
     {
         const std::lock_guard lock(mutex);
         return std::exchange(lines, {});
+    }
+    /// Whether @p part is in one of them.
+    bool contain(const std::string &part) const
+    {
+        const std::lock_guard lock(mutex);
+        return std::ranges::any_of(lines, [&](const std::string &line) { return line.find(part) != line.npos; });
     }
 
 private:

@@ -2,19 +2,12 @@
 
 #include "orbconnection/mirrorclient.h"
 #include "orbconnection/mirrorsession.h"
-#include "valuetreelib/node.h"
-#include "valuetreelib/tree.h"
-#include "valuetreelib/value.h"
-#include "valuetreelib/valuenumeric.h"
-#include "valuetreelib/valueselection.h"
-
-#include <gtest/gtest.h>
+#include "tests/orbconnection/mirrorpair.h"
 
 #include <deque>
-#include <memory>
 
 /// One client and its side of the server, joined by a function that carries the batches.
-class JoinedMirror
+class JoinedMirror : public MirrorPair
 {
 public:
     JoinedMirror(values::Tree &serverTree, values::Tree &clientTree, const QString &serverPath,
@@ -25,7 +18,7 @@ public:
     {
     }
 
-    void connect()
+    void connect() override
     {
         toClient.clear();
         toServer.clear();
@@ -36,13 +29,13 @@ public:
         session->sendSnapshot();
         carry();
     }
-    void disconnect()
+    void disconnect() override
     {
         session.reset();
         client.lose();
     }
     /// Carries everything until both sides are quiet.
-    void carry()
+    void carry() override
     {
         do {
             carryToServer();
@@ -51,6 +44,12 @@ public:
             client.flush();
         } while (!toServer.empty() || !toClient.empty());
     }
+    bool carryUntil(const std::function<bool()> &condition) override
+    {
+        carry();
+        return condition();
+    }
+    bool isConnected() const override { return session && serverAccepts && client.isComplete(); }
     void carryToServer()
     {
         client.flush();
@@ -76,46 +75,9 @@ public:
     bool serverAccepts = true;
 };
 
-template <typename T>
-T *addNew(values::Tree &tree, const QString &parent, const QString &name)
-{
-    auto value = std::make_unique<T>();
-    value->SetName(name, nullptr);
-    T *const borrowed = value.get();
-    return tree.addValue(parent, std::move(value)) ? borrowed : nullptr;
-}
-
-using TextValue = values::Value<QString>;
-
-inline TextValue *addText(values::Tree &tree, const QString &parent, const QString &name, const QString &content)
-{
-    auto *const value = addNew<TextValue>(tree, parent, name);
-    value->SetValue(content, nullptr);
-    return value;
-}
-
-/// "/K/Device" with "State" = "idle", and its mirror "/Sub/A/Device".
-class Mirror : public testing::Test
+/// Two trees, whose mirrors are joined by a function, so that a test can step in between.
+class JoinedTrees : public TwoTrees
 {
 protected:
-    QString at(const char *path) const
-    {
-        const values::ValueBase *const value = clientTree.findValue(QLatin1String(path));
-        return value ? value->GetStringValue() : QStringLiteral("(absent)");
-    }
-    QString atServer(const char *path) const
-    {
-        const values::ValueBase *const value = serverTree.findValue(QLatin1String(path));
-        return value ? value->GetStringValue() : QStringLiteral("(absent)");
-    }
-    TextValue *text(values::Tree &tree, const char *path) const
-    {
-        return dynamic_cast<TextValue *>(tree.findValue(QLatin1String(path)));
-    }
-
-    values::Tree serverTree;
-    values::Tree clientTree;
-    TextValue *const state = addText(serverTree, QStringLiteral("/K/Device/"), QStringLiteral("State"),
-                                     QStringLiteral("idle"));
     JoinedMirror pair{serverTree, clientTree, QStringLiteral("/K/Device"), QStringLiteral("/Sub/A/Device/")};
 };

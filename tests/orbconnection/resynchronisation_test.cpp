@@ -3,7 +3,7 @@
 namespace
 {
 /// A client that is told everything again while changes are on their way.
-class Resynchronisation : public Mirror
+class Resynchronisation : public JoinedTrees
 {
 protected:
     /// What the client writes before it sees the snapshot that the server has written.

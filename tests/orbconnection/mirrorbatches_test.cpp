@@ -1,0 +1,128 @@
+#include "tests/orbconnection/joinedmirror.h"
+#include "tests/orbconnection/observers.h"
+
+using namespace values;
+using mirror::MirrorClient;
+
+namespace
+{
+class MirroredBatch : public JoinedTrees
+{
+};
+
+TEST_F(MirroredBatch, EndsAsTheServerSaysWhenBothSidesSetAValueAtOnce)
+{
+    pair.connect();
+    state->SetValue(QStringLiteral("server"), nullptr);
+    text(clientTree, "/Sub/A/Device/State")->SetValue(QStringLiteral("client"), nullptr);
+    pair.carryToClient(); // older than the client's, which the server will apply next
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("client"));
+    pair.carry();
+    EXPECT_EQ(state->GetValue(), QStringLiteral("client"));
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("client"));
+    state->SetValue(QStringLiteral("later"), nullptr);
+    pair.carry();
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("later"));
+}
+
+TEST_F(MirroredBatch, DoesNotSendItsOwnValue)
+{
+    auto *const own = addText(clientTree, QStringLiteral("/Sub/A/Device"), QStringLiteral("ReregisterCorba"), {});
+    pair.connect();
+    own->SetValue(QStringLiteral("1"), nullptr);
+    pair.carry();
+    EXPECT_EQ(atServer("/K/Device/ReregisterCorba"), QStringLiteral("(absent)"));
+}
+
+TEST_F(MirroredBatch, AsksForASnapshotWhenABatchIsMissing)
+{
+    pair.connect();
+    state->SetValue(QStringLiteral("lost"), nullptr);
+    pair.session->flush();
+    pair.toClient.clear();
+    state->SetValue(QStringLiteral("arrives"), nullptr);
+    pair.carryToClient();
+    EXPECT_EQ(pair.outcome, MirrorClient::Outcome::Missing);
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("idle"));
+    pair.session->sendSnapshot();
+    pair.carry();
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("arrives"));
+    EXPECT_EQ(text(clientTree, "/Sub/A/Device/State")->GetState(), ValueStateValid);
+}
+
+TEST_F(MirroredBatch, AppliesABatchThatComesTwiceOnce)
+{
+    pair.connect();
+    Diary diary(state);
+    text(clientTree, "/Sub/A/Device/State")->SetValue(QStringLiteral("busy"), nullptr);
+    pair.client.flush();
+    pair.toServer.push_back(pair.toServer.front());
+    pair.carryToServer();
+    EXPECT_TRUE(pair.serverAccepts);
+    EXPECT_EQ(diary.codes.size(), 1u);
+}
+
+TEST_F(MirroredBatch, RefusesAClientsBatchWhenOneBeforeItIsMissing)
+{
+    pair.connect();
+    text(clientTree, "/Sub/A/Device/State")->SetValue(QStringLiteral("1"), nullptr);
+    pair.client.flush();
+    pair.toServer.clear();
+    text(clientTree, "/Sub/A/Device/State")->SetValue(QStringLiteral("2"), nullptr);
+    pair.carryToServer();
+    EXPECT_FALSE(pair.serverAccepts);
+    EXPECT_EQ(state->GetValue(), QStringLiteral("idle"));
+}
+
+TEST_F(MirroredBatch, EndsWhenAnObserverHereThrows)
+{
+    pair.connect();
+    Thrower thrower;
+    text(clientTree, "/Sub/A/Device/State")->AddObserver(&thrower);
+    state->SetValue(QStringLiteral("busy"), nullptr);
+    pair.carryToClient();
+    EXPECT_EQ(pair.outcome, MirrorClient::Outcome::Malformed);
+    text(clientTree, "/Sub/A/Device/State")->DeleteObserver(&thrower);
+    pair.disconnect();
+    pair.connect();
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("busy"));
+}
+
+TEST_F(MirroredBatch, EndsWhenAnObserverAtTheServerThrows)
+{
+    pair.connect();
+    Thrower thrower;
+    state->AddObserver(&thrower);
+    text(clientTree, "/Sub/A/Device/State")->SetValue(QStringLiteral("busy"), nullptr);
+    pair.carryToServer();
+    EXPECT_FALSE(pair.serverAccepts);
+    state->DeleteObserver(&thrower);
+}
+
+/// Every byte of a real batch cut off, and every byte changed: refused or harmless, never a crash.
+TEST_F(MirroredBatch, SurvivesDamagedBatches)
+{
+    addNew<ValueSelection>(serverTree, QStringLiteral("/K/Device/D1"), QStringLiteral("Mode"));
+    pair.session = std::make_unique<mirror::MirrorSession>(
+        serverTree, pair.serverPath, pair.timing,
+        [&](quint64, std::string bytes, bool) { pair.toClient.push_back(std::move(bytes)); }, [] {});
+    pair.session->sendSnapshot();
+    const std::string whole = pair.toClient.front();
+    int refused = 0;
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+        pair.client.begin();
+        refused += pair.client.receive(std::string_view(whole).substr(0, i)) == MirrorClient::Outcome::Malformed;
+        std::string damaged = whole;
+        damaged[i] = static_cast<char>(damaged[i] ^ 0x5a);
+        pair.client.begin();
+        pair.client.receive(damaged);
+        Tree fresh;
+        mirror::MirrorSession server(
+            fresh, QStringLiteral("/K"), pair.timing, [](quint64, std::string, bool) {}, [] {});
+        server.receive(damaged);
+    }
+    EXPECT_GT(refused, static_cast<int>(whole.size()) / 2);
+    pair.client.begin();
+    EXPECT_EQ(pair.client.receive(whole), MirrorClient::Outcome::SnapshotComplete);
+}
+} // namespace
