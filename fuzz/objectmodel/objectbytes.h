@@ -1,5 +1,6 @@
 #pragma once
 
+#include "fuzz/support/require.h"
 #include "tests/support/objectmodel/objectclass.h"
 
 #include <QByteArray>
@@ -21,10 +22,3 @@ struct ObjectBytes {
         object->SetValidate(data[1] & 1);
     }
 };
-
-/// Ends the program, which the fuzzer takes for a finding.
-inline void require(bool holds)
-{
-    if (!holds)
-        abort();
-}
