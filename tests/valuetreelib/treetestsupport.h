@@ -34,12 +34,13 @@ public:
     Observable *subject = nullptr;
 };
 
-/// Works on the tree of the process, which is empty before and after; keeps what is traced.
+/// Works on the tree of the process, which is empty before and after; keeps what is traced at the usual level.
 class TreeTest : public testing::Test
 {
 protected:
     TreeTest()
     {
+        ErrorHandler::Instance().setTraceMask(static_cast<unsigned>(TraceLevel::Normal));
         before = setTraceCapture([this](const TraceLine &line) { traces.push_back(line.text); });
     }
     ~TreeTest() override
@@ -48,6 +49,7 @@ protected:
             item->DeleteObservers(); // those of the test are gone by now
         tree.removeNode(QStringLiteral("/"));
         setTraceCapture(before);
+        ErrorHandler::Instance().setTraceMask(maskBefore);
     }
 
     template <typename T> T *add(const QString &parentPath, const QString &name, IObserver *originator = nullptr)
@@ -63,6 +65,7 @@ protected:
     Log log;
     std::vector<QString> traces;
     TraceCapture before;
+    const unsigned maskBefore = ErrorHandler::Instance().traceMask();
 };
 
 using TextValue = values::Value<QString>;
