@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <thread>
 
@@ -220,6 +221,46 @@ TEST(ValidationFlag, ReachesNestedObjectsThatAreJustMade)
     EXPECT_FALSE(record.IsInitialized());
     EXPECT_FALSE(record.GetPelinInfo().GetValidate());
 }
+
+struct LiningUpCase {
+    const char *name;
+    std::function<void(KORVE_RecordData &)> work;
+};
+
+void PrintTo(const LiningUpCase &row, std::ostream *out)
+{
+    *out << row.name;
+}
+
+class LiningUp : public testing::TestWithParam<LiningUpCase>
+{
+};
+
+TEST_P(LiningUp, GivesNestedObjectsAndItemsTheSettingsOfTheirOwner)
+{
+    const auto logger = std::make_shared<Logger>();
+    KORVE_RecordData record = filledRecord();
+    record.SetLogger(logger);
+    for (const REPORTGENERATOR::IRGObject *nested : std::initializer_list<const REPORTGENERATOR::IRGObject *>{
+             &record.GetPelinInfo(), &record.GetIndexEntry()[1]}) {
+        nested->SetValidate(false);
+        nested->ResetLogger();
+    }
+    GetParam().work(record);
+    EXPECT_TRUE(qAsConst(record).GetPelinInfo().GetValidate());
+    EXPECT_TRUE(qAsConst(record).GetIndexEntry().at(1).GetValidate());
+    EXPECT_EQ(qAsConst(record).GetPelinInfo().GetLogger(), logger);
+    EXPECT_EQ(qAsConst(record).GetIndexEntry().at(1).GetLogger(), logger);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    By, LiningUp,
+    testing::Values(LiningUpCase{"Check", [](KORVE_RecordData &record) { record.Check(); }},
+                    LiningUpCase{"XmlOutput", [](KORVE_RecordData &record) { modeltest::xmlOf(record); }},
+                    LiningUpCase{"TaggedOutput", [](KORVE_RecordData &record) { modeltest::taggedPayload(record); }},
+                    LiningUpCase{"TaggedInput",
+                                 [](KORVE_RecordData &record) { modeltest::readTagged(record, QByteArray()); }}),
+    [](const auto &row) { return std::string(row.param.name); });
 
 TEST(LoggerOfAnObject, ReachesNestedObjectsAndItems)
 {

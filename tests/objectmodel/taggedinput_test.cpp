@@ -135,6 +135,15 @@ TEST(TaggedInput, ReadsANestedObjectInPlace)
     EXPECT_TRUE(read<Admin>(bytes("e4e970b6 00000000")).IsCopySectionSet());
 }
 
+TEST(TaggedInput, SetsTheBitOfANestedObjectOnceThatIsRead)
+{
+    KORVE_RecordData record;
+    EXPECT_NE(failureOf([&] { readTagged(record, bytes("e4b4d991 0000000c 2df731bf 00000004 ffffffff")); }), "");
+    EXPECT_FALSE(record.IsPelinInfoSet());
+    readTagged(record, bytes("e4b4d991 0000000c 2df731bf 00000004 00000000"));
+    EXPECT_TRUE(record.IsPelinInfoSet());
+}
+
 TEST(TaggedInput, HandsFlagAndLoggerToFreshItems)
 {
     KORVE_RecordData record;
