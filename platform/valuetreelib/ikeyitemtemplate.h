@@ -3,6 +3,7 @@
 /// Keyed maps: items that know their key, and what every map shows of itself.
 namespace valueitemmap
 {
+/// An item of a keyed map, which finds its place by its own key.
 template <typename Key> class IKeyItemTemplate
 {
 public:
