@@ -75,6 +75,18 @@ TEST(Contracts, HaveExactlyTheListedOperationsInTheirOrder)
     EXPECT_THAT(generatedstubs::operations(), ContainerEq(listed));
 }
 
+TEST(Contracts, HaveExactlyTheListedStructuresWithTheirMembersInOrder)
+{
+    const NamesByHeading listed = contractlists::read("structures.txt");
+    ASSERT_THAT(listed, SizeIs(48));
+    EXPECT_THAT(generatedstubs::structures(), ContainerEq(listed));
+}
+
+TEST(Contracts, ResolveByTheFirstLiteral)
+{
+    EXPECT_EQ(static_cast<int>(CCO::rtInstallation), 0);
+}
+
 TEST(Contracts, NameTheKindsOfEveryExceptionInWireOrder)
 {
     const NamesByHeading listed = contractlists::read("kinds.txt");

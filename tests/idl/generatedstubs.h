@@ -14,8 +14,12 @@ namespace generatedstubs
 
 std::set<std::string> repositoryIds();
 
-/// Each interface ("TQ_KRV::IF_KRV_c_KRV") with the operations that its skeleton dispatches, without inherited ones.
+/// Each interface ("TQ_KRV::IF_KRV_c_KRV") with the operations of its stub, without inherited ones: "RESULT NAME(TYPE,
+/// out TYPE) raises EXCEPTION, EXCEPTION", in the words of IDL.
 NamesByHeading operations();
+
+/// Each structure ("korve struMETA_DATA") with its members, "TYPE NAME", and each sequence with "sequence TYPE".
+NamesByHeading structures();
 
 /// Each enumeration ("korvemanager eGenKind") with its literals.
 NamesByHeading enumerations();
