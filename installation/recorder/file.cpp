@@ -79,12 +79,6 @@ void File::write(const QByteArray &bytes)
     }
 }
 
-void File::seek(quint64 position)
-{
-    if (::lseek(descriptor, static_cast<off_t>(position), SEEK_SET) < 0)
-        fail("read", path);
-}
-
 void File::sync()
 {
     if (::fsync(descriptor) != 0)

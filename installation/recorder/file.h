@@ -23,7 +23,6 @@ public:
     /// Keeps other processes from locking it; ends with this object, and with the process.
     bool tryLock();
     void write(const QByteArray &bytes);
-    void seek(quint64 position);
     /// Returns when the content is on the disk.
     void sync();
     /// At most @p maximum bytes, fewer at the end of the file alone.

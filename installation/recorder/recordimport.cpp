@@ -40,13 +40,11 @@ void stopWhenCancelled(const ImportControl &control)
 void copySamples(const ImportSource &source, const QString &target, const ImportControl &control)
 {
     const quint64 total = source.record.sizeBytes;
-    File from = File::openForReading(source.samplesPath);
     File to = File::create(target);
-    from.seek(source.firstByte);
     QCryptographicHash checksum(QCryptographicHash::Sha512);
     for (quint64 done = 0; done < total;) {
         stopWhenCancelled(control);
-        const QByteArray step = from.read(static_cast<qint64>(std::min(stepBytes, total - done)));
+        const QByteArray step = source.samples->read(static_cast<qint64>(std::min(stepBytes, total - done)));
         if (step.isEmpty())
             throw RecorderError(TQ_KORVE::ekRECORD_CORRUPTED, QStringLiteral("it became shorter while it was read"));
         to.write(step);

@@ -1,5 +1,7 @@
 #include "installation/recorder/sampleformat.h"
 
+#include <sndfile.h>
+
 #include <array>
 
 namespace installation::recorder
@@ -19,14 +21,14 @@ constexpr std::array numbers{
     Number{"i16", 2}, Number{"u16", 2}, Number{"i8", 1},  Number{"u8", 1},
 };
 
-struct WavFormat {
-    unsigned code;
-    unsigned bits;
+struct SoundFormat {
+    int subtype;
     const char *datatype;
 };
-constexpr std::array wavFormats{
-    WavFormat{1, 8, "ru8"},     WavFormat{1, 16, "ri16_le"}, WavFormat{1, 32, "ri32_le"},
-    WavFormat{3, 32, "rf32_le"}, WavFormat{3, 64, "rf64_le"},
+constexpr std::array soundFormats{
+    SoundFormat{SF_FORMAT_PCM_U8, "ru8"},     SoundFormat{SF_FORMAT_PCM_16, "ri16_le"},
+    SoundFormat{SF_FORMAT_PCM_32, "ri32_le"}, SoundFormat{SF_FORMAT_FLOAT, "rf32_le"},
+    SoundFormat{SF_FORMAT_DOUBLE, "rf64_le"},
 };
 
 /// Only a single byte needs no order.
@@ -50,10 +52,10 @@ std::optional<SampleFormat> SampleFormat::ofSigmf(const QString &datatype)
     return {};
 }
 
-std::optional<SampleFormat> SampleFormat::ofWav(unsigned code, unsigned bits)
+std::optional<SampleFormat> SampleFormat::ofSound(int subtype)
 {
-    for (const WavFormat &format : wavFormats)
-        if (format.code == code && format.bits == bits)
+    for (const SoundFormat &format : soundFormats)
+        if (format.subtype == subtype)
             return ofSigmf(QLatin1String(format.datatype));
     return {};
 }

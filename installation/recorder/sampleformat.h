@@ -15,8 +15,8 @@ struct SampleFormat {
 
     /// None for a word that is not known.
     static std::optional<SampleFormat> ofSigmf(const QString &datatype);
-    /// By the format code and the bits per sample of a WAV file; none for what samples cannot be told from.
-    static std::optional<SampleFormat> ofWav(unsigned code, unsigned bits);
+    /// By libsndfile's number for the samples of a WAV file; none for those that SigMF has no word for.
+    static std::optional<SampleFormat> ofSound(int subtype);
 
     DataFormat dataFormat() const;
 };

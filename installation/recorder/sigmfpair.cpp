@@ -127,7 +127,7 @@ ImportSource inspectSigmf(const QString &path)
     const QByteArray document = readWhole(metaPath, RecordFolder::maximumMetaBytes);
     const QJsonObject sigmf = JsonMembers::document(document, metaPath);
     const QString dataPath = base + dataEnding;
-    ImportSource source{dataPath, 0, {}, describe(describeSignal(JsonMembers(sigmf), dataPath))};
+    ImportSource source{std::make_unique<PlainSamples>(dataPath), {}, describe(describeSignal(JsonMembers(sigmf), dataPath))};
     source.sha512 = checksum(sigmf.value(QLatin1String("global")).toObject());
     source.record.name = QFileInfo(base).fileName();
     if (isOurDocument(sigmf))

@@ -1,15 +1,18 @@
 #include "installation/recorder/wavfile.h"
 
-#include "installation/recorder/file.h"
 #include "installation/recorder/filetime.h"
 #include "installation/recorder/recordererror.h"
 #include "installation/recorder/signaldescription.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QtEndian>
 
+#include <sndfile.h>
+
 #include <algorithm>
+#include <mutex>
 
 namespace installation::recorder
 {
@@ -17,121 +20,105 @@ namespace installation::recorder
 namespace
 {
 
-constexpr unsigned extensibleCode = 0xFFFE;
 constexpr quint32 sizeIsElsewhere = 0xFFFFFFFF;
-constexpr qint64 formatBytes = 40; // as much of it as anybody defines
+constexpr unsigned longSizeBytes = 16; // of the chunk of long sizes: that of the file, then that of the samples
 
 RecorderError refusal(const QString &reason)
 {
     return {TQ_KORVE::ekINVALID_VALUE, reason};
 }
 
-struct Format {
-    unsigned code = 0;
-    unsigned channels = 0;
-    quint32 sampleRateHz = 0;
-    unsigned bits = 0;
+struct Close {
+    void operator()(SNDFILE *file) const { sf_close(file); }
 };
+using SoundFile = std::unique_ptr<SNDFILE, Close>;
 
-struct Samples {
-    quint64 firstByte = 0;
-    quint64 sizeBytes = 0;
-};
-
-template <typename Integer> Integer at(const QByteArray &bytes, int position)
-{
-    return qFromLittleEndian<Integer>(bytes.constData() + position);
-}
-
-/// Walks the chunks up to the samples. Every length is checked against what is left of the file.
-class ChunkReader
+class WavSamples : public SampleReader
 {
 public:
-    explicit ChunkReader(const QString &path) : file(File::openForReading(path)), fileBytes(file.status().st_size) {}
-
-    void read()
+    WavSamples(SoundFile file, unsigned frameBytes) : file(std::move(file)), frameBytes(frameBytes) {}
+    QByteArray read(qint64 maximum) override
     {
-        if (read(12).mid(8) != "WAVE")
-            throw refusal(QStringLiteral("its RIFF content is not WAVE"));
-        while (samples.firstByte == 0)
-            readChunk();
-        if (format.code == 0)
-            throw refusal(QStringLiteral("its samples come before their format"));
-    }
-
-    Format format;
-    Samples samples;
-
-private:
-    QByteArray read(qint64 count)
-    {
-        const QByteArray bytes = file.read(count);
-        if (bytes.size() < count)
-            throw refusal(QStringLiteral("the file ends in its header"));
-        position += count;
+        QByteArray bytes(static_cast<int>(maximum - maximum % frameBytes), Qt::Uninitialized);
+        bytes.truncate(static_cast<int>(sf_read_raw(file.get(), bytes.data(), bytes.size())));
         return bytes;
     }
 
-    void readChunk()
-    {
-        const QByteArray head = read(8);
-        const QByteArray name = head.left(4);
-        const quint32 size = at<quint32>(head, 4);
-        if (name == "data")
-            return placeSamples(size);
-        if (size > fileBytes - position)
-            throw refusal(QStringLiteral("the file ends in its header"));
-        const quint64 next = position + size + size % 2; // chunks begin at even places
-        if (name == "fmt ")
-            readFormat(read(std::min<qint64>(size, formatBytes)));
-        else if (name == "ds64")
-            readLongSizes(read(std::min<qint64>(size, 16)));
-        file.seek(next);
-        position = next;
-    }
-
-    void readFormat(const QByteArray &bytes)
-    {
-        if (bytes.size() < 16)
-            throw refusal(QStringLiteral("its format has %1 bytes only").arg(bytes.size()));
-        format = {at<quint16>(bytes, 0), at<quint16>(bytes, 2), at<quint32>(bytes, 4), at<quint16>(bytes, 14)};
-        if (format.code == extensibleCode && bytes.size() == formatBytes)
-            format.code = at<quint16>(bytes, 24);
-    }
-
-    void readLongSizes(const QByteArray &bytes)
-    {
-        if (bytes.size() == 16)
-            longSize = at<quint64>(bytes, 8);
-    }
-
-    void placeSamples(quint32 size)
-    {
-        samples = {position, size == sizeIsElsewhere && longSize != 0 ? longSize : size};
-        if (samples.sizeBytes > fileBytes - position)
-            throw refusal(QStringLiteral("the file is cut off: %1 of %2 bytes of samples are there")
-                              .arg(QString::number(fileBytes - position), QString::number(samples.sizeBytes)));
-    }
-
-    File file;
-    const quint64 fileBytes;
-    quint64 position = 0;
-    quint64 longSize = 0;
+private:
+    const SoundFile file;
+    const unsigned frameBytes; ///< no less is read at a time
 };
 
-SignalDescription describeSound(const Format &format, const Samples &samples, quint64 beginUs)
+SoundFile openSound(const QString &path, SF_INFO &info)
 {
-    const std::optional<SampleFormat> sampleFormat = SampleFormat::ofWav(format.code, format.bits);
-    if (!sampleFormat)
-        throw refusal(QStringLiteral("samples of format %1 with %2 bits are not known")
-                          .arg(QString::number(format.code), QString::number(format.bits)));
+    static std::mutex mutex; // guards the library's one text of why the last file could not be opened
+    const std::scoped_lock lock(mutex);
+    SoundFile file(sf_open(QFile::encodeName(path).constData(), SFM_READ, &info));
+    if (!file)
+        throw refusal(QString::fromUtf8(sf_strerror(nullptr)));
+    const int type = info.format & SF_FORMAT_TYPEMASK;
+    if (type != SF_FORMAT_WAV && type != SF_FORMAT_WAVEX && type != SF_FORMAT_RF64)
+        throw refusal(QStringLiteral("its RIFF content is not WAVE"));
+    return file;
+}
+
+/// The chunk @p name and its size; the iterator is null without one, and the file's to free.
+SF_CHUNK_ITERATOR *findChunk(SNDFILE *file, const char *name, SF_CHUNK_INFO &chunk)
+{
+    chunk.id_size = 4;
+    std::copy_n(name, chunk.id_size, chunk.id);
+    SF_CHUNK_ITERATOR *const found = sf_get_chunk_iterator(file, &chunk);
+    return found && sf_get_chunk_size(found, &chunk) == SF_ERR_NO_ERROR ? found : nullptr;
+}
+
+quint64 longSize(SNDFILE *file)
+{
+    SF_CHUNK_INFO chunk{};
+    SF_CHUNK_ITERATOR *const found = findChunk(file, "ds64", chunk);
+    char content[longSizeBytes]{};
+    const bool isWhole = found && chunk.datalen >= longSizeBytes;
+    chunk.datalen = longSizeBytes;
+    chunk.data = content;
+    if (!isWhole || sf_get_chunk_data(found, &chunk) != SF_ERR_NO_ERROR)
+        throw refusal(QStringLiteral("it does not say how many samples it has"));
+    return qFromLittleEndian<quint64>(content + 8);
+}
+
+/// What the file says of the size of its samples. The library itself is content with as many as are there.
+quint64 declaredBytes(SNDFILE *file)
+{
+    SF_CHUNK_INFO chunk{};
+    if (!findChunk(file, "data", chunk))
+        throw refusal(QStringLiteral("it has no samples"));
+    return chunk.datalen == sizeIsElsewhere ? longSize(file) : chunk.datalen;
+}
+
+SampleFormat sampleFormatOf(const SF_INFO &info)
+{
+    const int subtype = info.format & SF_FORMAT_SUBMASK;
+    if (const std::optional<SampleFormat> format = SampleFormat::ofSound(subtype))
+        return *format;
+    SF_FORMAT_INFO unknown{};
+    unknown.format = subtype;
+    sf_command(nullptr, SFC_GET_FORMAT_INFO, &unknown, sizeof unknown);
+    throw refusal(QStringLiteral("samples in %1 are not known")
+                      .arg(unknown.name ? QString::fromUtf8(unknown.name) : QString::number(subtype, 16)));
+}
+
+SignalDescription describeSound(SNDFILE *file, const SF_INFO &info, quint64 beginUs)
+{
     SignalDescription signal;
-    signal.sampleFormat = *sampleFormat;
+    signal.sampleFormat = sampleFormatOf(info);
     signal.dataFormat = KORVE_XML::KORVE_RecordData::DIGITAL_AUDIO;
-    signal.channels = format.channels;
-    signal.sampleRateHz = format.sampleRateHz;
-    signal.sizeBytes = samples.sizeBytes;
+    signal.channels = static_cast<unsigned>(info.channels);
+    signal.sampleRateHz = info.samplerate;
+    signal.sizeBytes = declaredBytes(file);
     signal.beginUs = beginUs;
+    const quint64 frameBytes = quint64(signal.sampleFormat.bytes) * signal.channels;
+    const quint64 presentBytes = static_cast<quint64>(info.frames) * frameBytes;
+    if (presentBytes < signal.sizeBytes - signal.sizeBytes % frameBytes)
+        throw refusal(QStringLiteral("the file is cut off: %1 of %2 bytes of samples are there")
+                          .arg(QString::number(presentBytes), QString::number(signal.sizeBytes)));
     return signal;
 }
 
@@ -153,10 +140,13 @@ QJsonObject sigmfOf(const SignalDescription &signal)
 
 ImportSource inspectWav(const QString &path)
 {
-    ChunkReader chunks(path);
-    chunks.read();
-    const SignalDescription signal = describeSound(chunks.format, chunks.samples, modificationTimeUs(path));
-    ImportSource source{path, chunks.samples.firstByte, {}, describe(signal)};
+    const quint64 beginUs = modificationTimeUs(path); // refuses what is no regular file, at which opening might wait
+    SF_INFO info{};
+    SoundFile file = openSound(path, info);
+    const SignalDescription signal = describeSound(file.get(), info, beginUs);
+    const unsigned frameBytes = signal.sampleFormat.bytes * signal.channels;
+    ImportSource source{nullptr, {}, describe(signal)};
+    source.samples = std::make_unique<WavSamples>(std::move(file), frameBytes);
     source.record.name = QFileInfo(path).completeBaseName();
     source.record.sigmf = sigmfOf(signal);
     return source;

@@ -54,7 +54,8 @@ protected:
 TEST_F(Inspection, OfAWavFileFindsItsSamples)
 {
     const ImportSource source = inspectFile(wav(WavFile{}.bytes()));
-    EXPECT_EQ(source.firstByte, 44u);
+    EXPECT_EQ(source.samples->read(100), WavFile{}.samples);
+    EXPECT_TRUE(source.samples->read(100).isEmpty());
     const Record &record = source.record;
     EXPECT_EQ(record.name, "tone.of.day");
     EXPECT_EQ(record.sizeBytes, 8u);
@@ -76,26 +77,46 @@ TEST_F(Inspection, OfAWavFilePassesOtherChunks)
 {
     WavFile file;
     file.before = chunk("LIST", "odd") + chunk("junk", QByteArray(100, 'j'));
-    EXPECT_EQ(inspectFile(wav(file.bytes())).firstByte, 44u + 12 + 108);
+    EXPECT_EQ(inspectFile(wav(file.bytes() + chunk("LIST", "behind"))).samples->read(100), file.samples);
 }
 
 TEST_F(Inspection, OfAnExtensibleWavFileLooksBehindTheCode)
 {
     QByteArray bytes = WavFile{}.bytes();
     const QByteArray format = bytes.mid(20, 16).replace(0, 2, "\xfe\xff") + littleEndian(quint16(22)) +
-                              littleEndian(quint16(16)) + littleEndian(quint32(4)) + littleEndian(quint16(1)) +
-                              QByteArray(14, 'g');
+                              littleEndian(quint16(16)) + littleEndian(quint32(4)) +
+                              QByteArray::fromHex("0100000000001000800000aa00389b71"); // what PCM is called there
     bytes = bytes.left(12) + chunk("fmt ", format) + bytes.mid(36);
     EXPECT_EQ(inspectFile(wav(bytes)).record.sigmf["global"].toObject()["core:datatype"].toString(), "ri16_le");
 }
 
-TEST_F(Inspection, OfALongWavFileTakesTheLongSize)
+/// A file whose size of samples stands in a chunk of its own.
+QByteArray longWav(quint64 sizeBytes)
 {
     WavFile file;
-    file.before = chunk("ds64", littleEndian(quint64(0)) + littleEndian(quint64(6)) + QByteArray(12, 0));
+    file.before = chunk("ds64", littleEndian(quint64(0)) + littleEndian(sizeBytes) + QByteArray(12, 0));
     QByteArray bytes = file.bytes();
-    bytes.replace(0, 4, "RF64").replace(bytes.indexOf("data") + 4, 4, "\xff\xff\xff\xff");
-    EXPECT_EQ(inspectFile(wav(bytes)).record.sizeBytes, 6u);
+    return bytes.replace(0, 4, "RF64").replace(bytes.indexOf("data") + 4, 4, "\xff\xff\xff\xff");
+}
+
+TEST_F(Inspection, OfALongWavFileTakesTheLongSize)
+{
+    const ImportSource source = inspectFile(wav(longWav(6)));
+    EXPECT_EQ(source.record.sizeBytes, 6u);
+    EXPECT_EQ(source.samples->read(100), WavFile{}.samples.left(6));
+}
+
+TEST_F(Inspection, OfALongWavFileRefusesItWhenSamplesAreMissing)
+{
+    EXPECT_NE(refusalOf(wav(longWav(10))).find("8 of 10 bytes of samples are there"), std::string::npos);
+    EXPECT_NE(refusalOf(wav(longWav(quint64(-2)))).find("incomplete"), std::string::npos);
+}
+
+TEST_F(Inspection, OfAWavFileRefusesASizeThatNobodyKnew)
+{
+    QByteArray bytes = WavFile{}.bytes();
+    bytes.replace(40, 4, "\xff\xff\xff\xff");
+    EXPECT_NE(refusalOf(wav(bytes)).find("does not say how many"), std::string::npos);
 }
 
 TEST_F(Inspection, OfAWavFileRefusesItWhenCutAnywhere)
@@ -131,20 +152,19 @@ INSTANTIATE_TEST_SUITE_P(
                     WavCase{"Stereo", {.channels = 2, .bits = 16}, "ri16_le"}, WavCase{"Longs", {.bits = 32}, "ri32_le"},
                     WavCase{"Floats", {.code = 3, .bits = 32}, "rf32_le"},
                     WavCase{"Doubles", {.code = 3, .bits = 64}, "rf64_le"},
-                    WavCase{"ThreeBytes", {.bits = 24}, "format 1 with 24 bits are not known"},
-                    WavCase{"Companded", {.code = 6, .bits = 8}, "format 6 with 8 bits are not known"},
-                    WavCase{"Compressed", {.code = 2, .bits = 4}, "format 2 with 4 bits are not known"},
+                    WavCase{"ThreeBytes", {.bits = 24}, "24 bit PCM are not known"},
+                    WavCase{"Companded", {.code = 6, .bits = 8}, "A-Law are not known"},
+                    WavCase{"OfAnUnknownCode", {.code = 0x4711, .bits = 8}, "Malformed 'fmt ' chunk"},
                     WavCase{"HalfASample", {.samples = QByteArray(7, 's')}, "no whole number of samples"},
                     WavCase{"NoSamples", {.samples = {}}, "holds no samples"},
-                    WavCase{"NoChannels", {.channels = 0}, "holds no samples"},
-                    WavCase{"NoRate", {.sampleRateHz = 0}, "a sample rate of 0 Hz"}),
+                    WavCase{"NoChannels", {.channels = 0}, "Channel count is zero"},
+                    WavCase{"NoRate", {.sampleRateHz = 0}, "incomplete"}),
     [](const auto &info) { return std::string(info.param.name); });
 
 TEST_F(Inspection, OfASigmfPairTakesWhatItSays)
 {
     const ImportSource source = inspectFile(sigmf(sigmfMeta()));
-    EXPECT_EQ(source.samplesPath, directory.filePath("air.sigmf-data"));
-    EXPECT_EQ(source.firstByte, 0u);
+    EXPECT_EQ(source.samples->read(5000), QByteArray(4000, 's'));
     const Record &record = source.record;
     EXPECT_EQ(record.name, "air");
     EXPECT_EQ(record.sizeBytes, 4000u);
@@ -244,7 +264,9 @@ TEST_F(Inspection, RefusesFilesThatAreNoRecordings)
 {
     const QString path = directory.filePath("notes.txt");
     writeFile(path, "RIFFLE");
-    EXPECT_NE(refusalOf(path).find("is not WAVE"), 0u);
+    EXPECT_NE(refusalOf(path), "taken");
+    writeFile(path, "RIFF" + littleEndian(quint32(4)) + "AVI ");
+    EXPECT_NE(refusalOf(path), "taken");
     writeFile(path, "hello");
     EXPECT_NE(refusalOf(path).find("neither a WAV file nor"), std::string::npos);
     EXPECT_NE(refusalOf(directory.filePath("nothing.wav")).find("No such file"), std::string::npos);
