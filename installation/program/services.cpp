@@ -62,16 +62,20 @@ public:
         : service(settings.manager(), poa,
                   CCO::IF_CCO_c_var(OrbHandler::Instance().centralService(centralServiceLimit)), devices.listener())
     {
-        if (!tree.isServing())
+        // A client that has the tree looks for the manager at once, so the manager comes first. Without a central
+        // object service nobody can find either.
+        names.registerObject(QStringLiteral("KorveManager/IF_KRV_c_KRV"), CORBA::Object_var(service.reference()));
+        names.waitUntilTried();
+        tree = std::make_unique<VtServer>();
+        if (!tree->isServing())
             throw std::runtime_error("the value tree cannot be served");
         names.registerEndpoint(QStringLiteral("KorveManager/VTConnect"), VtServer::port);
-        names.registerObject(QStringLiteral("KorveManager/IF_KRV_c_KRV"), CORBA::Object_var(service.reference()));
     }
 
 private:
     DevicePublisher devices;
-    const VtServer tree;
     ManagerService service;
+    std::unique_ptr<VtServer> tree;
 };
 
 void sayReady(Role role, unsigned short port)

@@ -3,6 +3,7 @@
 #include "coresupport/trace.h"
 #include "orbconnection/backgroundthreads.h"
 #include "orbconnection/orboptions.h"
+#include "orbconnection/staleconnections.h"
 
 #include <QCoreApplication>
 
@@ -16,8 +17,6 @@ namespace CorbaCommon
 namespace
 {
 constexpr char sourceName[] = "orbconnection/orbhandler";
-// Of connections to a process that has ended: the first call on each of them fails.
-constexpr int mostStaleConnections = 4;
 
 /// What the one handler is to be made with.
 struct Beginning {
@@ -50,18 +49,6 @@ PortableServer::POA_ptr activePoa(CORBA::ORB_ptr orb, const char *name)
     const PortableServer::POAManager_var manager = poa->the_POAManager();
     manager->activate();
     return poa._retn();
-}
-
-/// Makes a call that may be repeated.
-template <typename Call> auto pastStaleConnections(const Call &call)
-{
-    for (int i = 0; i < mostStaleConnections; ++i) {
-        try {
-            return call();
-        } catch (const CORBA::COMM_FAILURE &) {
-        }
-    }
-    return call();
 }
 
 QStringList toList(const CCO::seqString &sequence)

@@ -2,6 +2,7 @@
 
 #include "coresupport/trace.h"
 #include "orbconnection/orbhandler.h"
+#include "orbconnection/staleconnections.h"
 
 namespace CorbaCommon
 {
@@ -99,7 +100,7 @@ template <typename Call> bool RegistrationWorker::succeeds(const QString &name, 
     if (CORBA::is_nil(service))
         return note(false, "the ORB does not run");
     try {
-        call(name.toUtf8().constData());
+        pastStaleConnections([&, path = name.toUtf8()] { call(path.constData()); });
         return note(true, "");
     } catch (const CORBA::Exception &e) {
         return note(false, e._name());

@@ -26,6 +26,8 @@ public:
     void offer(const QString &name, const Offer &offer);
     void withdraw(const QString &name);
     void withdrawAll();
+    /// The last call for a name succeeded.
+    bool isRegistered() const { return !failing; }
 
 private:
     bool registerOne(const QString &name, const Offer &offer);

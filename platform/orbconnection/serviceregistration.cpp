@@ -4,13 +4,15 @@
 #include "orbconnection/registrationworker.h"
 #include "orbconnection/workerthread.h"
 
+#include <future>
+
 namespace CorbaCommon
 {
 class ServiceRegistration::Private
 {
 public:
     explicit Private(const Timing &timing)
-        : thread("ServiceRegistration", std::make_unique<RegistrationWorker>(timing))
+        : callLimit(timing.callLimit), thread("ServiceRegistration", std::make_unique<RegistrationWorker>(timing))
     {
     }
     void offer(const QString &name, const RegistrationWorker::Offer &offer)
@@ -18,6 +20,7 @@ public:
         thread.post([name, offer](RegistrationWorker &worker) { worker.offer(name, offer); });
     }
 
+    const std::chrono::milliseconds callLimit;
     WorkerThread<RegistrationWorker> thread;
 };
 
@@ -56,5 +59,13 @@ void ServiceRegistration::registerEndpoint(const QString &name, unsigned short p
 void ServiceRegistration::unregister(const QString &name)
 {
     d->thread.post([name](RegistrationWorker &worker) { worker.withdraw(name); });
+}
+
+bool ServiceRegistration::waitUntilTried()
+{
+    const auto tried = std::make_shared<std::promise<bool>>(); // shared: it may come after we have gone
+    std::future<bool> isRegistered = tried->get_future();
+    d->thread.post([tried](RegistrationWorker &worker) { tried->set_value(worker.isRegistered()); });
+    return isRegistered.wait_for(d->callLimit) == std::future_status::ready && isRegistered.get();
 }
 } // namespace CorbaCommon

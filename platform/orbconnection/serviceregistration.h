@@ -15,7 +15,7 @@ namespace CorbaCommon
 /// a new central service learns of them without anybody's doing.
 ///
 /// A thread of its own makes the calls. Needs a running OrbHandler.
-/// Thread: any one; never blocks, but for the destructor.  Errors: traced when they begin and when they end.
+/// Thread: any one; never blocks, but for the destructor and where it says so.  Errors: traced when they begin and when they end.
 class ORBCONNECTION_EXPORT ServiceRegistration
 {
 public:
@@ -36,6 +36,9 @@ public:
     /// Registers the values (address, port): where this host can be reached, as OrbSettings publishes it.
     void registerEndpoint(const QString &name, unsigned short port);
     void unregister(const QString &name);
+    /// Waits until all that was offered before has been tried: whether all of it is registered. For what must not be
+    /// found before these names are. Blocks at most for a call limit.
+    bool waitUntilTried();
 
 private:
     class Private;

@@ -73,6 +73,26 @@ TEST_F(Registration, TakesItsNamesBack)
     EXPECT_TRUE(valuesOf("B").empty());
 }
 
+TEST_F(Registration, CanBeWaitedFor)
+{
+    ServiceRegistration registration;
+    const CCO::IF_CCO_c_var object = direct();
+    registration.registerObject(QStringLiteral("A/Object"), object);
+    EXPECT_TRUE(registration.waitUntilTried());
+    EXPECT_TRUE(isThere("A/Object"));
+}
+
+TEST_F(Registration, IsNotWaitedForWithoutAService)
+{
+    killService();
+    ServiceRegistration registration(timing);
+    registration.registerValues(QStringLiteral("A"), {QStringLiteral("one")});
+    EXPECT_FALSE(registration.waitUntilTried());
+    startService();
+    EXPECT_TRUE(comesTrue([&] { return registration.waitUntilTried(); }));
+    EXPECT_FALSE(valuesOf("A").empty());
+}
+
 TEST_F(Registration, EndsSoonAlsoWithoutAnAnswer)
 {
     auto registration = std::make_unique<ServiceRegistration>(timing);

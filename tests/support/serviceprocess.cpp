@@ -39,6 +39,13 @@ void ServiceProcess::kill()
     process.waitForFinished();
 }
 
+int ServiceProcess::end()
+{
+    process.terminate();
+    const bool hasEnded = process.waitForFinished(startLimitMs) && process.exitStatus() == QProcess::NormalExit;
+    return hasEnded ? process.exitCode() : -1;
+}
+
 void ServiceProcess::suspend()
 {
     const auto id = static_cast<pid_t>(process.processId());

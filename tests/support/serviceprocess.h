@@ -20,6 +20,8 @@ public:
 
     /// As kill -9; returns when it is gone.
     void kill();
+    /// Asks it to end; returns its exit code, -1 when it does not end by itself.
+    int end();
     /// As if its machine stood still; returns when it does.
     void suspend();
     void resume();

@@ -2,6 +2,9 @@
 
 #include "tests/installation/manager/wavfile.h"
 
+#include "orbconnection/orbhandler.h"
+
+#include <QDeadlineTimer>
 #include <QProcess>
 #include <QtTest/QTest>
 
@@ -23,6 +26,17 @@ int exitCodeAfter(int signal, const QStringList &arguments)
     ::kill(static_cast<pid_t>(process.processId()), signal);
     const bool hasEnded = process.waitForFinished(20000);
     return hasEnded && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+}
+
+bool treeAnswers()
+{
+    const QString reference = QStringLiteral("corbaloc::1.2@%1:8004/ValueTree").arg(qEnvironmentVariable("KORVE_ADDRESS"));
+    const CORBA::ORB_ptr orb = CorbaCommon::OrbHandler::Instance().orb();
+    try {
+        return !CORBA::Object_var(orb->string_to_object(reference.toLatin1()))->_non_existent();
+    } catch (const CORBA::SystemException &) {
+        return false;
+    }
 }
 
 } // namespace
@@ -73,6 +87,21 @@ TEST_F(Installation, HasAllAgainAfterAKillOfTheManager)
     shared->manager = start("manager");
     ASSERT_TRUE(managerKnowsTheDevice());
     EXPECT_EQ(recordIds(), before);
+}
+
+TEST_F(Installation, HasItsManagerRegisteredBeforeItsTreeAnswers)
+{
+    shared->manager->kill();
+    ASSERT_TRUE(QTest::qWaitFor([] { return CORBA::is_nil(TQ_KRV::IF_KRV_c_KRV_var(manager())); }, 20000));
+    QProcess process;
+    process.start(QStringLiteral(INSTALLATION_PROGRAM), argumentsOf("manager"));
+    for (const QDeadlineTimer end(20000); !treeAnswers() && !end.hasExpired();) {
+        // A client that waits for the tree does the same, at a smaller pace.
+    }
+    EXPECT_FALSE(CORBA::is_nil(TQ_KRV::IF_KRV_c_KRV_var(manager())));
+    process.kill();
+    process.waitForFinished();
+    shared->manager = start("manager");
 }
 
 TEST_F(Installation, FillsANewCentralService)

@@ -51,11 +51,20 @@ void InstallationFixture::TearDownTestSuite()
 
 std::unique_ptr<ServiceProcess> InstallationFixture::start(const char *role)
 {
-    const QString name = QLatin1String(role);
-    return std::make_unique<ServiceProcess>(program, QStringList{QStringLiteral("--role"), name,
-                                                                 QStringLiteral("--end-with-parent"),
-                                                                 QStringLiteral("--config"), filePath("host.ini"),
-                                                                 QStringLiteral("--state"), filePath(role)});
+    return std::make_unique<ServiceProcess>(program, argumentsOf(role));
+}
+
+QStringList InstallationFixture::argumentsOf(const char *role)
+{
+    return {QStringLiteral("--role"),   QLatin1String(role),   QStringLiteral("--end-with-parent"),
+            QStringLiteral("--config"), filePath("host.ini"), QStringLiteral("--state"),
+            filePath(role)};
+}
+
+std::unique_ptr<ServiceProcess> &InstallationFixture::process(const char *role)
+{
+    const std::string name(role);
+    return name == "cco" ? shared->centralService : name == "recorder" ? shared->recorder : shared->manager;
 }
 
 InstallationFixture::Run InstallationFixture::run(const QStringList &arguments)

@@ -28,6 +28,9 @@ protected:
     static void TearDownTestSuite();
 
     static std::unique_ptr<ServiceProcess> start(const char *role);
+    static QStringList argumentsOf(const char *role);
+    /// The one of the role that runs, or ran.
+    static std::unique_ptr<ServiceProcess> &process(const char *role);
     static Run run(const QStringList &arguments);
     /// As the program's sub-command.
     static Run import(const QStringList &files);
