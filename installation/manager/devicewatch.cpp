@@ -21,17 +21,26 @@ std::string textOf(CORBA::Object_ptr object)
     return CORBA::String_var(orb->object_to_string(object)).in();
 }
 
-DeviceStatus statusOf(TQ_KORVE::IF_Control_ptr recorder, int lastCount, bool countRecords)
+DeviceStatus statusOf(TQ_KORVE::IF_Control_ptr recorder)
 {
     DeviceStatus status;
     status.firmwareVersion = QString::fromUtf8(CORBA::String_var(recorder->getFirmwareVersion()).in());
     const TQ_KORVE::struMASS_STORE_STATUS_var store = recorder->getMassStoreStatus();
     status.totalBytes = store->totalSize;
     status.freeBytes = store->freeSize;
-    status.recordCount = lastCount;
-    if (countRecords)
-        status.recordCount = static_cast<int>(TQ_KORVE::seqMETA_DATA_var(recorder->listAllRecordsEx3())->length());
     return status;
+}
+
+/// A long list takes longer than a sign of life may, so it says nothing of how the recorder is.
+int countOf(TQ_KORVE::IF_Control_ptr recorder, int lastCount)
+{
+    try {
+        return static_cast<int>(TQ_KORVE::seqMETA_DATA_var(recorder->listAllRecordsEx3())->length());
+    } catch (const CORBA::Exception &error) {
+        traceAt(TraceLevel::Normal, sourceName,
+                [&] { return QStringLiteral("records cannot be counted: %1").arg(QLatin1String(error._name())); });
+        return lastCount;
+    }
 }
 
 void traceAvailability(const Device &device, const QString &reason)
@@ -140,7 +149,9 @@ bool DeviceWatch::ask(Watched &watched, bool countRecords) const
     QString reason;
     try {
         device.available = true;
-        device.status = statusOf(watched.forStatus, before.recordCount, countRecords || !wasAvailable);
+        device.status = statusOf(watched.forStatus);
+        const bool isToBeCounted = countRecords || !wasAvailable;
+        device.status.recordCount = isToBeCounted ? countOf(device.control, before.recordCount) : before.recordCount;
     } catch (const TQ_KORVE::exKorve &refusal) { // it is there, with something wrong
         traceAt(TraceLevel::Normal, sourceName,
                 [&] { return QStringLiteral("device %1: %2").arg(device.id, QString::fromUtf8(refusal.text)); });

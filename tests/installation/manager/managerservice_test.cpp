@@ -1,5 +1,7 @@
 #include "tests/installation/manager/managerfixture.h"
 
+#include "installation/cco/activation.h"
+#include "installation/recorder/controlservant.h"
 #include "tests/installation/cco/loopbackports.h"
 #include "tests/installation/cco/testorb.h"
 
@@ -8,6 +10,19 @@
 using Kinds = TQ_KRV::IF_KRV_c_KRV;
 
 using ManagerService = ManagerFixture;
+
+namespace
+{
+
+/// A recorder with so many records that the list does not come within the limit.
+class LongList : public installation::recorder::ControlServant
+{
+public:
+    using ControlServant::ControlServant;
+    TQ_KORVE::seqMETA_DATA *listAllRecordsEx3() override { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE); }
+};
+
+} // namespace
 
 TEST_F(ManagerService, ListsTheRecordersThatAreRegistered)
 {
@@ -100,6 +115,16 @@ TEST_F(ManagerService, IsNotHeldUpByARecorderThatIsSilent)
     ASSERT_TRUE(becomesUnavailable("MUTE"));
     EXPECT_EQ(kindRaisedBy([&] { manager->getAllRecords("MUTE"); }), Kinds::Request_Failed);
     EXPECT_NO_THROW(TQ_KRV::seqRECORD_DATA_var(manager->getAllRecords("REC1")));
+}
+
+TEST_F(ManagerService, TakesARecorderAsAvailableWhoseListComesTooLate)
+{
+    const auto store = std::make_shared<installation::recorder::StoreThread>(folder.filePath(QStringLiteral("long")));
+    const installation::Activation activation(TestOrb::instance().insPoa(), "LONG", new LongList(store, "v1"));
+    registerRecorder("LONG", CORBA::Object_var(activation.reference()));
+    startManager();
+    EXPECT_TRUE(becomesAvailable("LONG"));
+    service.reset();
 }
 
 TEST_F(ManagerService, KeepsDevicesAndAddressesOverARestart)
