@@ -6,6 +6,7 @@
 #include <QDir>
 
 #include <algorithm>
+#include <optional>
 #include <stdexcept>
 
 namespace installation
@@ -19,16 +20,20 @@ struct HostAndPort {
     std::uint16_t port;
 };
 
+bool isHost(const QString &text)
+{
+    // A single colon would begin a port.
+    return text.count(u':') != 1 && !CorbaCommon::centralServiceReference(text).isEmpty();
+}
+
 /// "HOST:PORT", or "HOST" when there is a usual port.
-HostAndPort hostAndPort(const QString &text, std::uint16_t usualPort)
+std::optional<HostAndPort> hostAndPort(const QString &text, std::uint16_t usualPort)
 {
     const int colon = text.lastIndexOf(u':');
     bool isNumber = true;
     const std::uint16_t port = colon < 0 ? usualPort : text.mid(colon + 1).toUShort(&isNumber);
     const QString host = text.left(colon).trimmed();
-    if (!isNumber || port == 0 || host.isEmpty())
-        throw std::invalid_argument(QStringLiteral("\"%1\" is not HOST:PORT").arg(text).toStdString());
-    return {host, port};
+    return isNumber && port != 0 && isHost(host) ? std::optional(HostAndPort{host, port}) : std::nullopt;
 }
 
 QString firstOf(std::initializer_list<QString> texts)
@@ -40,6 +45,13 @@ QString firstOf(std::initializer_list<QString> texts)
 QString variable(const char *name)
 {
     return qEnvironmentVariable(name).trimmed();
+}
+
+[[noreturn]] void refuseVariable(const char *name, const QString &value, const char *reason)
+{
+    throw std::invalid_argument(QStringLiteral("the environment variable %1=%2 is %3")
+                                    .arg(QLatin1String(name), value, QLatin1String(reason))
+                                    .toStdString());
 }
 
 QString usualStateFolder()
@@ -58,8 +70,7 @@ CorbaCommon::OrbSettings HostSettings::orb() const
     settings.address = address();
     settings.publishedAddress = publishedAddress();
     const bool servesNames = !line.import && line.roles.contains(Role::CentralService);
-    const QString configured = firstOf({variable("KORVE_CCO"), text("host", "cco")});
-    settings.centralService = servesNames || configured.isEmpty() ? publishedAddress() : configured;
+    settings.centralService = servesNames ? publishedAddress() : centralServiceElsewhere();
     if (line.import)
         return settings;
     if (servesNames)
@@ -73,15 +84,18 @@ CentralObjectConfiguration HostSettings::centralService() const
 {
     CentralObjectConfiguration configuration;
     configuration.systemName = text("cco", "system", QStringLiteral("KORVE")).toStdString();
-    configuration.subsystemName = text("cco", "subsystem", QStringLiteral("Main")).toStdString();
+    configuration.subsystemName = subsystem("subsystem", text("cco", "subsystem", QStringLiteral("Main")));
     configuration.workstationName = workstation().toStdString();
     configuration.systemWorkstations = list("cco", "systemWorkstations");
     for (const std::string &name : list("cco", "subsystems"))
-        configuration.subsystems.push_back({name, list("workstations", name.c_str())});
+        configuration.subsystems.push_back(
+            {subsystem("subsystems", QString::fromStdString(name)), list("workstations", name.c_str())});
     for (const std::string &peer : list("cco", "peers")) {
-        const HostAndPort where =
-            hostAndPort(QString::fromStdString(peer), CorbaCommon::OrbSettings::centralServicePort);
-        configuration.peers.push_back({where.host.toStdString(), where.port});
+        const QString text = QString::fromStdString(peer);
+        const auto where = hostAndPort(text, CorbaCommon::OrbSettings::centralServicePort);
+        if (!where)
+            refuse("cco", "peers", text, "not HOST or HOST:PORT");
+        configuration.peers.push_back({where->host.toStdString(), where->port});
     }
     return configuration;
 }
@@ -93,8 +107,10 @@ ManagerConfiguration HostSettings::manager() const
     configuration.stateFolder = stateFolder(Role::Manager);
     const QString archive = text("manager", "archive");
     if (!archive.isEmpty()) {
-        const HostAndPort where = hostAndPort(archive, 0);
-        configuration.archive = {where.host, where.port};
+        const auto where = hostAndPort(archive, 0);
+        if (!where)
+            refuse("manager", "archive", archive, "not HOST:PORT");
+        configuration.archive = {where->host, where->port};
     }
     return configuration;
 }
@@ -115,10 +131,7 @@ QString HostSettings::deviceId() const
         return character > u' ' && character < u'\x7f' && character != u'/';
     });
     if (!isPlain)
-        throw std::invalid_argument(
-            QStringLiteral("[recorder] device=%1 has other characters than ASCII ones, or a \"/\"")
-                .arg(id)
-                .toStdString());
+        refuse("recorder", "device", id, "not printable ASCII without blanks and \"/\"");
     return id;
 }
 
@@ -150,12 +163,50 @@ std::vector<std::string> HostSettings::list(const char *group, const char *key) 
 
 QString HostSettings::address() const
 {
-    return firstOf({variable("KORVE_ADDRESS"), text("host", "address"), QStringLiteral("127.0.0.1")});
+    const QString given = variable("KORVE_ADDRESS");
+    if (!given.isEmpty() && !isHost(given))
+        refuseVariable("KORVE_ADDRESS", given, "not an address");
+    return given.isEmpty() ? host("address", QStringLiteral("127.0.0.1")) : given;
 }
 
 QString HostSettings::publishedAddress() const
 {
-    return text("host", "publish", address());
+    return host("publish", address());
+}
+
+QString HostSettings::centralServiceElsewhere() const
+{
+    const QString given = variable("KORVE_CCO");
+    const QString text = firstOf({given, this->text("host", "cco"), publishedAddress()});
+    const bool isMeant = !CorbaCommon::centralServiceReference(text).isEmpty();
+    if (!isMeant && !given.isEmpty())
+        refuseVariable("KORVE_CCO", given, "not HOST or HOST:PORT");
+    if (!isMeant)
+        refuse("host", "cco", text, "not HOST or HOST:PORT");
+    return text;
+}
+
+QString HostSettings::host(const char *key, const QString &otherwise) const
+{
+    const QString given = text("host", key, otherwise);
+    if (!isHost(given))
+        refuse("host", key, given, "not an address");
+    return given;
+}
+
+std::string HostSettings::subsystem(const char *key, const QString &name) const
+{
+    if (name.contains(u'/'))
+        refuse("cco", key, name, "not a name: it has a \"/\"");
+    return name.toStdString();
+}
+
+void HostSettings::refuse(const char *group, const char *key, const QString &value, const char *reason) const
+{
+    throw std::invalid_argument(
+        QStringLiteral("%1: [%2] %3=%4 is %5")
+            .arg(line.configFile, QLatin1String(group), QLatin1String(key), value, QLatin1String(reason))
+            .toStdString());
 }
 
 QString HostSettings::workstation() const

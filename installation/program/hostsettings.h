@@ -12,7 +12,8 @@ namespace installation
 
 /// The settings of one host: its INI file, the environment, which beats the file, and the command line.
 ///
-/// Errors: a file that cannot be read throws CfgError, a text that cannot be meant std::invalid_argument.
+/// Errors: a file that cannot be read throws CfgError, a text that cannot be meant std::invalid_argument
+/// that names file (or variable), key and text.
 class HostSettings
 {
 public:
@@ -32,6 +33,13 @@ private:
     std::vector<std::string> list(const char *group, const char *key) const;
     QString address() const;
     QString publishedAddress() const;
+    /// Of another process.
+    QString centralServiceElsewhere() const;
+    /// An address of the group "host".
+    QString host(const char *key, const QString &otherwise) const;
+    /// @p name, which is a part of paths.
+    std::string subsystem(const char *key, const QString &name) const;
+    [[noreturn]] void refuse(const char *group, const char *key, const QString &value, const char *reason) const;
     QString workstation() const;
 
     const CommandLine line;

@@ -45,6 +45,33 @@ TEST(CommandLine, LeavesTheOptionsOfTheOrbAlone)
     EXPECT_TRUE(Parsed({"-ORBtraceLevel", "1", "--role", "cco"}).line);
 }
 
+struct HelpCase {
+    const char *name;
+    std::vector<std::string> arguments;
+    std::vector<std::string> words;
+};
+
+class Help : public testing::TestWithParam<HelpCase>
+{
+};
+
+TEST_P(Help, NamesWhatCanBeGiven)
+{
+    testing::internal::CaptureStdout();
+    const Parsed parsed(GetParam().arguments);
+    const std::string text = testing::internal::GetCapturedStdout();
+    EXPECT_FALSE(parsed.line);
+    EXPECT_EQ(parsed.exitCode, 0);
+    for (const std::string &word : GetParam().words)
+        EXPECT_NE(text.find(word), std::string::npos) << word << " is not in\n" << text;
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, Help,
+                         testing::Values(HelpCase{"Program", {"--help"}, {"--role", "cco", "recorder", "manager",
+                                                                          "--config", "--state", "import", "KORVE_CCO"}},
+                                         HelpCase{"Import", {"import", "--help"}, {"DEVICE", "FILE", "WAV", "SigMF"}}),
+                         [](const auto &info) { return std::string(info.param.name); });
+
 class WrongLine : public testing::TestWithParam<std::vector<std::string>>
 {
 };

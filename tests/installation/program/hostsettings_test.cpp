@@ -31,8 +31,35 @@ protected:
         return HostSettings(line);
     }
 
+    /// Of all that the services of a host ask for.
+    static QString refusalOf(const HostSettings &settings)
+    {
+        try {
+            settings.orb();
+            settings.centralService();
+            settings.recorder();
+            settings.deviceId();
+            settings.manager();
+        } catch (const std::invalid_argument &error) {
+            return QString::fromUtf8(error.what());
+        }
+        return QString();
+    }
+
     QTemporaryDir folder;
     CommandLine line;
+};
+
+struct WrongCase {
+    const char *name;
+    const char *file;
+    const char *words; ///< of the refusal
+};
+
+class WrongSetting : public HostSettingsTest, public testing::WithParamInterface<WrongCase>
+{
+protected:
+    WrongSetting() { line.roles = {Role::Recorder}; } // one that looks for the central service elsewhere
 };
 
 } // namespace
@@ -101,12 +128,36 @@ TEST_F(HostSettingsTest, ReadListsAndAddresses)
     EXPECT_EQ(settings.manager().archive->port, 8010);
 }
 
-TEST_F(HostSettingsTest, RefuseWhatCannotBeMeant)
+TEST_P(WrongSetting, IsNamedWithItsFileAndText)
 {
-    EXPECT_THROW(withFile("[cco]\npeers=ws2:port\n").centralService(), std::invalid_argument);
-    EXPECT_THROW(withFile("[manager]\narchive=ws9\n").manager(), std::invalid_argument);
-    EXPECT_THROW(withFile("[recorder]\ndevice=two words\n").deviceId(), std::invalid_argument);
-    EXPECT_THROW(withFile("[recorder]\ndevice=a/b\n").deviceId(), std::invalid_argument);
+    const QString refusal = refusalOf(withFile(GetParam().file));
+    EXPECT_TRUE(refusal.startsWith(line.configFile + QLatin1String(": "))) << refusal.toStdString();
+    EXPECT_TRUE(refusal.contains(QLatin1String(GetParam().words))) << refusal.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Settings, WrongSetting,
+    testing::Values(WrongCase{"Peer", "[cco]\npeers=\"ws2:port, ws3\"\n", "[cco] peers=ws2:port is not HOST"},
+                    WrongCase{"PortOfAPeer", "[cco]\npeers=ws2:70000\n", "[cco] peers=ws2:70000 is not HOST"},
+                    WrongCase{"HostOfAPeer", "[cco]\npeers=ws 2:8003\n", "[cco] peers=ws 2:8003 is not HOST"},
+                    WrongCase{"Subsystem", "[cco]\nsubsystem=A/B\n", "[cco] subsystem=A/B is not a name"},
+                    WrongCase{"OtherSubsystem", "[cco]\nsubsystems=A/B\n", "[cco] subsystems=A/B is not a name"},
+                    WrongCase{"Archive", "[manager]\narchive=ws9\n", "[manager] archive=ws9 is not HOST:PORT"},
+                    WrongCase{"Device", "[recorder]\ndevice=two words\n", "[recorder] device=two words is not"},
+                    WrongCase{"PathOfADevice", "[recorder]\ndevice=a/b\n", "[recorder] device=a/b is not"},
+                    WrongCase{"Address", "[host]\naddress=here!\n", "[host] address=here! is not an address"},
+                    WrongCase{"AddressWithPort", "[host]\naddress=ws1:80\n", "[host] address=ws1:80 is not an address"},
+                    WrongCase{"Publish", "[host]\npublish=a b\n", "[host] publish=a b is not an address"},
+                    WrongCase{"CentralService", "[host]\ncco=ws1:\n", "[host] cco=ws1: is not HOST"}),
+    [](const auto &info) { return std::string(info.param.name); });
+
+TEST_F(HostSettingsTest, NameTheVariableThatCannotBeMeant)
+{
+    line.roles = {Role::Recorder};
+    qputenv("KORVE_CCO", "ws1:");
+    EXPECT_EQ(refusalOf(HostSettings(line)), QLatin1String("the environment variable KORVE_CCO=ws1: is not HOST or HOST:PORT"));
+    qputenv("KORVE_ADDRESS", "ws1:80");
+    EXPECT_EQ(refusalOf(HostSettings(line)), QLatin1String("the environment variable KORVE_ADDRESS=ws1:80 is not an address"));
 }
 
 TEST_F(HostSettingsTest, KeepTheStateWhereTheyAreTold)
