@@ -1,8 +1,12 @@
+#include "tests/installation/recorder/recordingfiles.h"
 #include "tests/installation/recorder/storedrecords.h"
 
 #include <gtest/gtest.h>
 
+#include <QDeadlineTimer>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QProcess>
 
 #include <random>
@@ -106,6 +110,38 @@ TEST_F(KilledRecorder, KeepsEveryAcknowledgedChange)
         writeAndDie(1 + random() % 24, random() % 4000);
         expectAcknowledged();
     }
+}
+
+/// A recorder that is to take in @p file, killed when the first samples of it have a name.
+void killWhileImporting(const QString &statePath, const QString &file)
+{
+    QProcess process;
+    process.start(RECORDER_PROCESS, {"serve", statePath, file});
+    const QDir recordings(statePath + QLatin1String("/recordings"));
+    const QDeadlineTimer end(60'000);
+    while (recordings.entryList({"*.sigmf-data.part"}).isEmpty() && !end.hasExpired()) {
+        // the recorder tells of an import only when it is done
+    }
+    process.kill();
+    ASSERT_TRUE(process.waitForFinished(60'000));
+    EXPECT_FALSE(recordings.entryList({"*.part"}).isEmpty()) << "it was faster";
+}
+
+TEST(KilledImport, LeavesTheOtherRecordsAndNothingElse)
+{
+    const QTemporaryDir directory;
+    const QString statePath = directory.filePath("state");
+    const QString id = storeRecord(*std::make_unique<RecordStore>(statePath), "first", "abcd");
+    const auto before = contentOf(statePath + "/recordings");
+    writeFile(directory.filePath("air.sigmf-meta"), sigmfMeta());
+    QFile samples(directory.filePath("air.sigmf-data"));
+    ASSERT_TRUE(samples.open(QIODevice::WriteOnly) && samples.resize(256 << 20)); // a hole: it takes no room
+
+    killWhileImporting(statePath, directory.filePath("air.sigmf-meta"));
+    RecordStore store(statePath);
+    ASSERT_EQ(store.records().size(), 1);
+    EXPECT_EQ(store.records().first().id, id);
+    EXPECT_EQ(contentOf(statePath + "/recordings"), before);
 }
 
 } // namespace

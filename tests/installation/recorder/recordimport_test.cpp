@@ -12,6 +12,8 @@
 #include <sys/resource.h>
 
 #include <csignal>
+#include <future>
+#include <utility>
 
 using namespace installation::recorder;
 
@@ -157,6 +159,23 @@ TEST_F(Import, LeavesNothingWhenTheDiskGetsFull)
     std::signal(SIGXFSZ, handlerBefore);
     EXPECT_EQ(kind, TQ_KORVE::ekNO_SPACE_LEFT_ON_DEVICE);
     expectNothingStays();
+}
+
+TEST_F(Import, MayRunBesideAnother)
+{
+    const QByteArray samples(3 << 20, 'b');
+    const QString path = sigmf(samples);
+    const QString other = foreign("tone.wav", WavFile{}.bytes());
+    QString otherId;
+    bool hasBegun = false;
+    const auto importOther = [&](quint64, quint64) { // in the midst of the first
+        if (!std::exchange(hasBegun, true))
+            otherId = std::async(std::launch::async, [&] { return importFile(store, other); }).get();
+    };
+    const QString id = importFile(store, path, {importOther, {}});
+    EXPECT_EQ(samplesOf(id), samples);
+    EXPECT_EQ(samplesOf(otherId), WavFile{}.samples);
+    EXPECT_EQ(store.ask([](RecordStore &records) { return records.records().size(); }), 2);
 }
 
 TEST_F(Import, NoticesAFileThatShrinks)
