@@ -3,7 +3,47 @@
 #include "tests/installation/manager/wavfile.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QRegularExpression>
+
+#include <fcntl.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace
+{
+
+/// A terminal that nobody looks at.
+class Terminal
+{
+public:
+    Terminal() : descriptor(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC))
+    {
+        if (descriptor < 0 || ::grantpt(descriptor) != 0 || ::unlockpt(descriptor) != 0)
+            throw std::runtime_error("no terminal");
+    }
+    Terminal(const Terminal &) = delete;
+    ~Terminal() { ::close(descriptor); }
+
+    QString path() const { return QString::fromLocal8Bit(::ptsname(descriptor)); }
+    /// All that was written to it.
+    QString content() const
+    {
+        QByteArray text;
+        char piece[1024];
+        while (const auto size = std::max<ssize_t>(0, ::read(descriptor, piece, sizeof piece)))
+            text.append(piece, static_cast<int>(size));
+        return QString::fromUtf8(text);
+    }
+
+private:
+    const int descriptor;
+};
+
+} // namespace
 
 using Import = InstallationFixture;
 
@@ -22,6 +62,21 @@ TEST_F(Import, MakesRecordsOfFilesAndNamesThem)
     EXPECT_EQ(metaData->size, 16000u);
     EXPECT_EQ(metaData->stopTime - metaData->startTime, 1000000u);
     EXPECT_EQ(QString::fromUtf8(metaData->korveAddress), address());
+}
+
+TEST_F(Import, ShowsItsProgressOnATerminal)
+{
+    ASSERT_TRUE(managerKnowsTheDevice());
+    const Terminal terminal;
+    QProcess process;
+    process.setStandardErrorFile(terminal.path());
+    const QString file = writeWavFile(shared->folder.path(), QStringLiteral("shown.wav"), 8000);
+    process.start(QStringLiteral(INSTALLATION_PROGRAM), {QStringLiteral("import"), QStringLiteral("REC1"), file});
+    ASSERT_TRUE(process.waitForFinished(20000));
+    EXPECT_EQ(process.exitCode(), 0);
+    const QString shown = terminal.content();
+    EXPECT_TRUE(shown.contains(QRegularExpression(QStringLiteral("\rshown.wav \\[#+\\] 100 %")))) << shown.toStdString();
+    EXPECT_TRUE(shown.endsWith(QLatin1String("\r\x1b[K"))) << "the bar stays";
 }
 
 TEST_F(Import, NamesAFileThatIsNoneAndGoesOn)
