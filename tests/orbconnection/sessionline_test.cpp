@@ -98,6 +98,15 @@ TEST_F(ASessionLine, ThatEndsBeforeItIsTakenLeavesNothingToDo)
     EXPECT_TRUE(gate->takeNew().empty());
 }
 
+TEST_F(ASessionLine, IsOneOfNotTooMany)
+{
+    for (std::size_t i = 1; i < mirror::SessionGate::maximumSessions; ++i)
+        servant.open("/K", mirror::protocolVersion);
+    EXPECT_THROW(servant.open("/K", mirror::protocolVersion), CORBA::NO_RESOURCES);
+    servant.close(session);
+    EXPECT_NO_THROW(servant.open("/K", mirror::protocolVersion));
+}
+
 TEST_F(ASessionLine, IsTakenOnce)
 {
     const CORBA::ULongLong another = servant.open("/K/Device", mirror::protocolVersion);

@@ -4,6 +4,7 @@
 #include "tests/orbconnection/livetreeserver.h"
 
 using namespace VALUETREE;
+using namespace std::string_literals;
 
 namespace
 {
@@ -53,15 +54,69 @@ TEST_F(TreeServerCall, OfAnUnknownSessionIsRefused)
     EXPECT_NO_THROW(tree->close(1));
 }
 
-TEST_F(TreeServerCall, WithAMalformedBatchEndsTheSession)
+struct RudePush {
+    const char *name;
+    quint64 number;
+    std::string records;
+};
+
+void PrintTo(const RudePush &row, std::ostream *out)
+{
+    *out << row.name;
+}
+
+class ARudePush : public TreeServerCall, public testing::WithParamInterface<RudePush>
+{
+protected:
+    static Batch batch()
+    {
+        std::string bytes;
+        mirror::appendHeader(bytes, {GetParam().number, 0});
+        bytes += GetParam().records;
+        Batch batch;
+        batch.length(static_cast<CORBA::ULong>(bytes.size()));
+        std::copy(bytes.begin(), bytes.end(), batch.get_buffer());
+        return batch;
+    }
+};
+
+TEST_P(ARudePush, EndsItsSessionAndNoOther)
+{
+    const CORBA::ULongLong session = tree->open("/K", mirror::protocolVersion);
+    const CORBA::ULongLong other = tree->open("/K", mirror::protocolVersion);
+    const Delivery_var first = nextAfter(session, 0);
+    const Delivery_var firstOfOther = nextAfter(other, 0);
+    EXPECT_TRUE(tree->push(session, 1, batch()));
+    EXPECT_THROW(nextAfter(session, first->number), SessionUnknown);
+    server().tell("set /K/Device/State busy");
+    const Delivery_var next = nextAfter(other, firstOfOther->number);
+    EXPECT_EQ(next->number, firstOfOther->number + 1);
+    tree->close(other);
+}
+
+INSTANTIATE_TEST_SUITE_P(Pushes, ARudePush,
+                         testing::Values(RudePush{"OfAnotherNumber", 2, ""}, RudePush{"OfNoRecords", 1, "\xee\xee"},
+                                         RudePush{"OfAServersRecord", 1, "\1"},
+                                         RudePush{"OfAHugeLength", 1, "\7\1\0\0\0\xff\xff\xff\xff"s},
+                                         RudePush{"OfAValueThatNobodyTold", 1, "\7\xff\xff\0\0\0\0\0\0"s},
+                                         RudePush{"CutShort", 1, "\7\1\0"s}),
+                         [](const auto &row) { return row.param.name; });
+
+TEST_F(TreeServerCall, OfAPathThatIsTooLongIsRefused)
+{
+    EXPECT_THROW(tree->open(std::string(5000, 'x').c_str(), mirror::protocolVersion), CORBA::BAD_PARAM);
+}
+
+TEST_F(TreeServerCall, WithANumberFromTheFutureOnlyMissesWhatItSkips)
 {
     const CORBA::ULongLong session = tree->open("/K", mirror::protocolVersion);
     const Delivery_var first = nextAfter(session, 0);
-    Batch batch;
-    batch.length(30);
-    std::fill_n(batch.get_buffer(), 30, CORBA::Octet(0xee));
-    EXPECT_TRUE(tree->push(session, 1, batch));
-    EXPECT_THROW(nextAfter(session, first->number), SessionUnknown);
+    const Delivery_var nothing = tree->pull(session, ~CORBA::ULongLong(0), true);
+    EXPECT_EQ(nothing->number, 0u);
+    server().tell("set /K/Device/State busy");
+    const Delivery_var next = nextAfter(session, first->number);
+    EXPECT_EQ(next->number, first->number + 1);
+    tree->close(session);
 }
 
 TEST_F(TreeServerCall, IsAnsweredAgainWhenTheAnswerWasLost)

@@ -1,0 +1,78 @@
+#include "orbconnection/mirrorlink.h"
+
+#include "orbconnection/corbaloc.h"
+#include "orbconnection/vtserver.h"
+#include "tests/appruntime/capturedtraces.h"
+#include "tests/orbconnection/mirrorpair.h"
+#include "tests/orbconnection/ownorb.h"
+
+#include <stdexcept>
+
+using mirror::MirrorLink;
+
+namespace
+{
+/// Whoever is told by a link, and is in trouble the first time that it is told some of these things. Thread: any.
+struct Told {
+    bool begunThrows;
+    bool receivedThrows;
+    bool endedThrows;
+    std::atomic<int> begun = 0;
+    std::atomic<int> received = 0;
+    std::atomic<int> ended = 0;
+
+    static void count(std::atomic<int> &times, bool throws)
+    {
+        if (times++ == 0 && throws)
+            throw std::runtime_error("too little memory");
+    }
+};
+
+struct LinkCase {
+    const char *name;
+    bool begunThrows;
+    bool receivedThrows;
+    bool endedThrows;
+};
+
+void PrintTo(const LinkCase &row, std::ostream *out)
+{
+    *out << row.name;
+}
+
+class ALink : public TwoTrees, public testing::WithParamInterface<LinkCase>
+{
+protected:
+    static std::shared_ptr<MirrorLink> make(const std::shared_ptr<Told> &told)
+    {
+        const QString host = OwnOrb::addressFromOutside().ipAddress;
+        return std::make_shared<MirrorLink>(
+            CorbaCommon::corbaloc(host, VtServer::port, "ValueTree"), QStringLiteral("The server"),
+            QStringLiteral("/K"), OwnOrb::timing(),
+            MirrorLink::Events{[told](const auto &) { Told::count(told->begun, told->begunThrows); },
+                               [told](const auto &, const auto &) { Told::count(told->received, told->receivedThrows); },
+                               [told](const auto &) { Told::count(told->ended, told->endedThrows); }});
+    }
+};
+
+TEST_P(ALink, BeginsAnotherSessionWhenWhoIsToldThrows)
+{
+    OwnOrb::instance();
+    const CapturedTraces traces;
+    const VtServer server(serverTree, OwnOrb::timing());
+    const auto told =
+        std::make_shared<Told>(GetParam().begunThrows, GetParam().receivedThrows, GetParam().endedThrows);
+    const auto link = make(told);
+    link->start();
+    EXPECT_TRUE(OwnOrb::comesTrue([&] { return told->begun >= 2 && told->received >= 1 + told->receivedThrows; }));
+    EXPECT_TRUE(traces.contain("The server is left: too little memory"));
+    link->stop();
+    EXPECT_TRUE(OwnOrb::comesTrue([&] { return told->ended == told->begun; }));
+}
+
+INSTANTIATE_TEST_SUITE_P(Troubles, ALink,
+                         testing::Values(LinkCase{"AtTheBegin", true, false, false},
+                                         LinkCase{"AtABatch", false, true, false},
+                                         LinkCase{"AtABatchAndAtTheEnd", false, true, true}),
+                         [](const auto &row) { return row.param.name; });
+} // namespace
