@@ -1,12 +1,8 @@
 #include "objectmodel/engine/bytebuffer.h"
 
-#include <QString>
-
 namespace KORVE_XML::engine {
 
 namespace {
-
-constexpr quint32 nullCount = 0xFFFFFFFF;
 
 /// Writes the leading ASCII units of a text, four at a time, and returns how many there were.
 int writeAscii(const ushort *units, int count, char *to)
@@ -89,7 +85,7 @@ void ByteBuffer::putUtf8(const QString &text)
     char *const last = writeUtf8(text, first);
     if (!last)
         return putBytes(text.toUtf8().toStdString());
-    store(end, quint32(last - first));
+    order.store(end, quint32(last - first));
     end = last;
 }
 
@@ -101,13 +97,10 @@ void ByteBuffer::putText(const QString &text)
     if (text.isNull())
         return put(nullCount);
     const int bytes = text.size() * int(sizeof(QChar));
-    put(quint32(bytes));
-    makeRoom(std::size_t(bytes));
-    if (bigEndian)
-        qToBigEndian<quint16>(text.utf16(), text.size(), end);
-    else
-        qToLittleEndian<quint16>(text.utf16(), text.size(), end);
-    end += bytes;
+    makeRoom(4 + std::size_t(bytes));
+    order.store(end, quint32(bytes));
+    order.storeText(end + 4, text);
+    end += 4 + bytes;
 }
 
 } // namespace KORVE_XML::engine

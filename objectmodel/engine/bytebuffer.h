@@ -1,14 +1,12 @@
 #pragma once
 
+#include "objectmodel/engine/byteorder.h"
+
 #include <QByteArray>
-#include <QDataStream>
-#include <QtEndian>
 
 #include <array>
 #include <memory>
 #include <string_view>
-
-class QString;
 
 namespace KORVE_XML::engine {
 
@@ -17,15 +15,22 @@ class ByteBuffer
 {
 public:
     /// @p like gives the form; it must outlive the buffer.
-    explicit ByteBuffer(const QDataStream &like) : like(like), bigEndian(like.byteOrder() == QDataStream::BigEndian) {}
+    explicit ByteBuffer(const QDataStream &like) : like(like), order(like) {}
     ByteBuffer(const ByteBuffer &) = delete;
     ByteBuffer &operator=(const ByteBuffer &) = delete;
 
     template <class Integer> void put(Integer value)
     {
         makeRoom(sizeof value);
-        store(end, value);
+        order.store(end, value);
         end += sizeof value;
+    }
+    /// The first @p count bytes of @p word, the least significant first, whatever the stream's order.
+    void putBits(quint64 word, int count)
+    {
+        makeRoom(sizeof word);
+        qToLittleEndian(word, end);
+        end += count;
     }
     void putRaw(const void *bytes, int size);
     /// A byte array as QDataStream writes it.
@@ -52,7 +57,7 @@ public:
         put(qint32(0));
         return size();
     }
-    void closeFrame(int frame) { store(begin + frame - 4, qint32(size() - frame)); }
+    void closeFrame(int frame) { order.store(begin + frame - 4, qint32(size() - frame)); }
 
     void writeTo(QDataStream &out) const { out.writeRawData(begin, size()); }
 
@@ -64,16 +69,9 @@ private:
             enlarge(count);
     }
     void enlarge(std::size_t count);
-    template <class Integer> void store(char *to, Integer value) const
-    {
-        if (bigEndian)
-            qToBigEndian(value, to);
-        else
-            qToLittleEndian(value, to);
-    }
 
     const QDataStream &like;
-    const bool bigEndian;
+    const ByteOrder order;
     std::array<char, 4096> small;
     std::unique_ptr<char[]> large;
     char *begin = small.data();

@@ -2,12 +2,6 @@
 
 namespace KORVE_XML::engine {
 
-namespace {
-
-constexpr quint32 nullCount = 0xFFFFFFFF;
-
-} // namespace
-
 std::string_view ByteCursor::takeBytes()
 {
     const auto count = take<quint32>();
@@ -20,14 +14,7 @@ QString ByteCursor::takeText()
     if (count == nullCount)
         return {};
     const std::string_view bytes = takeRaw(count);
-    if (bytes.size() % 2)
-        return {};
-    QString text(int(bytes.size() / 2), Qt::Uninitialized);
-    if (bigEndian)
-        qFromBigEndian<quint16>(bytes.data(), text.size(), text.data());
-    else
-        qFromLittleEndian<quint16>(bytes.data(), text.size(), text.data());
-    return text;
+    return bytes.size() % 2 ? QString() : order.loadText(bytes.data(), int(bytes.size()));
 }
 
 std::string_view ByteCursor::takeRaw(std::size_t count)

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QString>
-#include <QtEndian>
+#include "objectmodel/engine/byteorder.h"
 
 #include <string_view>
 
@@ -12,7 +11,7 @@ namespace KORVE_XML::engine {
 class ByteCursor
 {
 public:
-    ByteCursor(std::string_view bytes, bool bigEndian) : rest(bytes), bigEndian(bigEndian) {}
+    ByteCursor(std::string_view bytes, ByteOrder order) : rest(bytes), order(order) {}
 
     bool atEnd() const { return rest.empty(); }
     bool hasOverrun() const { return overrun; }
@@ -21,9 +20,7 @@ public:
     template <class Integer> Integer take()
     {
         const std::string_view bytes = takeRaw(sizeof(Integer));
-        if (bytes.size() < sizeof(Integer))
-            return 0;
-        return bigEndian ? qFromBigEndian<Integer>(bytes.data()) : qFromLittleEndian<Integer>(bytes.data());
+        return bytes.size() < sizeof(Integer) ? 0 : order.load<Integer>(bytes.data());
     }
     /// A byte array; null data for a null one or one that is cut short.
     std::string_view takeBytes();
@@ -36,7 +33,7 @@ private:
     std::string_view takeRaw(std::size_t count);
 
     std::string_view rest;
-    const bool bigEndian;
+    const ByteOrder order;
     bool overrun = false;
 };
 

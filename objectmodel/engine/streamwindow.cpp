@@ -1,27 +1,14 @@
 #include "objectmodel/engine/streamwindow.h"
 
 #include <QIODevice>
-#include <QString>
-#include <QtEndian>
 
 namespace KORVE_XML::engine {
 
-namespace {
-
-constexpr quint32 nullCount = 0xFFFFFFFF;
-
-} // namespace
-
-StreamWindow::StreamWindow(QDataStream &in) : in(in) {}
+StreamWindow::StreamWindow(QDataStream &in) : in(in), order(in) {}
 
 qint64 StreamWindow::left() const
 {
     return in.device() ? in.device()->bytesAvailable() - begin : 0;
-}
-
-template <class Integer> Integer StreamWindow::read(const char *bytes) const
-{
-    return isBigEndian() ? qFromBigEndian<Integer>(bytes) : qFromLittleEndian<Integer>(bytes);
 }
 
 void StreamWindow::takeRaw(char *to, int count)
@@ -38,7 +25,7 @@ template <class Integer> Integer StreamWindow::take()
 {
     char bytes[sizeof(Integer)];
     takeRaw(bytes, sizeof bytes);
-    return read<Integer>(bytes);
+    return order.load<Integer>(bytes);
 }
 
 template qint8 StreamWindow::take<qint8>();
@@ -49,7 +36,7 @@ QString StreamWindow::takeText()
 {
     if (end - begin < 4)
         refill(4);
-    const quint32 size = end - begin < 4 ? 0 : read<quint32>(ahead.data() + begin);
+    const quint32 size = end - begin < 4 ? 0 : order.load<quint32>(ahead.data() + begin);
     // The stream's own operator would make room for a long text before it finds out that it is not there.
     if (size != nullCount && size > left() - 4 && in.version() >= 3) {
         fail(QDataStream::ReadPastEnd);
@@ -58,12 +45,7 @@ QString StreamWindow::takeText()
     const bool isSmall = size <= ahead.size() - 4 && size % 2 == 0 && in.version() >= 3;
     if (!isSmall || (end - begin < int(size) + 4 && !refill(int(size) + 4)))
         return takeStreamed<QString>();
-    QString text(int(size / 2), Qt::Uninitialized);
-    const char *units = ahead.data() + begin + 4;
-    if (isBigEndian())
-        qFromBigEndian<quint16>(units, text.size(), text.data());
-    else
-        qFromLittleEndian<quint16>(units, text.size(), text.data());
+    QString text = order.loadText(ahead.data() + begin + 4, int(size));
     begin += int(size) + 4;
     return text;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QDataStream>
+#include "objectmodel/engine/byteorder.h"
 
 #include <array>
 
@@ -34,13 +34,12 @@ public:
     }
 
 private:
-    bool isBigEndian() const { return in.byteOrder() == QDataStream::BigEndian; }
-    template <class Integer> Integer read(const char *bytes) const;
     /// Leaves the stream behind what was taken.
     void settle();
     bool refill(int wanted);
 
     QDataStream &in;
+    const ByteOrder order;
     std::array<char, 1024> ahead;
     int begin = 0;
     int end = 0;

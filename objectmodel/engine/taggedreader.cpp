@@ -174,7 +174,7 @@ void readTagged(const Self &self, IRGObject &object, QDataStream &in, int length
 {
     pushSettings(self, recordOf(self));
     const QByteArray payload = takePayload(in, length);
-    ByteCursor cursor({payload.constData(), std::size_t(payload.size())}, in.byteOrder() == QDataStream::BigEndian);
+    ByteCursor cursor({payload.constData(), std::size_t(payload.size())}, ByteOrder(in));
     TaggedReader(cursor, object, payload.size() < length).read(self, object, length);
 }
 
