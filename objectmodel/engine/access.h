@@ -41,6 +41,7 @@ template <class T>
 inline constexpr ObjectAccess objectAccess{
     &typeOf<T>,
     [](void *field) -> IRGObject & { return *static_cast<T *>(field); },
+    [](void *field) -> RecordPtr & { return Access::handle<T>(*static_cast<T *>(field)); },
     [](void *field) { *static_cast<T *>(field) = T(); },
     [](const void *a, const void *b) { return *static_cast<const T *>(a) == *static_cast<const T *>(b); },
 };

@@ -16,26 +16,26 @@ public:
 
     void write(const Record &record, const TypeInfo &type)
     {
-        writeBits(record, type);
+        const Bits bits = announced(record, type);
+        out.putBits(bits.toWord(), int(type.facts.members.size() + 7) / 8);
         if (type.facts.version)
             out.putText(type.facts.version->current);
-        for (const MemberInfo &member : type.facts.members) {
-            if (isWrittenCompact(member, record))
-                writeMember(member, member.field(record));
+        for (Bits left = bits | type.alwaysWritten; !left.isEmpty();) {
+            const MemberInfo &member = type.facts.members[std::size_t(left.takeFirst())];
+            writeMember(member, member.field(record));
         }
     }
 
 private:
     // An alternative that is not selected is not written, so its bit must not announce it.
-    void writeBits(const Record &record, const TypeInfo &type)
+    static Bits announced(const Record &record, const TypeInfo &type)
     {
         Bits bits = record.bits;
         for (const MemberInfo *member : type.alternatives) {
             if (!isSelected(*member, record))
                 bits.clear(member->bit);
         }
-        const quint64 word = qToLittleEndian(bits.toWord());
-        out.putRaw(&word, int(type.facts.members.size() + 7) / 8);
+        return bits;
     }
 
     void writeMember(const MemberInfo &member, const void *field)
@@ -60,7 +60,7 @@ private:
         case Kind::Double: return out.putStreamed(valueAt<double>(value));
         case Kind::DateTime: return out.putStreamed(valueAt<QDateTime>(value));
         case Kind::Enumeration: return out.put(qint8(enumerationAt(value)));
-        case Kind::Object: return write(viewOf(member.objectAt(value), *member.type), *member.type);
+        case Kind::Object: return write(viewAt(member, value), *member.type);
         }
     }
 

@@ -9,6 +9,12 @@ namespace KORVE_XML::engine {
 Record &recordOf(const Self &self);
 /// The record of an object that is only looked at; that of a blank one if there is none. Nothing is made or detached.
 const Record &viewOf(const IRGObject &object, const TypeInfo &type);
+/// The same of an object within a record, by its field or list item.
+inline const Record &viewAt(const MemberInfo &member, const void *field)
+{
+    const RecordPtr &d = member.object->handle(const_cast<void *>(field));
+    return d ? *d : *member.type->blank;
+}
 
 bool isSet(RecordPtr &d, int bit);
 void resetMember(const Self &self, int bit);

@@ -3,6 +3,8 @@
 #include <QExplicitlySharedDataPointer>
 #include <QSharedData>
 
+#include <bit>
+
 namespace KORVE_XML::engine {
 
 /// One bit per member, in the order of the accessors: explicitly set. No class has more than 64 members.
@@ -17,6 +19,15 @@ public:
     void set(int bit) { word |= quint64(1) << bit; }
     void clear(int bit) { word &= ~(quint64(1) << bit); }
     bool contain(Bits others) const { return (word & others.word) == others.word; }
+    /// The lowest of them, which is taken away; there must be one.
+    int takeFirst()
+    {
+        const int bit = std::countr_zero(word);
+        word &= word - 1;
+        return bit;
+    }
+    bool isEmpty() const { return word == 0; }
+    Bits operator|(Bits others) const { return word | others.word; }
     /// As the wire has them: bytes with the least significant bit first.
     quint64 toWord() const { return word; }
 

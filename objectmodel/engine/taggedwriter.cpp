@@ -79,7 +79,7 @@ private:
     void writeObject(const MemberInfo &member, const void *field, bool writeTag)
     {
         const TypeInfo &type = *member.type;
-        const Record &record = viewOf(member.objectAt(field), type);
+        const Record &record = viewAt(member, field);
         if (validate && !hasData(record, type))
             return;
         if (writeTag)

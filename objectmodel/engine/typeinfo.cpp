@@ -57,6 +57,8 @@ void TypeInfo::add(MemberInfo &member)
         mandatory.set(member.bit);
     if (isSingleValue && canBeInvalid(member))
         validated.push_back(&member);
+    if (member.is(Mandatory))
+        alwaysWritten.set(member.bit);
     if (member.is(Alternative))
         alternatives.push_back(&member);
     if (member.is(CountsAsData) && member.is(Alternative))

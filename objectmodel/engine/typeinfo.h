@@ -57,6 +57,7 @@ struct TypeInfo;
 struct ObjectAccess {
     const TypeInfo &(*type)();
     IRGObject &(*object)(void *field);
+    RecordPtr &(*handle)(void *field);
     void (*reset)(void *field); ///< puts a fresh object in its place
     bool (*equal)(const void *a, const void *b);
 };
@@ -123,6 +124,7 @@ struct TypeInfo {
     std::vector<const MemberInfo *> validated;    ///< single values that can be invalid
     std::vector<const MemberInfo *> dataTexts;    ///< texts that count as data, which they do by not being null
     Bits mandatory;                               ///< single values that must be set
+    Bits alwaysWritten;                           ///< the compact form has these, set or not
     Bits data;                                    ///< what counts as data by its bit; alternatives stand aside
     bool countsChoice = false;                    ///< the selected alternative counts as data
     bool mayDifferFromItself = false;             ///< holds a double somewhere, which may be NaN

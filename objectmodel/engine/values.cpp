@@ -11,24 +11,6 @@ template <class T> bool equalAs(const void *a, const void *b)
 
 } // namespace
 
-qint64 integerAt(const MemberInfo &member, const void *field)
-{
-    switch (member.kind) {
-    case Kind::Int32: return valueAt<qint32>(field);
-    case Kind::UInt32: return valueAt<quint32>(field);
-    case Kind::Int64: return valueAt<qint64>(field);
-    case Kind::UInt64: return qint64(valueAt<quint64>(field));
-    case Kind::Text:
-    case Kind::Boolean:
-    case Kind::Double:
-    case Kind::DateTime:
-    case Kind::Enumeration:
-    case Kind::Object: break;
-    }
-    Q_ASSERT(false);
-    return 0;
-}
-
 void resetValue(const MemberInfo &member, void *field)
 {
     switch (member.kind) {

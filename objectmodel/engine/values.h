@@ -33,8 +33,24 @@ inline void setEnumerationAt(void *field, int value)
     std::memcpy(field, &byte, 1);
 }
 
-/// The value of any integer member, widened as the wire forms carry it.
-qint64 integerAt(const MemberInfo &member, const void *field);
+/// The value of any integer member, widened as the wire forms carry it. Inline, since writers know the kind already.
+inline qint64 integerAt(const MemberInfo &member, const void *field)
+{
+    switch (member.kind) {
+    case Kind::Int32: return valueAt<qint32>(field);
+    case Kind::UInt32: return valueAt<quint32>(field);
+    case Kind::Int64: return valueAt<qint64>(field);
+    case Kind::UInt64: return qint64(valueAt<quint64>(field));
+    case Kind::Text:
+    case Kind::Boolean:
+    case Kind::Double:
+    case Kind::DateTime:
+    case Kind::Enumeration:
+    case Kind::Object: break;
+    }
+    Q_ASSERT(false);
+    return 0;
+}
 
 void resetValue(const MemberInfo &member, void *field);
 /// Compares two fields, lists as a whole.

@@ -17,11 +17,4 @@ inline bool isWritten(const MemberInfo &member, const Record &record)
         return member.list->items(member.field(record)).count > 0;
     return member.is(Mandatory) || (record.bits.test(member.bit) && isSelected(member, record));
 }
-
-/// Whether the compact form holds the member: a list by its bit.
-inline bool isWrittenCompact(const MemberInfo &member, const Record &record)
-{
-    return member.is(Mandatory) || (record.bits.test(member.bit) && isSelected(member, record));
-}
-
 } // namespace KORVE_XML::engine
