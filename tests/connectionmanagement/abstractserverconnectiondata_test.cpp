@@ -186,6 +186,26 @@ TEST_F(ConnectionData, RemovesTicsOfOneType)
     EXPECT_EQ(allUp.count(), 2);
 }
 
+TEST_F(ConnectionData, KeepsTheOtherTicsInTheirOrder)
+{
+    station.types = {DeviceConnection, ServerConnection, ChannelConnection};
+    station.CreateVTConnectTics(alpha);
+    station.resetConnection(alpha, DeviceConnection);
+    ASSERT_EQ(station.tics(alpha).size(), 2);
+    EXPECT_EQ(station.tics(alpha).at(0)->connectionType(), ServerConnection);
+    EXPECT_EQ(station.tics(alpha).at(1)->connectionType(), ChannelConnection);
+}
+
+TEST_F(ConnectionData, CountsAsDownWhenItConnectsAgain)
+{
+    station.CreateVTConnectTics(alpha);
+    upAll();
+    station.types.clear();
+    EXPECT_TRUE(station.ConnectToAllSubsystems());
+    station.sl_onConnected(alpha);
+    EXPECT_EQ(allUp.count(), 2);
+}
+
 TEST_F(ConnectionData, RemovesNothingOfAnUnknownSubsystem)
 {
     station.CreateVTConnectTics(alpha);
@@ -202,6 +222,7 @@ TEST_F(ConnectionData, DropsAllTicsSilentlyAndKeepsTheCurrentSubsystem)
     station.ResetVtClientConnection();
     EXPECT_TRUE(tic.isNull());
     EXPECT_TRUE(station.knownSubsystems().isEmpty());
+    station.sl_onConnected(alpha); // as a report that was on its way
     EXPECT_EQ(allDown.count(), 0);
     EXPECT_EQ(station.GetCurrentSubsystem(), alpha);
 }

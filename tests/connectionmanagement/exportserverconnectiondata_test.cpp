@@ -66,6 +66,7 @@ TEST_F(ExportClient, HasOneTicToTheExportCommands)
     ASSERT_EQ(role.tics(alpha).size(), 1);
     EXPECT_EQ(role.clientPath(alpha, ServerConnection), role.getClientBasePath());
     EXPECT_EQ(role.getVtClient()->clientPath(), role.getClientBasePath());
+    EXPECT_EQ(role.getVtClient(), role.getVtClient(alpha, ServerConnection));
     role.connectTo(alpha);
     EXPECT_EQ(role.tics(alpha).size(), 1);
     EXPECT_THAT(traces.texts(), Contains(attempt).Times(2));
@@ -79,6 +80,14 @@ TEST_F(ExportClient, HasNoTicToAnotherSubsystem)
     role.connectTo(QStringLiteral("West"));
     role.connectTo(QString());
     EXPECT_TRUE(role.ticMap.isEmpty());
+}
+
+TEST_F(ExportClient, HasTheClientOfTheCurrentSubsystemOnly)
+{
+    Role role(prefix, alpha);
+    role.connectTo(alpha);
+    role.GetConfiguration()->SetCurrentSubSystem(QStringLiteral("West"));
+    EXPECT_FALSE(role.getVtClient());
 }
 
 TEST_F(ExportClient, SaysWhenItFindsNoManager)

@@ -6,7 +6,9 @@ using namespace KorveCommon;
 using namespace TQ_KRV;
 using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 namespace
 {
@@ -27,12 +29,14 @@ protected:
 TEST_F(HandlersInterfaces, AreAllNilWhileItIsNotConnected)
 {
     handler.Shutdown();
+    CapturedTraces traces(32);
     EXPECT_TRUE(CORBA::is_nil(IF_KRV_c_KRV_var(handler.GetKorveInterface())));
     EXPECT_TRUE(CORBA::is_nil(IF_KORVE_Replay_var(handler.GetReplayInterface(d1))));
     EXPECT_TRUE(CORBA::is_nil(IF_KRV_c_Chan_var(handler.GetKorveChannelInterface(d1))));
     EXPECT_TRUE(CORBA::is_nil(IF_KORVE_Admin_var(handler.GetKorveAdminInterface())));
     EXPECT_EQ(handler.getAllRecords(d1, records), 201u);
     EXPECT_THAT(manager.calls, IsEmpty());
+    EXPECT_THAT(traces.texts(), Not(Contains(HasSubstr("KorveGuiToServerCorbaHandler")))); // none is a failure
 }
 
 TEST_F(HandlersInterfaces, AreNotAskedForWithoutAnId)
@@ -54,8 +58,10 @@ TEST_F(HandlersInterfaces, AreThoseOfTheFirstIdUntilTheConnectionIsDropped)
     ASSERT_TRUE(handler.ReconnectToServer());
     const IF_KORVE_Replay_var third = handler.GetReplayInterface(d2);
     EXPECT_FALSE(first->_is_equivalent(third));
-    EXPECT_THAT(manager.calls,
-                ElementsAre("getKorveReplayInterface D1", "getKorveChannelInterface D1", "getKorveReplayInterface D2"));
+    const IF_KRV_c_Chan_var otherChannel = handler.GetKorveChannelInterface(d2);
+    EXPECT_FALSE(channel->_is_equivalent(otherChannel));
+    EXPECT_THAT(manager.calls, ElementsAre("getKorveReplayInterface D1", "getKorveChannelInterface D1",
+                                           "getKorveReplayInterface D2", "getKorveChannelInterface D2"));
 }
 
 TEST_F(HandlersInterfaces, AreAskedForInLatin1)
@@ -190,10 +196,10 @@ TEST_F(HandlersInterfaces, TellTheListenersOfTheDevice)
     handler.AddRecordStateChangeListener(&first);
     handler.AddRecordStateChangeListener(&other);
     handler.AddRecordStateChangeListener(nullptr);
-    handler.RemoveRecordStateChangeListener(nullptr);
     handler.NotifyChannelStateChanged(d1, QStringLiteral("R1"), QStringLiteral("Name"), ChannelState::Replaying);
     EXPECT_EQ(first.told, QStringList{QStringLiteral("R1 Name 2")});
     EXPECT_TRUE(other.told.isEmpty());
+    handler.RemoveRecordStateChangeListener(nullptr);
     handler.RemoveRecordStateChangeListener(&first);
     handler.NotifyChannelStateChanged(d1, QStringLiteral("R1"), QStringLiteral("Name"), ChannelState::Idle);
     EXPECT_EQ(first.told.size(), 1);
@@ -203,12 +209,14 @@ TEST_F(HandlersInterfaces, TellAllListenersAlthoughOneLeaves)
 {
     Listener first(d1);
     Listener second(d1);
-    handler.AddRecordStateChangeListener(&first);
-    handler.AddRecordStateChangeListener(&second);
+    Listener third(d1);
+    for (Listener *listener : {&first, &second, &third})
+        handler.AddRecordStateChangeListener(listener);
     first.whenTold = [&] { handler.RemoveRecordStateChangeListener(&first); };
     for (int i = 0; i < 2; ++i)
         handler.NotifyChannelStateChanged(d1, QStringLiteral("R1"), QString(), ChannelState::ReadyForReplay);
     EXPECT_EQ(first.told.size(), 1);
     EXPECT_EQ(second.told.size(), 2);
+    EXPECT_EQ(third.told.size(), 2);
 }
 } // namespace

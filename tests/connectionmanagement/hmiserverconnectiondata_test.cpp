@@ -1,6 +1,7 @@
 #include "connectionmanagement/hmiserverconnectiondata.h"
 
 #include "korvebase/korveconfiguration.h"
+#include "tests/appruntime/capturedtraces.h"
 #include "tests/connectionmanagement/liveinstallation.h"
 #include "tests/connectionmanagement/openedrole.h"
 #include "valuetreelib/tree.h"
@@ -43,6 +44,27 @@ TEST_F(DisplayStation, CallsTheLocalSubsystemByAName)
     EXPECT_EQ(role.clientPath(QString(), DeviceConnection), QStringLiteral("/SubSystems/LocalSubSystem/KORVE/Device"));
 }
 
+TEST_F(DisplayStation, AsksForTheLocalSubsystemWithoutAName)
+{
+    manager.trouble = [this] {
+        if (manager.calls.size() == 1)
+            throw CORBA::TRANSIENT(); // so that the path is traced
+    };
+    CapturedTraces traces(32);
+    role.connectTo(QString());
+    EXPECT_THAT(traces.texts(), testing::Contains(testing::HasSubstr("path: CCO/LocalSystem/LocalSubSystem/")));
+    EXPECT_EQ(role.tics(local).size(), 2);
+}
+
+TEST_F(DisplayStation, HasAValueToAskEachTicForReconnection)
+{
+    role.connectTo(alpha);
+    for (const ConnectionType type : {DeviceConnection, ServerConnection}) {
+        const QString path = role.clientPath(alpha, type) + QStringLiteral("/ReregisterCorba");
+        EXPECT_TRUE(values::Tree::Instance().findValue(path)) << path.toStdString();
+    }
+}
+
 TEST_F(DisplayStation, HasNoTicWhileNoManagerCanBeFound)
 {
     stopService();
@@ -70,6 +92,21 @@ TEST_F(DisplayStation, NotesSubsystemsThatShareAHost)
         EXPECT_EQ(tic->subsystemListEntry().first(), local);
         EXPECT_TRUE(role.ticMap.contains(tic->subsystemListEntry().last()));
     }
+}
+
+TEST_F(DisplayStation, TellsHostsApartWhenItNotesSharedOnes)
+{
+    startNeighbour();
+    registerManager(neighbourAddress());
+    const QString west = QStringLiteral("West");
+    for (int time = 0; time < 2; ++time) {
+        manager.workstation = address().toStdString();
+        role.connectTo(alpha);
+        manager.workstation = neighbourAddress().toStdString();
+        role.connectTo(west);
+    }
+    EXPECT_EQ(role.tic(alpha, ServerConnection)->subsystemListEntry(), (QStringList{alpha, alpha}));
+    EXPECT_EQ(role.tic(west, ServerConnection)->subsystemListEntry(), (QStringList{west, west}));
 }
 
 TEST_F(DisplayStation, HandlesDevicesLaterAndTheServerAtOnce)

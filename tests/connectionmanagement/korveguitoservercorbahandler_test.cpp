@@ -167,6 +167,12 @@ TEST_F(DirectHandler, KeepsItsReferencesWhenASubsystemComesUp)
     EXPECT_THAT(manager.calls, Contains("getKorveAdminInterface").Times(1));
 }
 
+TEST_F(DirectHandler, GoesNowhereWhileTheTicsAreDown)
+{
+    handler.sl_initializeDirectConnection();
+    EXPECT_FALSE(handler.IsConnected());
+}
+
 TEST_F(DirectHandler, RetriesToo)
 {
     unregisterManager();

@@ -120,6 +120,14 @@ TEST_F(Lumba, FollowsNoChannelWhileTheValueNamesNone)
     EXPECT_TRUE(role.tic(alpha, ChannelConnection));
 }
 
+TEST_F(Lumba, FollowsTheConfigurationsSubsystem)
+{
+    Role role(prefix, alpha);
+    role.GetConfiguration()->SetCurrentSubSystem(QStringLiteral("West"));
+    EXPECT_EQ(role.GetCurrentSubsystem(), QStringLiteral("West"));
+    EXPECT_EQ(role.ticMap.keys(), QStringList{alpha}); // both names were equal by then
+}
+
 TEST_F(Lumba, HasNoTicWithoutACentralService)
 {
     stopService();

@@ -10,6 +10,8 @@
 
 #include <QSignalSpy>
 
+#include <arpa/inet.h>
+
 using namespace KorveCommon;
 using testing::Contains;
 
@@ -96,6 +98,25 @@ TEST_F(Receiver, AsksForTheLocalManagerWithoutAName)
     registerManager();
     Role role(prefix, QStringLiteral("/ReceiverTest/None"), false);
     EXPECT_EQ(role.getConnData(local, ServerConnection).hostName, address());
+}
+
+TEST_F(Receiver, KeepsAnAddressThatWasFound)
+{
+    registerManager();
+    const quint32 number = ntohl(inet_addr(address().toLatin1().constData()));
+    manager.workstation = std::to_string(number); // another way to write the address
+    Role role(prefix, QStringLiteral("/ReceiverTest/None"), false);
+    EXPECT_EQ(role.getConnData(local, ServerConnection).hostName, QString::number(number));
+    EXPECT_EQ(role.getConnData(local, ServerConnection).ipAddress, address());
+}
+
+TEST_F(Receiver, FollowsItsChannelAgainAfterAReset)
+{
+    Role role(prefix, serverPath, false);
+    role.SetChannelId(channel);
+    role.ResetVtClientConnection();
+    role.connectTo(alpha);
+    EXPECT_TRUE(role.tic(alpha, ChannelConnection));
 }
 
 TEST_F(Receiver, FollowsOneChannel)
