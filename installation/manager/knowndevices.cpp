@@ -95,6 +95,8 @@ KnownDevices::AddressById KnownDevices::load() const
     AddressById devices;
     while (rows.next())
         devices.insert(rows.value(0).toString(), rows.value(1).toString());
+    if (rows.lastError().isValid()) // it cannot be read any further
+        fail(path, rows.lastError().text());
     return devices;
 }
 

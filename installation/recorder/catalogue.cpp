@@ -30,6 +30,15 @@ quint64 count(const QSqlQuery &query, int column)
     return static_cast<quint64>(query.value(column).toLongLong());
 }
 
+/// Goes to the next row. A file that cannot be read any further is not the end of the rows.
+bool next(QSqlQuery &query)
+{
+    const bool isThere = query.next();
+    if (!isThere && query.lastError().isValid())
+        throw Catalogue::Error(query.lastError().text().toStdString());
+    return isThere;
+}
+
 RecordSummary summary(const QSqlQuery &query)
 {
     RecordSummary record;
@@ -156,7 +165,7 @@ QHash<QString, RecordFolder::Stamp> Catalogue::stamps() const
 {
     QHash<QString, RecordFolder::Stamp> stamps;
     QSqlQuery query = execute(QStringLiteral("SELECT id, modified, inode, meta_size, data_size FROM record"));
-    while (query.next())
+    while (next(query))
         stamps.insert(query.value(0).toString(),
                       {query.value(1).toLongLong(), count(query, 2), count(query, 3), count(query, 4)});
     return stamps;
@@ -166,7 +175,7 @@ QVector<RecordSummary> Catalogue::records() const
 {
     QVector<RecordSummary> records;
     QSqlQuery query = execute(QStringLiteral("SELECT * FROM record ORDER BY start, id"));
-    while (query.next())
+    while (next(query))
         records.append(summary(query));
     return records;
 }

@@ -1,6 +1,7 @@
 #include "installation/recorder/recordererror.h"
 #include "installation/recorder/recordimport.h"
 #include "installation/recorder/storethread.h"
+#include "tests/installation/recorder/fulldisk.h"
 #include "tests/installation/recorder/recordingfiles.h"
 #include "tests/installation/recorder/storedrecords.h"
 
@@ -9,9 +10,6 @@
 #include <QCryptographicHash>
 #include <QFile>
 
-#include <sys/resource.h>
-
-#include <csignal>
 #include <future>
 #include <utility>
 
@@ -149,15 +147,20 @@ TEST_F(Import, RefusesWhatTheDiskCannotHold)
 TEST_F(Import, LeavesNothingWhenTheDiskGetsFull)
 {
     const QString path = sigmf(QByteArray(3 << 20, 's'));
-    const auto handlerBefore = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit limits{};
-    getrlimit(RLIMIT_FSIZE, &limits);
-    const rlimit small{2 << 20, limits.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small); // files longer than this are refused like those on a full disk
-    const auto kind = kindOf(path);
-    setrlimit(RLIMIT_FSIZE, &limits);
-    std::signal(SIGXFSZ, handlerBefore);
-    EXPECT_EQ(kind, TQ_KORVE::ekNO_SPACE_LEFT_ON_DEVICE);
+    {
+        const FullDisk fullDisk(2 << 20);
+        EXPECT_EQ(kindOf(path), TQ_KORVE::ekNO_SPACE_LEFT_ON_DEVICE);
+    }
+    expectNothingStays();
+}
+
+TEST_F(Import, LeavesNothingWhenOnlyTheSamplesFindRoom)
+{
+    const QString path = foreign("tone.wav", WavFile{}.bytes());
+    {
+        const FullDisk fullDisk(WavFile{}.samples.size());
+        EXPECT_EQ(kindOf(path), TQ_KORVE::ekNO_SPACE_LEFT_ON_DEVICE);
+    }
     expectNothingStays();
 }
 

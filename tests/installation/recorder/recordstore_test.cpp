@@ -1,5 +1,6 @@
 #include "installation/recorder/recordererror.h"
 #include "tests/appruntime/capturedtraces.h"
+#include "tests/installation/recorder/fulldisk.h"
 #include "tests/installation/recorder/storedrecords.h"
 
 #include <gmock/gmock.h>
@@ -7,10 +8,7 @@
 #include <QDir>
 #include <QFile>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
-
-#include <csignal>
 
 using namespace installation::recorder;
 using testing::ElementsAre;
@@ -254,15 +252,11 @@ TEST_F(Store, KeepsARecordWhenItsChangeFindsNoRoom)
 {
     const QString id = add("kept");
     const auto before = contentOf(directory.filePath("recordings"));
-    const auto handlerBefore = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit limits{};
-    getrlimit(RLIMIT_FSIZE, &limits);
-    const rlimit small{64, limits.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small); // files longer than this are refused like those on a full disk
-    const auto kind = kindOf([&] { store->change(id, [](Record &record) { record.name = "lost"; }); });
-    setrlimit(RLIMIT_FSIZE, &limits);
-    std::signal(SIGXFSZ, handlerBefore);
-    EXPECT_EQ(kind, TQ_KORVE::ekNO_SPACE_LEFT_ON_DEVICE);
+    {
+        const FullDisk fullDisk(64);
+        const auto kind = kindOf([&] { store->change(id, [](Record &record) { record.name = "lost"; }); });
+        EXPECT_EQ(kind, TQ_KORVE::ekNO_SPACE_LEFT_ON_DEVICE);
+    }
     EXPECT_EQ(contentOf(directory.filePath("recordings")), before);
     EXPECT_EQ(store->record(id).name, "kept");
 }
