@@ -1,6 +1,7 @@
 #include "installation/cco/callbacklist.h"
 
 #include <algorithm>
+#include <system_error>
 
 namespace installation
 {
@@ -21,7 +22,12 @@ void CallbackList::add(const std::string &key, CCO::Callback_ptr callback, Callb
         throw CORBA::OBJECT_NOT_EXIST(0, CORBA::COMPLETED_NO);
     if (active.size() + retired.size() >= maximumCallbacks)
         throw CORBA::NO_RESOURCES(0, CORBA::COMPLETED_NO);
-    active[key] = {std::make_unique<CallbackQueue>(callback, std::move(interests), callLimit), std::move(registration)};
+    try {
+        auto queue = std::make_unique<CallbackQueue>(callback, std::move(interests), callLimit);
+        active[key] = {std::move(queue), std::move(registration)};
+    } catch (const std::system_error &) { // no thread to be had
+        throw CORBA::NO_RESOURCES(0, CORBA::COMPLETED_NO);
+    }
 }
 
 void CallbackList::remove(const std::string &key)

@@ -1,6 +1,7 @@
 #include "installation/program/importservant.h"
 
 #include <chrono>
+#include <system_error>
 
 using namespace std::chrono_literals;
 
@@ -96,7 +97,11 @@ char *ImportServant::begin(const char *path)
     if (isStopped || jobs.size() >= mostAtATime)
         refuse(QStringLiteral("too many imports are running, or the recorder is about to end"));
     const std::string id = std::to_string(++lastNumber);
-    jobs.emplace(id, std::make_shared<Job>(import, file));
+    try {
+        jobs.emplace(id, std::make_shared<Job>(import, file));
+    } catch (const std::system_error &error) { // no thread to be had
+        refuse(QString::fromUtf8(error.what()));
+    }
     return CORBA::string_dup(id.c_str());
 }
 
