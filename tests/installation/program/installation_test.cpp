@@ -91,16 +91,19 @@ TEST_F(Installation, HasAllAgainAfterAKillOfTheManager)
 
 TEST_F(Installation, HasItsManagerRegisteredBeforeItsTreeAnswers)
 {
+    ASSERT_TRUE(managerKnowsTheDevice());
     shared->manager->kill();
-    ASSERT_TRUE(QTest::qWaitFor([] { return CORBA::is_nil(TQ_KRV::IF_KRV_c_KRV_var(manager())); }, 20000));
-    QProcess process;
-    process.start(QStringLiteral(INSTALLATION_PROGRAM), argumentsOf("manager"));
-    for (const QDeadlineTimer end(20000); !treeAnswers() && !end.hasExpired();) {
-        // A client that waits for the tree does the same, at a smaller pace.
+    for (int round = 0; round < 3; ++round) { // the wrong order does not show each time
+        ASSERT_TRUE(QTest::qWaitFor([] { return CORBA::is_nil(TQ_KRV::IF_KRV_c_KRV_var(manager())); }, 20000));
+        QProcess process;
+        process.start(QStringLiteral(INSTALLATION_PROGRAM), argumentsOf("manager"));
+        for (const QDeadlineTimer end(20000); !treeAnswers() && !end.hasExpired();) {
+            // A client that waits for the tree does the same, at a smaller pace.
+        }
+        EXPECT_FALSE(CORBA::is_nil(TQ_KRV::IF_KRV_c_KRV_var(manager())));
+        process.kill();
+        process.waitForFinished();
     }
-    EXPECT_FALSE(CORBA::is_nil(TQ_KRV::IF_KRV_c_KRV_var(manager())));
-    process.kill();
-    process.waitForFinished();
     shared->manager = start("manager");
 }
 

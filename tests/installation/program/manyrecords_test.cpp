@@ -47,7 +47,10 @@ void multiplyTheRecord(const QString &folder)
 TEST_F(ManyRecords, ComeInOneList)
 {
     ASSERT_TRUE(managerKnowsTheDevice());
-    ASSERT_EQ(import({writeWavFile(shared->folder.path(), QStringLiteral("one.wav"), 10)}).exitCode, 0);
+    ASSERT_EQ(import({writeWavFile(shared->folder.path(),
+                                   QStringLiteral("one of the many recordings of a long day.wav"), 10)})
+                  .exitCode,
+              0);
     ASSERT_EQ(shared->recorder->end(), 0);
     multiplyTheRecord(filePath("recorder/recordings"));
     shared->recorder = start("recorder");
