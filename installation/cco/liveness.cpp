@@ -9,6 +9,29 @@
 namespace installation
 {
 
+namespace
+{
+
+/// @throws CORBA::COMM_FAILURE when the connection is lost meanwhile.
+bool exists(CORBA::Object_ptr object)
+{
+    try {
+        return !object->_non_existent();
+    } catch (const CORBA::COMM_FAILURE &) {
+        throw;
+    } catch (const CORBA::TRANSIENT &) {
+        return false;
+    } catch (const CORBA::TIMEOUT &) {
+        return false;
+    } catch (const CORBA::OBJECT_NOT_EXIST &) {
+        return false;
+    } catch (const CORBA::SystemException &) {
+        return true; // a refusal is an answer
+    }
+}
+
+} // namespace
+
 std::optional<NetworkAddress> addressIn(const std::vector<std::string> &values)
 {
     if (values.size() != 2 || values[0].empty())
@@ -28,19 +51,18 @@ bool addressAnswers(const NetworkAddress &address)
 
 bool objectAnswers(CORBA::Object_ptr object, std::chrono::milliseconds limit)
 {
-    try {
-        return !CORBA::Object_var(withCallLimit(object, limit))->_non_existent();
-    } catch (const CORBA::TRANSIENT &) {
-        return false;
-    } catch (const CORBA::COMM_FAILURE &) {
-        return false;
-    } catch (const CORBA::TIMEOUT &) {
-        return false;
-    } catch (const CORBA::OBJECT_NOT_EXIST &) {
-        return false;
-    } catch (const CORBA::SystemException &) {
-        return true; // a refusal is an answer
+    // The ORB keeps its connections to a process that has been killed. The first call on each of them fails, also when
+    // another process serves the same object by now; one that nobody serves is TRANSIENT on a new connection.
+    constexpr int mostDeadConnections = 8;
+    const CORBA::Object_var limited = withCallLimit(object, limit);
+    for (int dead = 0; dead < mostDeadConnections; ++dead) {
+        try {
+            return exists(limited);
+        } catch (const CORBA::COMM_FAILURE &) {
+            continue;
+        }
     }
+    return false;
 }
 
 } // namespace installation
