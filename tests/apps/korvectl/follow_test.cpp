@@ -46,7 +46,9 @@ protected:
     /// A manager that has come back may list a device before it has found it.
     static bool listsAgain(FollowClient &client, const QStringList &names)
     {
-        return listing(client, [&](const QStringList &listed) { return listed == names; }) == names;
+        bool hasListed = false;
+        listing(client, [&](const QStringList &listed) { return hasListed = listed == names; });
+        return hasListed;
     }
 };
 
@@ -88,6 +90,19 @@ TEST_F(Following, ListsAgainWhenThereIsANewRecord)
     ASSERT_FALSE(listingWith(client, QStringLiteral("first")).contains(QStringLiteral("second")));
     importWav("second.wav");
     EXPECT_FALSE(listingWith(client, QStringLiteral("second")).isEmpty());
+}
+
+TEST_F(Following, ListsAgainWhenADeviceGoesAndComesBack)
+{
+    FollowClient client({});
+    const QStringList before = listingWith(client, QStringLiteral("first"));
+    ASSERT_FALSE(before.isEmpty());
+    shared->recorder->kill();
+    ASSERT_TRUE(client.waitForEvent("device"));
+    EXPECT_FALSE(client.lastEvent()[QStringLiteral("available")].toBool());
+    EXPECT_TRUE(listsAgain(client, {}));
+    shared->recorder = start("recorder");
+    EXPECT_TRUE(listsAgain(client, before));
 }
 
 TEST_F(Following, EndsWellWhenInterrupted)
