@@ -12,8 +12,9 @@ enum class ExitCode {
     Success = 0,
     Usage = 1,
     NotReachable = 2,
-    Refused = 3,
+    Refused = 3, ///< or it is not there: a device, a path
     Failed = 4,
+    Partial = 5, ///< a part of the answer was had, and printed
 };
 
 /// Why a request has no result, in one sentence for the user.

@@ -1,18 +1,14 @@
 #include "apps/korvectl/managersession.h"
 
-#include "apps/korvectl/failure.h"
-
 #include "connectionmanagement/hmiserverconnectiondata.h"
 #include "connectionmanagement/korveguitoservercorbahandler.h"
+#include "connectionmanagement/recordlisterror.h"
 #include "korvebase/korveconfiguration.h"
 #include "orbconnection/orbhandler.h"
 
 #include <algorithm>
-#include <functional>
-#include <thread>
 
 using CorbaCommon::OrbHandler;
-using CorbaCommon::OrbSettings;
 using KorveCommon::HMIServerConnectionData;
 using KorveGUI::KorveGuiToServerCorbaHandler;
 using std::chrono::milliseconds;
@@ -22,73 +18,6 @@ namespace korvectl
 
 namespace
 {
-
-using Clock = std::chrono::steady_clock;
-
-// What KorveGuiToServerCorbaHandler::getAllRecords() answers.
-constexpr unsigned long success = 0;
-constexpr unsigned long managerNotReachable = 201;
-constexpr unsigned long deviceUnknown = 202;
-constexpr unsigned long recordsRefused = 203;
-
-/// Where the central object service is looked for.
-QString centralServiceAddress()
-{
-    const QString address = OrbHandler::Instance().settings().centralService;
-    return address.contains(u':') ? address : QStringLiteral("%1:%2").arg(address).arg(OrbSettings::centralServicePort);
-}
-
-QString seconds(milliseconds time)
-{
-    return QString::number(static_cast<double>(time.count()) / 1000);
-}
-
-void startOrb(milliseconds timeout)
-{
-    OrbSettings settings = OrbSettings::fromEnvironment();
-    settings.callTimeout = timeout;
-    settings.connectTimeout = std::min(settings.connectTimeout, timeout);
-    OrbHandler::configure(settings);
-    if (!OrbHandler::Instance().isRunning())
-        throw Failure(ExitCode::Failed,
-                      QStringLiteral("There are no network connections from address %1; KORVE_ADDRESS "
-                                     "has to be one of this host.")
-                          .arg(settings.address));
-}
-
-/// Asks until @p answered, which is given the time that is left, says yes. False when time is up.
-bool comesTrue(Clock::time_point deadline, const std::function<bool(milliseconds)> &answered)
-{
-    constexpr milliseconds pause{100};
-    while (true) {
-        const auto left = std::chrono::duration_cast<milliseconds>(deadline - Clock::now());
-        if (left <= milliseconds::zero())
-            return false;
-        if (answered(left))
-            return true;
-        std::this_thread::sleep_for(std::min(pause, left));
-    }
-}
-
-/// The name of the local subsystem, by which the central object service shows that it is there.
-QString waitForCentralService(Clock::time_point deadline, milliseconds timeout)
-{
-    QString name;
-    const bool answered = comesTrue(deadline, [&](milliseconds left) {
-        try {
-            const CCO::IF_CCO_c_var service = OrbHandler::Instance().centralService(left);
-            name = QString::fromUtf8(CORBA::String_var(service->GetSubSystemName()));
-            return true;
-        } catch (const CORBA::SystemException &) {
-            return false;
-        }
-    });
-    if (!answered)
-        throw Failure(ExitCode::NotReachable,
-                      QStringLiteral("The central object service at %1 did not answer within %2 s.")
-                          .arg(centralServiceAddress(), seconds(timeout)));
-    return name;
-}
 
 unsigned long long beginOf(const KORVE_XML::KORVE_RecordData &record)
 {
@@ -100,20 +29,18 @@ unsigned long long beginOf(const KORVE_XML::KORVE_RecordData &record)
 class ManagerSession::Private
 {
 public:
-    Private(const QString &subsystem, Clock::time_point deadline, milliseconds timeout) : subsystem(subsystem)
+    Private(const CentralService &service, const QString &subsystem, const Deadline &deadline)
+        : serviceAddress(service.address()), subsystem(subsystem)
     {
         OrbHandler &orb = OrbHandler::Instance();
         // So it becomes the current one without tics to all subsystems, each of which may keep us waiting.
         station->GetConfiguration()->SetCurrentSubSystem(subsystem);
-        const bool isFound = comesTrue(deadline, [&](milliseconds left) {
+        const bool isFound = deadline.comesTrue([&](milliseconds left) {
             orb.setCallTimeout(left);
             return handler.ReconnectToServer() && managerAnswers();
         });
         if (!isFound)
-            throw Failure(ExitCode::NotReachable, QStringLiteral("The central object service at %1 named no recorder "
-                                                                 "manager of subsystem %2 that answered within %3 s.")
-                                                      .arg(centralServiceAddress(), subsystem, seconds(timeout)));
-        orb.setCallTimeout(timeout);
+            throw service.noManager(subsystem, deadline);
     }
 
     /// Turns what goes wrong with a call of the manager into the words for it.
@@ -133,12 +60,12 @@ public:
         }
     }
 
-    static QString silence()
+    QString silence() const
     {
-        return QStringLiteral("The recorder manager that %1 named does not answer any more")
-            .arg(centralServiceAddress());
+        return QStringLiteral("The recorder manager that %1 named does not answer any more").arg(serviceAddress);
     }
 
+    const QString serviceAddress;
     const QString subsystem;
     const std::shared_ptr<HMIServerConnectionData> station = std::make_shared<HMIServerConnectionData>(QString());
     mutable KorveGuiToServerCorbaHandler handler{QString(), station, QString()};
@@ -158,15 +85,15 @@ private:
     }
 };
 
-ManagerSession::ManagerSession(const QString &subsystem, milliseconds timeout)
+ManagerSession::ManagerSession(const CentralService &service, const QString &subsystem, milliseconds timeout)
     : d([&] {
-          startOrb(timeout);
-          const auto deadline = Clock::now() + timeout;
+          const Deadline deadline(timeout);
           // Before anything watches the service, since that would ask it beside us.
-          const QString localSubsystem = waitForCentralService(deadline, timeout);
-          return std::make_unique<Private>(subsystem.isEmpty() ? localSubsystem : subsystem, deadline, timeout);
+          const QString localSubsystem = service.localSubsystem(deadline);
+          return std::make_unique<Private>(service, subsystem.isEmpty() ? localSubsystem : subsystem, deadline);
       }())
 {
+    OrbHandler::Instance().setCallTimeout(timeout);
 }
 
 ManagerSession::~ManagerSession() = default;
@@ -208,24 +135,35 @@ DeviceState ManagerSession::device(const QString &id) const
 
 ManagerSession::Records ManagerSession::records(const QString &deviceId) const
 {
+    using namespace KorveGUI;
     Records records;
     switch (d->handler.getAllRecords(deviceId, records)) {
-    case success:
+    case recordlist::success:
         std::stable_sort(records.begin(), records.end(),
                          [](const auto &left, const auto &right) { return beginOf(left) < beginOf(right); });
         return records;
-    case managerNotReachable:
-        throw Failure(ExitCode::NotReachable, d->silence() + u'.');
-    case deviceUnknown:
+    case recordlist::managerNotReachable:
+        throw Failure(ExitCode::NotReachable,
+                      QStringLiteral("The records of %1 cannot be had: the recorder manager that %2 named, or the "
+                                     "device, does not answer.")
+                          .arg(deviceId, d->serviceAddress));
+    case recordlist::deviceUnknown:
         throw Failure(ExitCode::Refused, QStringLiteral("The recorder manager knows no device %1.").arg(deviceId));
-    case recordsRefused:
-        throw Failure(
-            ExitCode::Refused,
-            QStringLiteral("The recorder manager cannot list the records of %1; -v shows why.").arg(deviceId));
+    case recordlist::refused:
+        throw Failure(ExitCode::Refused, reasonOfRefusal(deviceId));
     default:
         throw Failure(ExitCode::Failed,
                       QStringLiteral("The records of %1 could not be fetched; -v shows why.").arg(deviceId));
     }
+}
+
+QString ManagerSession::reasonOfRefusal(const QString &deviceId) const
+{
+    const QString text = QStringLiteral("The recorder manager cannot list the records of %1: %2.");
+    const DeviceState state = device(deviceId);
+    return state.isAvailable
+               ? text.arg(deviceId, QStringLiteral("-v shows why"))
+               : text.arg(deviceId, QStringLiteral("the device, last seen at %1, is not available").arg(state.address));
 }
 
 } // namespace korvectl

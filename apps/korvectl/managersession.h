@@ -1,11 +1,12 @@
 #pragma once
 
+#include "apps/korvectl/centralservice.h"
+
 #include "objectmodel/korve_recorddata.h"
 
 #include <QStringList>
 #include <QVector>
 
-#include <chrono>
 #include <memory>
 
 namespace KorveCommon
@@ -26,16 +27,16 @@ struct DeviceState {
 
 /// The recorder manager of one subsystem, found by way of the central object service, and what it answers.
 ///
-/// Makes no connection to the value tree unless told to. Configures the ORB of the process, so there is one session at
-/// most.
+/// Makes no connection to the value tree unless told to, as long as no event loop runs: the library would in one.
 /// Thread: main; each call blocks, at most for the time-out for each answer.  Errors: throws Failure.
 class ManagerSession
 {
 public:
     using Records = QVector<KORVE_XML::KORVE_RecordData>;
 
-    /// Waits for the services, which may be just starting. An empty @p subsystem is the local one.
-    ManagerSession(const QString &subsystem, std::chrono::milliseconds timeout);
+    /// Waits for the services, which may be just starting. An empty @p subsystem is the local one. @p service is for
+    /// the length of this call.
+    ManagerSession(const CentralService &service, const QString &subsystem, std::chrono::milliseconds timeout);
     ~ManagerSession();
 
     /// Never empty.
@@ -51,6 +52,8 @@ public:
     Records records(const QString &deviceId) const;
 
 private:
+    QString reasonOfRefusal(const QString &deviceId) const;
+
     class Private;
     const std::unique_ptr<Private> d;
 };

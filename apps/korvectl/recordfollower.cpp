@@ -1,5 +1,6 @@
 #include "apps/korvectl/recordfollower.h"
 
+#include "apps/korvectl/console.h"
 #include "apps/korvectl/interruption.h"
 
 #include "connectionmanagement/abstractserverconnectiondata.h"
@@ -8,8 +9,6 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
-
-#include <iostream>
 
 using KorveCommon::AbstractServerConnectionData;
 
@@ -25,9 +24,11 @@ constexpr std::chrono::milliseconds quiet{200};
 /// A manager's tree is there a little before the manager answers: not worth a word.
 constexpr int failuresUntilWord = 10;
 
-void complain(const Failure &failure)
+/// Nobody is left to tell anything when the reader has gone.
+void printOrQuit(const QString &text)
 {
-    std::cerr << "korvectl: " << failure.what() << std::endl;
+    if (!print(text))
+        QCoreApplication::quit();
 }
 
 } // namespace
@@ -137,7 +138,7 @@ void RecordFollower::notePostponed(const Failure &failure)
 void RecordFollower::tell(ConnectionEvent event)
 {
     event.atUs = static_cast<quint64>(QDateTime::currentMSecsSinceEpoch()) * 1000;
-    std::cout << (line.json ? eventJson(event) : eventText(event)).toStdString() << std::flush;
+    printOrQuit(line.json ? eventJson(event) : eventText(event));
 }
 
 void RecordFollower::print(const Listing &listing)
@@ -146,7 +147,7 @@ void RecordFollower::print(const Listing &listing)
     if (text == printed)
         return; // what changed is nothing that is shown
     printed = text;
-    std::cout << text.toStdString() << std::flush;
+    printOrQuit(text);
 }
 
 ExitCode followRecords(ManagerSession &session, const CommandLine &line)

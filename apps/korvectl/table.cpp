@@ -1,5 +1,7 @@
 #include "apps/korvectl/table.h"
 
+#include "apps/korvectl/displaywidth.h"
+
 #include <algorithm>
 
 namespace korvectl
@@ -17,6 +19,19 @@ QString printable(QString text)
     return text;
 }
 
+QStringList printable(const QStringList &cells)
+{
+    QStringList row;
+    for (const QString &cell : cells)
+        row << printable(cell);
+    return row;
+}
+
+QString padding(int wanted, const QString &text)
+{
+    return QString(std::max(0, wanted - displayWidth(text)), u' ');
+}
+
 QString withoutBlanksAtEnd(QString line)
 {
     while (line.endsWith(u' '))
@@ -29,10 +44,7 @@ QString withoutBlanksAtEnd(QString line)
 void Table::addRow(const QStringList &cells)
 {
     Q_ASSERT(cells.size() == columns.size());
-    QStringList row;
-    for (const QString &cell : cells)
-        row << printable(cell);
-    rows << row;
+    rows << printable(cells);
 }
 
 QString Table::text() const
@@ -46,21 +58,27 @@ QString Table::text() const
     return lines;
 }
 
+QString Table::line(const QStringList &cells) const
+{
+    return drawn(printable(cells));
+}
+
 QString Table::drawn(const QStringList &cells) const
 {
     QStringList padded;
     for (int column = 0; column < columns.size(); ++column) {
         const bool isRight = columns[column].alignment == Qt::AlignRight;
-        padded << (isRight ? cells[column].rightJustified(width(column)) : cells[column].leftJustified(width(column)));
+        const QString blanks = padding(width(column), cells[column]);
+        padded << (isRight ? blanks + cells[column] : cells[column] + blanks);
     }
     return withoutBlanksAtEnd(padded.join(QLatin1String("  "))) + u'\n';
 }
 
 int Table::width(int column) const
 {
-    int widest = columns[column].title.size();
+    int widest = std::max(columns[column].leastWidth, displayWidth(columns[column].title));
     for (const QStringList &row : rows)
-        widest = std::max(widest, static_cast<int>(row[column].size()));
+        widest = std::max(widest, displayWidth(row[column]));
     return widest;
 }
 

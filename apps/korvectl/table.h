@@ -15,6 +15,7 @@ public:
     struct Column {
         QString title;
         Qt::Alignment alignment = Qt::AlignLeft;
+        int leastWidth = 0;
     };
 
     explicit Table(const QVector<Column> &columns) : columns(columns) {}
@@ -23,12 +24,14 @@ public:
     void addRow(const QStringList &cells);
     /// Each line with its end; no blanks at the end of a line.
     QString text() const;
+    /// A row as it would stand there, which is not kept, and for which no column becomes wider.
+    QString line(const QStringList &cells) const;
 
 private:
     QString drawn(const QStringList &cells) const;
     int width(int column) const;
 
-    const QVector<Column> columns;
+    QVector<Column> columns;
     QVector<QStringList> rows;
 };
 

@@ -42,6 +42,14 @@ QString duration(quint64 us)
              QStringLiteral("%1").arg(ms % 1000, 3, 10, QLatin1Char('0')));
 }
 
+QString elapsed(quint64 us)
+{
+    const double ms = static_cast<double>(us) / 1000;
+    if (ms < 10)
+        return QStringLiteral("%1 ms").arg(ms, 0, 'f', 1);
+    return ms < 1000 ? QStringLiteral("%1 ms").arg(ms, 0, 'f', 0) : QStringLiteral("%1 s").arg(ms / 1000, 0, 'f', 1);
+}
+
 QString instant(quint64 us)
 {
     const QDateTime time = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(us / 1000), Qt::UTC);

@@ -10,6 +10,8 @@ namespace korvectl::units
 QString bytes(quint64 count);
 /// "1:02:03.004", hours first.
 QString duration(quint64 us);
+/// "0.3 ms", "120 ms", "2.5 s".
+QString elapsed(quint64 us);
 /// "2026-03-01 12:00:00", in UTC; since 1970.
 QString instant(quint64 us);
 /// "16.0 kB/s"; "-" for no time at all.

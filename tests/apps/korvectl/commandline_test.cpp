@@ -46,6 +46,28 @@ TEST(Request, TracesMoreWithEachV)
     EXPECT_EQ(Parsed({"devices", "-vv"}).line->traceMask, 96u);
 }
 
+TEST(Request, LooksAtTheTree)
+{
+    EXPECT_EQ(Parsed({"tree", "ls"}).line->command, Command::TreeList);
+    EXPECT_EQ(Parsed({"tree", "ls"}).line->path, QLatin1String("/"));
+    EXPECT_TRUE(Parsed({"tree", "ls", "-r", "/KORVE"}).line->recursive);
+    const Parsed get({"tree", "get", "/KORVE/K\xc3\xb6ln Ost", "--json"});
+    EXPECT_EQ(get.line->command, Command::TreeGet);
+    EXPECT_EQ(get.line->path, QStringLiteral("/KORVE/K\u00f6ln Ost"));
+    EXPECT_TRUE(get.line->json);
+}
+
+TEST(Request, WatchesForGoodUnlessToldOtherwise)
+{
+    const Parsed forGood({"tree", "watch", "/KORVE"});
+    EXPECT_EQ(forGood.line->command, Command::TreeWatch);
+    EXPECT_EQ(forGood.line->watchTime.count(), 0);
+    EXPECT_EQ(forGood.line->changeLimit, 0);
+    const Parsed bounded({"tree", "watch", "--for", "1.5", "--count", "3"});
+    EXPECT_EQ(bounded.line->watchTime, std::chrono::milliseconds(1500));
+    EXPECT_EQ(bounded.line->changeLimit, 3);
+}
+
 TEST(Request, FollowsRecordsWhenToldTo)
 {
     EXPECT_FALSE(Parsed({"records"}).line->follow);
@@ -73,4 +95,7 @@ INSTANTIATE_TEST_SUITE_P(Lines, WrongRequest,
                                          std::vector<std::string>{"devices", "--follow"},
                                          std::vector<std::string>{"devices", "--timeout", "0"},
                                          std::vector<std::string>{"devices", "--timeout", "soon"},
-                                         std::vector<std::string>{"records", "REC1", "REC2"}));
+                                         std::vector<std::string>{"records", "REC1", "REC2"},
+                                         std::vector<std::string>{"tree"}, std::vector<std::string>{"tree", "get"},
+                                         std::vector<std::string>{"tree", "watch", "--count", "0"},
+                                         std::vector<std::string>{"completion", "fish"}));

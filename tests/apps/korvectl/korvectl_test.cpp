@@ -1,10 +1,9 @@
+#include "tests/apps/korvectl/korvectlfixture.h"
 #include "tests/installation/manager/wavfile.h"
-#include "tests/installation/program/installationfixture.h"
 #include "tests/support/loopbacklease.h"
 
+#include <QDateTime>
 #include <QElapsedTimer>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QtTest/QTest>
@@ -12,8 +11,8 @@
 namespace
 {
 
-/// The client as a process, beside the services of a host whose recorder has one record of a second.
-class Korvectl : public InstallationFixture
+/// Of a host whose recorder has one record of a second.
+class Korvectl : public KorvectlFixture
 {
 protected:
     static void SetUpTestSuite()
@@ -23,28 +22,6 @@ protected:
         const Run done = import({writeWavFile(shared->folder.path(), QStringLiteral("one second.wav"), 8000)});
         ASSERT_EQ(done.exitCode, 0) << done.errors.toStdString();
         recordId = done.output.trimmed().section(QStringLiteral(": "), -1);
-    }
-
-    /// Empty @p centralService: the one of the services.
-    static Run ask(const QStringList &arguments, const QString &centralService = QString())
-    {
-        QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        if (!centralService.isEmpty())
-            environment.insert(QStringLiteral("KORVE_CCO"), centralService);
-        process.setProcessEnvironment(environment);
-        process.start(QStringLiteral(KORVECTL_PROGRAM), arguments);
-        if (!process.waitForFinished(30000))
-            throw std::runtime_error("korvectl does not end");
-        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-                QString::fromUtf8(process.readAllStandardError())};
-    }
-    static QStringList words(const char *text) { return QString::fromUtf8(text).split(u' '); }
-    static QJsonArray array(const Run &run) { return QJsonDocument::fromJson(run.output.toUtf8()).array(); }
-    static bool isOneSentence(const QString &text)
-    {
-        return text.startsWith(QLatin1String("korvectl: ")) && text.endsWith(QLatin1String(".\n")) &&
-               text.count(u'\n') == 1;
     }
 
     static QString recordId;

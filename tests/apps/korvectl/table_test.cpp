@@ -25,3 +25,23 @@ TEST(Table, LetsNoTextMoveTheCursor)
     table.addRow({QStringLiteral("x\n\x1b[2Jy\u202e")});
     EXPECT_EQ(table.text().toStdString(), "A\nx??[2Jy?\n");
 }
+
+TEST(Table, AlignsLettersOfAllWidths)
+{
+    Table table({{QStringLiteral("A")}, {QStringLiteral("B")}});
+    table.addRow({QStringLiteral("K\u00f6ln"), QStringLiteral("composed")});
+    table.addRow({QStringLiteral("Ko\u0308ln"), QStringLiteral("of two parts")});
+    table.addRow({QStringLiteral("\u6771\u4eac"), QStringLiteral("two wide ones")});
+    EXPECT_EQ(table.text(), QStringLiteral("A     B\n"
+                                           "K\u00f6ln  composed\n"
+                                           "Ko\u0308ln  of two parts\n"
+                                           "\u6771\u4eac  two wide ones\n"));
+}
+
+TEST(Table, DrawsFurtherLinesAsWideAsItIs)
+{
+    Table table({{QStringLiteral("A"), Qt::AlignLeft, 4}, {QStringLiteral("B")}});
+    EXPECT_EQ(table.line({QStringLiteral("x\n"), QStringLiteral("y")}).toStdString(), "x?    y\n");
+    EXPECT_EQ(table.line({QStringLiteral("longer"), QStringLiteral("y")}).toStdString(), "longer  y\n");
+    EXPECT_EQ(table.text().toStdString(), "A     B\n");
+}

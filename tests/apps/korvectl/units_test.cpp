@@ -24,6 +24,14 @@ TEST(Units, ShowDurations)
     EXPECT_EQ(units::duration(360'000'000'000), QLatin1String("100:00:00.000"));
 }
 
+TEST(Units, ShowHowLongSomethingTook)
+{
+    EXPECT_EQ(units::elapsed(0), QLatin1String("0.0 ms"));
+    EXPECT_EQ(units::elapsed(1'240), QLatin1String("1.2 ms"));
+    EXPECT_EQ(units::elapsed(120'400), QLatin1String("120 ms"));
+    EXPECT_EQ(units::elapsed(2'540'000), QLatin1String("2.5 s"));
+}
+
 TEST(Units, ShowInstantsInUtc)
 {
     EXPECT_EQ(units::instant(0), QLatin1String("1970-01-01 00:00:00"));

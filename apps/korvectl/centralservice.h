@@ -1,0 +1,42 @@
+#pragma once
+
+#include "apps/korvectl/deadline.h"
+#include "apps/korvectl/failure.h"
+
+#include "idl/cco.hh"
+#include "idl/korvemanager.hh"
+
+#include <QStringList>
+
+namespace korvectl
+{
+
+/// The way into an installation: the ORB of this process, and the central object service.
+///
+/// Configures that ORB, so there is one at most.
+/// Thread: main; each call blocks, at most for the time that it is given.  Errors: Failure, or what the ORB raises.
+class CentralService
+{
+public:
+    /// @throws Failure when this host does not have the address that KORVE_ADDRESS says.
+    explicit CentralService(std::chrono::milliseconds timeout);
+
+    /// "HOST:PORT"
+    QString address() const;
+    /// Waits until the service answers, as one that is just starting will. @throws Failure
+    QString localSubsystem(const Deadline &deadline) const;
+    QStringList subsystems(std::chrono::milliseconds limit) const;
+    /// The service itself, whose calls end after @p limit. The caller releases it.
+    CCO::IF_CCO_c_ptr reference(std::chrono::milliseconds limit) const;
+    /// What has the name @p path, nil for nothing. The caller releases it.
+    CORBA::Object_ptr resolve(const QString &path, std::chrono::milliseconds limit) const;
+    /// The manager of @p subsystem, empty for the local one, as it is registered: it need not answer. Nil for none. The
+    /// caller releases it.
+    TQ_KRV::IF_KRV_c_KRV_ptr manager(const QString &subsystem, std::chrono::milliseconds limit) const;
+    /// Its name.
+    static QString managerPath(const QString &subsystem);
+    /// The words for a manager that was looked for in vain.
+    Failure noManager(const QString &subsystem, const Deadline &deadline) const;
+};
+
+} // namespace korvectl

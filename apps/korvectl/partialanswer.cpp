@@ -1,0 +1,26 @@
+#include "apps/korvectl/partialanswer.h"
+
+#include "apps/korvectl/console.h"
+
+#include <algorithm>
+
+namespace korvectl
+{
+
+void PartialAnswer::ask(const std::function<void()> &question)
+{
+    try {
+        question();
+        ++answers;
+    } catch (const Failure &failure) {
+        complain(failure);
+        worst = std::max(worst, failure.exitCode);
+    }
+}
+
+ExitCode PartialAnswer::exitCode() const
+{
+    return worst != ExitCode::Success && answers > 0 ? ExitCode::Partial : worst;
+}
+
+} // namespace korvectl

@@ -1,0 +1,101 @@
+#include "apps/korvectl/watchprinter.h"
+
+#include "apps/korvectl/console.h"
+
+#include <QDateTime>
+#include <QJsonDocument>
+
+namespace korvectl
+{
+
+namespace
+{
+
+QString nameOf(TreeEvent::Kind kind)
+{
+    switch (kind) {
+    case TreeEvent::Kind::Connected:
+        return QStringLiteral("connected");
+    case TreeEvent::Kind::Value:
+        return QStringLiteral("value");
+    case TreeEvent::Kind::Change:
+        return QStringLiteral("change");
+    case TreeEvent::Kind::Lost:
+        return QStringLiteral("lost");
+    }
+    return QString();
+}
+
+QString lineOf(QJsonObject object, TreeEvent::Kind kind)
+{
+    object.insert(QStringLiteral("event"), nameOf(kind));
+    object.insert(QStringLiteral("time"), QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
+    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)) + u'\n';
+}
+
+QStringList cellsOf(const TreeRow &row)
+{
+    const QString now = QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz"));
+    return {now, row.path, row.type, wordsFor(row.state), row.text};
+}
+
+Table emptyTable()
+{
+    return Table({{QStringLiteral("TIME")},
+                  {QStringLiteral("PATH")},
+                  {QStringLiteral("TYPE")},
+                  {QStringLiteral("STATE")},
+                  {QStringLiteral("VALUE")}});
+}
+
+} // namespace
+
+WatchPrinter::WatchPrinter(bool asJson, const QString &address) : asJson(asJson), address(address), table(emptyTable())
+{
+}
+
+bool WatchPrinter::print(const TreeEvent &event)
+{
+    if (event.kind == TreeEvent::Kind::Change)
+        ++changeCount;
+    return asJson ? printObjects(event) : printLines(event);
+}
+
+bool WatchPrinter::printObjects(const TreeEvent &event) const
+{
+    QString lines;
+    if (event.kind == TreeEvent::Kind::Connected || event.kind == TreeEvent::Kind::Lost)
+        lines = lineOf({{QStringLiteral("address"), address}}, event.kind);
+    for (const TreeRow &row : event.rows)
+        lines += lineOf(row.object(), event.kind);
+    return korvectl::print(lines);
+}
+
+bool WatchPrinter::printLines(const TreeEvent &event)
+{
+    switch (event.kind) {
+    case TreeEvent::Kind::Connected:
+        if (connections++ > 0)
+            complain(QStringLiteral("The value tree at %1 is there again.").arg(address));
+        return true;
+    case TreeEvent::Kind::Value:
+        return printTable(event.rows);
+    case TreeEvent::Kind::Change:
+        return korvectl::print(table.line(cellsOf(event.rows.front())));
+    case TreeEvent::Kind::Lost:
+        complain(
+            QStringLiteral("The value tree at %1 is lost; its values are shown again when it is back.").arg(address));
+        return true;
+    }
+    return true;
+}
+
+bool WatchPrinter::printTable(const std::vector<TreeRow> &rows)
+{
+    table = emptyTable();
+    for (const TreeRow &row : rows)
+        table.addRow(cellsOf(row));
+    return korvectl::print(table.text());
+}
+
+} // namespace korvectl

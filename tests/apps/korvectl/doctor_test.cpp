@@ -1,0 +1,87 @@
+#include "tests/apps/korvectl/korvectlfixture.h"
+#include "tests/support/loopbacklease.h"
+
+#include <QJsonObject>
+
+namespace
+{
+
+/// The services of a host, of which some end.
+class KorvectlDoctor : public KorvectlFixture
+{
+protected:
+    static QString text(const QJsonValue &link, const char *member)
+    {
+        return link.toObject()[QLatin1String(member)].toString();
+    }
+    static bool isSound(const QJsonValue &link) { return link.toObject()[QStringLiteral("sound")].toBool(); }
+};
+
+TEST_F(KorvectlDoctor, GoesAllTheWayToTheDevices)
+{
+    const Run run = ask(words("doctor --timeout 20"));
+    EXPECT_EQ(run.exitCode, 0) << run.errors.toStdString();
+    EXPECT_EQ(run.errors, QString());
+    QStringList links;
+    for (const QString &line : run.output.split(u'\n', Qt::SkipEmptyParts).mid(1)) {
+        links << line.left(24).trimmed();
+        EXPECT_TRUE(line.contains(address())) << line.toStdString();
+        EXPECT_TRUE(line.contains(QLatin1String(" ms  ok ")) || line.contains(QLatin1String(" s  ok ")))
+            << line.toStdString();
+    }
+    EXPECT_EQ(links.join(QLatin1String(", ")), QLatin1String("central object service, recorder manager, value tree, "
+                                                             "list of devices, recorder REC1, device REC1"));
+    EXPECT_FALSE(run.output.contains(u'\x1b')); // no terminal, no colours
+}
+
+TEST_F(KorvectlDoctor, NamesTheAddressWhereNobodyListens)
+{
+    const LoopbackLease nobody;
+    const Run run = ask(words("doctor --timeout 0.5 --json"), nobody.address());
+    EXPECT_EQ(run.exitCode, 2);
+    ASSERT_EQ(array(run).size(), 1);
+    const QJsonValue link = array(run).first();
+    EXPECT_FALSE(isSound(link));
+    EXPECT_EQ(text(link, "address"), nobody.address() + QLatin1String(":8003"));
+    EXPECT_EQ(text(link, "complaint"), QStringLiteral("The central object service at %1:8003 did not answer within "
+                                                      "0.5 s: nothing listens there.")
+                                           .arg(nobody.address()));
+    EXPECT_TRUE(text(link, "remedy").contains(QLatin1String("KORVE_CCO")));
+    EXPECT_GT(link.toObject()[QStringLiteral("elapsedUs")].toDouble(), 0);
+}
+
+TEST_F(KorvectlDoctor, NamesTheSubsystemsWhereThereIsNoManager)
+{
+    const Run run = ask(words("doctor --timeout 0.5 --subsystem Nowhere --json"));
+    EXPECT_EQ(run.exitCode, 2);
+    ASSERT_EQ(array(run).size(), 2);
+    EXPECT_TRUE(isSound(array(run)[0]));
+    EXPECT_TRUE(text(array(run)[1], "complaint").contains(QLatin1String("no recorder manager of subsystem Nowhere")));
+    EXPECT_TRUE(text(array(run)[1], "remedy").contains(QLatin1String("Main")));
+}
+
+TEST_F(KorvectlDoctor, StopsAtARecorderThatStandsStill)
+{
+    ASSERT_EQ(ask(words("doctor --timeout 20")).exitCode, 0);
+    shared->recorder->suspend();
+    const Run run = ask(words("doctor --timeout 0.5"));
+    shared->recorder->resume();
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(run.output.trimmed().endsWith(QLatin1String("broken"))) << run.output.toStdString();
+    EXPECT_TRUE(run.output.contains(QLatin1String("recorder REC1"))) << run.output.toStdString();
+    EXPECT_TRUE(run.errors.contains(QLatin1String("something listens there"))) << run.errors.toStdString();
+    EXPECT_EQ(run.errors.count(u'\n'), 2) << run.errors.toStdString(); // complaint and remedy
+}
+
+TEST_F(KorvectlDoctor, StopsAtAManagerThatHasEnded)
+{
+    shared->manager->kill();
+    const Run run = ask(words("doctor --timeout 0.5 --json"));
+    shared->manager = start("manager");
+    EXPECT_EQ(run.exitCode, 2);
+    ASSERT_EQ(array(run).size(), 2);
+    EXPECT_EQ(text(array(run)[1], "link"), QLatin1String("recorder manager"));
+    EXPECT_FALSE(text(array(run)[1], "complaint").isEmpty());
+}
+
+} // namespace
