@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QObject>
+#include "orbconnection/callqueue.h"
+
 #include <QThread>
 
 #include <memory>
@@ -17,8 +18,10 @@ public:
     {
         thread.setObjectName(QLatin1String(name));
         worker->moveToThread(&thread);
+        calls->moveToThread(&thread);
         QObject::connect(&thread, &QThread::started, worker, &Worker::start);
         QObject::connect(&thread, &QThread::finished, worker, &QObject::deleteLater);
+        QObject::connect(&thread, &QThread::finished, calls, &QObject::deleteLater);
         thread.start();
     }
     WorkerThread(const WorkerThread &) = delete;
@@ -34,13 +37,14 @@ public:
     /// Runs @p call(worker) there, later, in the order of posting.
     template <typename Call> void post(Call call)
     {
-        QMetaObject::invokeMethod(
-            worker, [worker = worker, call = std::move(call)] { call(*worker); }, Qt::QueuedConnection);
+        calls->post([worker = worker, call = std::move(call)] { call(*worker); });
     }
     Worker *operator->() const { return worker; }
 
 private:
     QThread thread;
-    Worker *const worker; // the thread's end deletes it
+    // The thread's end deletes both.
+    Worker *const worker;
+    CallQueue *const calls = new CallQueue;
 };
 } // namespace CorbaCommon

@@ -2,7 +2,11 @@
 
 #include "orbconnection/mirrorwire.h"
 #include "orbconnection/orbhandler.h"
+#include "orbconnection/valuetree.hh"
 #include "valuetreelib/value.h"
+
+#include <condition_variable>
+#include <mutex>
 
 using namespace mirror;
 using namespace std::chrono_literals;
@@ -37,12 +41,13 @@ std::string hugeLength(quint64 number)
 }
 } // namespace
 
-class RudeTreeServer::Servant : public POA_VALUETREE::TreeServer
+/// What the server does, whatever becomes of its servant.
+class RudeTreeServer::Conduct
 {
 public:
-    explicit Servant(Manner manner) : manner(manner) {}
+    explicit Conduct(Manner manner) : manner(manner) {}
 
-    CORBA::ULongLong open(const char *, CORBA::ULong) override
+    CORBA::ULongLong open()
     {
         std::unique_lock lock(mutex);
         opened.push_back(Clock::now());
@@ -51,7 +56,7 @@ public:
         changed.wait(lock, [this] { return manner != Manner::HangsInOpen; });
         return opened.size();
     }
-    VALUETREE::Delivery *pull(CORBA::ULongLong, CORBA::ULongLong received, CORBA::Boolean) override
+    VALUETREE::Delivery *pull(CORBA::ULongLong received)
     {
         VALUETREE::Delivery_var delivery = new VALUETREE::Delivery;
         std::unique_lock lock(mutex);
@@ -68,15 +73,13 @@ public:
         }
         return delivery._retn();
     }
-    CORBA::Boolean push(CORBA::ULongLong, CORBA::ULongLong, const VALUETREE::Batch &) override { return true; }
-    void resynchronise(CORBA::ULongLong) override
+    void resynchronise()
     {
         const std::lock_guard lock(mutex);
         ++resynchronisations;
     }
-    void close(CORBA::ULongLong) override {}
 
-    mutable std::mutex mutex; // guards all below
+    std::mutex mutex; // guards all below
     std::condition_variable changed;
     Manner manner;
     std::vector<Clock::time_point> opened;
@@ -95,7 +98,7 @@ private:
     const std::string frames = honestFrames();
 };
 
-std::string RudeTreeServer::Servant::wholeSnapshot(quint64 number) const
+std::string RudeTreeServer::Conduct::wholeSnapshot(quint64 number) const
 {
     return batch(number, {{.kind = RecordKind::SnapshotBegin},
                           {.kind = RecordKind::Node},
@@ -104,7 +107,7 @@ std::string RudeTreeServer::Servant::wholeSnapshot(quint64 number) const
                           {.kind = RecordKind::SnapshotEnd}});
 }
 
-std::string RudeTreeServer::Servant::bytesOf(quint64 number) const
+std::string RudeTreeServer::Conduct::bytesOf(quint64 number) const
 {
     switch (manner) {
     case Manner::EndsSessions:
@@ -131,10 +134,30 @@ std::string RudeTreeServer::Servant::bytesOf(quint64 number) const
     return wholeSnapshot(number);
 }
 
-RudeTreeServer::RudeTreeServer(Manner manner) : servant(new Servant(manner))
+/// The ORB's, which ends it when the last call has ended.
+class RudeTreeServer::Servant : public POA_VALUETREE::TreeServer
 {
+public:
+    explicit Servant(std::shared_ptr<Conduct> conduct) : conduct(std::move(conduct)) {}
+
+    CORBA::ULongLong open(const char *, CORBA::ULong) override { return conduct->open(); }
+    VALUETREE::Delivery *pull(CORBA::ULongLong, CORBA::ULongLong received, CORBA::Boolean) override
+    {
+        return conduct->pull(received);
+    }
+    CORBA::Boolean push(CORBA::ULongLong, CORBA::ULongLong, const VALUETREE::Batch &) override { return true; }
+    void resynchronise(CORBA::ULongLong) override { conduct->resynchronise(); }
+    void close(CORBA::ULongLong) override {}
+
+private:
+    const std::shared_ptr<Conduct> conduct;
+};
+
+RudeTreeServer::RudeTreeServer(Manner manner) : conduct(std::make_shared<Conduct>(manner))
+{
+    const PortableServer::ServantBase_var servant = new Servant(conduct);
     const PortableServer::ObjectId_var id = PortableServer::string_to_ObjectId(key);
-    CorbaCommon::OrbHandler::Instance().keyedPoa()->activate_object_with_id(id, servant);
+    CorbaCommon::OrbHandler::Instance().keyedPoa()->activate_object_with_id(id, servant.in());
 }
 
 RudeTreeServer::~RudeTreeServer()
@@ -146,25 +169,25 @@ RudeTreeServer::~RudeTreeServer()
 
 void RudeTreeServer::behave(Manner manner)
 {
-    const std::lock_guard lock(servant->mutex);
-    servant->manner = manner;
-    servant->changed.notify_all();
+    const std::lock_guard lock(conduct->mutex);
+    conduct->manner = manner;
+    conduct->changed.notify_all();
 }
 
 std::vector<RudeTreeServer::Clock::time_point> RudeTreeServer::opened() const
 {
-    const std::lock_guard lock(servant->mutex);
-    return servant->opened;
+    const std::lock_guard lock(conduct->mutex);
+    return conduct->opened;
 }
 
 int RudeTreeServer::pullCount() const
 {
-    const std::lock_guard lock(servant->mutex);
-    return servant->pulls;
+    const std::lock_guard lock(conduct->mutex);
+    return conduct->pulls;
 }
 
 int RudeTreeServer::resynchronisationCount() const
 {
-    const std::lock_guard lock(servant->mutex);
-    return servant->resynchronisations;
+    const std::lock_guard lock(conduct->mutex);
+    return conduct->resynchronisations;
 }

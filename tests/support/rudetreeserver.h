@@ -1,13 +1,7 @@
 #pragma once
 
-#include "orbconnection/valuetree.hh"
-
-#include <QtGlobal>
-
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
-#include <string>
+#include <memory>
 #include <vector>
 
 /// A tree server that misbehaves as it is told, at the key "ValueTree" of the ORB for as long as this lives.
@@ -46,7 +40,8 @@ public:
     static constexpr std::size_t tooManyBytes = 5000;
 
 private:
+    class Conduct;
     class Servant;
 
-    PortableServer::Servant_var<Servant> servant;
+    const std::shared_ptr<Conduct> conduct;
 };
