@@ -34,9 +34,15 @@ QString joined(const QString &parentPath, const QString &name)
     return path += name;
 }
 
+bool hasName(const QString &path)
+{
+    return !path.isEmpty() && !path.endsWith(u'/');
+}
+
 bool isTooDeep(const QString &normalizedPath)
 {
-    return normalizedPath.count(u'/') > Tree::maxDepth;
+    // Each part takes two characters at least.
+    return normalizedPath.size() > 2 * Tree::maxDepth && normalizedPath.count(u'/') > Tree::maxDepth;
 }
 
 void refuse(const QString &path, const char *reason)
@@ -146,12 +152,19 @@ Tree &Tree::Instance()
 
 bool Tree::addValue(const QString &parentPath, std::unique_ptr<ValueBase> value, IObserver *originator)
 {
-    if (!value || value->name().isEmpty()) {
-        refuse(parentPath, "a value needs a name");
+    const QString path = joined(parentPath, value ? value->path : QString());
+    return addValueAt(path, std::move(value), originator);
+}
+
+bool Tree::addValueAt(const QString &givenPath, std::unique_ptr<ValueBase> value, IObserver *originator)
+{
+    Q_ASSERT(isMainThread());
+    if (!value || !hasName(givenPath)) {
+        refuse(givenPath, "a value needs a name");
         return false;
     }
-    const QString path = normalizedPath(joined(parentPath, value->path));
-    if (isTooDeep(path) || findValue(path)) {
+    const QString path = normalizedPath(givenPath);
+    if (isTooDeep(path) || d->values.find(path)) {
         refuse(path, isTooDeep(path) ? "too deep" : "there is such a value");
         return false;
     }

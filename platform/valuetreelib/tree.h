@@ -32,6 +32,8 @@ public:
     /// Adds @p value under @p parentPath and its name, with the nodes that are missing. False, with the value deleted,
     /// when there is such a value already, it has no name, or the path is too deep.
     bool addValue(const QString &parentPath, std::unique_ptr<ValueBase> value, IObserver *originator = nullptr);
+    /// The same, where the value gets its name from @p path, and the nodes above it are those of the path.
+    bool addValueAt(const QString &path, std::unique_ptr<ValueBase> value, IObserver *originator = nullptr);
     /// The node at @p path, added if necessary; null when the path is too deep.
     Node *addNode(const QString &path, IObserver *originator = nullptr);
 

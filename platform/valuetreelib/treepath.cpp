@@ -2,13 +2,17 @@
 
 #include <QVector>
 
+#include <algorithm>
+
 namespace values
 {
 bool isNormalizedPath(const QString &path)
 {
     if (!path.startsWith(u'/'))
         return false;
-    return path.size() == 1 || (!path.endsWith(u'/') && !path.contains(QLatin1String("//")));
+    const auto areSlashes = [](QChar a, QChar b) { return a == u'/' && b == u'/'; };
+    return path.size() == 1
+        || (!path.endsWith(u'/') && std::adjacent_find(path.begin(), path.end(), areSlashes) == path.end());
 }
 
 QString normalizedPath(const QString &path)

@@ -177,6 +177,18 @@ TEST_F(Adding, NeedsAValueWithAName)
     EXPECT_EQ(traces.size(), 2u);
 }
 
+TEST_F(Adding, AtAWholePathNamesTheValueByIt)
+{
+    auto value = std::make_unique<TextValue>();
+    value->SetName(QStringLiteral("other"), nullptr);
+    ASSERT_TRUE(tree.addValueAt(QStringLiteral("/a//b/v"), std::move(value)));
+    const ValueBase *const added = tree.findValue(QStringLiteral("/a/b/v"));
+    ASSERT_NE(added, nullptr);
+    EXPECT_EQ(added->name(), QStringLiteral("v"));
+    EXPECT_FALSE(tree.addValueAt(QStringLiteral("/a/b/"), std::make_unique<TextValue>()));
+    EXPECT_EQ(traces.size(), 1u);
+}
+
 TEST_F(Adding, RefusesPathsWithoutEnd)
 {
     const QString deep = QStringLiteral("/a").repeated(Tree::maxDepth);
