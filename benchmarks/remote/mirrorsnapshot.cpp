@@ -12,7 +12,7 @@
 #include <QTcpSocket>
 
 #include <memory>
-#include <vector>
+#include <unordered_map>
 
 using namespace values;
 
@@ -22,7 +22,8 @@ struct PlainValue {
     QString path;
     QString content;
 };
-using PlainValues = std::vector<std::unique_ptr<PlainValue>>;
+/// As a mirror's values are to be: each an object, found by its path.
+using PlainValues = std::unordered_map<QString, std::unique_ptr<PlainValue>>;
 
 void checkMirror()
 {
@@ -45,7 +46,7 @@ PlainValues received()
             stream >> value->path >> value->content;
             if (!stream.commitTransaction())
                 return;
-            values.push_back(std::move(value));
+            values.emplace(value->path, std::move(value));
         }
     });
     Service &service = Service::instance();
@@ -57,9 +58,8 @@ PlainValues received()
 void check(const PlainValues &values)
 {
     for (int n = 0; n < texts::count; ++n) {
-        const PlainValue &value = *values[static_cast<std::size_t>(n)];
-        const bool isRight = value.path == texts::path(n) && value.content == texts::content(n);
-        require(isRight, "each value comes by the socket");
+        const auto found = values.find(texts::path(n));
+        require(found != values.end() && found->second->content == texts::content(n), "each value comes by the socket");
     }
 }
 

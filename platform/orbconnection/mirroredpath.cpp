@@ -12,7 +12,11 @@ MirroredPath::MirroredPath(const QString &path)
 
 QString MirroredPath::absolute(const QString &relative) const
 {
-    return relative.isEmpty() ? topPath : prefix + relative;
+    if (relative.isEmpty())
+        return topPath;
+    QString path;
+    path.reserve(prefix.size() + relative.size()); // exactly: values keep it
+    return path.append(prefix).append(relative);
 }
 
 std::optional<QString> MirroredPath::relative(const QString &absolute) const

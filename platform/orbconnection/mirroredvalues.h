@@ -1,5 +1,7 @@
 #pragma once
 
+#include "orbconnection/numbertable.h"
+
 #include <QHash>
 #include <QString>
 
@@ -26,24 +28,24 @@ public:
     void clear();
 
     /// Null, when there is no such value, or no longer.
-    values::ValueBase *value(quint32 id) const { return valuesById.value(id, nullptr); }
+    values::ValueBase *value(quint32 id) const { return valuesById.value(id); }
     /// 0, when the value has none.
-    quint32 id(const values::ValueBase *value) const;
+    quint32 id(const values::ValueBase *value) const { return idsByValue.value(value); }
     /// All paths, in order.
     std::vector<QString> paths() const;
     std::vector<values::ValueBase *> valuesBelow(const QString &path) const;
 
 private:
-    struct Entry {
-        values::ValueBase *value;
-        std::vector<quint32> ids;
-    };
-    using Entries = std::map<QString, Entry>; // by path
+    using Places = std::map<QString, values::ValueBase *>; // by path
 
-    Entries::iterator remove(Entries::iterator position);
+    Places &sorted() const;
+    Places::iterator remove(Places::iterator place);
 
-    Entries entries;
-    QHash<quint32, values::ValueBase *> valuesById;
-    QHash<const values::ValueBase *, quint32> idsByValue;
+    NumberTable<quint32, values::ValueBase *> valuesById;
+    NumberTable<const values::ValueBase *, quint32> idsByValue; // the last of each
+    QMultiHash<const values::ValueBase *, quint32> earlierIds; // rarely any
+    // A snapshot binds very many values and asks for none by path: they are put in order for who asks.
+    mutable Places places;
+    mutable std::vector<values::ValueBase *> notInPlace;
 };
 } // namespace mirror

@@ -28,11 +28,10 @@ bool addValue(values::Tree &tree, const QString &absolutePath, const Record &rec
         });
         return true;
     }
-    const int slash = absolutePath.lastIndexOf(u'/');
-    value->SetName(absolutePath.mid(slash + 1), originator);
+    value->SetName(absolutePath, originator); // for traces
     if (!value->SetCommandString(record.frames, originator))
         return false;
-    tree.addValue(absolutePath.left(slash + 1), std::move(value), originator); // traces a path that cannot be
+    tree.addValueAt(absolutePath, std::move(value), originator); // traces a path that cannot be
     return true;
 }
 } // namespace mirror
