@@ -10,7 +10,8 @@
 using namespace values;
 using KORVE_XML::KORVE_RecordData;
 
-namespace {
+namespace
+{
 
 constexpr int valueCount = 100000;
 constexpr int recordCount = 10000;

@@ -7,7 +7,8 @@
 
 using KORVE_XML::KORVE_RecordData;
 
-namespace {
+namespace
+{
 
 // Presence bytes of the pool's records: all members of the nested objects, all but the preliminary name of the record.
 constexpr char recordBits[] = "\xfb\xff\x3f";

@@ -8,7 +8,8 @@
 
 using KORVE_XML::KORVE_RecordData;
 
-namespace {
+namespace
+{
 
 struct Shared : QSharedData {
     QString text;

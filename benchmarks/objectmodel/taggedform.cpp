@@ -9,7 +9,8 @@
 
 using KORVE_XML::KORVE_RecordData;
 
-namespace {
+namespace
+{
 
 constexpr int tag = 1;
 

@@ -7,7 +7,8 @@
 
 using KORVE_XML::KORVE_RecordData;
 
-namespace {
+namespace
+{
 
 const std::vector<QString> &documents()
 {

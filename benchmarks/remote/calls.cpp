@@ -14,7 +14,8 @@ using KORVE_XML::KORVE_RecordData;
 using KorveCommon::HMIServerConnectionData;
 using KorveGUI::KorveGuiToServerCorbaHandler;
 
-namespace {
+namespace
+{
 
 using Records = QVector<KORVE_RecordData>;
 

@@ -18,7 +18,8 @@
 
 using namespace values;
 
-namespace {
+namespace
+{
 
 constexpr int changeCount = 2000;
 

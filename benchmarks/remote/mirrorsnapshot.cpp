@@ -16,7 +16,8 @@
 
 using namespace values;
 
-namespace {
+namespace
+{
 
 struct PlainValue {
     QString path;

@@ -14,7 +14,8 @@
 
 using namespace values;
 
-namespace {
+namespace
+{
 
 constexpr int updatesPerRound = 100000;
 

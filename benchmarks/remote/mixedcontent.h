@@ -4,7 +4,8 @@
 
 /// What the updates of `mirror.updates` set: 600 values, 100 of each of six types, in turn. Update number n, from 0,
 /// goes to value n % 600 and changes it.
-namespace mixed {
+namespace mixed
+{
 
 constexpr int typeCount = 6;
 constexpr int valueCount = 600;

@@ -7,7 +7,8 @@
 #include <sched.h>
 #include <unistd.h>
 
-namespace {
+namespace
+{
 
 cpu_set_t allowed()
 {

@@ -10,7 +10,8 @@
 #include <memory>
 #include <vector>
 
-namespace {
+namespace
+{
 
 void update(std::vector<std::unique_ptr<MixedSimpleSource>> &sources, int n)
 {

@@ -8,7 +8,8 @@
 
 using namespace TQ_KRV;
 
-namespace {
+namespace
+{
 
 constexpr CORBA::ULong recordCount = 10000;
 

@@ -9,7 +9,8 @@
 
 using namespace CorbaCommon;
 
-namespace {
+namespace
+{
 
 constexpr int patienceMs = 60000;
 

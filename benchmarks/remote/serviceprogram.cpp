@@ -17,7 +17,8 @@
 using namespace CorbaCommon;
 using namespace values;
 
-namespace {
+namespace
+{
 
 template <typename T> Value<T> *added(const QString &parent, const QString &name, const T &content = {})
 {

@@ -3,7 +3,8 @@
 #include <QString>
 
 /// What the snapshots carry: 100 000 text values, ten below each node.
-namespace texts {
+namespace texts
+{
 
 constexpr int count = 100000;
 constexpr char top[] = "/Snapshot";

@@ -2,7 +2,8 @@
 
 using namespace KORVE_XML;
 
-namespace {
+namespace
+{
 
 QString name(int seed)
 {
@@ -59,7 +60,8 @@ PlainRecord makePlain(int n)
     return record;
 }
 
-namespace {
+namespace
+{
 
 void addLists(const PlainRecord &plain, KORVE_RecordData &record)
 {

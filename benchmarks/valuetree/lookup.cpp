@@ -12,7 +12,8 @@
 
 using namespace values;
 
-namespace {
+namespace
+{
 
 constexpr int valueCount = 100000;
 

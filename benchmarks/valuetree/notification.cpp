@@ -9,7 +9,8 @@
 
 using namespace values;
 
-namespace {
+namespace
+{
 
 constexpr std::size_t observerCount = 16;
 
