@@ -1,3 +1,4 @@
+#include "objectbase/logger.h"
 #include "objectmodel/admin.h"
 #include "objectmodel/booleanfilter.h"
 #include "objectmodel/dataformatlimit.h"
@@ -15,6 +16,8 @@
 #include "tests/support/objectmodel/forms.h"
 
 #include <gtest/gtest.h>
+
+#include <memory>
 
 using namespace KORVE_XML;
 using modeltest::bytes;
@@ -198,6 +201,26 @@ TEST(CompactInput, OfARecordFindsFinishedAtTheEnd)
     EXPECT_FALSE(record.GetFinished());
     readCompact(record, bytes("000000") + bytes(emptyRecordFields));
     EXPECT_FALSE(record.IsFinishedSet());
+}
+
+TEST(CompactInput, IgnoresBitsBeyondTheLastMember)
+{
+    const auto info = read<PelinInfo>("fd 00000002 0050");
+    EXPECT_TRUE(info.IsPelinIDSet());
+    EXPECT_FALSE(info.IsTimestampSet());
+    EXPECT_EQ(hex(compactForm(info)), hex(bytes("01 00000002 0050")));
+}
+
+TEST(CompactInput, HandsFlagAndLoggerToFreshItems)
+{
+    const auto logger = std::make_shared<REPORTGENERATOR::Logger>();
+    SU_Configuration configuration;
+    configuration.SetValidate(false);
+    configuration.SetLogger(logger);
+    readCompact(configuration, bytes("01 00000001 01 00000002 0067 ffffffff ffffffff"));
+    ASSERT_EQ(qAsConst(configuration).GetSU_Device().size(), 1);
+    EXPECT_FALSE(qAsConst(configuration).GetSU_Device().at(0).GetValidate());
+    EXPECT_EQ(qAsConst(configuration).GetSU_Device().at(0).GetLogger(), logger);
 }
 
 TEST(CompactInput, LeavesTheRestOnTheStream)
