@@ -92,7 +92,7 @@ TEST_P(EveryClass, OverridesWhatIsPublishedAndAddsNoVirtualOperation)
         const bool own = overridden.count(place) || (place == getVersionPlace && name == "FilterConditionList");
         EXPECT_EQ(virtualTable(*object)[place] != virtualTable(*other)[place], own) << place;
     }
-    EXPECT_EQ(type.placeBehind, 46);
+    EXPECT_EQ(type.slotBehind, 46);
 }
 
 TEST_P(EveryClass, HasTheMembersOfTheTable)

@@ -11,3 +11,12 @@ template <class Function> std::ptrdiff_t virtualSlot(Function function)
     std::memcpy(&offset, &function, sizeof offset);
     return (offset - 1) / std::ptrdiff_t(sizeof(void *));
 }
+
+/// The place that a virtual member function added to @p Class would take: behind all that the class has.
+template <class Class> std::ptrdiff_t slotBehind()
+{
+    struct Extended : Class {
+        virtual void added() {}
+    };
+    return virtualSlot(&Extended::added);
+}

@@ -1,4 +1,4 @@
-#include "tests/support/virtualplace.h"
+#include "tests/support/virtualslot.h"
 #include "valuetreelib/commandonvalue.h"
 #include "valuetreelib/icommandlistoptimizer.h"
 #include "valuetreelib/ivaluefrequencyitemmap.h"
@@ -26,56 +26,56 @@ TEST(VirtualOperations, OfEveryValueStandInTheirPublishedOrder)
     using SetFrames = bool (ValueBase::*)(std::string_view, IObserver *);
     using SetCommand = bool (ValueBase::*)(quint8, ByteCursor, IObserver *);
     expectInOrder(
-        2, {virtualPlace(&ValueBase::SetStringValue), virtualPlace(&ValueBase::GetStringValue),
-            virtualPlace(&ValueBase::GetState), virtualPlace(&ValueBase::SetState),
-            virtualPlace(&ValueBase::HasChanged), virtualPlace(&ValueBase::GetCommandStringForTransmission),
-            virtualPlace(static_cast<SetFrames>(&ValueBase::SetCommandString)),
-            virtualPlace(static_cast<SetCommand>(&ValueBase::SetCommandString)), virtualPlace(&ValueBase::GetType),
-            virtualPlace(&ValueBase::GetTypeName), virtualPlace(&ValueBase::Assign), virtualPlace(&ValueBase::Compare),
-            virtualPlace(&ValueBase::GetCommandStringForRecording), virtualPlace(&ValueBase::SetUpdateTimerTime),
-            virtualPlace(&ValueBase::OverrideTimer), virtualPlace(&ValueBase::KillOverrideTimer)});
+        2, {virtualSlot(&ValueBase::SetStringValue), virtualSlot(&ValueBase::GetStringValue),
+            virtualSlot(&ValueBase::GetState), virtualSlot(&ValueBase::SetState),
+            virtualSlot(&ValueBase::HasChanged), virtualSlot(&ValueBase::GetCommandStringForTransmission),
+            virtualSlot(static_cast<SetFrames>(&ValueBase::SetCommandString)),
+            virtualSlot(static_cast<SetCommand>(&ValueBase::SetCommandString)), virtualSlot(&ValueBase::GetType),
+            virtualSlot(&ValueBase::GetTypeName), virtualSlot(&ValueBase::Assign), virtualSlot(&ValueBase::Compare),
+            virtualSlot(&ValueBase::GetCommandStringForRecording), virtualSlot(&ValueBase::SetUpdateTimerTime),
+            virtualSlot(&ValueBase::OverrideTimer), virtualSlot(&ValueBase::KillOverrideTimer)});
 }
 
 TEST(VirtualOperations, OfEveryValueContinueWithThoseOfItsCommands)
 {
     using Optimize = void (ValueBase::*)(ValueBase::CommandList &) const;
     using OptimizeBy = void (ValueBase::*)(ValueBase::CommandList &, ICommandListOptimizer &) const;
-    expectInOrder(virtualPlace(&ValueBase::KillOverrideTimer) + 1,
-                  {virtualPlace(&ValueBase::CreateCommandListOptimizer),
-                   virtualPlace(static_cast<Optimize>(&ValueBase::OptimizeCommandList)),
-                   virtualPlace(static_cast<OptimizeBy>(&ValueBase::OptimizeCommandList)),
-                   virtualPlace(&ValueBase::PreWorkCommandList),
-                   virtualPlace(&ValueBase::AddObjectStateStringForTransmission),
-                   virtualPlace(&ValueBase::AddObjectStateStringForRecording), virtualPlace(&ValueBase::AddCommand),
-                   virtualPlace(&ValueBase::AddCommandForTransmission), virtualPlace(&ValueBase::CreateNextCommand)});
+    expectInOrder(virtualSlot(&ValueBase::KillOverrideTimer) + 1,
+                  {virtualSlot(&ValueBase::CreateCommandListOptimizer),
+                   virtualSlot(static_cast<Optimize>(&ValueBase::OptimizeCommandList)),
+                   virtualSlot(static_cast<OptimizeBy>(&ValueBase::OptimizeCommandList)),
+                   virtualSlot(&ValueBase::PreWorkCommandList),
+                   virtualSlot(&ValueBase::AddObjectStateStringForTransmission),
+                   virtualSlot(&ValueBase::AddObjectStateStringForRecording), virtualSlot(&ValueBase::AddCommand),
+                   virtualSlot(&ValueBase::AddCommandForTransmission), virtualSlot(&ValueBase::CreateNextCommand)});
 }
 
 TEST(VirtualOperations, OfATypedValueFollowThoseOfEveryValue)
 {
     using Number = ValueNumeric<double>;
-    expectInOrder(placeBehind<ValueSelection>(), // which adds none
-                  {virtualPlace(&Value<double>::SetValue), virtualPlace(&Value<double>::GetValue),
-                   virtualPlace(&Number::SetMinMax), virtualPlace(&Number::SetMin), virtualPlace(&Number::SetMax),
-                   virtualPlace(&Number::SetStep)});
+    expectInOrder(slotBehind<ValueSelection>(), // which adds none
+                  {virtualSlot(&Value<double>::SetValue), virtualSlot(&Value<double>::GetValue),
+                   virtualSlot(&Number::SetMinMax), virtualSlot(&Number::SetMin), virtualSlot(&Number::SetMax),
+                   virtualSlot(&Number::SetStep)});
 }
 
 TEST(VirtualOperations, OfACommandStandInTheirPublishedOrder)
 {
     using Command = ValueBase::CommandOnValue;
-    expectInOrder(2, {virtualPlace(&Command::Execute), virtualPlace(&Command::GetCommandId),
-                      virtualPlace(&Command::AddCommandString), virtualPlace(&Command::Clone)});
+    expectInOrder(2, {virtualSlot(&Command::Execute), virtualSlot(&Command::GetCommandId),
+                      virtualSlot(&Command::AddCommandString), virtualSlot(&Command::Clone)});
 }
 
 TEST(VirtualOperations, OfAMediatorsControllerStandInTheirPublishedOrder)
 {
-    expectInOrder(2, {virtualPlace(&MediatorCtrl::NotifyCreated), virtualPlace(&MediatorCtrl::NotifyDeleted),
-                      virtualPlace(&MediatorCtrl::CreateMediator), placeBehind<MediatorCtrl>()});
+    expectInOrder(2, {virtualSlot(&MediatorCtrl::NotifyCreated), virtualSlot(&MediatorCtrl::NotifyDeleted),
+                      virtualSlot(&MediatorCtrl::CreateMediator), slotBehind<MediatorCtrl>()});
 }
 
 TEST(VirtualOperations, OfAKeyedMapStandInTheirPublishedOrder)
 {
     using Map = valueitemmap::IHasChangeLogValueTemplate<unsigned int>;
-    expectInOrder(0, {virtualPlace(&Map::Size), virtualPlace(&Map::GetChangeLog), virtualPlace(&Map::IndexVector),
-                      virtualPlace(&Map::Contains), virtualPlace(&Map::GetValueBase)});
+    expectInOrder(0, {virtualSlot(&Map::Size), virtualSlot(&Map::GetChangeLog), virtualSlot(&Map::IndexVector),
+                      virtualSlot(&Map::Contains), virtualSlot(&Map::GetValueBase)});
 }
 } // namespace

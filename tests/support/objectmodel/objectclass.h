@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tests/support/objectmodel/memberaccess.h"
-#include "tests/support/virtualplace.h"
+#include "tests/support/virtualslot.h"
 
 #include <QDataStream>
 
@@ -25,7 +25,7 @@ struct ObjectClass {
     std::function<void(REPORTGENERATOR::IRGObject &)> resetToDefault;
     std::function<void(const REPORTGENERATOR::IRGObject &, QDataStream &)> writeCompact;
     std::function<void(REPORTGENERATOR::IRGObject &, QDataStream &)> readCompact;
-    std::ptrdiff_t placeBehind; ///< the place that a virtual operation added to the class would take
+    std::ptrdiff_t slotBehind; ///< the place that a virtual operation added to the class would take
     std::vector<MemberAccess> members; ///< in the order of the XML and tagged forms
 
     std::unique_ptr<REPORTGENERATOR::IRGObject> filled() const;
@@ -52,7 +52,7 @@ template <class T> ObjectClass describe(std::vector<MemberAccess> members)
             static_cast<const T &>(object).GetVersionSpecificBinaryWithoutValidation(out);
         },
         [](Object &object, QDataStream &in) { static_cast<T &>(object).SetVersionSpecificBinaryWithoutValidation(in); },
-        placeBehind<T>(),
+        slotBehind<T>(),
         std::move(members)};
 }
 
