@@ -4,7 +4,8 @@
 #include <QString>
 #include <QTimeZone>
 
-namespace REPORTGENERATOR {
+namespace REPORTGENERATOR
+{
 
 QString Converters::ToString(const QDateTime &time)
 {

@@ -5,7 +5,8 @@
 class QDateTime;
 class QString;
 
-namespace REPORTGENERATOR {
+namespace REPORTGENERATOR
+{
 
 /// The one text form of date and time that objects use; each operation is the inverse of the other.
 ///

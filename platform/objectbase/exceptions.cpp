@@ -1,6 +1,7 @@
 #include "objectbase/exceptions.h"
 
-namespace REPORTGENERATOR {
+namespace REPORTGENERATOR
+{
 
 ReportException::ReportException(const QString &kind, const QString &message)
     : kind(kind), message(message), text((kind + QLatin1String(": ") + message).toUtf8())

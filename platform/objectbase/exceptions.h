@@ -7,7 +7,8 @@
 
 #include <exception>
 
-namespace REPORTGENERATOR {
+namespace REPORTGENERATOR
+{
 
 /// Root of what value objects throw. It carries two texts: the kind of failure and the message for a person.
 class OBJECTBASE_EXPORT ReportException : public std::exception

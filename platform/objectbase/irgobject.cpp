@@ -13,9 +13,11 @@
 #include <cmath>
 #include <limits>
 
-namespace REPORTGENERATOR {
+namespace REPORTGENERATOR
+{
 
-namespace {
+namespace
+{
 
 /// Puts the stream into the fixed form of whole-document bytes, and back when done.
 class DocumentForm

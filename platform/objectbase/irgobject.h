@@ -13,7 +13,8 @@ class QFile;
 class QXmlStreamReader;
 class QXmlStreamWriter;
 
-namespace REPORTGENERATOR {
+namespace REPORTGENERATOR
+{
 
 class Logger;
 

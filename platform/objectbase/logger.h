@@ -1,6 +1,7 @@
 #pragma once
 
-namespace REPORTGENERATOR {
+namespace REPORTGENERATOR
+{
 
 /// What an application hands to objects so that they can be told apart in its own log; objects only pass it on.
 class Logger
