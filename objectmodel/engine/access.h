@@ -6,7 +6,8 @@
 
 #include <QVector>
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 /// The one friend of every class: reaches the storage behind an object.
 struct Access {

@@ -2,7 +2,8 @@
 
 #include "objectmodel/engine/settings.h"
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 void assignEnumeration(const Target &target, const MemberInfo &member, int value)
 {

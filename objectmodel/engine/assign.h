@@ -4,7 +4,8 @@
 #include "objectmodel/engine/values.h"
 
 /// How a value enters an object: by a setter, by an append, by any reader that validates.
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 /// An object that values enter.
 struct Target {

@@ -1,8 +1,10 @@
 #include "objectmodel/engine/bytebuffer.h"
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
-namespace {
+namespace
+{
 
 /// Writes the leading ASCII units of a text, four at a time, and returns how many there were.
 int writeAscii(const ushort *units, int count, char *to)

@@ -8,7 +8,8 @@
 #include <memory>
 #include <string_view>
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 /// Gathers what a form writes, in the byte order of the stream that takes it in one piece at the end.
 class ByteBuffer

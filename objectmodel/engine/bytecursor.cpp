@@ -1,6 +1,7 @@
 #include "objectmodel/engine/bytecursor.h"
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 std::string_view ByteCursor::takeBytes()
 {

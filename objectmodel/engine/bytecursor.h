@@ -4,7 +4,8 @@
 
 #include <string_view>
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 /// Reads values from memory as QDataStream reads them from a device: what is not there reads as zero or null. The
 /// cursor then stands at the end and has overrun.

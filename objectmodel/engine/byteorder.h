@@ -4,7 +4,8 @@
 #include <QString>
 #include <QtEndian>
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 /// What QDataStream writes as the count of a null text or byte array.
 constexpr quint32 nullCount = 0xFFFFFFFF;

@@ -7,9 +7,11 @@
 
 #include <algorithm>
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
-namespace {
+namespace
+{
 
 void checkChoice(const Record &record, const TypeInfo &type, const QString &name)
 {

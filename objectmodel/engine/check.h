@@ -2,7 +2,8 @@
 
 #include "objectmodel/engine/access.h"
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 /// Throws at the first member that is missing or holds what it may not; scalars come before objects and lists.
 void check(const Self &self);

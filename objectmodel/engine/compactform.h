@@ -5,7 +5,8 @@
 class QDataStream;
 
 /// The compact form: presence bits and bare values, without tags, lengths or validation.
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 void writeCompact(const Self &self, QDataStream &out);
 /// Replaces what the object holds. Bytes that end early or cannot be right leave the stream's status at ReadPastEnd or

@@ -9,9 +9,11 @@
 #include <QTimeZone>
 #include <QtEndian>
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
-namespace {
+namespace
+{
 
 class CompactReader
 {

@@ -5,9 +5,11 @@
 #include "objectmodel/engine/values.h"
 #include "objectmodel/engine/written.h"
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
-namespace {
+namespace
+{
 
 class CompactWriter
 {

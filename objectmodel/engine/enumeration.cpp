@@ -2,9 +2,11 @@
 
 #include <algorithm>
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
-namespace {
+namespace
+{
 
 char16_t unit(QChar character)
 {

@@ -6,7 +6,8 @@
 #include <span>
 #include <string_view>
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 /// The literals of one enumeration; a literal's position is its number. All literals are ASCII.
 class Enumeration

@@ -6,9 +6,11 @@
 
 using namespace REPORTGENERATOR;
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
-namespace {
+namespace
+{
 
 /// The name of a member's field as the texts spell it: "m_" and the first letter lowered.
 QString fieldName(const MemberInfo &member)

@@ -3,7 +3,8 @@
 class QString;
 
 /// The texts of every failure of the object model, each in one function that throws it.
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 struct MemberInfo;
 

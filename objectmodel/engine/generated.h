@@ -11,7 +11,8 @@
 
 #include <limits>
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 /// The literals as @p translate words them, in their order.
 template <class Translate> QStringList translated(const Enumeration &enumeration, Translate translate)

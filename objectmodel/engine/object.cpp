@@ -6,9 +6,11 @@
 
 #include <algorithm>
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
-namespace {
+namespace
+{
 
 void restoreDefault(const MemberInfo &member, Record &record)
 {

@@ -3,7 +3,8 @@
 #include "objectmodel/engine/access.h"
 
 /// What an object is and does apart from its outer forms: its storage and its content.
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 /// The object's own record: made if there is none, detached from copies if it is shared.
 Record &recordOf(const Self &self);

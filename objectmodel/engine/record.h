@@ -5,7 +5,8 @@
 
 #include <bit>
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 /// One bit per member, in the order of the accessors: explicitly set. No class has more than 64 members.
 ///

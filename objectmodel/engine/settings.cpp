@@ -2,9 +2,11 @@
 
 #include "objectmodel/engine/object.h"
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
-namespace {
+namespace
+{
 
 using LoggerPtr = std::shared_ptr<REPORTGENERATOR::Logger>;
 

@@ -4,12 +4,14 @@
 
 #include <memory>
 
-namespace REPORTGENERATOR {
+namespace REPORTGENERATOR
+{
 class Logger;
 }
 
 /// Validation flag and logger, which an object hands down to all that is nested in it.
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 void pushValidate(const Self &self, bool validate);
 void pushLogger(const Self &self, const std::shared_ptr<REPORTGENERATOR::Logger> &logger);

@@ -2,7 +2,8 @@
 
 #include <QIODevice>
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 StreamWindow::StreamWindow(QDataStream &in) : in(in), order(in) {}
 

@@ -4,7 +4,8 @@
 
 #include <array>
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 /// Reads single values from a stream by looking ahead in pieces; what was looked at but not taken stays in the stream.
 class StreamWindow

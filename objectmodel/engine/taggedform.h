@@ -5,7 +5,8 @@
 class QDataStream;
 
 /// The tagged form: frames of tag, length and payload, in the stream's byte order.
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 /// Writes the object's frame, the tag only with @p writeId. False when validation is on and the object has no data.
 bool writeTagged(const Self &self, QDataStream &out, int id, bool writeId);

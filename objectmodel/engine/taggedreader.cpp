@@ -10,9 +10,11 @@
 
 #include <QDataStream>
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
-namespace {
+namespace
+{
 
 constexpr int frameHeader = 8;
 

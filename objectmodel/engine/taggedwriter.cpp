@@ -8,9 +8,11 @@
 #include "objectmodel/engine/values.h"
 #include "objectmodel/engine/written.h"
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
-namespace {
+namespace
+{
 
 /// Writes records into a buffer; with validation on, everything has been checked before.
 class TaggedWriter

@@ -8,9 +8,11 @@
 
 #include <limits>
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
-namespace {
+namespace
+{
 
 /// The number of a text of at most 18 decimal digits and nothing else, or -1.
 qint64 plainNumber(QStringView text)

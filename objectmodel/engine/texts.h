@@ -5,7 +5,8 @@
 #include <QStringView>
 
 /// Values as the text that XML and tagged form carry, and back.
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 /// The text of a value that is no object.
 QString textOf(const MemberInfo &member, const void *value);

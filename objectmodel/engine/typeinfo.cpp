@@ -1,8 +1,10 @@
 #include "objectmodel/engine/typeinfo.h"
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
-namespace {
+namespace
+{
 
 template <class Name> std::size_t hashOfName(const Name &name)
 {

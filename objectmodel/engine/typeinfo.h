@@ -9,11 +9,13 @@
 #include <memory>
 #include <vector>
 
-namespace REPORTGENERATOR {
+namespace REPORTGENERATOR
+{
 class IRGObject;
 }
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 using REPORTGENERATOR::IRGObject;
 

@@ -1,8 +1,10 @@
 #include "objectmodel/engine/values.h"
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
-namespace {
+namespace
+{
 
 template <class T> bool equalAs(const void *a, const void *b)
 {

@@ -7,7 +7,8 @@
 #include <cstring>
 
 /// Single values by their kind: a member's field or a list's item.
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 template <class T> const T &valueAt(const void *field)
 {

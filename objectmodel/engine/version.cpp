@@ -2,7 +2,8 @@
 
 #include "objectmodel/engine/object.h"
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 void takeVersion(const Self &self, IRGObject &object, const QString &version)
 {

@@ -4,7 +4,8 @@
 
 #include <QLatin1String>
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 /// The name of the attribute that carries the version.
 inline constexpr QLatin1String versionAttribute("Version", 7);

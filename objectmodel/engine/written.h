@@ -2,7 +2,8 @@
 
 #include "objectmodel/engine/typeinfo.h"
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 /// Whether an alternative is the selected one; true for all other members.
 inline bool isSelected(const MemberInfo &member, const Record &record)

@@ -6,7 +6,8 @@ class QXmlStreamReader;
 class QXmlStreamWriter;
 
 /// The XML form.
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
 /// Writes the object's element, or nothing when validation is on and the object has no data.
 void writeXml(const Self &self, QXmlStreamWriter &writer);

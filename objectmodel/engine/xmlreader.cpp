@@ -10,9 +10,11 @@
 #include <QVarLengthArray>
 #include <QXmlStreamReader>
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
-namespace {
+namespace
+{
 
 /// The text of the current element without that of its children. Leaves the reader on the element's end.
 class ElementText

@@ -10,9 +10,11 @@
 
 #include <QXmlStreamWriter>
 
-namespace KORVE_XML::engine {
+namespace KORVE_XML::engine
+{
 
-namespace {
+namespace
+{
 
 /// Writes a record and all that is nested in it; with validation on, everything has been checked before.
 class XmlWriter
