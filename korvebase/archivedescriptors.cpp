@@ -6,9 +6,11 @@
 #include "valuetreelib/value.h"
 #include "valuetreelib/valueselection.h"
 
-namespace korve {
+namespace korve
+{
 
-namespace {
+namespace
+{
 
 using values::SelItemDesc;
 using values::ValueDescriptor;

@@ -6,7 +6,8 @@
 
 #include <array>
 
-namespace korve {
+namespace korve
+{
 
 /// The nine values, all of the group "/Archive", that make up the command interface of an archive service in the tree.
 /// Thread: main.

@@ -8,9 +8,11 @@
 
 #include <cstdlib>
 
-namespace KorveCommon {
+namespace KorveCommon
+{
 
-namespace {
+namespace
+{
 
 constexpr char sourceName[] = "korvebase/korveconfiguration";
 constexpr long defaultPort = 8004;

@@ -7,7 +7,8 @@
 
 class CfgFile;
 
-namespace KorveCommon {
+namespace KorveCommon
+{
 
 /// What an application's configuration file says, and the one place that builds the root path of a subsystem in the
 /// value tree. Shared as std::shared_ptr.

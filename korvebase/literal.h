@@ -2,7 +2,8 @@
 
 #include <QLatin1String>
 
-namespace korve {
+namespace korve
+{
 
 /// A text constant: no work at start, no copy where it is joined to a QString.
 template <int size> constexpr QLatin1String literal(const char (&text)[size])

@@ -4,9 +4,11 @@
 
 #include <tuple>
 
-namespace KorveCommon {
+namespace KorveCommon
+{
 
-namespace {
+namespace
+{
 
 constexpr double greatestTimestamp = 18446744073709551616.0; // two to the power of 64
 

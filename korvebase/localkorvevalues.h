@@ -9,7 +9,8 @@
 
 #include <QObject>
 
-namespace KorveCommon {
+namespace KorveCommon
+{
 
 /// The values of the tree that belong to the application itself rather than to one channel: its connection to the
 /// central object service, the settings of a replay and of a replay over the fast link.

@@ -3,7 +3,8 @@
 #include "korvebase/literal.h"
 
 /// The names that values of the tree and words of commands have, the same on both sides of a connection.
-namespace korve::name {
+namespace korve::name
+{
 
 inline constexpr QLatin1String AddArchive = literal("AddArchive");
 inline constexpr QLatin1String Admin = literal("Admin");

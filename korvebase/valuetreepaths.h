@@ -3,7 +3,8 @@
 #include "korvebase/literal.h"
 
 /// The paths of the value tree, whole or as parts behind a device or subsystem, and the names of remote objects.
-namespace korve::path {
+namespace korve::path
+{
 
 // Holder of foreign subsystems at a client.
 inline constexpr QLatin1String subSystems = literal("/SubSystems");

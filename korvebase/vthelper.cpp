@@ -11,7 +11,8 @@
 
 #include <limits>
 
-namespace {
+namespace
+{
 
 constexpr char sourceName[] = "korvebase/vthelper";
 

@@ -9,7 +9,8 @@
 
 class IObserver;
 
-namespace values {
+namespace values
+{
 class ValueDescriptor;
 class ValueSelection;
 }
