@@ -7,7 +7,8 @@
 
 using REPORTGENERATOR::Converters;
 
-namespace {
+namespace
+{
 
 const QDate date(2026, 3, 1);
 const QTime precise(23, 59, 59, 7);

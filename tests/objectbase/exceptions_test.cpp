@@ -4,7 +4,8 @@
 
 using namespace REPORTGENERATOR;
 
-namespace {
+namespace
+{
 
 template <class Exception> class Failure : public testing::Test
 {

@@ -12,7 +12,8 @@
 
 #include <limits>
 
-namespace {
+namespace
+{
 
 class WholeDocument : public testing::Test
 {

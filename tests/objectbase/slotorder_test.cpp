@@ -5,7 +5,8 @@
 
 #include <QDateTime>
 
-namespace {
+namespace
+{
 
 using REPORTGENERATOR::IRGObject;
 
