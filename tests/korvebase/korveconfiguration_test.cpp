@@ -13,7 +13,8 @@
 using KorveCommon::KorveConfiguration;
 using testing::Contains;
 
-namespace {
+namespace
+{
 
 class Configuration : public testing::Test
 {

@@ -12,7 +12,8 @@
 using KorveCommon::LocalKorveValues;
 using values::Tree;
 
-namespace {
+namespace
+{
 
 class LocalValues : public testing::Test
 {

@@ -18,7 +18,8 @@
 using testing::ElementsAre;
 using values::Tree;
 
-namespace {
+namespace
+{
 
 /// Throws from each notification.
 class Troublemaker : public IObserver
