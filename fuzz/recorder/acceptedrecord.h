@@ -1,0 +1,19 @@
+#pragma once
+
+#include "fuzz/support/require.h"
+#include "installation/recorder/importsource.h"
+#include "installation/recorder/recorddocument.h"
+
+/// What was accepted of a file of @p fileBytes can be imported, and is the same after a restart.
+inline void requireImportable(const installation::recorder::ImportSource &source, quint64 fileBytes)
+{
+    using namespace installation::recorder;
+    const Record &record = source.record;
+    require(record.sizeBytes > 0 && source.firstByte <= fileBytes && record.sizeBytes <= fileBytes - source.firstByte);
+    require(record.stopUs >= record.startUs && record.index.size() == 2);
+    const QByteArray document = toDocument(record);
+    const Record again = fromDocument(document, QStringLiteral("record"));
+    require(static_cast<const RecordSummary &>(again) == record && again.index == record.index);
+    require(again.bookmarks == record.bookmarks && again.history == record.history);
+    require(toDocument(again) == document);
+}
