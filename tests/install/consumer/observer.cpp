@@ -1,6 +1,7 @@
 #include "coresupport/observable.h"
 
-namespace {
+namespace
+{
 class Counter : public IObserver
 {
 public:
