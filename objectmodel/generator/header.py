@@ -6,8 +6,8 @@ BANNER = "// Made from objectmodel/schema when the library is built; changes her
 
 
 def header(schema, described):
-    parts = [BANNER, "#pragma once\n\n", _includes(schema, described), "\nnamespace KORVE_XML {\n\n",
-             "namespace engine {\nclass Record;\nstruct Access;\n}\n\n",
+    parts = [BANNER, "#pragma once\n\n", _includes(schema, described), "\nnamespace KORVE_XML\n{\n\n",
+             "namespace engine\n{\nclass Record;\nstruct Access;\n}\n\n",
              f"/// {described.doc}\n",
              f"class OBJECTMODEL_EXPORT {described.name} : public REPORTGENERATOR::IRGObject\n{{\n"]
     enumerations = names.enumerators(schema, described)

@@ -7,7 +7,7 @@ from header import BANNER
 def source(schema, described):
     name = described.name
     parts = [BANNER, f'#include "objectmodel/{names.file_stem(name)}.h"\n\n',
-             '#include "objectmodel/engine/generated.h"\n\n', "namespace KORVE_XML {\n\n", "namespace {\n\n"]
+             '#include "objectmodel/engine/generated.h"\n\n', "namespace KORVE_XML\n{\n\n", "namespace\n{\n\n"]
     parts += [_literals(schema, enumeration) for enumeration in names.enumerations_of(schema, described)]
     parts += [_record(schema, described), "} // namespace\n\n", _type(schema, described), _helpers(name)]
     parts += [_constructors(name), _assignments(name), _identity(described), _content(name)]
@@ -66,7 +66,8 @@ def _type(schema, described):
     nested = sorted({m.type for m in described.members if schema.is_object(m)})
     declared = "".join(f"template <> const TypeInfo &typeOf<{n}>();\n" for n in nested)
     members = "".join(_member(schema, described, m) for m in described.by_accessor)
-    return f"""namespace engine {{
+    return f"""namespace engine
+{{
 
 {declared}template <> const TypeInfo &typeOf<{name}>();
 
@@ -153,7 +154,8 @@ def _traits(member):
 
 
 def _helpers(name):
-    return f"""namespace {{
+    return f"""namespace
+{{
 
 engine::Self self(const {name} &object)
 {{
