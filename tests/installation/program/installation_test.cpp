@@ -5,6 +5,7 @@
 #include "orbconnection/orbhandler.h"
 
 #include <QDeadlineTimer>
+#include <QFile>
 #include <QProcess>
 #include <QtTest/QTest>
 
@@ -141,6 +142,19 @@ TEST_F(Installation, EndsInOrderOnRequest)
     for (const int signal : {SIGTERM, SIGINT})
         EXPECT_EQ(exitCodeAfter(signal, arguments), 0);
     shared->manager = start("manager");
+}
+
+TEST_F(Installation, NamesTheSettingThatIsWrong)
+{
+    const QString path = filePath("wrong.ini");
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("[recorder]\ndevice=a/b\n") > 0);
+    file.close();
+    const Run refused = run({QStringLiteral("--role"), QStringLiteral("recorder"), QStringLiteral("--state"),
+                             filePath("wrong"), QStringLiteral("--config"), path});
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_TRUE(refused.errors.contains(path + QLatin1String(": [recorder] device=a/b is not")))
+        << refused.errors.toStdString();
 }
 
 TEST_F(Installation, SaysWhyAServiceCannotStart)
