@@ -43,6 +43,14 @@ bool SessionGate::remove(quint64 session)
     return untaken.erase(session) == 0;
 }
 
+bool SessionGate::admit(std::size_t bytes)
+{
+    if (bytesToApply.fetch_add(bytes) <= fullQueues * timing.queueBytes)
+        return true;
+    bytesToApply -= bytes;
+    return false;
+}
+
 void SessionGate::close()
 {
     const std::lock_guard lock(mutex);

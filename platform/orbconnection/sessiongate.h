@@ -32,6 +32,8 @@ class SessionGate
 {
 public:
     static constexpr std::size_t maximumSessions = 1000;
+    /// What all together may have waiting for the main thread, as a multiple of what one may.
+    static constexpr std::size_t fullQueues = 4;
     using Numbered = std::pair<quint64, std::shared_ptr<SessionLine>>;
 
     explicit SessionGate(const MirrorTiming &timing) : timing(timing) {}
@@ -46,6 +48,11 @@ public:
     bool remove(quint64 session);
     void close();
 
+    /// Counts bytes that are about to wait for the main thread, whatever becomes of their session. False: too many do.
+    bool admit(std::size_t bytes);
+    /// They wait no more.
+    void release(std::size_t bytes) { bytesToApply -= bytes; }
+
 private:
     const MirrorTiming timing;
     mutable std::mutex mutex; // guards all below
@@ -53,5 +60,6 @@ private:
     std::set<quint64> untaken;
     std::random_device random;
     bool closed = false;
+    std::atomic<std::size_t> bytesToApply = 0;
 };
 } // namespace mirror

@@ -64,9 +64,10 @@ CORBA::Boolean TreeServant::push(CORBA::ULongLong session, CORBA::ULongLong, con
         close(session);
         throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_NO);
     }
-    if (line->bytesToApply > timing.queueBytes)
+    const std::size_t counted = countedBytes(bytes.length());
+    if (line->bytesToApply > timing.queueBytes || !gate->admit(counted))
         return false;
-    line->bytesToApply += countedBytes(bytes.length());
+    line->bytesToApply += counted;
     keeper->receive(session, std::string(reinterpret_cast<const char *>(bytes.get_buffer()), bytes.length()));
     return true;
 }

@@ -14,7 +14,7 @@ public:
     virtual ~ISessionKeeper() = default;
     /// New sessions are to be taken from the gate.
     virtual void beginNew() = 0;
-    /// @p batch counts in the line's `bytesToApply` until it is applied.
+    /// @p batch counts in the line's `bytesToApply` and at the gate until it is applied, or dropped with its session.
     virtual void receive(quint64 session, std::string batch) = 0;
     /// The line's `snapshotAsked` is set until it is done.
     virtual void resynchronise(quint64 session) = 0;

@@ -170,10 +170,12 @@ void VtServer::Private::begin(quint64 session, const std::shared_ptr<SessionLine
 
 void VtServer::Private::receive(quint64 session, const std::string &batch)
 {
+    const std::size_t counted = mirror::countedBytes(batch.size());
+    gate->release(counted);
     const auto found = sessions.find(session);
     if (found == sessions.end())
         return;
-    found->second.line->bytesToApply -= mirror::countedBytes(batch.size());
+    found->second.line->bytesToApply -= counted;
     const std::shared_ptr<MirrorSession> mirror = found->second.mirror;
     const QPointer<Private> guard(this);
     if (!mirror->receive(batch) && guard)

@@ -76,6 +76,21 @@ TEST_F(ASessionLine, TakesNoMoreSmallBatchesThanItHasRoomFor)
     EXPECT_EQ(keeper->asked.size(), 4u);
 }
 
+TEST_F(ASessionLine, TakesNoMoreThanAllHaveRoomForAlsoWhenSessionsComeAndGo)
+{
+    VALUETREE::Batch batch;
+    batch.length(1000);
+    std::size_t taken = 0;
+    for (int i = 0; i < 100; ++i) {
+        const CORBA::ULongLong another = servant.open("/K", mirror::protocolVersion);
+        taken += servant.push(another, 1, batch);
+        servant.close(another);
+    }
+    EXPECT_EQ(taken, 4u); // the fourth goes beyond 4000
+    gate->release(mirror::countedBytes(1000));
+    EXPECT_TRUE(servant.push(session, 1, batch));
+}
+
 TEST_F(ASessionLine, EndsWithWhatIsTooShortOrTooLongForABatch)
 {
     for (const std::size_t size : {std::size_t(0), mirror::batchHeaderBytes - 1, std::size_t(2001)}) {
