@@ -34,7 +34,8 @@ unsigned long numberOfRecordFailure(const RemoteOutcome &outcome)
     case RemoteOutcome::Kind::Done:
         return recordlist::success;
     case RemoteOutcome::Kind::ManagerException:
-        return outcome.refusal == TQ_KRV::IF_KRV_c_KRV::Invalid_DeviceId ? recordlist::deviceUnknown : recordlist::refused;
+        return outcome.refusal == TQ_KRV::IF_KRV_c_KRV::Invalid_DeviceId ? recordlist::deviceUnknown
+                                                                         : recordlist::refused;
     case RemoteOutcome::Kind::NotExisting:
     case RemoteOutcome::Kind::Transient:
         return recordlist::managerNotReachable;

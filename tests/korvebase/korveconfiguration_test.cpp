@@ -93,6 +93,14 @@ INSTANTIATE_TEST_SUITE_P(Forms, ServerAddress,
                                          AddressCase{"PortIsNoNumber", "TCP:h:x", "h", 0, nullptr}),
                          [](const auto &row) { return std::string(row.param.name); });
 
+TEST_F(Configuration, GoesBackToTheDefaultAddress)
+{
+    read("Address=TCP:10.0.0.1:9000\n");
+    read("Address=TCP:10.0.0.2\n");
+    EXPECT_EQ(configuration.KorveAddressHost(), "127.0.0.1");
+    EXPECT_EQ(configuration.KorveAddressPort(), 8004);
+}
+
 TEST_F(Configuration, ThatCannotBeReadIsTracedAndLeavesTheDefaults)
 {
     CapturedTraces traces(32);

@@ -142,6 +142,17 @@ TEST(ArchiveDescriptors, AreNineOfOneGroup)
                                     .arg(values::g_svdCommand[2].String(), values::g_svdResult[0].String()));
 }
 
+TEST(ArchiveDescriptors, HaveAPrototypeOfTheirClass)
+{
+    const QString selection = values::ValueSelection().GetTypeName();
+    const QString text = values::Value<QString>().GetTypeName();
+    const QString flag = values::Value<bool>().GetTypeName();
+    QStringList classes;
+    for (const values::ValueDescriptor &descriptor : korve::archiveDescriptors())
+        classes.append(descriptor.prototype()->GetTypeName());
+    EXPECT_EQ(classes, (QStringList{selection, selection, selection, text, text, flag, text, text, text}));
+}
+
 TEST(ArchiveActions, HaveTheirNumbersAsKeys)
 {
     const auto &items = korve::archiveDescriptors()[2].selectionItems();
