@@ -163,7 +163,11 @@ TEST_F(Tic, IgnoresWhatIsNotItsNode)
 {
     values::Tree &tree = values::Tree::Instance();
     values::Node *const other = tree.addNode(QStringLiteral("/TicTest/Other"));
+    tree.addNode(clientPath);
     make(DeviceConnection);
+    tic->Update(nullptr, ChangeCodeChildAdded);
+    Q_EMIT connection->si_connected(QString());
+    EXPECT_THAT(take(), testing::SizeIs(3));
     tic->Update(other, ChangeCodeChildAdded);
     tic->Update(nullptr, ChangeCodeChildAdded);
     EXPECT_THAT(take(), IsEmpty());
