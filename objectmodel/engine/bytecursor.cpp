@@ -18,13 +18,4 @@ QString ByteCursor::takeText()
     return bytes.size() % 2 ? QString() : order.loadText(bytes.data(), int(bytes.size()));
 }
 
-std::string_view ByteCursor::takeRaw(std::size_t count)
-{
-    const bool isThere = count <= rest.size();
-    const std::string_view bytes = isThere ? rest.substr(0, count) : std::string_view();
-    rest.remove_prefix(isThere ? count : rest.size());
-    overrun |= !isThere;
-    return bytes;
-}
-
 } // namespace KORVE_XML::engine

@@ -31,7 +31,14 @@ public:
 
 private:
     /// The next @p count bytes; nothing, with the cursor at the end, if there are fewer.
-    std::string_view takeRaw(std::size_t count);
+    std::string_view takeRaw(std::size_t count)
+    {
+        const bool isThere = count <= rest.size();
+        const std::string_view bytes = isThere ? rest.substr(0, count) : std::string_view();
+        rest.remove_prefix(isThere ? count : rest.size());
+        overrun |= !isThere;
+        return bytes;
+    }
 
     std::string_view rest;
     const ByteOrder order;

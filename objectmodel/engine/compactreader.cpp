@@ -99,8 +99,7 @@ private:
     void readObject(const MemberInfo &member, void *field)
     {
         IRGObject &object = member.objectAt(field);
-        const TypeInfo &type = *member.type;
-        read({object, type.facts.handle(object), type}, object);
+        read({object, member.object->handle(field), *member.type}, object);
     }
 
     StreamWindow &in;

@@ -37,13 +37,14 @@ public:
     void read(const Self &self, IRGObject &object, qint64 length)
     {
         const Target target(object, recordOf(self));
+        std::size_t expected = 0;
         while (length > 0 && !in.atEnd()) {
             const auto tag = in.take<quint32>();
             const auto elementLength = in.take<qint32>();
             length -= qint64(elementLength) + frameHeader;
             if (self.type.facts.version && tag == self.type.facts.version->tag)
                 takeVersion(self, object, in.takeText());
-            else if (const MemberInfo *member = self.type.memberOfTag(tag))
+            else if (const MemberInfo *member = self.type.memberOfTag(tag, expected))
                 readMember(target, *member, elementLength);
             else
                 in.skip(elementLength);
@@ -93,8 +94,7 @@ private:
     void readObject(const MemberInfo &member, void *field, qint32 length)
     {
         IRGObject &object = member.objectAt(field);
-        const TypeInfo &type = *member.type;
-        read({object, type.facts.handle(object), type}, object, length);
+        read({object, member.object->handle(field), *member.type}, object, length);
     }
 
     void readItems(const Target &target, const MemberInfo &member)

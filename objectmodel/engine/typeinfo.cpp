@@ -83,9 +83,11 @@ const MemberInfo *TypeInfo::memberOfElement(QStringView name) const
     return nullptr;
 }
 
-const MemberInfo *TypeInfo::memberOfTag(quint32 tag) const
+const MemberInfo *TypeInfo::memberOfTag(quint32 tag, std::size_t &expected) const
 {
-    for (const MemberInfo *member : written) {
+    for (std::size_t tried = 0; tried < written.size(); ++tried) {
+        const MemberInfo *const member = written[expected];
+        expected = expected + 1 == written.size() ? 0 : expected + 1;
         if (member->tag == tag)
             return member;
     }

@@ -116,7 +116,8 @@ struct TypeInfo {
     TypeInfo &operator=(const TypeInfo &) = delete;
 
     const MemberInfo *memberOfElement(QStringView name) const;
-    const MemberInfo *memberOfTag(quint32 tag) const;
+    /// Looks at the place @p expected of `written` first, and leaves it behind what it found: writers keep that order.
+    const MemberInfo *memberOfTag(quint32 tag, std::size_t &expected) const;
 
     Facts facts;
     std::unique_ptr<const Record> blank;          ///< a record that holds defaults alone
