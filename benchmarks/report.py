@@ -21,7 +21,9 @@ def medians(program):
         command = [program, f"--benchmark_out={out.name}", "--benchmark_out_format=json",
                    f"--benchmark_repetitions={ROUNDS}", "--benchmark_enable_random_interleaving=true",
                    "--benchmark_report_aggregates_only=true", "--benchmark_min_time=0.05"]
-        subprocess.run(command, check=True, stdout=subprocess.DEVNULL)
+        run = subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True, check=False)
+        if run.returncode != 0:
+            sys.exit(f"{program} has failed:\n{run.stderr}")
         document = json.load(open(out.name, encoding="utf-8"))
     return {name_of(run): time_of(run) for run in document["benchmarks"] if run["aggregate_name"] == "median"}
 

@@ -77,9 +77,10 @@ StdRecord stdRecord(const PlainRecord &plain)
 
 void copyOurs(benchmark::State &state)
 {
+    const std::vector<KORVE_RecordData> &pool = recordPool();
     std::size_t n = 0;
     for (auto _ : state) {
-        KORVE_RecordData copy(recordPool()[n++ % poolSize]);
+        KORVE_RecordData copy(pool[n++ % poolSize]);
         benchmark::DoNotOptimize(copy);
     }
 }
