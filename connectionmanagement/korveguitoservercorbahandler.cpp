@@ -146,10 +146,8 @@ bool KorveGuiToServerCorbaHandler::connectToSubsystem(QString &error)
 {
     const QString path = AbstractServerConnectionData::GetKorveOrbConnectionPath(GetCurrentSubsystem());
     const auto resolve = [](const char *name) {
-        OrbHandler &orb = OrbHandler::Instance();
-        if (CORBA::is_nil(orb.GetCCO()))
-            orb.CCOIsAvailable(); // it may have come back, and nobody else might ask
-        return orb.GetCCO()->Resolve(name, CCO::rtInstallation);
+        // Nil while the service is away; the connection data's watch notices when it is back.
+        return OrbHandler::Instance().GetCCO()->Resolve(name, CCO::rtInstallation);
     };
     if (!takeManager(path, resolve, error))
         return false;

@@ -112,7 +112,7 @@ TEST_F(ServerHandler, SurvivesARestartOfTheCentralService)
     CapturedTraces traces(32);
     upAll();
     EXPECT_THAT(traces.texts(), Contains(failed + alphaPath));
-    startService();
+    runService();
     registerManager();
     EXPECT_TRUE(comesTrue([&] { return handler.IsConnected(); }));
 }

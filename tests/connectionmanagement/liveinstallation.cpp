@@ -59,8 +59,13 @@ const QString &LiveInstallation::neighbourAddress()
 
 void LiveInstallation::startService()
 {
-    service = serviceAt(address(), QStringLiteral("Alpha"), neighbourAddress());
+    runService();
     ASSERT_TRUE(orb.ConnectToCCO(20, 50));
+}
+
+void LiveInstallation::runService()
+{
+    service = serviceAt(address(), QStringLiteral("Alpha"), neighbourAddress());
 }
 
 void LiveInstallation::startNeighbour()

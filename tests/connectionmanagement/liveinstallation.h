@@ -21,6 +21,8 @@ protected:
     static const QString &address();
     static const QString &neighbourAddress();
     void startService();
+    /// As startService(), but the ORB of this process does not know yet that it is there.
+    void runService();
     void stopService() { service.reset(); }
     /// Returns when the first service knows of the neighbour's subsystem.
     void startNeighbour();
