@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-/// Reads all samples as an import does.
+/// Reads all samples as an import does, and finds no more behind them.
 inline void requireSamples(const installation::recorder::ImportSource &source)
 {
     constexpr quint64 stepBytes = 1 << 20;
@@ -15,6 +15,7 @@ inline void requireSamples(const installation::recorder::ImportSource &source)
         require(!step.isEmpty() && quint64(step.size()) <= left);
         left -= step.size();
     }
+    require(source.samples->read(stepBytes).isEmpty());
 }
 
 /// What was accepted of a file of @p fileBytes can be imported, and is the same after a restart.

@@ -19,7 +19,7 @@ QByteArray extensibleWav()
     const int format = bytes.indexOf("fmt ");
     bytes.replace(format + 4, 4, littleEndian(quint32(40)));
     const QByteArray extension = littleEndian(quint16(22)) + littleEndian(quint16(16)) + littleEndian(quint32(4)) +
-                                 littleEndian(quint16(1)) + QByteArray(14, '\0');
+                                 QByteArray::fromHex("0100000000001000800000aa00389b71"); // what PCM is called there
     return bytes.insert(format + 24, extension);
 }
 

@@ -36,29 +36,41 @@ using SoundFile = std::unique_ptr<SNDFILE, Close>;
 class WavSamples : public SampleReader
 {
 public:
-    WavSamples(SoundFile file, unsigned frameBytes) : file(std::move(file)), frameBytes(frameBytes) {}
+    WavSamples(SoundFile file, unsigned frameBytes, quint64 sizeBytes)
+        : file(std::move(file)), frameBytes(frameBytes), leftBytes(sizeBytes)
+    {
+    }
     QByteArray read(qint64 maximum) override
     {
-        QByteArray bytes(static_cast<int>(maximum - maximum % frameBytes), Qt::Uninitialized);
+        const qint64 wanted = std::min(maximum - maximum % frameBytes, static_cast<qint64>(leftBytes));
+        QByteArray bytes(static_cast<int>(wanted), Qt::Uninitialized);
         bytes.truncate(static_cast<int>(sf_read_raw(file.get(), bytes.data(), bytes.size())));
+        leftBytes -= bytes.size();
         return bytes;
     }
 
 private:
     const SoundFile file;
     const unsigned frameBytes; ///< no less is read at a time
+    quint64 leftBytes;         ///< behind them the library would go on into other bytes, up to a whole sample
 };
+
+/// The library would also try its readers of other formats, and those of compressed sound on what has none.
+void requireWave(const QString &path)
+{
+    const QByteArray head = File::openForReading(path).read(12);
+    if (!(head.startsWith("RIFF") || head.startsWith("RF64")) || head.mid(8) != "WAVE")
+        throw refusal(QStringLiteral("its RIFF content is not WAVE"));
+}
 
 SoundFile openSound(const QString &path, SF_INFO &info)
 {
+    requireWave(path); // and that it is a regular file, at which opening does not wait
     static std::mutex mutex; // guards the library's one text of why the last file could not be opened
     const std::scoped_lock lock(mutex);
     SoundFile file(sf_open(QFile::encodeName(path).constData(), SFM_READ, &info));
     if (!file)
         throw refusal(QString::fromUtf8(sf_strerror(nullptr)));
-    const int type = info.format & SF_FORMAT_TYPEMASK;
-    if (type != SF_FORMAT_WAV && type != SF_FORMAT_WAVEX && type != SF_FORMAT_RF64)
-        throw refusal(QStringLiteral("its RIFF content is not WAVE"));
     return file;
 }
 
@@ -140,13 +152,12 @@ QJsonObject sigmfOf(const SignalDescription &signal)
 
 ImportSource inspectWav(const QString &path)
 {
-    const quint64 beginUs = modificationTimeUs(path); // refuses what is no regular file, at which opening might wait
     SF_INFO info{};
     SoundFile file = openSound(path, info);
-    const SignalDescription signal = describeSound(file.get(), info, beginUs);
+    const SignalDescription signal = describeSound(file.get(), info, modificationTimeUs(path));
     const unsigned frameBytes = signal.sampleFormat.bytes * signal.channels;
     ImportSource source{nullptr, {}, describe(signal)};
-    source.samples = std::make_unique<WavSamples>(std::move(file), frameBytes);
+    source.samples = std::make_unique<WavSamples>(std::move(file), frameBytes, signal.sizeBytes);
     source.record.name = QFileInfo(path).completeBaseName();
     source.record.sigmf = sigmfOf(signal);
     return source;

@@ -77,7 +77,8 @@ TEST_F(Inspection, OfAWavFilePassesOtherChunks)
 {
     WavFile file;
     file.before = chunk("LIST", "odd") + chunk("junk", QByteArray(100, 'j'));
-    EXPECT_EQ(inspectFile(wav(file.bytes() + chunk("LIST", "behind"))).samples->read(100), file.samples);
+    for (const QByteArray &behind : {chunk("LIST", "behind"), QByteArray("x")}) // a byte is less than a sample
+        EXPECT_EQ(inspectFile(wav(file.bytes() + behind)).samples->read(100), file.samples);
 }
 
 TEST_F(Inspection, OfAnExtensibleWavFileLooksBehindTheCode)
@@ -266,7 +267,7 @@ TEST_F(Inspection, RefusesFilesThatAreNoRecordings)
     writeFile(path, "RIFFLE");
     EXPECT_NE(refusalOf(path), "taken");
     writeFile(path, "RIFF" + littleEndian(quint32(4)) + "AVI ");
-    EXPECT_NE(refusalOf(path), "taken");
+    EXPECT_NE(refusalOf(path).find("is not WAVE"), std::string::npos);
     writeFile(path, "hello");
     EXPECT_NE(refusalOf(path).find("neither a WAV file nor"), std::string::npos);
     EXPECT_NE(refusalOf(directory.filePath("nothing.wav")).find("No such file"), std::string::npos);
