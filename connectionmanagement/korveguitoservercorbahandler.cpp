@@ -147,7 +147,10 @@ bool KorveGuiToServerCorbaHandler::connectToSubsystem(QString &error)
     const QString path = AbstractServerConnectionData::GetKorveOrbConnectionPath(GetCurrentSubsystem());
     const auto resolve = [](const char *name) {
         // Nil while the service is away; the connection data's watch notices when it is back.
-        return OrbHandler::Instance().GetCCO()->Resolve(name, CCO::rtInstallation);
+        const CCO::IF_CCO_c_ptr service = OrbHandler::Instance().GetCCO();
+        if (CORBA::is_nil(service)) // a call would say so as well, but on standard error, too
+            throw CORBA::INV_OBJREF(0, CORBA::COMPLETED_NO);
+        return service->Resolve(name, CCO::rtInstallation);
     };
     if (!takeManager(path, resolve, error))
         return false;
