@@ -145,6 +145,7 @@ seqRECORD_DATA recordsNamed(const std::vector<std::string> &ids)
     seqRECORD_DATA sequence;
     sequence.length(static_cast<CORBA::ULong>(ids.size()));
     for (CORBA::ULong i = 0; i < sequence.length(); ++i) {
+        sequence[i] = struRECORD_DATA(); // a sequence leaves its numbers as they happen to be
         sequence[i].recordID = ids[i].c_str();
         sequence[i].recordName = L"name";
         sequence[i].recordStatus = rsIDLE;
