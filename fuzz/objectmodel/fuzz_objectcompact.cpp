@@ -1,6 +1,7 @@
 #include "fuzz/objectmodel/objectbytes.h"
 
-namespace {
+namespace
+{
 
 QByteArray compactOf(const ObjectBytes &input, const REPORTGENERATOR::IRGObject &object)
 {

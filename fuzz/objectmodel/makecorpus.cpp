@@ -7,7 +7,8 @@
 
 using namespace modeltest;
 
-namespace {
+namespace
+{
 
 using Object = REPORTGENERATOR::IRGObject;
 
