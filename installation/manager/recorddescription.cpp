@@ -7,6 +7,7 @@
 #include "objectbase/exceptions.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace installation
 {
@@ -72,7 +73,7 @@ TQ_KRV::seqRECORD_DATA *toClientRecords(const TQ_KORVE::seqMETA_DATA &records)
     for (CORBA::ULong position = 0; position < records.length(); ++position) {
         TQ_KRV::struRECORD_DATA_var record = toClientRecord(records[position]);
         if (record.operator->())
-            std::swap(converted[count++], record.inout());
+            converted[count++] = std::move(record.inout()); // no swap: the place holds no value yet
     }
     converted->length(count);
     return converted._retn();
