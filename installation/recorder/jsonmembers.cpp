@@ -5,8 +5,29 @@
 #include <QJsonDocument>
 #include <QVector>
 
+#include <algorithm>
+
 namespace installation::recorder
 {
+
+namespace
+{
+
+/// Qt sorts members with such a name otherwise than it looks for them, so that others are not found any more.
+bool hasNulInName(const QJsonValue &value)
+{
+    if (value.isArray()) {
+        const QJsonArray list = value.toArray();
+        return std::any_of(list.begin(), list.end(), hasNulInName);
+    }
+    const QJsonObject object = value.toObject();
+    for (auto member = object.begin(); member != object.end(); ++member)
+        if (member.key().contains(QChar::Null) || hasNulInName(member.value()))
+            return true;
+    return false;
+}
+
+} // namespace
 
 QJsonObject JsonMembers::document(const QByteArray &bytes, const QString &name)
 {
@@ -18,6 +39,9 @@ QJsonObject JsonMembers::document(const QByteArray &bytes, const QString &name)
         throw RecorderError(TQ_KORVE::ekRECORD_CORRUPTED,
                             QStringLiteral("%1 at byte %2: %3").arg(name, QString::number(error.offset), reason));
     }
+    if (hasNulInName(document.object()))
+        throw RecorderError(TQ_KORVE::ekRECORD_CORRUPTED,
+                            QStringLiteral("%1: the name of a member holds a NUL character").arg(name));
     return document.object();
 }
 

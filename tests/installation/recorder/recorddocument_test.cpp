@@ -147,6 +147,7 @@ INSTANTIATE_TEST_SUITE_P(
         DamageCase{"IndexIsNoList", "\"korve:history\": []", "\"korve:history\": {}", "\"korve:history\""},
         DamageCase{"ElementIsNoObject", "\"korve:history\": []", "\"korve:history\": [1]", "\"korve:history\""},
         DamageCase{"BookmarkWithoutText", "\"text\"", "\"txt\"", "\"text\" is missing"},
+        DamageCase{"NulInAName", "\"korve:history\": []", "\"korve:history\": [{\"a\\u0000\": 1}]", "NUL"},
         DamageCase{"NotJson", "{\"global\"", "RIFF", "at byte"}),
     [](const auto &info) { return std::string(info.param.name); });
 
