@@ -1,6 +1,7 @@
 #include "apps/korvectl/recordfollower.h"
 
 #include "apps/korvectl/console.h"
+#include "apps/korvectl/deadline.h"
 #include "apps/korvectl/interruption.h"
 
 #include "connectionmanagement/abstractserverconnectiondata.h"
@@ -71,10 +72,10 @@ void RecordFollower::sl_beginningIsOver()
     if (hasListed || lostSince || connections.IsConnected(session.subsystem()))
         return;
     const VtConnectData where = connections.getConnData(session.subsystem(), KorveCommon::DeviceConnection);
-    const QString seconds = QString::number(static_cast<double>(line.timeout.count()) / 1000);
     complain(Failure(ExitCode::NotReachable,
-                     QStringLiteral("The value tree of the recorder manager of %1, at %2:%3, did not answer within %4 s.")
-                         .arg(session.subsystem(), where.hostName, QString::number(where.port), seconds)));
+                     QStringLiteral("The value tree of the recorder manager of %1, at %2:%3, did not answer %4.")
+                         .arg(session.subsystem(), where.hostName, QString::number(where.port),
+                              Deadline(line.timeout).words())));
     QCoreApplication::exit(static_cast<int>(ExitCode::NotReachable));
 }
 
