@@ -13,7 +13,8 @@ from sourcetree import SourceTree
 HEADER_LINES = 150
 CPP_LINES = 400
 README_LINES = 15
-GENERATED = ('.moc', '.pb.h')
+# A module includes the export header of the library that it is part of, though that bears the name of one above it.
+GENERATED = ('.moc', '.pb.h', '_export.h')
 
 
 def budgets(tree):

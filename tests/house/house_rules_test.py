@@ -52,6 +52,7 @@ class IncludeArrows(HouseRules):
             'apps/korvectl/main.cpp': '#include "connectionmanagement/a.h"\n#include "idl/korve.hh"\n',
             'connectionmanagement/a.cpp': '#include "korvebase/a.h"\n#include "coresupport/a.h"\n',
             'korvebase/pelin/a.cpp': '#include "objectmodel/a.h"\n#include "common/a.h"\n#include <QString>\n',
+            'common/a.h': HEADER + '#include "korvebase/korvebase_export.h"\n',
             'platform/orbconnection/a.cpp': '#include "valuetreelib/a.h"\n#include "objectbase/a.h"\n#include "a.moc"\n',
             'benchmarks/a.cpp': '#include "benchmarks/support/a.h"\n#include "record.pb.h"\n',
             'tests/common/a.cpp': '#include "tests/support/a.h"\n#include "installation/a.h"\n'})
