@@ -6,23 +6,39 @@
 
 using Kind = RemoteOutcome::Kind;
 
-RemoteOutcome currentRemoteFailure() noexcept
+namespace
 {
-    try {
-        throw;
-    } catch (const CosNaming::NamingContext::NotFound &) {
+RemoteOutcome outcomeOfRefusal(const CORBA::UserException *exception)
+{
+    if (CosNaming::NamingContext::NotFound::_downcast(exception))
         return {.kind = Kind::NotRegistered};
-    } catch (const TQ_KRV::IF_KRV_c_KRV::exKRV &e) {
-        return {.kind = Kind::ManagerException, .text = QString::fromUtf8(e.text.in()), .refusal = e.kind};
-    } catch (const CORBA::TRANSIENT &e) {
-        return {.kind = Kind::Transient, .text = QLatin1String(e._name())};
-    } catch (const CORBA::COMM_FAILURE &e) {
-        return {.kind = Kind::ConnectionLost, .text = QLatin1String(e._name())};
-    } catch (const CORBA::OBJECT_NOT_EXIST &e) {
-        return {.kind = Kind::NotExisting, .text = QLatin1String(e._name())};
-    } catch (const CORBA::SystemException &e) {
-        return {.kind = Kind::SystemException, .text = QLatin1String(e._name())};
-    } catch (...) {
-        return {.kind = Kind::Unknown};
-    }
+    if (const auto *refusal = TQ_KRV::IF_KRV_c_KRV::exKRV::_downcast(exception))
+        return {.kind = Kind::ManagerException, .text = QString::fromUtf8(refusal->text.in()), .refusal = refusal->kind};
+    return {.kind = Kind::Unknown};
+}
+
+Kind kindOf(const CORBA::SystemException *exception)
+{
+    if (CORBA::TRANSIENT::_downcast(exception))
+        return Kind::Transient;
+    if (CORBA::COMM_FAILURE::_downcast(exception))
+        return Kind::ConnectionLost;
+    if (CORBA::OBJECT_NOT_EXIST::_downcast(exception))
+        return Kind::NotExisting;
+    return Kind::SystemException;
+}
+} // namespace
+
+bool RemoteFailure::mayHaveTakenEffect() const
+{
+    return system ? system->completed() != CORBA::COMPLETED_NO : !user;
+}
+
+RemoteOutcome outcomeOf(const RemoteFailure &failure) noexcept
+{
+    if (failure.user)
+        return outcomeOfRefusal(failure.user);
+    if (failure.system)
+        return {.kind = kindOf(failure.system), .text = QLatin1String(failure.system->_name())};
+    return {.kind = Kind::Unknown};
 }

@@ -1,6 +1,34 @@
 #pragma once
 
+#include <omniORB4/CORBA.h>
+
 #include <QString>
+
+#include <type_traits>
+
+/// What a call threw, while it is being handled. Both null: neither a user's nor a system exception.
+struct RemoteFailure {
+    const CORBA::UserException *user = nullptr;
+    const CORBA::SystemException *system = nullptr;
+
+    /// Whether the other side may have done what was asked for. An exception that it has declared is a refusal.
+    bool mayHaveTakenEffect() const;
+};
+
+/// The result of @p call, or what @p onFailure, given a RemoteFailure, makes of an exception. Every exception ends here.
+template <typename Call, typename OnFailure>
+std::invoke_result_t<Call> callOr(const Call &call, const OnFailure &onFailure) noexcept
+{
+    try {
+        return call();
+    } catch (const CORBA::UserException &e) {
+        return onFailure(RemoteFailure{.user = &e});
+    } catch (const CORBA::SystemException &e) {
+        return onFailure(RemoteFailure{.system = &e});
+    } catch (...) {
+        return onFailure(RemoteFailure{});
+    }
+}
 
 /// How a call of somebody else's operation ended.
 struct RemoteOutcome {
@@ -22,16 +50,15 @@ struct RemoteOutcome {
     int refusal = 0; ///< the manager's number, with ManagerException
 };
 
-/// Tells the exception apart that is being handled.
-RemoteOutcome currentRemoteFailure() noexcept;
+/// Tells exceptions apart.
+RemoteOutcome outcomeOf(const RemoteFailure &failure) noexcept;
 
-/// Makes a call that may fail remotely. Every exception ends here.
+/// Makes a call that may fail remotely.
 template <typename Call> RemoteOutcome remoteCall(const Call &call) noexcept
 {
-    try {
+    const auto made = [&] {
         call();
-        return {};
-    } catch (...) {
-        return currentRemoteFailure();
-    }
+        return RemoteOutcome();
+    };
+    return callOr(made, outcomeOf);
 }

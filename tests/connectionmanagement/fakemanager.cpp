@@ -86,9 +86,10 @@ char *FakeManager::mapDeviceIdToAddress(const char *)
     notHere();
 }
 
-char *FakeManager::mapAddressToDeviceId(const char *)
+char *FakeManager::mapAddressToDeviceId(const char *address)
 {
-    notHere();
+    begin(std::string("mapAddressToDeviceId ") + address);
+    return CORBA::string_dup((std::string("D") + address).c_str());
 }
 
 char *FakeManager::getDeviceInformation(const char *, CORBA::ULong &)
@@ -101,22 +102,26 @@ struMETA_DATA *FakeManager::getMetaDataForRecord(const char *, const char *)
     notHere();
 }
 
-void FakeManager::exportRecording(IF_ExportCallback_ptr)
+void FakeManager::exportRecording(IF_ExportCallback_ptr callback)
 {
-    notHere();
+    const CORBA::String_var id = callback->exportID();
+    begin(std::string("exportRecording ") + id.in());
 }
 
-void FakeManager::cancelExport(const char *)
+void FakeManager::cancelExport(const char *exportId)
 {
-    notHere();
+    begin(std::string("cancelExport ") + exportId);
 }
 
-void FakeManager::restorePelinFileGroup(const char *, const char *, const char *)
+void FakeManager::restorePelinFileGroup(const char *deviceId, const char *recordId, const char *fileGroup)
 {
-    notHere();
+    begin(std::string("restorePelinFileGroup ") + deviceId + ' ' + recordId + ' ' + fileGroup);
 }
 
-CORBA::Boolean FakeManager::getPelinConnectionParameter(CORBA::String_out, CORBA::UShort &)
+CORBA::Boolean FakeManager::getPelinConnectionParameter(CORBA::String_out host, CORBA::UShort &port)
 {
-    notHere();
+    host = CORBA::string_dup(hasArchive ? "archive" : "");
+    port = hasArchive ? 8010 : 0;
+    begin("getPelinConnectionParameter");
+    return hasArchive;
 }

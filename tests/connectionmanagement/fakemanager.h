@@ -18,6 +18,7 @@ public:
     /// Runs first in every operation, and may throw.
     std::function<void()> trouble = [] {};
     std::string workstation;
+    bool hasArchive = true; ///< at archive:8010
     std::map<std::string, TQ_KRV::seqRECORD_DATA> records;
     /// The operations that were called, with their argument.
     std::vector<std::string> calls;
@@ -40,13 +41,14 @@ public:
                                                       const char *, CORBA::String_out) override;
     TQ_KRV::seqString *getAllDevices() override;
     char *mapDeviceIdToAddress(const char *) override;
-    char *mapAddressToDeviceId(const char *) override;
+    /// "D" and the address.
+    char *mapAddressToDeviceId(const char *address) override;
     char *getDeviceInformation(const char *, CORBA::ULong &) override;
     TQ_KRV::struMETA_DATA *getMetaDataForRecord(const char *, const char *) override;
-    void exportRecording(TQ_KRV::IF_ExportCallback_ptr) override;
-    void cancelExport(const char *) override;
-    void restorePelinFileGroup(const char *, const char *, const char *) override;
-    CORBA::Boolean getPelinConnectionParameter(CORBA::String_out, CORBA::UShort &) override;
+    void exportRecording(TQ_KRV::IF_ExportCallback_ptr callback) override;
+    void cancelExport(const char *exportId) override;
+    void restorePelinFileGroup(const char *deviceId, const char *recordId, const char *fileGroup) override;
+    CORBA::Boolean getPelinConnectionParameter(CORBA::String_out host, CORBA::UShort &port) override;
 
 private:
     void begin(const std::string &call);
