@@ -1,17 +1,12 @@
 #include "benchmarks/remote/onecpu.h"
-#include "benchmarks/remote/service.h"
+#include "benchmarks/remote/station.h"
 #include "benchmarks/support/require.h"
 
-#include "connectionmanagement/hmiserverconnectiondata.h"
-#include "connectionmanagement/korveguitoservercorbahandler.h"
 #include "korvebase/corbatoclientconverter.h"
 
 #include <benchmark/benchmark.h>
 
-#include <QCoreApplication>
-
 using KORVE_XML::KORVE_RecordData;
-using KorveCommon::HMIServerConnectionData;
 using KorveGUI::KorveGuiToServerCorbaHandler;
 
 namespace
@@ -23,41 +18,24 @@ constexpr int recordCount = 10000;
 constexpr char many[] = "many";
 constexpr char none[] = "none";
 
-/// A display station that has found the manager of the other process, and the same manager without a handler.
-struct Station {
-    Station()
-    {
-        Service::instance();
-        station = std::make_shared<HMIServerConnectionData>(QString());
-        handler = std::make_unique<KorveGuiToServerCorbaHandler>(QString(), station, QString());
-        waitFor([this] { return handler->IsConnected(); }, "the handler finds the manager");
-        manager = handler->GetKorveInterface();
-        check();
-    }
-
-    void check() const
-    {
-        Records records;
-        Records converted;
-        require(handler->getAllRecords(QLatin1String(many), records) == 0, "the handler gets the records");
-        const TQ_KRV::seqRECORD_DATA_var sequence = manager->getAllRecords(many);
-        require(sequence->length() == recordCount, "the bare call gets as many");
-        KorveCommon::CorbaToClientConverter::convertRecords(sequence.in(), converted);
-        require(records == converted && records.last().GetBookmarkEntry().size() == 5, "both get the same records");
-        require(handler->getAllRecords(QLatin1String(none), records) == 0 && records.size() == recordCount,
-                "the small call succeeds");
-    }
-
-    std::shared_ptr<HMIServerConnectionData> station;
-    std::unique_ptr<KorveGuiToServerCorbaHandler> handler;
-    TQ_KRV::IF_KRV_c_KRV_var manager;
-};
+void check(Station &station)
+{
+    Records records;
+    Records converted;
+    require(station.handler->getAllRecords(QLatin1String(many), records) == 0, "the handler gets the records");
+    const TQ_KRV::seqRECORD_DATA_var sequence = station.manager->getAllRecords(many);
+    require(sequence->length() == recordCount, "the bare call gets as many");
+    KorveCommon::CorbaToClientConverter::convertRecords(sequence.in(), converted);
+    require(records == converted && records.last().GetBookmarkEntry().size() == 5, "both get the same records");
+    require(station.handler->getAllRecords(QLatin1String(none), records) == 0 && records.size() == recordCount,
+            "the small call succeeds");
+}
 
 Station &station()
 {
-    // Never destroyed: the ORB may end first.
-    static Station &station = *new Station;
-    return station;
+    static const bool checked = (check(Station::instance()), true);
+    Q_UNUSED(checked)
+    return Station::instance();
 }
 
 void recordsOurs(benchmark::State &state)

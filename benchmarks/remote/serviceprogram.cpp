@@ -1,4 +1,5 @@
 #include "benchmarks/remote/baresource.h"
+#include "benchmarks/remote/briefcommands.h"
 #include "benchmarks/remote/mixedcontent.h"
 #include "benchmarks/remote/recordmanager.h"
 #include "benchmarks/remote/service.h"
@@ -8,6 +9,7 @@
 
 #include "installation/cco/centralobjectservice.h"
 #include "orbconnection/vtserver.h"
+#include "tests/connectionmanagement/keyedservant.h"
 #include "tests/support/commandinput.h"
 #include "valuetreelib/tree.h"
 #include "valuetreelib/value.h"
@@ -127,6 +129,8 @@ int main(int argc, char **argv)
     RecordManager manager(orb.keyedPoa());
     manager.workstation = settings.address.toStdString();
     announceManager(manager, orb);
+    const KeyedServant<BriefAdmin> admin("admin");
+    const KeyedServant<BriefReplay> replay("replay many");
 
     const VtServer server;
     MixedValues mixedValues;
