@@ -1,135 +1,106 @@
 #include "common/parsecorbauserexception.h"
 
+#include "idl/cco.hh"
 #include "idl/korve.hh"
 #include "idl/korvemanager.hh"
-#include "idl/lumbalandatacom.hh"
+#include "tests/appruntime/capturedtraces.h"
+#include "tests/common/exceptionkinds.h"
 
 #include <gmock/gmock.h>
 
-#include <QFile>
-#include <QMap>
-#include <QStringList>
-
-#include <memory>
-
-using testing::IsEmpty;
-using testing::Not;
+#include <map>
 
 namespace
 {
+using ChannelParser = KorveChannel::ParseCorbaUserException;
+using DeviceParser = KorveDevice::ParseCorbaUserException;
 
-using DeviceDecoder = KorveDevice::ParseCorbaUserException;
-using ChannelDecoder = KorveChannel::ParseCorbaUserException;
-using Raised = std::unique_ptr<CORBA::UserException>;
+const char *const freeText = "no such r\xc3\xa4 %1 %2 @/";
 
-constexpr auto hostileText = "a '%1' of %2 \u00b5s, \U0001F4FB";
-
-template <class Exception> Raised raise(unsigned kind, const char *text)
-{
-    return std::make_unique<Exception>(static_cast<decltype(Exception::kind)>(kind), text);
-}
-
-/// One type of exception, the decoder that knows it, and what it makes of a kind that the wire does not have.
-struct Family {
-    const char *enumeration;
-    Raised (*raise)(unsigned kind, const char *text);
-    QString (*textOf)(const CORBA::UserException &);
-    unsigned long (*numberOf)(const CORBA::UserException &) noexcept;
-    unsigned long firstNumber;
-    const char *scopedName;
-    const char *beyond;
-};
-
-void PrintTo(const Family &family, std::ostream *out)
-{
-    *out << family.scopedName;
-}
-
-/// The kinds of an enumeration, in wire order.
-QStringList kindsOf(const QString &enumeration)
-{
-    QFile file(EXCEPTION_KINDS);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    QMap<QString, QStringList> kinds;
-    QString current;
-    for (const QString &line : QString::fromUtf8(file.readAll()).split('\n')) {
-        if (line.startsWith(' '))
-            kinds[current].append(line.trimmed());
-        else
-            current = line.section(' ', 1);
-    }
-    return kinds.value(enumeration);
-}
-
-class ExceptionFamilies : public testing::TestWithParam<Family>
+class UserException : public testing::TestWithParam<ExceptionCase>
 {
 protected:
-    const Family &family = GetParam();
-    const QStringList kinds = kindsOf(family.enumeration);
+    /// Compares both decoders' answers for @p kind with what is expected.
+    static void expectAsTyped(long kind, const char *text)
+    {
+        const auto thrown = GetParam().make(kind, text);
+        const QString words = QString::fromUtf8(text);
+        EXPECT_EQ(DeviceParser::convertException(*thrown), GetParam().number(Family::Device, kind)) << kind;
+        EXPECT_EQ(ChannelParser::convertException(*thrown), GetParam().number(Family::Channel, kind)) << kind;
+        EXPECT_EQ(DeviceParser::GetException(*thrown).toStdString(),
+                  GetParam().text(Family::Device, kind, words).toStdString());
+        EXPECT_EQ(ChannelParser::GetException(*thrown).toStdString(),
+                  GetParam().text(Family::Channel, kind, words).toStdString());
+    }
 };
 
-TEST_P(ExceptionFamilies, GiveEachKindItsNumber)
+INSTANTIATE_TEST_SUITE_P(Exceptions, UserException, testing::ValuesIn(knownExceptions()),
+                         [](const auto &info) { return info.param.name; });
+
+TEST_P(UserException, HasTheNumberAndTheTextOfItsKind)
 {
-    ASSERT_THAT(kinds, Not(IsEmpty()));
-    for (int kind = 0; kind < kinds.size(); ++kind)
-        EXPECT_EQ(family.numberOf(*family.raise(unsigned(kind), "")), family.firstNumber + unsigned(kind));
+    for (const ExceptionKind &row : GetParam().kinds())
+        expectAsTyped(row.kind, freeText);
 }
 
-TEST_P(ExceptionFamilies, NameEachKindAndQuoteTheTextAsItIs)
+TEST_P(UserException, IsUndefinedWithAKindThatDoesNotExist)
 {
-    ASSERT_THAT(kinds, Not(IsEmpty()));
-    for (int kind = 0; kind < kinds.size(); ++kind)
-        EXPECT_EQ(family.textOf(*family.raise(unsigned(kind), hostileText)),
-                  QStringLiteral("User exception: ") + family.scopedName + "::" + kinds.at(kind) + ": " + hostileText);
+    const long known = GetParam().kinds().size();
+    for (long kind = known; kind <= 300; ++kind)
+        expectAsTyped(kind, "why");
+    expectAsTyped(-1, "why");
+    expectAsTyped(0x7fffffff, "why");
 }
 
-TEST_P(ExceptionFamilies, DoNotKnowAKindBeyondTheLast)
+TEST_P(UserException, KeepsItsFreeTextToTheLetter)
 {
-    for (const unsigned beyond : {unsigned(kinds.size()), 0x7FFFFFFFU, 0xFFFFFFFFU}) {
-        const Raised raised = family.raise(beyond, "text");
-        EXPECT_EQ(family.numberOf(*raised), 212U);
-        EXPECT_EQ(family.textOf(*raised), QStringLiteral("User exception: ") + family.beyond);
+    expectAsTyped(0, "\xf0\x9f\x93\xa1");
+    expectAsTyped(0, "");
+    expectAsTyped(0, std::string(10000, 'x').c_str());
+}
+
+TEST_P(UserException, IsDecodedWithoutATrace)
+{
+    const CapturedTraces traces;
+    expectAsTyped(0, "why");
+    EXPECT_THAT(traces.texts(), testing::IsEmpty());
+}
+
+TEST(UserExceptions, AreAllThatTheErrorNumbersCount)
+{
+    std::map<std::string, int> sizes;
+    for (const ExceptionCase &exception : knownExceptions())
+        sizes[exception.name] = exception.kinds().size();
+    EXPECT_EQ(sizes,
+              (std::map<std::string, int>{
+                  {"exadmin", 1}, {"exchan", 6}, {"exchanman", 9}, {"exgen", 5}, {"exkorve", 35}, {"exlldc", 8}}));
+}
+
+TEST(UserExceptions, ReadAsTheyAreWritten)
+{
+    using namespace TQ_KRV;
+    EXPECT_EQ(ChannelParser::GetException(exGen(Invalid_Interface, "a")).toStdString(),
+              "User exception: TQ_KRV::exGen::Invalid_Interface: a");
+    EXPECT_EQ(ChannelParser::GetException(IF_KRV_c_Chan::exChan(IF_KRV_c_Chan::Channel_Is_Recording, "")).toStdString(),
+              "User exception: TQ_KRV::IF_KRV_c_Chan::exChan::Channel_Is_Recording: ");
+    EXPECT_EQ(DeviceParser::GetException(TQ_KORVE::exKorve(TQ_KORVE::ekRESSOURCES_EXHAUSTED, "b")).toStdString(),
+              "User exception: TQ_KORVE::exKorve::ekRESSOURCES_EXHAUSTED: b");
+    const TQ_KORVE::exKorve unknown(static_cast<TQ_KORVE::eKorveKind>(35), "c");
+    EXPECT_EQ(DeviceParser::GetException(unknown).toStdString(),
+              "User exception: undefined TQ_KORVE:exKorve exception");
+    EXPECT_EQ(DeviceParser::convertException(unknown), 212u);
+}
+
+TEST(UserExceptions, OfOthersAreUndefined)
+{
+    const TQ_KRV::IF_KRV_c_KRV::exKRV refusal(TQ_KRV::IF_KRV_c_KRV::Invalid_RecordId, "R7");
+    const CCO::IF_CCO_c_Naming::InvalidType foreign;
+    for (const CORBA::UserException *const thrown :
+         {static_cast<const CORBA::UserException *>(&refusal), static_cast<const CORBA::UserException *>(&foreign)}) {
+        EXPECT_EQ(ChannelParser::convertException(*thrown), 212u);
+        EXPECT_EQ(DeviceParser::convertException(*thrown), 212u);
+        EXPECT_EQ(ChannelParser::GetException(*thrown).toStdString(), "User exception: undefined");
+        EXPECT_EQ(DeviceParser::GetException(*thrown).toStdString(), "User exception: undefined");
     }
 }
-
-using Admin = TQ_KRV::IF_KORVE_Admin;
-using Chan = TQ_KRV::IF_KRV_c_Chan;
-using ChanMan = TQ_KRV::IF_KRV_c_ChanMan;
-
-INSTANTIATE_TEST_SUITE_P(
-    , ExceptionFamilies,
-    testing::Values(Family{"eKorveKind", raise<TQ_KORVE::exKorve>, DeviceDecoder::GetException,
-                           DeviceDecoder::convertException, 10000, "TQ_KORVE::exKorve",
-                           "undefined TQ_KORVE:exKorve exception"},
-                    Family{"eLLDCKind", raise<LLDCmodule::exLLDC>, DeviceDecoder::GetException,
-                           DeviceDecoder::convertException, 900, "LLDCmodule::exLLDC", "undefined"},
-                    Family{"eGenKind", raise<TQ_KRV::exGen>, ChannelDecoder::GetException,
-                           ChannelDecoder::convertException, 700, "TQ_KRV::exGen", "undefined TQ_KRV:exGen exception"},
-                    Family{"eChanManKind", raise<ChanMan::exChanMan>, ChannelDecoder::GetException,
-                           ChannelDecoder::convertException, 750, "TQ_KRV::IF_KRV_c_ChanMan::exChanMan",
-                           "undefined TQ_KRV::IF_KRV_c_ChanMan::exChanMan exception"},
-                    Family{"eChanKind", raise<Chan::exChan>, ChannelDecoder::GetException,
-                           ChannelDecoder::convertException, 800, "TQ_KRV::IF_KRV_c_Chan::exChan",
-                           "undefined TQ_KRV::IF_KRV_c_Chan::exChan exception"},
-                    Family{"eAdminKind", raise<Admin::exAdmin>, ChannelDecoder::GetException,
-                           ChannelDecoder::convertException, 501, "TQ_KRV::IF_KORVE_Admin::exAdmin", "undefined"}),
-    [](const auto &row) { return std::string(row.param.enumeration); });
-
-TEST(DeviceDecoder, DoesNotKnowTheManagersExceptions)
-{
-    for (const auto raise : {raise<TQ_KRV::exGen>, raise<Admin::exAdmin>, raise<TQ_KRV::IF_KRV_c_KRV::exKRV>}) {
-        EXPECT_EQ(DeviceDecoder::convertException(*raise(0, "text")), 212U);
-        EXPECT_EQ(DeviceDecoder::GetException(*raise(0, "text")), "User exception: undefined");
-    }
-}
-
-TEST(ChannelDecoder, DoesNotKnowTheDevicesExceptionsNorThatOfTheManagersMainInterface)
-{
-    for (const auto raise : {raise<TQ_KORVE::exKorve>, raise<LLDCmodule::exLLDC>, raise<TQ_KRV::IF_KRV_c_KRV::exKRV>}) {
-        EXPECT_EQ(ChannelDecoder::convertException(*raise(0, "text")), 212U);
-        EXPECT_EQ(ChannelDecoder::GetException(*raise(0, "text")), "User exception: undefined");
-    }
-}
-
 } // namespace
