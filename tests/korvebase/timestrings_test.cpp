@@ -2,51 +2,72 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <QByteArray>
+
 #include <ctime>
+#include <limits>
 
 namespace
 {
+using namespace KorveCommon; // a client that does so has no second function of the same name
 
-constexpr qint64 momentUs = 1'600'000'000'999'999; // 2020-09-13 12:26:40.999999 UTC
+constexpr qint64 sampleUs = 1'700'000'000'987'654; // 2023-11-14 22:13:20.987654 UTC
 
-/// The zone of the process while this lives, as in the variable TZ.
-class Zone
-{
-public:
-    explicit Zone(const char *name) : before(qgetenv("TZ")), wasSet(qEnvironmentVariableIsSet("TZ"))
-    {
-        qputenv("TZ", name);
-        tzset();
-    }
-    ~Zone()
-    {
-        wasSet ? qputenv("TZ", before) : qunsetenv("TZ");
-        tzset();
-    }
-
-private:
-    const QByteArray before;
-    const bool wasSet;
+struct Zone {
+    const char *name;
+    const char *rule;
+    const char *local; ///< the sample there
 };
 
-TEST(TimeStrings, CountMicrosecondsAndCutTheSecond)
+void PrintTo(const Zone &zone, std::ostream *out)
 {
-    EXPECT_EQ(UTCtoUTCString(momentUs), "2020-09-13 12:26:40");
-    EXPECT_EQ(UTCtoUTCString(0), "1970-01-01 00:00:00");
+    *out << zone.rule;
 }
 
-TEST(TimeStrings, FollowTheZoneOfTheProcessOnlyWhenLocal)
+/// Puts the process into a time zone for the life of a test.
+class TimeText : public testing::TestWithParam<Zone>
 {
-    const Zone zone("<+0530>-05:30");
-    EXPECT_EQ(UTCtoLocalString(momentUs), "2020-09-13 17:56:40");
-    EXPECT_EQ(UTCtoUTCString(momentUs), "2020-09-13 12:26:40");
+protected:
+    TimeText() { setZone(GetParam().rule); }
+    ~TimeText() override { setZone(before); }
+    static void setZone(const QByteArray &zone)
+    {
+        if (zone.isNull())
+            qunsetenv("TZ");
+        else
+            qputenv("TZ", zone);
+        tzset();
+    }
+    const QByteArray before = qgetenv("TZ");
+};
+
+INSTANTIATE_TEST_SUITE_P(Zones, TimeText,
+                         testing::Values(Zone{"Greenwich", "TST0", "2023-11-14 22:13:20"},
+                                         Zone{"TwoHoursEast", "TST-02:00", "2023-11-15 00:13:20"},
+                                         Zone{"FiveAndAHalfHoursWest", "TST05:30", "2023-11-14 16:43:20"}),
+                         [](const auto &info) { return info.param.name; });
+
+TEST_P(TimeText, IsInUtcWhereverTheProcessIs)
+{
+    EXPECT_EQ(UTCtoUTCString(sampleUs).toStdString(), "2023-11-14 22:13:20");
 }
 
-TEST(TimeStrings, AreTheSameFunctionsInTheNamespace)
+TEST_P(TimeText, IsInTheTimeOfTheProcess)
+{
+    EXPECT_EQ(UTCtoLocalString(sampleUs).toStdString(), GetParam().local);
+}
+
+TEST_P(TimeText, CutsPartsOfASecond)
+{
+    EXPECT_EQ(UTCtoUTCString(0).toStdString(), "1970-01-01 00:00:00");
+    EXPECT_EQ(UTCtoUTCString(999'999).toStdString(), "1970-01-01 00:00:00");
+    EXPECT_EQ(UTCtoUTCString(1'000'000).toStdString(), "1970-01-01 00:00:01");
+    EXPECT_EQ(UTCtoUTCString(std::numeric_limits<qint64>::max()).toStdString(), "294247-01-10 04:00:54");
+}
+
+TEST(TimeTextFunctions, AreTheSameWithAndWithoutTheNamespace)
 {
     EXPECT_EQ(&::UTCtoLocalString, &KorveCommon::UTCtoLocalString);
     EXPECT_EQ(&::UTCtoUTCString, &KorveCommon::UTCtoUTCString);
 }
-
 } // namespace
