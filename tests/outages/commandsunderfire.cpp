@@ -1,0 +1,181 @@
+#include "tests/outages/commandsunderfire.h"
+
+#include "objectmodel/bookmarkentry.h"
+#include "objectmodel/korve_recorddata.h"
+
+using KORVE_XML::KORVE_RecordData;
+
+namespace
+{
+
+constexpr quint64 farUs = 1'000'000'000'000'000; // of bookmarks: beyond all that others set
+
+std::string nameOf(int round)
+{
+    return "round " + std::to_string(round);
+}
+
+quint64 timeOf(int round)
+{
+    return farUs + static_cast<quint64>(round);
+}
+
+QVector<KORVE_XML::BookmarkEntry> bookmarkOf(int round)
+{
+    KORVE_XML::BookmarkEntry entry;
+    entry.SetTimestamp(timeOf(round));
+    entry.SetBookmark(QString::fromStdString(nameOf(round)));
+    return {entry};
+}
+
+void nothing(World &, int) {}
+
+bool byAdmin(const World &world)
+{
+    return world.admin->OutcomeIsUnknown();
+}
+
+int historyOf(World &world, int round)
+{
+    return world.historyEntries(nameOf(round));
+}
+
+int bookmarksOf(World &world, int round)
+{
+    return world.bookmarks(timeOf(round));
+}
+
+void addBookmark(World &world, int round)
+{
+    world.recorder->addBookmark(world.recordUtf8, timeOf(round), deviceText(nameOf(round)));
+}
+
+void addHistory(World &world, int round)
+{
+    world.recorder->addHistory(world.recordUtf8, deviceText(nameOf(round)));
+}
+
+/// Of the entry of that round; 0 when there is none.
+quint64 historyTime(World &world, int round)
+{
+    const TQ_KORVE::wideText wanted = deviceText(nameOf(round));
+    TQ_KORVE::seqHistory_var history = world.recorder->getHistory(world.recordUtf8);
+    for (CORBA::ULong i = 0; i < history->length(); ++i) {
+        const TQ_KORVE::wideText &text = history[i].historyEntry;
+        if (text.length() == wanted.length() &&
+            std::equal(text.get_buffer(), text.get_buffer() + text.length(), wanted.get_buffer()))
+            return history[i].timestamp;
+    }
+    return 0;
+}
+
+int isGone(int count)
+{
+    return count == 0 ? 1 : 0;
+}
+
+std::vector<CommandUnderFire> changingCommands()
+{
+    return {
+        {"SetRecordComment", nothing,
+         [](World &w, int round) {
+             return w.admin->SetRecordComment(w.device, w.record, QString::fromStdString(nameOf(round)));
+         },
+         [](World &w, int round) { return w.recordName() == nameOf(round) ? 1 : 0; }, byAdmin},
+        {"SetRecordDeletableFlag", [](World &w, int) { w.recorder->clearDeletableFlagOfRecord(w.recordUtf8); },
+         [](World &w, int) { return w.admin->SetRecordDeletableFlag(w.device, w.record, true); },
+         [](World &w, int) { return w.isDeletable() ? 1 : 0; }, byAdmin},
+        {"addHistory", nothing,
+         [](World &w, int round) {
+             return w.admin->addHistory(w.device, w.record, QString::fromStdString(nameOf(round)));
+         },
+         historyOf, byAdmin},
+        {"DeleteHistoryEntryFromKorve", addHistory,
+         [](World &w, int round) {
+             return w.admin->DeleteHistoryEntryFromKorve(w.device, w.record, historyTime(w, round));
+         },
+         [](World &w, int round) { return isGone(historyOf(w, round)); }, byAdmin},
+        {"SaveBookmarksToKorve", nothing,
+         [](World &w, int round) { return w.admin->SaveBookmarksToKorve(w.device, w.record, bookmarkOf(round)); },
+         bookmarksOf, byAdmin},
+        {"DeleteBookmarksFromKorve", addBookmark,
+         [](World &w, int round) { return w.admin->DeleteBookmarksFromKorve(w.device, w.record, bookmarkOf(round)); },
+         [](World &w, int round) { return isGone(bookmarksOf(w, round)); }, byAdmin},
+    };
+}
+
+void noAnswerYet(World &world, int)
+{
+    world.rightAnswers = 0;
+}
+
+int rightAnswers(World &world, int)
+{
+    return world.rightAnswers;
+}
+
+/// Counts an answer that is as it should be. The number of a command that has none of its own is 0 or 1.
+template <typename Number> unsigned long answered(World &world, Number number, bool isRight)
+{
+    world.rightAnswers += number == 0 && isRight ? 1 : 0;
+    return number;
+}
+
+unsigned long askForRecord(World &w, int)
+{
+    KORVE_RecordData record;
+    const unsigned long number = w.admin->getRecord(w.device, w.record, record);
+    return answered(w, number, record.GetRecordID() == w.record && record.GetSize() == 200000);
+}
+
+unsigned long askForRecords(World &w, int)
+{
+    QVector<KORVE_RecordData> records;
+    const unsigned long number = w.manager->getAllRecords(w.device, records);
+    return answered(w, number, records.size() == w.records());
+}
+
+unsigned long askForTime(World &w, int)
+{
+    unsigned long long time = 0;
+    bool isSynchronized = false;
+    const quint64 before = w.deviceTime();
+    const unsigned long number = w.admin->GetDeviceTime(w.device, time, isSynchronized);
+    return answered(w, number, before <= time && time <= w.deviceTime());
+}
+
+unsigned long askForFormat(World &w, int)
+{
+    QString error;
+    const QString format = w.exports->recordDataFormat(w.device, w.record, error);
+    return answered(w, error.isEmpty() ? 0 : 1, format == QLatin1String("DIGITAL_AUDIO"));
+}
+
+unsigned long askForArchive(World &w, int)
+{
+    QString host;
+    unsigned short port = 0;
+    const bool isThere = w.admin->pelinConnectionParameter(host, port);
+    return answered(w, isThere ? 0 : 1, host == QLatin1String("archive.example") && port == 8010);
+}
+
+CommandUnderFire question(const char *name, unsigned long (*ask)(World &, int))
+{
+    return {name, noAnswerYet, ask, rightAnswers, [](const World &) { return true; }, true};
+}
+
+} // namespace
+
+const std::vector<CommandUnderFire> &commandsUnderFire()
+{
+    static const std::vector<CommandUnderFire> all = [] {
+        std::vector<CommandUnderFire> commands = changingCommands();
+        commands.push_back(question("getRecord", askForRecord));
+        commands.push_back(question("getAllRecords", askForRecords));
+        commands.push_back(question("GetDeviceTime", askForTime));
+        commands.push_back(question("recordDataFormat", askForFormat));
+        commands.push_back(question("pelinConnectionParameter", askForArchive));
+        return commands;
+    }();
+    return all;
+}

@@ -1,0 +1,34 @@
+#include "tests/outages/outagefixture.h"
+
+#include "orbconnection/orbhandler.h"
+#include "tests/installation/manager/wavfile.h"
+
+#include <QElapsedTimer>
+
+void OutageFixture::setUp(std::chrono::milliseconds callLimit)
+{
+    InstallationFixture::SetUpTestSuite();
+    CorbaCommon::OrbHandler::Instance().setCallTimeout(callLimit);
+    ASSERT_TRUE(managerKnowsTheDevice());
+    ASSERT_EQ(import({writeWavFile(shared->folder.path(), QStringLiteral("one.wav"), 100000)}).exitCode, 0);
+}
+
+std::chrono::microseconds OutageFixture::timeOf(const std::function<void()> &work)
+{
+    QElapsedTimer clock;
+    clock.start();
+    work();
+    return std::chrono::microseconds(clock.nsecsElapsed() / 1000);
+}
+
+void OutageFixture::check(World &world, int round, unsigned long number)
+{
+    const int effects = GetParam().effects(world, round);
+    SCOPED_TRACE(testing::Message() << "round " << round << ", number " << number);
+    EXPECT_LE(effects, 1) << "it was done more than once";
+    if (number == 0) {
+        EXPECT_EQ(effects, 1) << "it says that it was done";
+    } else if (!GetParam().onlyAsks && !GetParam().outcomeIsUnknown(world)) {
+        EXPECT_EQ(effects, 0) << "it does not say that it may have been done";
+    }
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "connectionmanagement/guitoserveradmincorbahandler.h"
+#include "connectionmanagement/guitoserverexportcorbahandler.h"
+#include "connectionmanagement/guitoserverreplaycorbahandler.h"
+#include "connectionmanagement/hmiserverconnectiondata.h"
+#include "connectionmanagement/korveguitoservercorbahandler.h"
+#include "idl/korve.hh"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+/// A client of a manager, and beside it a way to the recorder that does not need the manager.
+class World
+{
+public:
+    /// Connects, which must succeed. @p recordId is the record that commands are about.
+    explicit World(const QString &recordId);
+
+    /// New handlers, as after a start of the client.
+    void connect();
+
+    // What the recorder has.
+    std::string recordName() const;
+    bool isDeletable() const;
+    int historyEntries(const std::string &text) const;
+    int historyEntries(quint64 timestampUs) const;
+    int bookmarks(quint64 timestampUs) const;
+    int records(const std::string &name) const;
+    int records() const;
+    quint64 deviceTime() const;
+
+    /// Of a command that only asks.
+    int rightAnswers = 0;
+
+    const QString device = QStringLiteral("REC1");
+    const QString record;
+    const QByteArray recordUtf8 = record.toUtf8();
+    const TQ_KORVE::IF_Control_var recorder;
+    std::shared_ptr<KorveCommon::HMIServerConnectionData> data;
+    std::shared_ptr<KorveGUI::KorveGuiToServerCorbaHandler> manager;
+    std::unique_ptr<KorveGUI::GuiToServerAdminCorbaHandler> admin;
+    std::unique_ptr<KorveGUI::GuiToServerReplayCorbaHandler> replay;
+    std::unique_ptr<KorveGUI::GuiToServerExportCorbaHandler> exports;
+};
+
+/// A text as recorders take it.
+TQ_KORVE::wideText deviceText(const std::string &ascii);
