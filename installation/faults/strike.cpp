@@ -1,0 +1,70 @@
+#include "installation/faults/strike.h"
+
+#include "installation/faults/answers.h"
+
+#include <omniORB4/CORBA.h>
+#include <omniORB4/callDescriptor.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+
+namespace installation::faults
+{
+
+namespace
+{
+
+/// Ends the process as a loss of power does.
+[[noreturn]] void die()
+{
+    ::raise(SIGKILL);
+    std::abort(); // never reached
+}
+
+Result resultOf(std::string_view operation)
+{
+    const auto all = allOperations();
+    const auto found = std::find_if(all.begin(), all.end(), [&](const Operation &row) {
+        return row.name == operation && row.result != Result::Other;
+    });
+    return found == all.end() ? Result::Other : found->result;
+}
+
+class Strike
+{
+public:
+    Strike(omniCallDescriptor &call, omniServant &servant) : call(call), servant(servant) {}
+
+    void operator()(const Delay &) const { call.interceptedCall(&servant); }
+    void operator()(const RaiseUser &action) const { action.exception->raise(action.kind, action.text.c_str()); }
+    void operator()(const RaiseSystem &action) const { action.raise(); }
+    void operator()(const Answer &action) const { answer(call, resultOf(call.op()), action.number); }
+    void operator()(const KillProcess &action) const
+    {
+        if (action.isAfterwards)
+            serveToTheEnd();
+        die();
+    }
+
+private:
+    void serveToTheEnd() const
+    {
+        try {
+            call.interceptedCall(&servant);
+        } catch (const CORBA::Exception &) { // of which nobody gets to know either
+        }
+    }
+
+    omniCallDescriptor &call;
+    omniServant &servant;
+};
+
+} // namespace
+
+void strike(const CallAction &action, omniCallDescriptor &call, omniServant &servant)
+{
+    std::visit(Strike(call, servant), action);
+}
+
+} // namespace installation::faults
