@@ -1,5 +1,6 @@
 #include "installation/recorder/file.h"
 
+#include "installation/recorder/diskroom.h"
 #include "installation/recorder/recordererror.h"
 
 #include <QFile>
@@ -71,7 +72,7 @@ bool File::tryLock()
 void File::write(const QByteArray &bytes)
 {
     for (qint64 written = 0; written < bytes.size();) {
-        const ssize_t count = ::write(descriptor, bytes.constData() + written, bytes.size() - written);
+        const ssize_t count = writeToDisk(descriptor, bytes, written);
         if (count >= 0)
             written += count;
         else if (errno != EINTR)
