@@ -18,6 +18,7 @@ struct Raw {
     std::string device;
     std::vector<std::string> files;
     bool endsWithParent = false;
+    std::string faults;
 };
 
 /// The last argument first, as the parser wants them.
@@ -42,6 +43,7 @@ void describe(CLI::App &app, Raw &raw)
     app.add_option("--state", raw.state,
                    "Folder for what outlives a restart; of several services, one folder each in it");
     app.add_flag("--end-with-parent", raw.endsWithParent, "End when the process that has started this one ends");
+    app.add_option("--faults", raw.faults, "Fault script: what is to go wrong, and when")->check(CLI::ExistingFile);
     CLI::App *import =
         app.add_subcommand("import", "Have a recorder of this host take in WAV files and SigMF recordings");
     import->add_option("DEVICE", raw.device, "The id of the recorder")->required();
@@ -87,7 +89,7 @@ std::optional<CommandLine> CommandLine::parse(int argc, char **argv, int &exitCo
         return {};
     }
     CommandLine line{rolesNamed(raw.roles), QString::fromStdString(raw.config), QString::fromStdString(raw.state),
-                     raw.endsWithParent};
+                     raw.endsWithParent, QString::fromStdString(raw.faults)};
     if (!raw.files.empty()) {
         line.import = Import{QString::fromStdString(raw.device), {}};
         for (const std::string &file : raw.files)

@@ -26,6 +26,7 @@ struct CommandLine {
     QString configFile;
     QString stateFolder;
     bool endsWithParent = false;
+    QString faultsFile{}; ///< empty: nothing goes wrong on purpose
     std::optional<Import> import{}; ///< instead of serving
 
     /// Without result when the program is to end with @p exitCode: help was asked for, or the line is wrong, which has

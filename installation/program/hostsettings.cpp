@@ -4,6 +4,7 @@
 #include "orbconnection/vtserver.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <optional>
@@ -142,6 +143,14 @@ QString HostSettings::stateFolder(Role role) const
     if (given.isEmpty())
         return usualStateFolder() + below;
     return QDir(given).absolutePath() + (line.roles.size() == 1 ? QString() : below);
+}
+
+QString HostSettings::faultsFile() const
+{
+    const QString given = text("host", "faults");
+    if (!line.faultsFile.isEmpty() || given.isEmpty())
+        return line.faultsFile;
+    return QFileInfo(line.configFile).absoluteDir().absoluteFilePath(given);
 }
 
 QString HostSettings::text(const char *group, const char *key, const QString &otherwise) const

@@ -26,6 +26,8 @@ public:
     /// Printable ASCII without "/".
     QString deviceId() const;
     QString stateFolder(Role role) const;
+    /// Of the fault script; empty when there is none. A relative path in the INI file counts from there.
+    QString faultsFile() const;
 
 private:
     QString text(const char *group, const char *key, const QString &otherwise = {}) const;

@@ -1,8 +1,10 @@
+#include "installation/faults/faults.h"
 #include "installation/program/commandline.h"
 #include "installation/program/hostsettings.h"
 #include "installation/program/importcommand.h"
 #include "installation/program/services.h"
 #include "installation/program/shutdownsignals.h"
+#include "installation/recorder/diskroom.h"
 
 #include "orbconnection/orbhandler.h"
 
@@ -12,6 +14,7 @@
 
 #include <csignal>
 #include <iostream>
+#include <memory>
 #include <optional>
 
 using namespace installation;
@@ -22,9 +25,22 @@ namespace
 
 constexpr int failure = 1;
 
+/// Nothing when the script is empty.
+std::unique_ptr<faults::Faults> faultsOf(const faults::FaultScript &script, const CommandLine &line,
+                                         const HostSettings &settings)
+{
+    if (script.isEmpty())
+        return {};
+    faults::FaultySide side{{}, settings.deviceId().toStdString(), recorder::setDiskFull};
+    for (const Role role : line.roles)
+        side.roles.insert(nameOf(role).toStdString());
+    return std::make_unique<faults::Faults>(script, side);
+}
+
 int run(const CommandLine &line)
 {
     const HostSettings settings(line);
+    const faults::FaultScript script = faults::FaultScript::read(line.import ? QString() : settings.faultsFile());
     std::optional<ShutdownSignals> signals;
     if (!line.import)
         signals.emplace(); // before the ORB has threads
@@ -33,6 +49,7 @@ int run(const CommandLine &line)
         return failure; // it has said why
     if (line.import)
         return runImport(*line.import);
+    const auto faults = faultsOf(script, line, settings); // before the services, so that they never answer without
     const Services services(line.roles, settings);
     return QCoreApplication::exec();
 }

@@ -31,6 +31,13 @@ TEST(CommandLine, PutsRolesInTheOrderOfStarting)
     EXPECT_TRUE(parsed.line->endsWithParent);
 }
 
+TEST(CommandLine, TakesAFaultScriptThatIsThere)
+{
+    EXPECT_EQ(Parsed({}).line->faultsFile, QString());
+    EXPECT_EQ(Parsed({"--faults", "/etc/hostname"}).line->faultsFile, QLatin1String("/etc/hostname"));
+    EXPECT_FALSE(Parsed({"--faults", "/nowhere/x.faults"}).line);
+}
+
 TEST(CommandLine, TakesAnImport)
 {
     const Parsed parsed({"--state", "/tmp", "import", "REC1", "a.wav", "b.wav"});

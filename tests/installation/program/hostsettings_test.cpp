@@ -112,6 +112,15 @@ TEST_F(HostSettingsTest, UseTheirOwnCentralServiceWhenTheyRunIt)
     EXPECT_EQ(HostSettings(line).orb().centralService, QLatin1String("127.0.0.1"));
 }
 
+TEST_F(HostSettingsTest, FindTheFaultScriptBesideTheFile)
+{
+    EXPECT_TRUE(HostSettings(line).faultsFile().isEmpty());
+    EXPECT_EQ(withFile("[host]\nfaults=a.faults\n").faultsFile(), folder.filePath(QStringLiteral("a.faults")));
+    EXPECT_EQ(withFile("[host]\nfaults=/etc/a.faults\n").faultsFile(), QLatin1String("/etc/a.faults"));
+    line.faultsFile = QStringLiteral("b.faults");
+    EXPECT_EQ(withFile("[host]\nfaults=a.faults\n").faultsFile(), QLatin1String("b.faults"));
+}
+
 TEST_F(HostSettingsTest, ReadListsAndAddresses)
 {
     const HostSettings settings = withFile("[cco]\npeers=\"ws2, ws3:9000\"\nsubsystems=\"West, East\"\n"
