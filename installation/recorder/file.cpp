@@ -86,21 +86,34 @@ void File::sync()
         fail("write", path);
 }
 
-QByteArray File::read(qint64 maximum)
+/// Fills @p maximum bytes by @p readSome(place, count, done), or fewer where the file ends.
+template <typename Read> QByteArray File::filled(qint64 maximum, Read readSome) const
 {
     QByteArray bytes(static_cast<int>(maximum), Qt::Uninitialized);
-    qint64 filled = 0;
-    while (filled < maximum) {
-        const ssize_t count = ::read(descriptor, bytes.data() + filled, maximum - filled);
+    qint64 done = 0;
+    while (done < maximum) {
+        const ssize_t count = readSome(bytes.data() + done, maximum - done, done);
         if (count == 0)
             break;
         if (count > 0)
-            filled += count;
+            done += count;
         else if (errno != EINTR)
             fail("read", path);
     }
-    bytes.truncate(static_cast<int>(filled));
+    bytes.truncate(static_cast<int>(done));
     return bytes;
+}
+
+QByteArray File::read(qint64 maximum)
+{
+    return filled(maximum, [this](char *place, qint64 count, qint64) { return ::read(descriptor, place, count); });
+}
+
+QByteArray File::readAt(quint64 position, qint64 maximum) const
+{
+    return filled(maximum, [&](char *place, qint64 count, qint64 done) {
+        return ::pread(descriptor, place, count, static_cast<off_t>(position + done));
+    });
 }
 
 struct stat File::status() const

@@ -27,10 +27,13 @@ public:
     void sync();
     /// At most @p maximum bytes, fewer at the end of the file alone.
     QByteArray read(qint64 maximum);
+    /// The same from @p position on, whatever was read before. May be called by several threads.
+    QByteArray readAt(quint64 position, qint64 maximum) const;
     struct stat status() const;
 
 private:
     File(int descriptor, const QString &path) : descriptor(descriptor), path(path) {}
+    template <typename Read> QByteArray filled(qint64 maximum, Read readSome) const;
 
     int descriptor;
     const QString path;

@@ -56,11 +56,11 @@ public:
     bool isFree(const QString &id) const;
     const QString &path() const { return folder; }
     static QString metaName(const QString &id);
+    QString dataPath(const QString &id) const;
 
 private:
     static QString partEnding();
     QString metaPath(const QString &id) const;
-    QString dataPath(const QString &id) const;
     QString removedPath(const QString &id) const;
     void recover() const;
     void clearAway(const QString &id) const;

@@ -3,15 +3,11 @@
 #include "installation/recorder/file.h"
 #include "installation/recorder/importsource.h"
 #include "installation/recorder/recordererror.h"
-#include "installation/recorder/recordstore.h"
-#include "installation/recorder/storethread.h"
-
-#include "coresupport/trace.h"
+#include "installation/recorder/reservedrecord.h"
 
 #include <QCryptographicHash>
 
 #include <algorithm>
-#include <optional>
 
 namespace installation::recorder
 {
@@ -19,16 +15,7 @@ namespace installation::recorder
 namespace
 {
 
-constexpr const char *sourceName = "installation/recorder/recordimport";
 constexpr quint64 stepBytes = 1 << 20;
-
-void requireRoom(quint64 sizeBytes, const RecordStore::Room &room)
-{
-    if (sizeBytes > room.freeBytes)
-        throw RecorderError(TQ_KORVE::ekNO_SPACE_LEFT_ON_DEVICE,
-                            QStringLiteral("%1 bytes are wanted and %2 are free")
-                                .arg(QString::number(sizeBytes), QString::number(room.freeBytes)));
-}
 
 void stopWhenCancelled(const ImportControl &control)
 {
@@ -59,53 +46,14 @@ void copySamples(const ImportSource &source, const QString &target, const Import
     to.sync();
 }
 
-/// A place in the store that is given back unless a record was made of it.
-class Reserved
-{
-public:
-    explicit Reserved(StoreThread &store)
-        : store(store), reservation(store.ask([](RecordStore &records) { return records.reserve(); }))
-    {
-    }
-    Reserved(const Reserved &) = delete;
-    ~Reserved()
-    {
-        if (!adopted)
-            giveBack();
-    }
-
-    const QString &samplesPath() const { return reservation.samplesPath; }
-    QString adopt(Record record)
-    {
-        record.id = reservation.id;
-        store.ask([record](RecordStore &records) { records.adopt(record); });
-        adopted = true;
-        return record.id;
-    }
-
-private:
-    void giveBack()
-    {
-        try {
-            store.ask([id = reservation.id](RecordStore &records) { records.abandon(id); });
-        } catch (const RecorderError &error) { // the next start of the store clears it away
-            traceAt(TraceLevel::Normal, sourceName, [&] { return error.text(); });
-        }
-    }
-
-    StoreThread &store;
-    const RecordStore::Reservation reservation;
-    bool adopted = false;
-};
-
 } // namespace
 
 QString importFile(StoreThread &store, const QString &path, const ImportControl &control)
 {
     const ImportSource source = inspectFile(path);
     try {
-        requireRoom(source.record.sizeBytes, store.ask([](RecordStore &records) { return records.room(); }));
-        Reserved reserved(store);
+        requireRoom(store, source.record.sizeBytes);
+        ReservedRecord reserved(store);
         copySamples(source, reserved.samplesPath(), control);
         stopWhenCancelled(control);
         return reserved.adopt(source.record);

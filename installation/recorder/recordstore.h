@@ -49,6 +49,8 @@ public:
     Record record(const QString &id);
     QVector<RefusedFile> refused() const;
     Room room() const;
+    /// Where the samples of the record @p id are.
+    QString samplesPath(const QString &id) const { return folder.dataPath(id); }
     /// The folder that holds the files.
     const QString &folderPath() const { return folder.path(); }
 

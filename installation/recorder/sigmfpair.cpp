@@ -6,6 +6,7 @@
 #include "installation/recorder/recorddocument.h"
 #include "installation/recorder/recordererror.h"
 #include "installation/recorder/recordfolder.h"
+#include "installation/recorder/samplelayout.h"
 #include "installation/recorder/signaldescription.h"
 
 #include <QFileInfo>
@@ -40,23 +41,6 @@ void requirePlainSamples(const JsonMembers &global, const QVector<QJsonObject> &
         throw refusal(QStringLiteral("its file of samples holds other bytes as well"));
 }
 
-SampleFormat sampleFormat(const JsonMembers &global)
-{
-    const QString datatype = global.text(QStringLiteral("core:datatype"));
-    if (const std::optional<SampleFormat> format = SampleFormat::ofSigmf(datatype))
-        return *format;
-    throw refusal(QStringLiteral("\"core:datatype\" is \"%1\", which is not known").arg(datatype));
-}
-
-unsigned channelCount(const JsonMembers &global)
-{
-    const QString key = QStringLiteral("core:num_channels");
-    const double count = global.has(key) ? global.number(key) : 1;
-    if (!(count >= 1 && count <= 65535) || count != std::floor(count))
-        throw refusal(QStringLiteral("\"core:num_channels\" is %1").arg(count));
-    return static_cast<unsigned>(count);
-}
-
 quint64 tunerFrequency(const QJsonObject &capture)
 {
     const QString key = QStringLiteral("core:frequency");
@@ -83,9 +67,10 @@ SignalDescription describeSignal(const JsonMembers &sigmf, const QString &dataPa
     const QVector<QJsonObject> captures = sigmf.list(QStringLiteral("captures"));
     requirePlainSamples(global, captures);
     SignalDescription signal;
-    signal.sampleFormat = sampleFormat(global);
-    signal.dataFormat = signal.sampleFormat.dataFormat();
-    signal.channels = channelCount(global);
+    const SampleLayout layout = sampleLayout(global, TQ_KORVE::ekINVALID_VALUE);
+    signal.sampleFormat = layout.format;
+    signal.dataFormat = layout.format.dataFormat();
+    signal.channels = layout.channels;
     signal.sampleRateHz = global.number(QStringLiteral("core:sample_rate"));
     signal.sizeBytes = fileStatus(dataPath).st_size;
     signal.beginUs = begin(captures, dataPath);
