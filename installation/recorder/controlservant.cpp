@@ -5,10 +5,7 @@
 #include "installation/recorder/notes.h"
 #include "installation/recorder/recordstore.h"
 
-#include <sys/timex.h>
-
 #include <algorithm>
-#include <chrono>
 
 namespace installation::recorder
 {
@@ -19,12 +16,6 @@ namespace
 QString idOf(const char *recordId)
 {
     return QString::fromUtf8(recordId);
-}
-
-quint64 nowUs()
-{
-    using namespace std::chrono;
-    return duration_cast<microseconds>(system_clock::now().time_since_epoch()).count();
 }
 
 /// A CORBA sequence of @p list, which the caller owns.
@@ -48,20 +39,27 @@ QString checkedText(const char *operation, const TQ_KORVE::wideText &text)
 
 } // namespace
 
-ControlServant::ControlServant(std::shared_ptr<StoreThread> store, std::string firmwareVersion)
-    : store(std::move(store)), firmwareVersion(std::move(firmwareVersion))
+ControlServant::ControlServant(std::shared_ptr<StoreThread> store, std::shared_ptr<DeviceOperations> operations,
+                               std::string firmwareVersion)
+    : store(std::move(store)), operations(std::move(operations)), firmwareVersion(std::move(firmwareVersion))
 {
 }
 
-template <typename Work> auto ControlServant::ask(const char *operation, Work work)
+/// What @p work returns; what it throws, in the terms of the contract.
+template <typename Work> auto ControlServant::answer(const char *operation, Work work)
 {
     try {
-        return store->ask(std::move(work));
+        return work();
     } catch (const RecorderError &error) {
         throw deviceFailure(operation, error);
     } catch (const std::exception &error) { // not one of ours, but it must not end as CORBA::UNKNOWN
         throw deviceFailure(operation, {TQ_KORVE::ekIMPLEMENTATION_FAULT, QString::fromUtf8(error.what())});
     }
+}
+
+template <typename Work> auto ControlServant::ask(const char *operation, Work work)
+{
+    return answer(operation, [&] { return store->ask(std::move(work)); });
 }
 
 Record ControlServant::recordOf(const char *operation, Text recordId)
@@ -156,7 +154,7 @@ TQ_KORVE::seqBookmarks *ControlServant::getBookmarks(Text recordId)
 
 void ControlServant::addHistory(Text recordId, const TQ_KORVE::wideText &text)
 {
-    const Note entry{nowUs(), checkedText("addHistory", text)};
+    const Note entry{operations->clock.nowUs(), checkedText("addHistory", text)};
     change("addHistory", recordId, [entry](Record &record) {
         addNoteAfter(record.history, entry, maximumNotes);
     });
@@ -187,16 +185,33 @@ TQ_KORVE::struMASS_STORE_STATUS *ControlServant::getMassStoreStatus()
     return status.release();
 }
 
+char *ControlServant::copyRecord(Text recordId, const TQ_KORVE::seqFILE_PART &parts, const TQ_KORVE::wideText &name)
+{
+    const QString copyName = checkedText("copyRecord", name);
+    return answer("copyRecord", [&] {
+        return CORBA::string_dup(operations->copier.copy(idOf(recordId), fromFileParts(parts), copyName).toUtf8());
+    });
+}
+
+char *ControlServant::copyRecordEx(Text recordId, const TQ_KORVE::seqFILE_PART &parts, const TQ_KORVE::wideText &name,
+                                   Receiver)
+{
+    return copyRecord(recordId, parts, name);
+}
+
+CORBA::ULongLong ControlServant::setSystemTime(CORBA::ULongLong timeUs)
+{
+    return answer("setSystemTime", [&] { return operations->clock.set(timeUs); });
+}
+
 CORBA::ULongLong ControlServant::getSystemTime()
 {
-    return nowUs();
+    return operations->clock.nowUs();
 }
 
 CORBA::Boolean ControlServant::isSynchronizedByNTP()
 {
-    timex clock{};
-    const int state = ::adjtimex(&clock); // reads only, as no mode is set
-    return state != -1 && state != TIME_ERROR && (clock.status & STA_UNSYNC) == 0;
+    return operations->clock.isSynchronized();
 }
 
 char *ControlServant::getFirmwareVersion()

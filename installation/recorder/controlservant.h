@@ -1,5 +1,6 @@
 #pragma once
 
+#include "installation/recorder/deviceoperations.h"
 #include "installation/recorder/record.h"
 #include "installation/recorder/storethread.h"
 #include "installation/recorder/unservedcontrol.h"
@@ -25,7 +26,8 @@ public:
     /// Bookmarks of one record, and entries of its history.
     static constexpr int maximumNotes = 100000;
 
-    ControlServant(std::shared_ptr<StoreThread> store, std::string firmwareVersion);
+    ControlServant(std::shared_ptr<StoreThread> store, std::shared_ptr<DeviceOperations> operations,
+                   std::string firmwareVersion);
 
     TQ_KORVE::seqMETA_DATA *listAllRecords() override;
     TQ_KORVE::seqMETA_DATA *listAllRecordsEx2() override;
@@ -48,16 +50,22 @@ public:
     TQ_KORVE::seqHistory *getHistory(Text recordId) override;
 
     TQ_KORVE::struMASS_STORE_STATUS *getMassStoreStatus() override;
+    char *copyRecord(Text recordId, const TQ_KORVE::seqFILE_PART &parts, const TQ_KORVE::wideText &name) override;
+    char *copyRecordEx(Text recordId, const TQ_KORVE::seqFILE_PART &parts, const TQ_KORVE::wideText &name,
+                       Receiver) override;
+    CORBA::ULongLong setSystemTime(CORBA::ULongLong timeUs) override;
     CORBA::ULongLong getSystemTime() override;
     CORBA::Boolean isSynchronizedByNTP() override;
     char *getFirmwareVersion() override;
 
 private:
+    template <typename Work> auto answer(const char *operation, Work work);
     template <typename Work> auto ask(const char *operation, Work work);
     Record recordOf(const char *operation, Text recordId);
     void change(const char *operation, Text recordId, std::function<void(Record &)> edit);
 
     const std::shared_ptr<StoreThread> store;
+    const std::shared_ptr<DeviceOperations> operations;
     const std::string firmwareVersion;
 };
 

@@ -83,4 +83,13 @@ QString fromWideText(const TQ_KORVE::wideText &text)
     return result;
 }
 
+QVector<FilePart> fromFileParts(const TQ_KORVE::seqFILE_PART &parts)
+{
+    QVector<FilePart> result;
+    result.reserve(static_cast<int>(parts.length()));
+    for (CORBA::ULong i = 0; i < parts.length(); ++i)
+        result.append({parts[i].firstPosition, parts[i].lastPosition});
+    return result;
+}
+
 } // namespace installation::recorder

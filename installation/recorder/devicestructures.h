@@ -1,6 +1,7 @@
 #pragma once
 
 #include "installation/recorder/record.h"
+#include "installation/recorder/recordparts.h"
 
 #include "idl/korve.hh"
 
@@ -18,5 +19,6 @@ TQ_KORVE::struHistoryEntry toHistoryEntry(const Note &entry);
 /// Unit by unit, without an end.
 TQ_KORVE::wideText toWideText(const QString &text);
 QString fromWideText(const TQ_KORVE::wideText &text);
+QVector<FilePart> fromFileParts(const TQ_KORVE::seqFILE_PART &parts);
 
 } // namespace installation::recorder

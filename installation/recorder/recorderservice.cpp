@@ -13,11 +13,13 @@ class RecorderService::Private
 public:
     Private(const RecorderConfiguration &configuration, PortableServer::POA_ptr poa)
         : store(std::make_shared<StoreThread>(configuration.statePath, configuration.answerLimit)),
-          control(poa, configuration.objectKey, new ControlServant(store, configuration.firmwareVersion))
+          operations(std::make_shared<DeviceOperations>(store, configuration.statePath)),
+          control(poa, configuration.objectKey, new ControlServant(store, operations, configuration.firmwareVersion))
     {
     }
 
     const std::shared_ptr<StoreThread> store; // lives until the last call is answered
+    const std::shared_ptr<DeviceOperations> operations;
     const Activation control;
 };
 
@@ -26,7 +28,10 @@ RecorderService::RecorderService(const RecorderConfiguration &configuration, Por
 {
 }
 
-RecorderService::~RecorderService() = default;
+RecorderService::~RecorderService()
+{
+    d->operations->stop(); // calls that wait for it are answered, and the ORB can end
+}
 
 CORBA::Object_ptr RecorderService::reference() const
 {

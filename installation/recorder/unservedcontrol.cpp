@@ -138,24 +138,9 @@ void UnservedControl::removeRecordOnArchDev(Text, Text)
     refuse("removeRecordOnArchDev");
 }
 
-char *UnservedControl::copyRecord(Text, const TQ_KORVE::seqFILE_PART &, const TQ_KORVE::wideText &)
-{
-    refuse("copyRecord");
-}
-
-char *UnservedControl::copyRecordEx(Text, const TQ_KORVE::seqFILE_PART &, const TQ_KORVE::wideText &, Receiver)
-{
-    refuse("copyRecordEx");
-}
-
 void UnservedControl::eraseAllRecords()
 {
     refuseSilently("eraseAllRecords");
-}
-
-CORBA::ULongLong UnservedControl::setSystemTime(CORBA::ULongLong)
-{
-    refuse("setSystemTime");
 }
 
 CORBA::Boolean UnservedControl::setPasswdForArchievingUser(Text, Text)

@@ -5,7 +5,7 @@
 namespace installation::recorder
 {
 
-/// The operations of a device that this recorder does not offer: sessions, copies, the archive, spectra, self-test, and
+/// The operations of a device that this recorder does not offer: sessions, the archive, spectra, self-test, and
 /// control of the host.
 ///
 /// All raise `ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE` with a text, or `CORBA::NO_IMPLEMENT` where the contract
@@ -43,10 +43,7 @@ public:
     void copyRecordFromArchDevEx(Text, Text, Receiver) override;
     TQ_KORVE::seqMETA_DATA *listAllRecordsOnArchDev(Text) override;
     void removeRecordOnArchDev(Text, Text) override;
-    char *copyRecord(Text, const TQ_KORVE::seqFILE_PART &, const TQ_KORVE::wideText &) override;
-    char *copyRecordEx(Text, const TQ_KORVE::seqFILE_PART &, const TQ_KORVE::wideText &, Receiver) override;
     void eraseAllRecords() override;
-    CORBA::ULongLong setSystemTime(CORBA::ULongLong) override;
     CORBA::Boolean setPasswdForArchievingUser(Text, Text) override; // contract: spelled so on the wire
     void shutdown() override;
     void reboot() override;

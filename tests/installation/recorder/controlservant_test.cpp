@@ -249,6 +249,11 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         RecordOperation{"getMetaData", [](auto control, auto id) { struMETA_DATA_var(control->getMetaData(id)); }},
         RecordOperation{"getRecordDetails", [](auto control, auto id) { control->getRecordDetails(id); }},
+        RecordOperation{"copyRecord",
+                        [](auto control, auto id) {
+                            CORBA::String_var(control->copyRecord(id, seqFILE_PART(),
+                                                                  wide("x")));
+                        }},
         RecordOperation{"setRecordComment", [](auto control, auto id) { control->setRecordComment(id, wide("x")); }},
         RecordOperation{"setDeletable", [](auto control, auto id) { control->setDeletableFlagOfRecord(id); }},
         RecordOperation{"clearDeletable", [](auto control, auto id) { control->clearDeletableFlagOfRecord(id); }},
@@ -293,6 +298,39 @@ TEST_F(Control, TellsItsTimeAndVersion)
     EXPECT_STREQ(version, "KRV#R100#0.1_0.1");
 }
 
+TEST_F(Control, CopiesSectionsOfARecord)
+{
+    seqFILE_PART parts;
+    parts.length(2);
+    parts[0] = {400, 800};
+    parts[1] = {1200, 1240};
+    const CORBA::String_var id = control->copyRecord(air, parts, wide("copy"));
+    const CORBA::String_var other = control->copyRecordEx(air, parts, wide("other"), TQ_KORVE_IT::IF_Korve_IT::_nil());
+    EXPECT_STRNE(id, other);
+    const struMETA_DATA_var copy = control->getMetaData(id);
+    EXPECT_EQ(narrow(copy->recordName), "copy");
+    EXPECT_EQ(copy->size, 440u);
+    EXPECT_TRUE(copy->deletable);
+    EXPECT_EQ(copy->startTime, 1'700'000'000'250'005u);
+    parts[1].lastPosition = 4004;
+    EXPECT_EQ(kindOf([&] { CORBA::String_var(control->copyRecord(air, parts, wide("x"))); }),
+              ekCOPY_SEQUENCE_INCONSISTENT);
+    EXPECT_EQ(seqMETA_DATA_var(control->listAllRecords())->length(), 4u);
+}
+
+TEST_F(Control, KeepsTheTimeThatIsSet)
+{
+    const CORBA::ULongLong noon = 1'000'000'000'000'000;
+    EXPECT_GE(control->setSystemTime(noon), noon);
+    start({});
+    EXPECT_GE(control->getSystemTime(), noon);
+    EXPECT_LT(control->getSystemTime(), noon + 120'000'000);
+    EXPECT_FALSE(control->isSynchronizedByNTP());
+    control->addHistory(air, wide("by the clock of the device"));
+    EXPECT_LT(seqHistory_var(control->getHistory(air))[0].timestamp, noon + 120'000'000);
+    EXPECT_EQ(kindOf([&] { control->setSystemTime(1ull << 63); }), ekINVALID_VALUE);
+}
+
 TEST_F(Control, SaysWhatItDoesNotOffer)
 {
     const auto none = TQ_KORVE_IT::IF_Korve_IT::_nil();
@@ -301,8 +339,6 @@ TEST_F(Control, SaysWhatItDoesNotOffer)
     EXPECT_EQ(kindOf([&] { IF_ReplaySession_var(control->getReplaySessionById(air, none)); }), refused);
     EXPECT_EQ(kindOf([&] { seqMETA_DATA_var(control->getActiveSessions()); }), refused);
     EXPECT_EQ(kindOf([&] { seqDataRateClasses_var(control->getAvailableDataRateClasses()); }), refused);
-    EXPECT_EQ(kindOf([&] { CORBA::String_var(control->copyRecord(air, seqFILE_PART(), wide("x"))); }), refused);
-    EXPECT_EQ(kindOf([&] { control->setSystemTime(1); }), refused);
     EXPECT_EQ(kindOf([&] { seqOctet_var(control->getOverviewSpectrum(air, 0, 1, 1, 1, wmHamming)); }), refused);
     EXPECT_THROW(control->eraseAllRecords(), CORBA::NO_IMPLEMENT);
     EXPECT_THROW(control->shutdown(), CORBA::NO_IMPLEMENT);

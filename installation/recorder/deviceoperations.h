@@ -1,0 +1,28 @@
+#pragma once
+
+#include "installation/recorder/deviceclock.h"
+#include "installation/recorder/recordcopier.h"
+
+namespace installation::recorder
+{
+
+/// What a device does beside keeping its records: each part says for itself what.
+///
+/// Thread: any.
+class DeviceOperations
+{
+public:
+    /// The folder @p statePath is that of the store.
+    DeviceOperations(std::shared_ptr<StoreThread> store, const QString &statePath)
+        : clock(statePath + QLatin1String("/clock")), copier(std::move(store), clock)
+    {
+    }
+
+    /// Ends all that goes on, and waits until it has.
+    void stop() { copier.stop(); }
+
+    DeviceClock clock;
+    RecordCopier copier;
+};
+
+} // namespace installation::recorder

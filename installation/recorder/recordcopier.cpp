@@ -1,0 +1,128 @@
+#include "installation/recorder/recordcopier.h"
+
+#include "installation/recorder/deviceclock.h"
+#include "installation/recorder/file.h"
+#include "installation/recorder/recordererror.h"
+#include "installation/recorder/reservedrecord.h"
+
+#include <algorithm>
+#include <future>
+
+namespace installation::recorder
+{
+
+namespace
+{
+
+constexpr quint64 stepBytes = 1 << 20;
+constexpr int sectionsNamed = 8;
+
+RecorderError fault(const QString &reason)
+{
+    return {TQ_KORVE::ekCOPY_FAULT, reason};
+}
+
+void copyPart(const File &from, const FilePart &part, File &to, const std::stop_token &cancellation)
+{
+    for (quint64 position = part.begin; position < part.end;) {
+        if (cancellation.stop_requested())
+            throw fault(QStringLiteral("cancelled"));
+        const QByteArray step = from.readAt(position, static_cast<qint64>(std::min(stepBytes, part.end - position)));
+        if (step.isEmpty())
+            throw fault(QStringLiteral("the samples became shorter while they were read"));
+        to.write(step);
+        position += step.size();
+    }
+}
+
+QString origin(const Record &source, const QVector<FilePart> &parts)
+{
+    QStringList sections;
+    for (const FilePart &part : parts.mid(0, sectionsNamed))
+        sections.append(QStringLiteral("%1-%2").arg(QString::number(part.begin), QString::number(part.end)));
+    if (parts.size() > sectionsNamed)
+        sections.append(QStringLiteral("%1 more").arg(parts.size() - sectionsNamed));
+    return QStringLiteral("Copied from record %1, bytes %2").arg(source.id, sections.join(QStringLiteral(", ")));
+}
+
+} // namespace
+
+/// One copy under way. Its file of samples is open from the beginning: a removal of the source does not harm it.
+struct RecordCopier::Copy {
+    Copy(StoreThread &store, const QString &sourceId, const QString &sourcePath)
+        : sourceId(sourceId), from(File::openForReading(sourcePath)), reserved(store)
+    {
+    }
+
+    const QString sourceId;
+    const File from;
+    ReservedRecord reserved;
+    QVector<FilePart> parts;
+    Record record;
+    std::promise<void> outcome;
+};
+
+RecordCopier::RecordCopier(std::shared_ptr<StoreThread> store, const DeviceClock &clock, Listener listener,
+                           Timing timing)
+    : store(std::move(store)), clock(clock), listener(std::move(listener)), timing(timing),
+      jobs(QStringLiteral("copies"), maximumCopies)
+{
+}
+
+RecordCopier::RecordCopier(std::shared_ptr<StoreThread> store, const DeviceClock &clock)
+    : RecordCopier(std::move(store), clock, {}, {})
+{
+}
+
+Record RecordCopier::describe(const Record &source, const QVector<FilePart> &parts, const QString &name) const
+{
+    Record record = recordOfParts(source, parts);
+    record.name = name;
+    record.history = {{clock.nowUs(), origin(source, parts)}};
+    return record;
+}
+
+QString RecordCopier::copy(const QString &sourceId, const QVector<FilePart> &parts, const QString &name)
+{
+    Jobs::Place place = jobs.takePlace();
+    const auto [source, path] = store->ask(
+        [sourceId](RecordStore &records) { return std::pair(records.record(sourceId), records.samplesPath(sourceId)); });
+    const QVector<FilePart> checked = checkedParts(source, parts);
+    const Record record = describe(source, checked, name);
+    requireRoom(*store, record.sizeBytes);
+    const auto copy = std::make_shared<Copy>(*store, sourceId, path);
+    copy->parts = checked;
+    copy->record = record;
+    if (listener.begun)
+        listener.begun(sourceId, copy->reserved.id());
+    const QString copyId = copy->reserved.id();
+    std::future<void> outcome = copy->outcome.get_future();
+    jobs.start(std::move(place), [this, copy](const std::stop_token &cancellation) { perform(*copy, cancellation); });
+    if (outcome.wait_for(timing.patience) == std::future_status::ready)
+        outcome.get();
+    return copyId;
+}
+
+/// Makes the record, and tells everybody how it went.
+void RecordCopier::perform(Copy &copy, const std::stop_token &cancellation) const
+{
+    const auto tell = [&](const QString &failure) {
+        if (listener.ended)
+            listener.ended(copy.sourceId, copy.reserved.id(), failure);
+    };
+    try {
+        File to = File::create(copy.reserved.samplesPath());
+        for (const FilePart &part : copy.parts)
+            copyPart(copy.from, part, to, cancellation);
+        to.sync();
+        copy.reserved.adopt(copy.record);
+        tell(QString());
+        copy.outcome.set_value();
+    } catch (const RecorderError &error) {
+        copy.reserved.giveBack(); // before anybody hears of it
+        tell(error.text());
+        copy.outcome.set_exception(std::make_exception_ptr(error));
+    }
+}
+
+} // namespace installation::recorder
