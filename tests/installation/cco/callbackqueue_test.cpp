@@ -1,5 +1,7 @@
 #include "installation/cco/callbackqueue.h"
+#include "tests/installation/cco/loopbackports.h"
 #include "tests/installation/cco/recordingcallback.h"
+#include "tests/installation/cco/testorb.h"
 
 #include <QtTest/QTest>
 
@@ -62,22 +64,6 @@ TEST_F(Queue, TakesTheEmptyNameForEveryName)
     EXPECT_THAT(callback->told(), ElementsAre(ToldEvent{gone, "B"}));
 }
 
-TEST_F(Queue, LosesTheOldestEventsOfACallbackThatFallsBehind)
-{
-    CallbackQueue queue(reference, {}, 60s);
-    callback->block();
-    queue.tell(available, "first");
-    ASSERT_TRUE(waitForEvents(1));
-    for (std::size_t i = 0; i < CallbackQueue::maximumEvents + 5; ++i)
-        queue.tell(available, std::to_string(i));
-    callback->release();
-    ASSERT_TRUE(waitForEvents(1 + CallbackQueue::maximumEvents));
-    const auto told = callback->told();
-    EXPECT_EQ(told.size(), 1 + CallbackQueue::maximumEvents);
-    EXPECT_EQ(told.at(1).name, "5");
-    EXPECT_EQ(told.back().name, std::to_string(CallbackQueue::maximumEvents + 4));
-}
-
 TEST_F(Queue, TellsNothingAfterItIsClosed)
 {
     CallbackQueue queue(reference, {}, 2s);
@@ -85,6 +71,17 @@ TEST_F(Queue, TellsNothingAfterItIsClosed)
     queue.tell(available, "A");
     ASSERT_TRUE(QTest::qWaitFor([&] { return queue.finished(); }, 5000));
     EXPECT_TRUE(callback->told().empty());
+}
+
+TEST(QueueOfASilentCallback, IsGivenUpAfterItsLimits)
+{
+    const MutePort silence;
+    const std::string reference = "corbaloc::1.2@127.0.0.1:" + std::to_string(silence.port()) + "/Silent";
+    const CORBA::Object_var object = TestOrb::instance().orb()->string_to_object(reference.c_str());
+    CallbackQueue queue(CCO::Callback_var(CCO::Callback::_unchecked_narrow(object)), {}, 50ms);
+    for (int event = 0; event < 3; ++event)
+        queue.tell(available, "A");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return queue.finished(); }, 5000));
 }
 
 TEST(QueueOfADeadCallback, IsGivenUp)

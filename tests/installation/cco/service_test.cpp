@@ -157,6 +157,19 @@ TEST_F(CentralService, ListsTheNamesBelowAFolder)
     EXPECT_THAT(valuesOf("CCO/LocalSystem/LocalSubSystem/CentralServices/"), testing::SizeIs(3));
 }
 
+TEST_F(CentralService, ListsNamesOfObjectsAndValuesAlike)
+{
+    registerValues("Clients/c", {"1"});
+    registerObject("Clients/b/d");
+    registerObject("Clients/a");
+    registerObject("Clients");
+    EXPECT_THAT(valuesOf("Clients/"), ElementsAre("a", "b/d", "c"));
+    EXPECT_THAT(valuesOf("Clients/b/"), ElementsAre("d"));
+    EXPECT_THAT(valuesOf("Clients/a/"), IsEmpty());
+    EXPECT_THAT(valuesOf(pathIn("LocalSubSystem", "Clients/")), ElementsAre("a", "b/d", "c"));
+    EXPECT_THAT(valuesOf(pathIn("North", "Clients/")), IsEmpty());
+}
+
 TEST_F(CentralService, DropsAnObjectThatIsGoneAndKeepsOneThatIsNot)
 {
     const CallbackOwner mortal(RecordingCallback::make());
