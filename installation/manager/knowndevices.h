@@ -24,9 +24,6 @@ public:
     void save(const AddressById &devices) const;
 
 private:
-    void prepare() const;
-    void putAside(const QString &reason) const;
-
     const QString path;
 };
 
