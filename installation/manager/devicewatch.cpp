@@ -5,6 +5,8 @@
 #include "coresupport/trace.h"
 #include "orbconnection/publishedendpoint.h"
 
+#include <utility>
+
 namespace installation
 {
 
@@ -31,18 +33,6 @@ DeviceStatus statusOf(TQ_KORVE::IF_Control_ptr recorder)
     return status;
 }
 
-/// A long list takes longer than a sign of life may, so it says nothing of how the recorder is.
-int countOf(TQ_KORVE::IF_Control_ptr recorder, int lastCount)
-{
-    try {
-        return static_cast<int>(TQ_KORVE::seqMETA_DATA_var(recorder->listAllRecordsEx3())->length());
-    } catch (const CORBA::Exception &error) {
-        traceAt(TraceLevel::Normal, sourceName,
-                [&] { return QStringLiteral("records cannot be counted: %1").arg(QLatin1String(error._name())); });
-        return lastCount;
-    }
-}
-
 void traceAvailability(const Device &device, const QString &reason)
 {
     traceAt(TraceLevel::Normal, sourceName, [&] {
@@ -55,23 +45,11 @@ void traceAvailability(const Device &device, const QString &reason)
 } // namespace
 
 DeviceWatch::DeviceWatch(const ManagerConfiguration &configuration, CCO::IF_CCO_c_ptr service,
-                         std::shared_ptr<DeviceDirectory> directory, Listener listener)
+                         std::shared_ptr<DeviceDirectory> directory, RecordWatch records, Listener listener)
     : timing(configuration.timing), known(configuration.stateFolder), finder(service, timing.statusLimit),
-      directory(std::move(directory)), listener(std::move(listener))
+      directory(std::move(directory)), listener(std::move(listener)), records(std::move(records)),
+      devices(watchedFrom(configuration.stateFolder)), repetition(timing.lookInterval, [this] { look(); })
 {
-    for (Device &device : knownFrom(configuration.stateFolder))
-        devices[device.id].device = device;
-    thread = std::thread([this] { run(); });
-}
-
-DeviceWatch::~DeviceWatch()
-{
-    {
-        const std::scoped_lock lock(mutex);
-        stopped = true;
-    }
-    stopping.notify_one();
-    thread.join();
 }
 
 DeviceList DeviceWatch::knownFrom(const QString &stateFolder)
@@ -83,29 +61,18 @@ DeviceList DeviceWatch::knownFrom(const QString &stateFolder)
     return devices;
 }
 
-void DeviceWatch::run()
+std::map<QString, DeviceWatch::Watched> DeviceWatch::watchedFrom(const QString &stateFolder)
 {
-    if (!devices.empty() && listener)
-        listener(list()); // known ones are shown, as unavailable, before anybody has answered
-    do
-        look();
-    while (waitForNextLook());
-}
-
-bool DeviceWatch::waitForNextLook()
-{
-    std::unique_lock lock(mutex);
-    return !stopping.wait_for(lock, timing.lookInterval, [this] { return stopped; });
-}
-
-bool DeviceWatch::isStopping()
-{
-    const std::scoped_lock lock(mutex);
-    return stopped;
+    std::map<QString, Watched> devices;
+    for (Device &device : knownFrom(stateFolder))
+        devices[device.id].device = device;
+    return devices;
 }
 
 void DeviceWatch::look()
 {
+    if (looks == 0 && !devices.empty() && listener)
+        listener(list()); // known ones are shown, as unavailable, before anybody has answered
     bool addressesChanged = false;
     if (const auto found = finder.find())
         for (const auto &[id, recorder] : *found)
@@ -115,7 +82,7 @@ void DeviceWatch::look()
     bool changed = addressesChanged;
     const bool countRecords = looks++ % looksPerCount == 0;
     for (auto &[id, watched] : devices)
-        changed |= !isStopping() && ask(watched, countRecords);
+        changed |= !repetition.isStopping() && ask(watched, countRecords);
     directory->replace(list());
     if (changed && listener)
         listener(list());
@@ -129,6 +96,7 @@ bool DeviceWatch::take(const QString &id, CORBA::Object_ptr recorder)
     if (reference == watched.reference)
         return false;
     watched.reference = reference;
+    watched.isNew = true;
     watched.device.control = limitedReference<TQ_KORVE::IF_Control>(recorder, timing.callLimit);
     watched.forStatus = limitedReference<TQ_KORVE::IF_Control>(recorder, timing.statusLimit);
     const QString address = CorbaCommon::publishedEndpoint(recorder).host;
@@ -139,7 +107,7 @@ bool DeviceWatch::take(const QString &id, CORBA::Object_ptr recorder)
 }
 
 /// True when the device says something else than before.
-bool DeviceWatch::ask(Watched &watched, bool countRecords) const
+bool DeviceWatch::ask(Watched &watched, bool countRecords)
 {
     if (CORBA::is_nil(watched.forStatus))
         return false;
@@ -150,8 +118,8 @@ bool DeviceWatch::ask(Watched &watched, bool countRecords) const
     try {
         device.available = true;
         device.status = statusOf(watched.forStatus);
-        const bool isToBeCounted = countRecords || !wasAvailable;
-        device.status.recordCount = isToBeCounted ? countOf(device.control, before.recordCount) : before.recordCount;
+        const bool isToBeCounted = std::exchange(watched.isNew, false) || countRecords || !wasAvailable;
+        device.status.recordCount = isToBeCounted ? countOf(device, before.recordCount) : before.recordCount;
     } catch (const TQ_KORVE::exKorve &refusal) { // it is there, with something wrong
         traceAt(TraceLevel::Normal, sourceName,
                 [&] { return QStringLiteral("device %1: %2").arg(device.id, QString::fromUtf8(refusal.text)); });
@@ -162,6 +130,18 @@ bool DeviceWatch::ask(Watched &watched, bool countRecords) const
     if (device.available != wasAvailable)
         traceAvailability(device, reason);
     return device.available != wasAvailable || device.status != before;
+}
+
+/// A long list takes longer than a sign of life may, so it says nothing of how the recorder is.
+int DeviceWatch::countOf(const Device &device, int lastCount)
+{
+    try {
+        return records.follow(device.id, device.control);
+    } catch (const CORBA::Exception &error) {
+        traceAt(TraceLevel::Normal, sourceName,
+                [&] { return QStringLiteral("records cannot be counted: %1").arg(QLatin1String(error._name())); });
+        return lastCount;
+    }
 }
 
 void DeviceWatch::save() const

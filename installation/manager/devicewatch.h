@@ -4,17 +4,17 @@
 #include "installation/manager/knowndevices.h"
 #include "installation/manager/managerconfiguration.h"
 #include "installation/manager/recorderfinder.h"
+#include "installation/manager/recordwatch.h"
+#include "installation/manager/repetition.h"
 
-#include <condition_variable>
 #include <functional>
 #include <memory>
-#include <thread>
 
 namespace installation
 {
 
-/// Looks for recorders and asks them how they are, again and again, and keeps the directory and the list on the disk
-/// up to date.
+/// Looks for recorders and asks them how they are, again and again, keeps the directory and the list on the disk up to
+/// date, and has their records followed.
 ///
 /// A device stays in the directory for good; one that does not answer is not available. What the central object service
 /// forgets is still asked, so that its restart disturbs nobody.
@@ -25,11 +25,9 @@ public:
     /// Hears of all devices after each look that found a change, on the thread of the watch.
     using Listener = std::function<void(const DeviceList &)>;
 
+    /// The destructor waits for the call that is being made.
     DeviceWatch(const ManagerConfiguration &configuration, CCO::IF_CCO_c_ptr service,
-                std::shared_ptr<DeviceDirectory> directory, Listener listener);
-    /// Waits for the call that is being made.
-    ~DeviceWatch();
-    DeviceWatch(const DeviceWatch &) = delete;
+                std::shared_ptr<DeviceDirectory> directory, RecordWatch records, Listener listener);
 
     /// The devices known from earlier.
     static DeviceList knownFrom(const QString &stateFolder);
@@ -39,14 +37,14 @@ private:
         Device device;
         std::string reference;              ///< by which a new reference is told from the same one
         TQ_KORVE::IF_Control_var forStatus; ///< the same object as device.control, with the shorter limit
+        bool isNew = false;                 ///< a recorder that nobody has asked for its records
     };
 
-    void run();
-    bool waitForNextLook();
-    bool isStopping();
+    static std::map<QString, Watched> watchedFrom(const QString &stateFolder);
     void look();
     bool take(const QString &id, CORBA::Object_ptr recorder);
-    bool ask(Watched &watched, bool countRecords) const;
+    bool ask(Watched &watched, bool countRecords);
+    int countOf(const Device &device, int lastCount);
     void save() const;
     DeviceList list() const;
 
@@ -55,13 +53,10 @@ private:
     RecorderFinder finder;
     const std::shared_ptr<DeviceDirectory> directory;
     const Listener listener;
+    RecordWatch records;                // of the thread
     std::map<QString, Watched> devices; // of the thread
     unsigned looks = 0;                 // of the thread
-
-    std::mutex mutex; // guards `stopped`, by which the destructor ends the thread
-    std::condition_variable stopping;
-    bool stopped = false;
-    std::thread thread;
+    Repetition repetition;              // last: it uses all the others
 };
 
 } // namespace installation

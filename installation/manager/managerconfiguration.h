@@ -20,6 +20,7 @@ struct ManagerConfiguration {
     struct Timing {
         std::chrono::milliseconds lookInterval{1000}; ///< between two looks at the devices
         std::chrono::milliseconds statusLimit{2000};  ///< silence of a device after which it counts as unreachable
+        std::chrono::milliseconds clientLimit{2000};  ///< of a call to a client's callback
         std::chrono::milliseconds callLimit{8000};    ///< of a call to a device for a client, whose own limit is 10 s
     };
 

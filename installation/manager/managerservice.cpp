@@ -2,6 +2,7 @@
 
 #include "installation/cco/activation.h"
 #include "installation/manager/adminservant.h"
+#include "installation/manager/clientcallbacks.h"
 #include "installation/manager/managerservant.h"
 
 namespace installation
@@ -16,13 +17,28 @@ public:
           admin(poa, "KorveManagerAdmin", new AdminServant(directory)),
           manager(poa, "KorveManager",
                   new ManagerServant(configuration, directory, CORBA::Object_var(admin.reference()))),
-          watch(configuration, service, directory, std::move(listener))
+          callbacks(std::make_shared<ClientCallbacks>(service, configuration.timing)),
+          watch(configuration, service, directory, RecordWatch(poa, statesFor(configuration, callbacks)),
+                [callbacks = callbacks, listener = std::move(listener)](const DeviceList &devices) {
+                    callbacks->tellStorage(devices);
+                    if (listener)
+                        listener(devices);
+                })
     {
+    }
+
+    /// Whoever gets a notification last keeps the callbacks with the states.
+    static std::shared_ptr<RecordStates> statesFor(const ManagerConfiguration &configuration,
+                                                   const std::shared_ptr<ClientCallbacks> &callbacks)
+    {
+        return std::make_shared<RecordStates>(configuration.stateFolder,
+                                              [callbacks](const RecordState &state) { callbacks->tellState(state); });
     }
 
     const std::shared_ptr<DeviceDirectory> directory;
     const Activation admin;
     const Activation manager;
+    const std::shared_ptr<ClientCallbacks> callbacks;
     const DeviceWatch watch;
 };
 

@@ -1,13 +1,8 @@
 #pragma once
 
-#include "idl/cco.hh"
+#include "installation/manager/registeredobjects.h"
 
 #include <QString>
-
-#include <chrono>
-#include <map>
-#include <optional>
-#include <string>
 
 namespace installation
 {
@@ -24,12 +19,7 @@ public:
     std::optional<std::map<QString, CORBA::Object_var>> find();
 
 private:
-    std::map<QString, CORBA::Object_var> ask() const;
-    CORBA::Object_ptr resolve(const std::string &path) const;
-    void noteAnswer(bool now, const char *reason);
-
-    const CCO::IF_CCO_c_var service;
-    bool answers = true;
+    RegisteredObjects registered;
 };
 
 } // namespace installation

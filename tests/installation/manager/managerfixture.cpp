@@ -31,7 +31,7 @@ ManagerFixture::ManagerFixture() : centralService(centralConfiguration(), TestOr
     cco = CCO::IF_CCO_c::_narrow(object);
     configuration.workstationName = QStringLiteral("ws1");
     configuration.stateFolder = folder.filePath(QStringLiteral("manager"));
-    configuration.timing = {.lookInterval = 20ms, .statusLimit = 300ms, .callLimit = 500ms};
+    configuration.timing = {.lookInterval = 20ms, .statusLimit = 300ms, .clientLimit = 300ms, .callLimit = 500ms};
     startRecorder();
 }
 

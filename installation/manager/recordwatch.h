@@ -1,0 +1,39 @@
+#pragma once
+
+#include "installation/cco/activation.h"
+#include "installation/manager/recordstates.h"
+
+#include "idl/korve.hh"
+
+#include <map>
+#include <memory>
+
+namespace installation
+{
+
+/// Follows what the records of each recorder are doing: has itself told by the recorder, and reads the whole list now
+/// and then for what it was not told, such as before a restart of either.
+///
+/// Thread: follow() one at a time; it blocks for the recorder.
+class RecordWatch
+{
+public:
+    /// Each recorder gets a receiver for its notifications of its own, an object of @p poa, since these do not say
+    /// whose they are.
+    RecordWatch(PortableServer::POA_ptr poa, std::shared_ptr<RecordStates> states);
+
+    /// Has the recorder tell of changes from now on, takes its list, and returns how many records there are. To be
+    /// repeated, since a recorder forgets with each restart whom it has to tell.
+    /// @throws CORBA::Exception when there is no list.
+    int follow(const QString &device, TQ_KORVE::IF_Control_ptr recorder);
+
+private:
+    void announce(const QString &device, TQ_KORVE::IF_Control_ptr recorder);
+    const Activation &receiverFor(const QString &device);
+
+    const PortableServer::POA_var poa;
+    const std::shared_ptr<RecordStates> states;
+    std::map<QString, std::unique_ptr<Activation>> receivers;
+};
+
+} // namespace installation

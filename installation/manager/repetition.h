@@ -1,0 +1,37 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+namespace installation
+{
+
+/// Does something again and again on a thread of its own, at once for the first time.
+class Repetition
+{
+public:
+    Repetition(std::chrono::milliseconds interval, std::function<void()> work);
+    /// Waits for the work that is being done.
+    ~Repetition();
+    Repetition(const Repetition &) = delete;
+    Repetition &operator=(const Repetition &) = delete;
+
+    /// The end is waited for: long work had better stop. Thread: any.
+    bool isStopping();
+
+private:
+    void run();
+    bool waitForNext();
+
+    const std::chrono::milliseconds interval;
+    const std::function<void()> work;
+    std::mutex mutex; // guards `stopped`, by which the destructor ends the thread
+    std::condition_variable stopping;
+    bool stopped = false;
+    std::thread thread;
+};
+
+} // namespace installation

@@ -1,0 +1,164 @@
+#include "tests/installation/manager/callbackclient.h"
+#include "tests/installation/manager/fakerecorder.h"
+#include "tests/installation/manager/managerfixture.h"
+#include "tests/installation/manager/servedobject.h"
+
+#include "tests/installation/cco/loopbackports.h"
+#include "tests/installation/cco/testorb.h"
+
+#include "objectmodel/korve_storagestatus.h"
+
+#include <QtTest/QTest>
+
+using testing::ElementsAre;
+
+namespace
+{
+
+/// A manager and a recorder "FAKE" that it follows.
+class ClientCallbacks : public ManagerFixture
+{
+protected:
+    ClientCallbacks() { startManager(); }
+    /// Before what they use.
+    ~ClientCallbacks() override { service.reset(); }
+
+    void waitUntilFollowed()
+    {
+        ASSERT_TRUE(becomesAvailable("FAKE"));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return fake->receiverCount() == 1; }, 20000));
+    }
+    bool isRegistered(const std::string &name)
+    {
+        return !CORBA::is_nil(CORBA::Object_var(cco->Resolve(name.c_str(), CCO::rtInstallation)));
+    }
+    /// Has the client told something until it has heard it: it is found with a look of the manager.
+    void waitUntilTold(const ServedObject<StateClient> &client)
+    {
+        ASSERT_TRUE(QTest::qWaitFor(
+            [&] {
+                fake->setStatus("R0", ++count % 2 == 0 ? TQ_KORVE::rsIDLE : TQ_KORVE::rsREPLAYING);
+                return !client->notes.all().empty();
+            },
+            20000));
+    }
+
+    int count = 0;
+    ServedObject<FakeRecorder> fake{cco, "KorveRecorder/FAKE/IF_Control"};
+};
+
+} // namespace
+
+TEST_F(ClientCallbacks, TellOfWhatARecorderTells)
+{
+    waitUntilFollowed();
+    const ServedObject<StateClient> client(cco, "KorveManager/Callbacks/one");
+    waitUntilTold(client);
+    fake->setStatus("R1", TQ_KORVE::rsRECORDING);
+    fake->setStatus("R1", TQ_KORVE::rsIDLE);
+    fake->setStatus("R2", TQ_KORVE::rsCOPYING);
+    fake->remove("R2");
+    const std::vector<std::string> expected{"FAKE R1 R1-ä 3", "FAKE R1 R1-ä 5", "FAKE R2 R2-ä 6", "FAKE R2 R2-ä 5"};
+    ASSERT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == expected.back(); }, 20000));
+    const auto told = client->notes.all();
+    ASSERT_GE(told.size(), expected.size());
+    EXPECT_TRUE(std::equal(expected.rbegin(), expected.rend(), told.rbegin()));
+}
+
+TEST_F(ClientCallbacks, TellWhatWasMissedWhileTheRecorderToldNobody)
+{
+    waitUntilFollowed();
+    const ServedObject<StateClient> client(cco, "KorveManager/Callbacks/one");
+    waitUntilTold(client);
+    fake->setStatusUntold("R7", TQ_KORVE::rsRECORDING);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == "FAKE R7 R7-ä 3"; }, 20000));
+}
+
+TEST_F(ClientCallbacks, AreTheRecordersAgainAfterItsRestart)
+{
+    waitUntilFollowed();
+    fake->restart();
+    waitUntilFollowed();
+}
+
+TEST_F(ClientCallbacks, TellWhatHasChangedWhileTheManagerWasDown)
+{
+    waitUntilFollowed();
+    const ServedObject<StateClient> client(cco, "KorveManager/Callbacks/one");
+    waitUntilTold(client);
+    fake->setStatus("R7", TQ_KORVE::rsRECORDING);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == "FAKE R7 R7-ä 3"; }, 20000));
+    service.reset();
+    fake->setStatusUntold("R7", TQ_KORVE::rsIDLE);
+    fake->setStatusUntold("R0", TQ_KORVE::rsIDLE);
+    startManager();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == "FAKE R7 R7-ä 5"; }, 20000));
+}
+
+TEST_F(ClientCallbacks, UnregisterAClientThatIsGone)
+{
+    waitUntilFollowed();
+    ServedObject<StateClient> dead(cco, "KorveManager/Callbacks/dead");
+    dead.die();
+    const ServedObject<StateClient> alive(cco, "KorveManager/Callbacks/alive");
+    waitUntilTold(alive);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !isRegistered("KorveManager/Callbacks/dead"); }, 20000));
+    EXPECT_TRUE(isRegistered("KorveManager/Callbacks/alive"));
+}
+
+TEST_F(ClientCallbacks, UnregisterAClientThatFailsThreeTimes)
+{
+    waitUntilFollowed();
+    const ServedObject<StateClient> client(cco, "KorveManager/Callbacks/failing");
+    client->notes.failFromNowOn();
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+            fake->setStatus("R0", ++count % 2 == 0 ? TQ_KORVE::rsIDLE : TQ_KORVE::rsREPLAYING);
+            return !isRegistered("KorveManager/Callbacks/failing");
+        },
+        20000));
+    EXPECT_GE(client->notes.all().size(), 3u);
+}
+
+TEST_F(ClientCallbacks, AreNotHeldUpByOneThatHangs)
+{
+    waitUntilFollowed();
+    const MutePort silence;
+    const QByteArray reference = "corbaloc::1.2@127.0.0.1:" + QByteArray::number(silence.port()) + "/Silent";
+    cco->Register("KorveManager/Callbacks/mute",
+                  CORBA::Object_var(TestOrb::instance().orb()->string_to_object(reference.constData())), 0);
+    ServedObject<StateClient> hanging(cco, "KorveManager/Callbacks/hanging");
+    hanging->notes.hang();
+    const ServedObject<StateClient> client(cco, "KorveManager/Callbacks/one");
+    waitUntilTold(client);
+    waitUntilTold(hanging);
+    const std::size_t before = client->notes.all().size();
+    fake->setStatus("R1", TQ_KORVE::rsRECORDING);
+    EXPECT_TRUE(client->notes.have(before + 1));
+    EXPECT_EQ(hanging->notes.all().size(), 1u);
+    hanging->notes.answer();
+}
+
+TEST_F(ClientCallbacks, TellOfTheStorageAsItIsAndWhenItChanges)
+{
+    waitUntilFollowed();
+    recorder.reset(); // the real one's disk changes as it likes
+    CORBA::release(cco->Unregister("KorveRecorder/REC1/IF_Control", 0));
+    const ServedObject<StorageClient> client(cco, "KorveManager/StatusCallbacks/one");
+    const auto freeAt = [&](qint64 bytes) {
+        return QTest::qWaitFor(
+            [&] {
+                for (const std::string &xml : client->notes.all()) {
+                    KORVE_XML::KORVE_StorageStatus status;
+                    if (status.SetXmlString(QString::fromStdString(xml), false) && status.GetDeviceId() == "FAKE" &&
+                        status.GetMassStorageStatus().GetFreeCapacity() == bytes)
+                        return status.GetMassStorageStatus().GetTotalCapacity() == 1000;
+                }
+                return false;
+            },
+            20000);
+    };
+    EXPECT_TRUE(freeAt(500));
+    fake->setFreeBytes(250);
+    EXPECT_TRUE(freeAt(250));
+}
