@@ -1,4 +1,4 @@
-#include "tests/outages/outagefixture.h"
+#include "tests/commands/outagefixture.h"
 
 #include <QDir>
 #include <QtTest/QTest>

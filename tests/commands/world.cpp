@@ -1,4 +1,4 @@
-#include "tests/outages/world.h"
+#include "tests/commands/world.h"
 
 #include "korvebase/korveconfiguration.h"
 #include "orbconnection/orbhandler.h"

@@ -1,7 +1,9 @@
-#include "tests/outages/commandsunderfire.h"
+#include "tests/commands/commandsunderfire.h"
 
 #include "objectmodel/bookmarkentry.h"
 #include "objectmodel/korve_recorddata.h"
+
+#include <QDateTime>
 
 using KORVE_XML::KORVE_RecordData;
 
@@ -74,6 +76,26 @@ int isGone(int count)
     return count == 0 ? 1 : 0;
 }
 
+std::string copyName(int round)
+{
+    return "copy of " + nameOf(round);
+}
+
+constexpr quint64 hourUs = 3'600'000'000;
+
+/// Hours to come, another one each round.
+quint64 timeToSet(int round)
+{
+    static const quint64 begin = QDateTime::currentMSecsSinceEpoch() * 1000;
+    return begin + static_cast<quint64>(round) * hourUs;
+}
+
+int isTimeSet(World &world, int round)
+{
+    const quint64 time = world.deviceTime();
+    return time >= timeToSet(round) && time < timeToSet(round) + hourUs ? 1 : 0;
+}
+
 std::vector<CommandUnderFire> changingCommands()
 {
     return {
@@ -101,6 +123,13 @@ std::vector<CommandUnderFire> changingCommands()
         {"DeleteBookmarksFromKorve", addBookmark,
          [](World &w, int round) { return w.admin->DeleteBookmarksFromKorve(w.device, w.record, bookmarkOf(round)); },
          [](World &w, int round) { return isGone(bookmarksOf(w, round)); }, byAdmin},
+        {"copyRecord", nothing,
+         [](World &w, int round) {
+             return w.admin->copyRecord(w.device, w.record, 0, 1000, QString::fromStdString(copyName(round)));
+         },
+         [](World &w, int round) { return w.records(copyName(round)); }, byAdmin},
+        {"SetDeviceTime", nothing,
+         [](World &w, int round) { return w.admin->SetDeviceTime(w.device, timeToSet(round)); }, isTimeSet, byAdmin},
     };
 }
 

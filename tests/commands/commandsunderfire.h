@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/outages/world.h"
+#include "tests/commands/world.h"
 
 #include <functional>
 #include <ostream>

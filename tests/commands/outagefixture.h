@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tests/installation/program/installationfixture.h"
-#include "tests/outages/commandsunderfire.h"
+#include "tests/commands/commandsunderfire.h"
 
 #include <chrono>
 
