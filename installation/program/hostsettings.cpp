@@ -122,6 +122,8 @@ recorder::RecorderConfiguration HostSettings::recorder() const
     configuration.statePath = stateFolder(Role::Recorder);
     configuration.firmwareVersion =
         text("recorder", "firmware", QString::fromStdString(configuration.firmwareVersion)).toStdString();
+    configuration.linkAddress = address();
+    configuration.publishedLinkAddress = publishedAddress();
     return configuration;
 }
 

@@ -4,11 +4,16 @@
 #include "installation/recorder/devicestructures.h"
 #include "installation/recorder/notes.h"
 #include "installation/recorder/recordstore.h"
+#include "installation/recorder/sessionfailure.h"
+
+#include "korvebase/corbatodeviceconverter.h"
 
 #include <algorithm>
 
 namespace installation::recorder
 {
+
+namespace Converter = KorveCommon::CorbaToDeviceConverter;
 
 namespace
 {
@@ -40,26 +45,15 @@ QString checkedText(const char *operation, const TQ_KORVE::wideText &text)
 } // namespace
 
 ControlServant::ControlServant(std::shared_ptr<StoreThread> store, std::shared_ptr<DeviceOperations> operations,
-                               std::string firmwareVersion)
-    : store(std::move(store)), operations(std::move(operations)), firmwareVersion(std::move(firmwareVersion))
+                               std::shared_ptr<Sessions> sessions, std::string firmwareVersion)
+    : store(std::move(store)), operations(std::move(operations)), sessions(std::move(sessions)),
+      firmwareVersion(std::move(firmwareVersion))
 {
-}
-
-/// What @p work returns; what it throws, in the terms of the contract.
-template <typename Work> auto ControlServant::answer(const char *operation, Work work)
-{
-    try {
-        return work();
-    } catch (const RecorderError &error) {
-        throw deviceFailure(operation, error);
-    } catch (const std::exception &error) { // not one of ours, but it must not end as CORBA::UNKNOWN
-        throw deviceFailure(operation, {TQ_KORVE::ekIMPLEMENTATION_FAULT, QString::fromUtf8(error.what())});
-    }
 }
 
 template <typename Work> auto ControlServant::ask(const char *operation, Work work)
 {
-    return answer(operation, [&] { return store->ask(std::move(work)); });
+    return answerDevice(operation, [&] { return store->ask(std::move(work)); });
 }
 
 Record ControlServant::recordOf(const char *operation, Text recordId)
@@ -72,10 +66,38 @@ void ControlServant::change(const char *operation, Text recordId, std::function<
     ask(operation, [id = idOf(recordId), edit = std::move(edit)](RecordStore &records) { records.change(id, edit); });
 }
 
+void ControlServant::announceNotificationReceiver(Receiver receiver)
+{
+    sessions->announce(receiver);
+}
+
+void ControlServant::removeNotificationReceiver(Receiver receiver)
+{
+    sessions->notifier().remove(receiver);
+}
+
+TQ_KORVE::IF_ReplaySession_ptr ControlServant::getReplaySessionById(Text recordId, Receiver receiver)
+{
+    return answerDevice("getReplaySessionById", [&] { return sessions->replay(idOf(recordId), receiver, {}); });
+}
+
+TQ_KORVE::IF_ReplaySession_ptr ControlServant::getReplaySessionByIdEx(Text recordId, Receiver receiver, Rate rate)
+{
+    return answerDevice("getReplaySessionByIdEx", [&] {
+        return sessions->replay(idOf(recordId), receiver, Converter::convertDataRateClassFromKorve(rate));
+    });
+}
+
+void ControlServant::setRecordIdle(Text recordId)
+{
+    answerDevice("setRecordIdle", [&] { sessions->setIdle(idOf(recordId)); });
+}
+
 TQ_KORVE::seqMETA_DATA *ControlServant::listAllRecords()
 {
     const auto records = ask("listAllRecords", [](RecordStore &store) { return store.records(); });
-    return toSequence<TQ_KORVE::seqMETA_DATA>(records, toMetaData);
+    return toSequence<TQ_KORVE::seqMETA_DATA>(
+        records, [this](const RecordSummary &record) { return toMetaData(sessions->activities().overlaid(record)); });
 }
 
 TQ_KORVE::seqMETA_DATA *ControlServant::listAllRecordsEx2()
@@ -90,7 +112,7 @@ TQ_KORVE::seqMETA_DATA *ControlServant::listAllRecordsEx3()
 
 TQ_KORVE::struMETA_DATA *ControlServant::getMetaData(Text recordId)
 {
-    return new TQ_KORVE::struMETA_DATA(toMetaData(recordOf("getMetaData", recordId)));
+    return new TQ_KORVE::struMETA_DATA(toMetaData(sessions->activities().overlaid(recordOf("getMetaData", recordId))));
 }
 
 TQ_KORVE::struRECORD_DETAILS ControlServant::getRecordDetails(Text recordId)
@@ -102,6 +124,7 @@ void ControlServant::setRecordComment(Text recordId, const TQ_KORVE::wideText &c
 {
     const QString name = checkedText("setRecordComment", comment);
     change("setRecordComment", recordId, [name](Record &record) { record.name = name; });
+    sessions->activities().rename(idOf(recordId), name);
 }
 
 void ControlServant::setDeletableFlagOfRecord(Text recordId)
@@ -116,7 +139,10 @@ void ControlServant::clearDeletableFlagOfRecord(Text recordId)
 
 CORBA::Boolean ControlServant::removeRecord(Text recordId)
 {
-    return ask("removeRecord", [id = idOf(recordId)](RecordStore &records) { return records.remove(id); });
+    return ask("removeRecord", [id = idOf(recordId), sessions = sessions](RecordStore &records) {
+        sessions->activities().requireNone(id);
+        return records.remove(id);
+    });
 }
 
 CORBA::ULong ControlServant::getNrOfIndexEntries(Text recordId)
@@ -188,7 +214,7 @@ TQ_KORVE::struMASS_STORE_STATUS *ControlServant::getMassStoreStatus()
 char *ControlServant::copyRecord(Text recordId, const TQ_KORVE::seqFILE_PART &parts, const TQ_KORVE::wideText &name)
 {
     const QString copyName = checkedText("copyRecord", name);
-    return answer("copyRecord", [&] {
+    return answerDevice("copyRecord", [&] {
         return CORBA::string_dup(operations->copier.copy(idOf(recordId), fromFileParts(parts), copyName).toUtf8());
     });
 }
@@ -201,7 +227,7 @@ char *ControlServant::copyRecordEx(Text recordId, const TQ_KORVE::seqFILE_PART &
 
 CORBA::ULongLong ControlServant::setSystemTime(CORBA::ULongLong timeUs)
 {
-    return answer("setSystemTime", [&] { return operations->clock.set(timeUs); });
+    return answerDevice("setSystemTime", [&] { return operations->clock.set(timeUs); });
 }
 
 CORBA::ULongLong ControlServant::getSystemTime()

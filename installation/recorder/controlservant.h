@@ -2,6 +2,7 @@
 
 #include "installation/recorder/deviceoperations.h"
 #include "installation/recorder/record.h"
+#include "installation/recorder/sessions.h"
 #include "installation/recorder/storethread.h"
 #include "installation/recorder/unservedcontrol.h"
 
@@ -27,7 +28,13 @@ public:
     static constexpr int maximumNotes = 100000;
 
     ControlServant(std::shared_ptr<StoreThread> store, std::shared_ptr<DeviceOperations> operations,
-                   std::string firmwareVersion);
+                   std::shared_ptr<Sessions> sessions, std::string firmwareVersion);
+
+    void announceNotificationReceiver(Receiver receiver) override;
+    void removeNotificationReceiver(Receiver receiver) override;
+    TQ_KORVE::IF_ReplaySession_ptr getReplaySessionById(Text recordId, Receiver receiver) override;
+    TQ_KORVE::IF_ReplaySession_ptr getReplaySessionByIdEx(Text recordId, Receiver receiver, Rate rate) override;
+    void setRecordIdle(Text recordId) override;
 
     TQ_KORVE::seqMETA_DATA *listAllRecords() override;
     TQ_KORVE::seqMETA_DATA *listAllRecordsEx2() override;
@@ -59,13 +66,13 @@ public:
     char *getFirmwareVersion() override;
 
 private:
-    template <typename Work> auto answer(const char *operation, Work work);
     template <typename Work> auto ask(const char *operation, Work work);
     Record recordOf(const char *operation, Text recordId);
     void change(const char *operation, Text recordId, std::function<void(Record &)> edit);
 
     const std::shared_ptr<StoreThread> store;
     const std::shared_ptr<DeviceOperations> operations;
+    const std::shared_ptr<Sessions> sessions;
     const std::string firmwareVersion;
 };
 

@@ -30,6 +30,8 @@ public:
     /// The same from @p position on, whatever was read before. May be called by several threads.
     QByteArray readAt(quint64 position, qint64 maximum) const;
     struct stat status() const;
+    /// For what the system does with it by itself; stays with this object.
+    int handle() const { return descriptor; }
 
 private:
     File(int descriptor, const QString &path) : descriptor(descriptor), path(path) {}

@@ -2,11 +2,60 @@
 
 #include "installation/cco/activation.h"
 #include "installation/recorder/controlservant.h"
+#include "installation/recorder/recordererror.h"
 #include "installation/recorder/recordstore.h"
+#include "installation/recorder/sessions.h"
 #include "installation/recorder/storethread.h"
+
+#include <netdb.h>
+#include <netinet/in.h>
 
 namespace installation::recorder
 {
+
+namespace
+{
+
+quint64 nowUs()
+{
+    using namespace std::chrono;
+    return duration_cast<microseconds>(system_clock::now().time_since_epoch()).count();
+}
+
+quint32 hostOf(const QString &address)
+{
+    addrinfo wanted{};
+    wanted.ai_family = AF_INET;
+    addrinfo *found = nullptr;
+    const int failure = ::getaddrinfo(address.toLatin1().constData(), nullptr, &wanted, &found);
+    if (failure != 0)
+        throw RecorderError(TQ_KORVE::ekINVALID_CONFIGURATION,
+                            QStringLiteral("\"%1\" has no address: %2").arg(address, QLatin1String(::gai_strerror(failure))));
+    const quint32 host = ntohl(reinterpret_cast<const sockaddr_in *>(found->ai_addr)->sin_addr.s_addr);
+    ::freeaddrinfo(found);
+    return host;
+}
+
+std::shared_ptr<Activities> activitiesTold(const std::shared_ptr<Notifier> &notifier)
+{
+    return std::make_shared<Activities>([notifier](const QString &recordId, const QString &name, RecordStatus status) {
+        notifier->tellStatus(recordId, name, status);
+    });
+}
+
+void tellChanges(StoreThread &store, const std::shared_ptr<Notifier> &notifier)
+{
+    static_assert(int(RecordStore::Event::Added) == int(Notifier::Change::Added) &&
+                  int(RecordStore::Event::Removed) == int(Notifier::Change::Removed) &&
+                  int(RecordStore::Event::Changed) == int(Notifier::Change::Changed));
+    store.ask([notifier](RecordStore &records) {
+        records.observe([notifier](RecordStore::Event event, const QString &id, const QString &name) {
+            notifier->tellChange(static_cast<Notifier::Change>(event), id, name);
+        });
+    });
+}
+
+} // namespace
 
 class RecorderService::Private
 {
@@ -14,13 +63,26 @@ public:
     Private(const RecorderConfiguration &configuration, PortableServer::POA_ptr poa)
         : store(std::make_shared<StoreThread>(configuration.statePath, configuration.answerLimit)),
           operations(std::make_shared<DeviceOperations>(store, configuration.statePath)),
-          control(poa, configuration.objectKey, new ControlServant(store, operations, configuration.firmwareVersion))
+          notifier(std::make_shared<Notifier>(nowUs)), activities(activitiesTold(notifier)),
+          sessions(std::make_shared<Sessions>(Sessions::Surroundings{
+              PortableServer::POA::_duplicate(poa), store, activities, notifier, hostOf(configuration.linkAddress),
+              hostOf(configuration.publishedLinkAddress)}))
     {
+        tellChanges(*store, notifier);
+        control.emplace(poa, configuration.objectKey, new ControlServant(store, operations, sessions, configuration.firmwareVersion));
+    }
+    ~Private()
+    {
+        control.reset();
+        sessions->stop();
     }
 
     const std::shared_ptr<StoreThread> store; // lives until the last call is answered
     const std::shared_ptr<DeviceOperations> operations;
-    const Activation control;
+    const std::shared_ptr<Notifier> notifier;
+    const std::shared_ptr<Activities> activities;
+    const std::shared_ptr<Sessions> sessions;
+    std::optional<Activation> control;
 };
 
 RecorderService::RecorderService(const RecorderConfiguration &configuration, PortableServer::POA_ptr poa)
@@ -35,7 +97,7 @@ RecorderService::~RecorderService()
 
 CORBA::Object_ptr RecorderService::reference() const
 {
-    return d->control.reference();
+    return d->control->reference();
 }
 
 QString RecorderService::importFile(const QString &path, const ImportControl &control)

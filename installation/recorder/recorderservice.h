@@ -19,6 +19,8 @@ struct RecorderConfiguration {
     std::string objectKey = "IF_Control";
     std::string firmwareVersion = "KRV#R100#0.1_0.1";
     std::chrono::milliseconds answerLimit{8000}; ///< below the time that callers wait
+    QString linkAddress = QStringLiteral("127.0.0.1");          ///< where links of sessions listen, by IPv4
+    QString publishedLinkAddress = QStringLiteral("127.0.0.1"); ///< where others find them
 };
 
 /// One recorder device: its records in a folder, its store thread, and the object that answers for it.
@@ -29,7 +31,7 @@ class RecorderService
 public:
     /// Starts to serve. @p poa lets its user choose the keys, its manager is activated by the caller, and the ORB
     /// outlives the service.
-    /// @throws RecorderError when the folder cannot be used.
+    /// @throws RecorderError when the folder cannot be used, or an address is none.
     RecorderService(const RecorderConfiguration &configuration, PortableServer::POA_ptr poa);
     ~RecorderService();
     RecorderService(const RecorderService &) = delete;

@@ -39,6 +39,8 @@ public:
 
     /// Where the samples of a record to come are written; nothing else has this name.
     QString incomingPath(const QString &id) const { return dataPath(id) + partEnding(); }
+    /// Where the samples of a record are.
+    QString dataPath(const QString &id) const;
     /// Makes a record of samples that are on the disk at incomingPath().
     void adopt(const Record &record);
     void discardIncoming(const QString &id);
@@ -56,7 +58,6 @@ public:
     bool isFree(const QString &id) const;
     const QString &path() const { return folder; }
     static QString metaName(const QString &id);
-    QString dataPath(const QString &id) const;
 
 private:
     static QString partEnding();

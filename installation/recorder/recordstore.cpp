@@ -90,6 +90,7 @@ void RecordStore::adopt(const Record &record)
     folder.adopt(record);
     reserved.removeAll(record.id);
     index(record);
+    tell(Event::Added, record.id, record.name);
 }
 
 void RecordStore::abandon(const QString &id)
@@ -104,14 +105,17 @@ void RecordStore::change(const QString &id, const std::function<void(Record &)> 
     edit(changed);
     folder.replace(changed);
     index(changed);
+    tell(Event::Changed, id, changed.name);
 }
 
 bool RecordStore::remove(const QString &id)
 {
-    if (!record(id).deletable)
+    const Record gone = record(id);
+    if (!gone.deletable)
         return false;
     folder.remove(id);
     withCatalogue([&] { catalogue->remove(id); });
+    tell(Event::Removed, id, gone.name);
     return true;
 }
 

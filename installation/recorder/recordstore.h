@@ -30,6 +30,9 @@ public:
         QString samplesPath;
     };
 
+    enum class Event { Added, Removed, Changed };
+    using Observer = std::function<void(Event, const QString &id, const QString &name)>;
+
     /// Opens, or makes, the store in the folder @p path.
     /// @throws RecorderError also when another process has it open.
     explicit RecordStore(const QString &path);
@@ -44,6 +47,9 @@ public:
     void change(const QString &id, const std::function<void(Record &)> &edit);
     /// False, with nothing changed, for a record that is not deletable.
     bool remove(const QString &id);
+
+    /// @p observer hears of each record that came, changed or went, when that is on the disk.
+    void observe(Observer observer) { tell = std::move(observer); }
 
     QVector<RecordSummary> records();
     Record record(const QString &id);
@@ -68,6 +74,7 @@ private:
     std::unique_ptr<Catalogue> catalogue;
     QHash<QString, QString> damaged; ///< reason by record id
     QStringList reserved;
+    Observer tell = [](Event, const QString &, const QString &) {};
 };
 
 } // namespace installation::recorder

@@ -15,6 +15,8 @@ struct SampleLayout {
     unsigned channels = 1;
 
     quint64 sampleBytes() const { return quint64(format.bytes) * channels; }
+    /// Of one number.
+    unsigned wordBytes() const { return format.complex ? format.bytes / 2 : format.bytes; }
 };
 
 /// What "global" of SigMF says of it.

@@ -28,16 +28,6 @@ constexpr const char *sourceName = "installation/recorder/unservedcontrol";
 
 } // namespace
 
-void UnservedControl::announceNotificationReceiver(Receiver)
-{
-    refuseSilently("announceNotificationReceiver");
-}
-
-void UnservedControl::removeNotificationReceiver(Receiver)
-{
-    refuseSilently("removeNotificationReceiver");
-}
-
 TQ_KORVE::IF_RecordingSession_ptr UnservedControl::createRecordingSession(Rate, CORBA::ULong, Format, Receiver)
 {
     refuse("createRecordingSession");
@@ -46,16 +36,6 @@ TQ_KORVE::IF_RecordingSession_ptr UnservedControl::createRecordingSession(Rate, 
 TQ_KORVE::IF_RecordingSession_ptr UnservedControl::createRecordingSessionEx(Rate, Rate, CORBA::ULong, Format, Receiver)
 {
     refuse("createRecordingSessionEx");
-}
-
-TQ_KORVE::IF_ReplaySession_ptr UnservedControl::getReplaySessionById(Text, Receiver)
-{
-    refuse("getReplaySessionById");
-}
-
-TQ_KORVE::IF_ReplaySession_ptr UnservedControl::getReplaySessionByIdEx(Text, Receiver, Rate)
-{
-    refuse("getReplaySessionByIdEx");
 }
 
 TQ_KORVE::seqMETA_DATA *UnservedControl::getActiveSessions()
@@ -181,11 +161,6 @@ void UnservedControl::startBiteOnDemandEx(Receiver)
 void UnservedControl::cancelBiteOnDemand()
 {
     refuseSilently("cancelBiteOnDemand");
-}
-
-void UnservedControl::setRecordIdle(Text)
-{
-    refuse("setRecordIdle");
 }
 
 TQ_KORVE::seqOctet *UnservedControl::getOverviewSpectrum(Text, CORBA::ULongLong, CORBA::ULongLong, CORBA::ULongLong,

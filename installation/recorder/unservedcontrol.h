@@ -21,12 +21,8 @@ public:
     using Rates = TQ_KORVE::seqDataRateClasses;
     using OccupiedRates = TQ_KORVE::seqOccupiedDataRateClasses;
 
-    void announceNotificationReceiver(Receiver) override;
-    void removeNotificationReceiver(Receiver) override;
     TQ_KORVE::IF_RecordingSession_ptr createRecordingSession(Rate, CORBA::ULong, Format, Receiver) override;
     TQ_KORVE::IF_RecordingSession_ptr createRecordingSessionEx(Rate, Rate, CORBA::ULong, Format, Receiver) override;
-    TQ_KORVE::IF_ReplaySession_ptr getReplaySessionById(Text, Receiver) override;
-    TQ_KORVE::IF_ReplaySession_ptr getReplaySessionByIdEx(Text, Receiver, Rate) override;
     TQ_KORVE::seqMETA_DATA *getActiveSessions() override;
     TQ_KORVE::seqMETA_DATA *getActiveSessionsEx3() override;
     Rates *getAvailableDataRateClasses() override;
@@ -52,7 +48,6 @@ public:
     void startBiteOnDemand() override;
     void startBiteOnDemandEx(Receiver) override;
     void cancelBiteOnDemand() override;
-    void setRecordIdle(Text) override;
     TQ_KORVE::seqOctet *getOverviewSpectrum(Text, CORBA::ULongLong, CORBA::ULongLong, CORBA::ULongLong, CORBA::ULong,
                                             Window) override;
     void getOverviewSpectrumStreamed(Text, CORBA::ULongLong, CORBA::ULongLong, CORBA::ULongLong, CORBA::ULong, Window,

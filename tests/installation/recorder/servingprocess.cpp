@@ -9,9 +9,13 @@ constexpr int patienceMs = 60'000;
 
 ClientOrb::ClientOrb()
 {
-    const char *options[][2] = {{"clientCallTimeOutPeriod", "30000"}, {nullptr, nullptr}};
+    const char *options[][2] = {{"clientCallTimeOutPeriod", "30000"},
+                                {"endPoint", "giop:tcp:127.0.0.1:"},
+                                {nullptr, nullptr}};
     int none = 0;
     orb = CORBA::ORB_init(none, nullptr, "omniORB4", options);
+    poa = PortableServer::POA::_narrow(CORBA::Object_var(orb->resolve_initial_references("RootPOA")));
+    PortableServer::POAManager_var(poa->the_POAManager())->activate();
 }
 
 ClientOrb::~ClientOrb()
@@ -22,6 +26,17 @@ ClientOrb::~ClientOrb()
 CORBA::Object_ptr ClientOrb::object(const QByteArray &reference) const
 {
     return orb->string_to_object(reference);
+}
+
+TQ_KORVE_IT::IF_Korve_IT_ptr ClientOrb::activate(POA_TQ_KORVE_IT::IF_Korve_IT &receiver)
+{
+    const PortableServer::ObjectId_var id = poa->activate_object(&receiver);
+    return TQ_KORVE_IT::IF_Korve_IT::_narrow(CORBA::Object_var(poa->id_to_reference(id)));
+}
+
+void ClientOrb::deactivate(TQ_KORVE_IT::IF_Korve_IT_ptr receiver)
+{
+    poa->deactivate_object(PortableServer::ObjectId_var(poa->reference_to_id(receiver)));
 }
 
 ServingProcess::ServingProcess(const QString &statePath, const QStringList &filesToImport)

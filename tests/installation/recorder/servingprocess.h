@@ -14,9 +14,13 @@ public:
 
     /// The caller releases it.
     CORBA::Object_ptr object(const QByteArray &reference) const;
+    /// Lets others call @p receiver, until it is deactivated; the caller releases the reference.
+    TQ_KORVE_IT::IF_Korve_IT_ptr activate(POA_TQ_KORVE_IT::IF_Korve_IT &receiver);
+    void deactivate(TQ_KORVE_IT::IF_Korve_IT_ptr receiver);
 
 private:
     CORBA::ORB_var orb;
+    PortableServer::POA_var poa;
 };
 
 /// A recorder in a process of its own, with its records in @p statePath; ends with this object.

@@ -1,0 +1,70 @@
+#include "installation/recorder/replaysource.h"
+
+#include "installation/recorder/samplelink.h"
+
+#include <QtEndian>
+
+#include <algorithm>
+
+namespace installation::recorder
+{
+
+namespace
+{
+
+constexpr quint64 directBytes = 1 << 20;
+constexpr quint64 bufferedBytes = 1 << 17;
+
+void swapWords(char *bytes, quint64 size, unsigned wordBytes)
+{
+    switch (wordBytes) {
+    case 2:
+        return void(qbswap<2>(bytes, size / 2, bytes));
+    case 4:
+        return void(qbswap<4>(bytes, size / 4, bytes));
+    case 8:
+        return void(qbswap<8>(bytes, size / 8, bytes));
+    default: // single bytes have no order
+        return;
+    }
+}
+
+} // namespace
+
+ReplaySource::ReplaySource(const Record &record, const QString &samplesPath)
+    : file(File::openForReading(samplesPath)), size(record.sizeBytes), layout(sampleLayout(record)),
+      rateHz(record.index.value(0).sampleRateHz)
+{
+}
+
+qint64 ReplaySource::deliver(SampleLink &link, quint64 position, quint64 most, bool swapped)
+{
+    const quint64 count = pieceFor(link, most, swapped);
+    if (link.kind() == LLDCmodule::ifTCP && !swapped)
+        return link.trySendFile(file.handle(), position, count);
+    return link.trySend(load(position, count, swapped), count);
+}
+
+quint64 ReplaySource::pieceFor(const SampleLink &link, quint64 most, bool swapped) const
+{
+    if (link.kind() == LLDCmodule::ifTCP)
+        return std::min(most, swapped ? bufferedBytes : directBytes);
+    const quint64 whole = SampleLink::datagramBytes / layout.sampleBytes() * layout.sampleBytes();
+    return std::min(most, std::max<quint64>(whole, layout.sampleBytes()));
+}
+
+/// The bytes from @p position on, which may lie within a number.
+const char *ReplaySource::load(quint64 position, quint64 count, bool swapped)
+{
+    const quint64 before = position % layout.wordBytes();
+    const quint64 behind = (layout.wordBytes() - (position + count) % layout.wordBytes()) % layout.wordBytes();
+    const quint64 all = before + count + behind;
+    buffer = file.readAt(position - before, static_cast<qint64>(all));
+    if (static_cast<quint64>(buffer.size()) != all)
+        throw LinkError(LLDCmodule::ekDataStreamUnavailable, QStringLiteral("the file of samples has become shorter"));
+    if (swapped)
+        swapWords(buffer.data(), all, layout.wordBytes());
+    return buffer.constData() + before;
+}
+
+} // namespace installation::recorder

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "installation/recorder/devicefailure.h"
+#include "installation/recorder/linkerror.h"
+
+namespace installation::recorder
+{
+
+/// Traces @p error as the end of @p operation, and is what the caller gets to see of it.
+LLDCmodule::exLLDC linkFailure(const char *operation, const LinkError &error);
+
+/// What @p work answers; whatever it throws becomes `exKorve`.
+template <typename Work> auto answerDevice(const char *operation, Work work)
+{
+    try {
+        return work();
+    } catch (const RecorderError &error) {
+        throw deviceFailure(operation, error);
+    } catch (const std::exception &error) { // not one of ours, but it must not end as CORBA::UNKNOWN
+        throw deviceFailure(operation, {TQ_KORVE::ekIMPLEMENTATION_FAULT, QString::fromUtf8(error.what())});
+    }
+}
+
+/// What @p work answers; whatever it throws becomes `exLLDC`.
+template <typename Work> auto answerLink(const char *operation, Work work)
+{
+    try {
+        return work();
+    } catch (const LinkError &error) {
+        throw linkFailure(operation, error);
+    } catch (const std::exception &error) { // of the recorder, which has no kind of its own here
+        throw linkFailure(operation, {LLDCmodule::ekUnknown, QString::fromUtf8(error.what())});
+    }
+}
+
+} // namespace installation::recorder

@@ -1,0 +1,114 @@
+#include "installation/recorder/sessions.h"
+
+#include "installation/recorder/devicestructures.h"
+#include "installation/recorder/recordererror.h"
+#include "installation/recorder/recordstore.h"
+#include "installation/recorder/replaysession.h"
+
+#include "korvebase/corbatodeviceconverter.h"
+
+#include <QUuid>
+
+namespace installation::recorder
+{
+
+using KORVE_XML::KORVE_RecordData;
+namespace Converter = KorveCommon::CorbaToDeviceConverter;
+
+/// A record that is to be played, with the sign that it is.
+struct Sessions::Opened {
+    Record record;
+    QString samplesPath;
+    std::unique_ptr<Activity> activity;
+};
+
+Sessions::Sessions(Surroundings surroundings)
+    : around(std::move(surroundings)),
+      sessions([notifier = around.notifier](const QString &recordId) { notifier->detach(recordId); })
+{
+}
+
+TQ_KORVE::IF_ReplaySession_ptr Sessions::replay(const QString &recordId, Receiver receiver, std::optional<DataRate> rate)
+{
+    const std::scoped_lock lock(making);
+    const CORBA::Object_var found = sessions.find(SessionKind::Replay, recordId);
+    TQ_KORVE::IF_ReplaySession_var session = CORBA::is_nil(found) ? makeReplay(recordId, rate)
+                                                                  : TQ_KORVE::IF_ReplaySession::_narrow(found);
+    around.notifier->attach(receiver, recordId);
+    return session._retn();
+}
+
+TQ_KORVE::IF_ReplaySession_ptr Sessions::makeReplay(const QString &recordId, std::optional<DataRate> rate)
+{
+    if (isStopped)
+        throw RecorderError(TQ_KORVE::ekSESSION_CREATION_FAILED, QStringLiteral("the recorder is about to end"));
+    sessions.requireRoom(SessionKind::Replay);
+    Opened opened = open(recordId);
+    const std::shared_ptr<Activity> activity = std::move(opened.activity);
+    const DataRate occupied = rate.value_or(opened.record.rate);
+    const auto sender = std::make_shared<ReplaySender>(
+        std::make_unique<ReplaySource>(opened.record, opened.samplesPath),
+        ReplaySender::Listener{[weak = std::weak_ptr(activity)](bool playing) {
+                                   if (const auto activity = weak.lock())
+                                       activity->become(playing ? KORVE_RecordData::REPLAYING
+                                                                : KORVE_RecordData::READY_FOR_REPLAY);
+                               },
+                               [this, recordId] { sessions.ended(SessionKind::Replay, recordId); }});
+    auto activation = activate(new ReplaySession(
+        sender, {toDetails(opened.record), static_cast<TQ_KORVE::eDATARATE_CLASS>(Converter::convertDataRateFromXml(occupied)),
+                 around.ownHost, around.publishedHost, endOf(recordId)}));
+    const CORBA::Object_var reference = activation->reference();
+    sessions.add({SessionKind::Replay, recordId, occupied, sender, std::move(activation), activity});
+    return TQ_KORVE::IF_ReplaySession::_narrow(reference);
+}
+
+/// A call that is under way may outlive us.
+std::function<void()> Sessions::endOf(const QString &recordId)
+{
+    return [weak = weak_from_this(), recordId] {
+        if (const auto self = weak.lock())
+            self->sessions.end(recordId);
+    };
+}
+
+Sessions::Opened Sessions::open(const QString &recordId)
+{
+    return around.store->ask([activities = around.activities, recordId](RecordStore &records) {
+        Opened opened{records.record(recordId), records.samplesPath(recordId), nullptr};
+        opened.activity = activities->begin(recordId, opened.record.name, KORVE_RecordData::READY_FOR_REPLAY);
+        return opened;
+    });
+}
+
+std::unique_ptr<Activation> Sessions::activate(PortableServer::Servant servant) const
+{
+    // No session has the key of one before, so that an old reference reaches nobody.
+    const QString key = QStringLiteral("Session/") + QUuid::createUuid().toString(QUuid::WithoutBraces);
+    return std::make_unique<Activation>(around.poa, key.toStdString(), servant);
+}
+
+void Sessions::announce(Receiver receiver)
+{
+    if (CORBA::is_nil(receiver))
+        throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_NO);
+    try {
+        around.notifier->announce(receiver);
+    } catch (const RecorderError &) {
+        throw CORBA::NO_RESOURCES(0, CORBA::COMPLETED_NO);
+    }
+}
+
+void Sessions::setIdle(const QString &recordId)
+{
+    if (!sessions.end(recordId))
+        around.store->ask([recordId](RecordStore &records) { records.record(recordId); });
+}
+
+void Sessions::stop()
+{
+    const std::scoped_lock lock(making);
+    isStopped = true;
+    sessions.endAll();
+}
+
+} // namespace installation::recorder
