@@ -22,6 +22,7 @@ struct ManagerConfiguration {
         std::chrono::milliseconds statusLimit{2000};  ///< silence of a device after which it counts as unreachable
         std::chrono::milliseconds clientLimit{2000};  ///< of a call to a client's callback
         std::chrono::milliseconds callLimit{8000};    ///< of a call to a device for a client, whose own limit is 10 s
+        std::chrono::milliseconds runInterval{200};   ///< between two looks at a replay or a recording
     };
 
     QString workstationName;

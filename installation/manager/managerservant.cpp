@@ -23,46 +23,89 @@ char *owned(const QString &text)
     return CORBA::string_dup(text.toUtf8().constData());
 }
 
+/// What all ways to register a channel have in common.
+struct Registration {
+    TQ_KRV::IF_KRV_c_ChanMan_ptr channelManager;
+    TQ_KRV::eDATARATE_CLASS rate;
+    TQ_KRV::eDATA_FORMAT format;
+    bool record;
+    bool replay;
+    const char *name;
+};
+
+ChannelSettings settingsOf(const Registration &registration)
+{
+    return {.name = QString::fromUtf8(registration.name),
+            .rate = registration.rate,
+            .format = registration.format,
+            .record = registration.record,
+            .replay = registration.replay,
+            .channelManager = textOfReference(registration.channelManager)};
+}
+
+/// No device at all is any device.
+void allowOnly(ChannelSettings &settings, const char *deviceId)
+{
+    if (*deviceId)
+        settings.deviceGroups = {{QString::fromUtf8(deviceId)}};
+}
+
 } // namespace
 
 ManagerServant::ManagerServant(ManagerConfiguration configuration, std::shared_ptr<const DeviceDirectory> directory,
-                               CORBA::Object_ptr admin)
+                               CORBA::Object_ptr admin, std::shared_ptr<ChannelService> channels)
     : configuration(std::move(configuration)), directory(std::move(directory)),
-      admin(TQ_KRV::IF_KORVE_Admin::_unchecked_narrow(admin))
+      admin(TQ_KRV::IF_KORVE_Admin::_unchecked_narrow(admin)), channels(std::move(channels))
 {
 }
 
-TQ_KRV::IF_KRV_c_Chan_ptr ManagerServant::registerChannel(TQ_KRV::IF_KRV_c_ChanMan_ptr, TQ_KRV::eDATARATE_CLASS,
-                                                          TQ_KRV::eDATA_FORMAT, CORBA::Boolean, CORBA::Boolean,
-                                                          const char *, CORBA::String_out)
+TQ_KRV::IF_KRV_c_Chan_ptr ManagerServant::registerChannel(TQ_KRV::IF_KRV_c_ChanMan_ptr channelManager,
+                                                          TQ_KRV::eDATARATE_CLASS rate, TQ_KRV::eDATA_FORMAT format,
+                                                          CORBA::Boolean record, CORBA::Boolean replay,
+                                                          const char *name, CORBA::String_out channelId)
 {
-    refuseChannel(nullptr);
+    return registered(settingsOf({channelManager, rate, format, record, replay, name}), channelId);
 }
 
-TQ_KRV::IF_KRV_c_Chan_ptr ManagerServant::registerChannelEx(TQ_KRV::IF_KRV_c_ChanMan_ptr, TQ_KRV::eDATARATE_CLASS,
-                                                            TQ_KRV::eDATA_FORMAT, CORBA::Boolean, CORBA::Boolean,
-                                                            const char *, const char *deviceId, CORBA::String_out)
+TQ_KRV::IF_KRV_c_Chan_ptr ManagerServant::registerChannelEx(TQ_KRV::IF_KRV_c_ChanMan_ptr channelManager,
+                                                            TQ_KRV::eDATARATE_CLASS rate, TQ_KRV::eDATA_FORMAT format,
+                                                            CORBA::Boolean record, CORBA::Boolean replay,
+                                                            const char *name, const char *deviceId,
+                                                            CORBA::String_out channelId)
 {
-    refuseChannel(deviceId);
+    ChannelSettings settings = settingsOf({channelManager, rate, format, record, replay, name});
+    allowOnly(settings, deviceId);
+    return registered(settings, channelId);
 }
 
-TQ_KRV::IF_KRV_c_Chan_ptr ManagerServant::registerReceiverChannel(TQ_KRV::IF_KRV_c_ChanMan_ptr, TQ_KRV::eDATARATE_CLASS,
-                                                                  TQ_KRV::eDATA_FORMAT, CORBA::Boolean, CORBA::Boolean,
-                                                                  const char *, const char *deviceId,
-                                                                  TQ_KRV::interfaceTypeEnum, const char *,
-                                                                  CORBA::String_out)
+TQ_KRV::IF_KRV_c_Chan_ptr
+ManagerServant::registerReceiverChannel(TQ_KRV::IF_KRV_c_ChanMan_ptr channelManager, TQ_KRV::eDATARATE_CLASS rate,
+                                        TQ_KRV::eDATA_FORMAT format, CORBA::Boolean record, CORBA::Boolean replay,
+                                        const char *name, const char *deviceId, TQ_KRV::interfaceTypeEnum interfaceType,
+                                        const char *receiverAddress, CORBA::String_out channelId)
 {
-    refuseChannel(deviceId);
+    ChannelSettings settings = settingsOf({channelManager, rate, format, record, replay, name});
+    allowOnly(settings, deviceId);
+    settings.interfaceType = interfaceType;
+    settings.receiverAddress = QString::fromUtf8(receiverAddress);
+    return registered(settings, channelId);
 }
 
-TQ_KRV::IF_KORVE_Replay_ptr ManagerServant::getKorveReplayInterface(const char *)
+TQ_KRV::IF_KRV_c_Chan_ptr ManagerServant::registered(const ChannelSettings &settings, CORBA::String_out &channelId)
 {
-    return TQ_KRV::IF_KORVE_Replay::_nil();
+    const ChannelService::Registered channel = channels->registerChannel(settings);
+    channelId = owned(channel.id);
+    return channel.reference;
 }
 
-TQ_KRV::IF_KRV_c_Chan_ptr ManagerServant::getKorveChannelInterface(const char *)
+TQ_KRV::IF_KORVE_Replay_ptr ManagerServant::getKorveReplayInterface(const char *deviceId)
 {
-    return TQ_KRV::IF_KRV_c_Chan::_nil();
+    return channels->replay(QString::fromUtf8(deviceId));
+}
+
+TQ_KRV::IF_KRV_c_Chan_ptr ManagerServant::getKorveChannelInterface(const char *channelId)
+{
+    return channels->channel(QString::fromUtf8(channelId));
 }
 
 TQ_KRV::IF_KORVE_Admin_ptr ManagerServant::getKorveAdminInterface()
@@ -147,13 +190,6 @@ CORBA::Boolean ManagerServant::getPelinConnectionParameter(CORBA::String_out hos
     host = owned(archive.host);
     port = archive.port;
     return configuration.archive.has_value();
-}
-
-void ManagerServant::refuseChannel(const char *deviceId) const
-{
-    if (deviceId && !directory->find(QString::fromUtf8(deviceId)))
-        throw TQ_KRV::exGen(TQ_KRV::No_Korve_Device_Available, "there is no such device");
-    throw TQ_KRV::exGen(TQ_KRV::Maximum_Number_Channels_Reached, "this manager keeps no channels");
 }
 
 Device ManagerServant::known(const char *deviceId) const

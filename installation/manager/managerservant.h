@@ -1,5 +1,6 @@
 #pragma once
 
+#include "installation/manager/channelservice.h"
 #include "installation/manager/devicedirectory.h"
 #include "installation/manager/managerconfiguration.h"
 
@@ -16,26 +17,28 @@ namespace installation
 /// `exKRV` tells what is wrong: an unknown device, address or record, or a request that failed, since the recorder does
 /// not answer or refuses; its text names both. `getAllRecords` gives the records without index, bookmarks and history,
 /// which `getRecord` of the administration has. `getDeviceInformation` gives the firmware version, state 1 while the
-/// device answers and 0 when it does not. This manager keeps no channels, exports nothing and restores nothing from an
-/// archive: channels are refused with `Maximum_Number_Channels_Reached`, the others with `Request_Failed`, and the
-/// references of replay and channels are nil.
+/// device answers and 0 when it does not. Channels and replay are those of ChannelService. This manager exports nothing
+/// and restores nothing from an archive: both are refused with `Request_Failed`.
 /// Thread: any; a call waits for a recorder at most for the call limit of each question.
 class ManagerServant : public POA_TQ_KRV::IF_KRV_c_KRV
 {
 public:
     ManagerServant(ManagerConfiguration configuration, std::shared_ptr<const DeviceDirectory> directory,
-                   CORBA::Object_ptr admin);
+                   CORBA::Object_ptr admin, std::shared_ptr<ChannelService> channels);
 
-    TQ_KRV::IF_KRV_c_Chan_ptr registerChannel(TQ_KRV::IF_KRV_c_ChanMan_ptr, TQ_KRV::eDATARATE_CLASS,
-                                              TQ_KRV::eDATA_FORMAT, CORBA::Boolean, CORBA::Boolean, const char *,
-                                              CORBA::String_out) override;
-    TQ_KRV::IF_KRV_c_Chan_ptr registerChannelEx(TQ_KRV::IF_KRV_c_ChanMan_ptr, TQ_KRV::eDATARATE_CLASS,
-                                                TQ_KRV::eDATA_FORMAT, CORBA::Boolean, CORBA::Boolean, const char *,
-                                                const char *deviceId, CORBA::String_out) override;
-    TQ_KRV::IF_KRV_c_Chan_ptr registerReceiverChannel(TQ_KRV::IF_KRV_c_ChanMan_ptr, TQ_KRV::eDATARATE_CLASS,
-                                                      TQ_KRV::eDATA_FORMAT, CORBA::Boolean, CORBA::Boolean,
-                                                      const char *, const char *deviceId, TQ_KRV::interfaceTypeEnum,
-                                                      const char *, CORBA::String_out) override;
+    TQ_KRV::IF_KRV_c_Chan_ptr registerChannel(TQ_KRV::IF_KRV_c_ChanMan_ptr channelManager, TQ_KRV::eDATARATE_CLASS rate,
+                                              TQ_KRV::eDATA_FORMAT format, CORBA::Boolean record, CORBA::Boolean replay,
+                                              const char *name, CORBA::String_out channelId) override;
+    TQ_KRV::IF_KRV_c_Chan_ptr registerChannelEx(TQ_KRV::IF_KRV_c_ChanMan_ptr channelManager,
+                                                TQ_KRV::eDATARATE_CLASS rate, TQ_KRV::eDATA_FORMAT format,
+                                                CORBA::Boolean record, CORBA::Boolean replay, const char *name,
+                                                const char *deviceId, CORBA::String_out channelId) override;
+    TQ_KRV::IF_KRV_c_Chan_ptr registerReceiverChannel(TQ_KRV::IF_KRV_c_ChanMan_ptr channelManager,
+                                                      TQ_KRV::eDATARATE_CLASS rate, TQ_KRV::eDATA_FORMAT format,
+                                                      CORBA::Boolean record, CORBA::Boolean replay, const char *name,
+                                                      const char *deviceId, TQ_KRV::interfaceTypeEnum interfaceType,
+                                                      const char *receiverAddress,
+                                                      CORBA::String_out channelId) override;
     TQ_KRV::IF_KORVE_Replay_ptr getKorveReplayInterface(const char *deviceId) override;
     TQ_KRV::IF_KRV_c_Chan_ptr getKorveChannelInterface(const char *channelId) override;
     TQ_KRV::IF_KORVE_Admin_ptr getKorveAdminInterface() override;
@@ -52,7 +55,7 @@ public:
     CORBA::Boolean getPelinConnectionParameter(CORBA::String_out host, CORBA::UShort &port) override;
 
 private:
-    [[noreturn]] void refuseChannel(const char *deviceId) const;
+    TQ_KRV::IF_KRV_c_Chan_ptr registered(const ChannelSettings &settings, CORBA::String_out &channelId);
     Device known(const char *deviceId) const;
     template <typename Question>
     std::invoke_result_t<Question, TQ_KORVE::IF_Control_ptr> ask(const Device &device, Question question) const;
@@ -60,6 +63,7 @@ private:
     const ManagerConfiguration configuration;
     const std::shared_ptr<const DeviceDirectory> directory;
     const TQ_KRV::IF_KORVE_Admin_var admin;
+    const std::shared_ptr<ChannelService> channels;
 };
 
 } // namespace installation

@@ -2,6 +2,7 @@
 
 #include "installation/cco/activation.h"
 #include "installation/manager/adminservant.h"
+#include "installation/manager/channelservice.h"
 #include "installation/manager/clientcallbacks.h"
 #include "installation/manager/managerservant.h"
 
@@ -12,11 +13,12 @@ class ManagerService::Private
 {
 public:
     Private(const ManagerConfiguration &configuration, PortableServer::POA_ptr poa, CCO::IF_CCO_c_ptr service,
-            DeviceWatch::Listener listener)
+            DeviceWatch::Listener listener, ChannelDirectory::Listener channelListener)
         : directory(std::make_shared<DeviceDirectory>(DeviceWatch::knownFrom(configuration.stateFolder))),
           admin(poa, "KorveManagerAdmin", new AdminServant(directory)),
+          channels(std::make_shared<ChannelService>(configuration, poa, directory, std::move(channelListener))),
           manager(poa, "KorveManager",
-                  new ManagerServant(configuration, directory, CORBA::Object_var(admin.reference()))),
+                  new ManagerServant(configuration, directory, CORBA::Object_var(admin.reference()), channels)),
           callbacks(std::make_shared<ClientCallbacks>(service, configuration.timing)),
           watch(configuration, service, directory, RecordWatch(poa, statesFor(configuration, callbacks)),
                 [callbacks = callbacks, listener = std::move(listener)](const DeviceList &devices) {
@@ -37,14 +39,16 @@ public:
 
     const std::shared_ptr<DeviceDirectory> directory;
     const Activation admin;
+    const std::shared_ptr<ChannelService> channels;
     const Activation manager;
     const std::shared_ptr<ClientCallbacks> callbacks;
     const DeviceWatch watch;
 };
 
 ManagerService::ManagerService(const ManagerConfiguration &configuration, PortableServer::POA_ptr poa,
-                               CCO::IF_CCO_c_ptr service, DeviceWatch::Listener listener)
-    : d(std::make_unique<Private>(configuration, poa, service, std::move(listener)))
+                               CCO::IF_CCO_c_ptr service, DeviceWatch::Listener listener,
+                               ChannelDirectory::Listener channelListener)
+    : d(std::make_unique<Private>(configuration, poa, service, std::move(listener), std::move(channelListener)))
 {
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "installation/manager/channeldirectory.h"
 #include "installation/manager/devicewatch.h"
 #include "installation/manager/managerconfiguration.h"
 
@@ -9,17 +10,18 @@ namespace installation
 {
 
 /// The recorder manager of one host: finds the recorders that are registered at the central object service, and serves
-/// `TQ_KRV::IF_KRV_c_KRV` under the key "KorveManager" and `TQ_KRV::IF_KORVE_Admin` under "KorveManagerAdmin".
+/// `TQ_KRV::IF_KRV_c_KRV` under the key "KorveManager", `TQ_KRV::IF_KORVE_Admin` under "KorveManagerAdmin", and
+/// channels as ChannelService does.
 ///
 /// Thread: any; needs no main thread.
 class ManagerService
 {
 public:
     /// Starts to serve. @p poa lets its user choose the keys, its manager is activated by the caller, and the ORB
-    /// outlives the service. @p listener may be empty.
+    /// outlives the service. The listeners may be empty.
     /// @throws std::runtime_error when the state folder cannot be used.
     ManagerService(const ManagerConfiguration &configuration, PortableServer::POA_ptr poa, CCO::IF_CCO_c_ptr service,
-                   DeviceWatch::Listener listener = {});
+                   DeviceWatch::Listener listener = {}, ChannelDirectory::Listener channelListener = {});
     /// Stops to serve; waits, bounded, for the call that the service itself is making.
     ~ManagerService();
     ManagerService(const ManagerService &) = delete;

@@ -189,14 +189,37 @@ TEST_F(ManagerService, RefusesWhatItDoesNotServe)
 {
     startManager();
     ASSERT_TRUE(becomesAvailable("REC1"));
-    EXPECT_TRUE(CORBA::is_nil(TQ_KRV::IF_KORVE_Replay_var(manager->getKorveReplayInterface("REC1"))));
-    EXPECT_TRUE(CORBA::is_nil(TQ_KRV::IF_KRV_c_Chan_var(manager->getKorveChannelInterface("1"))));
     EXPECT_EQ(kindRaisedBy([&] { manager->exportRecording(TQ_KRV::IF_ExportCallback::_nil()); }),
               Kinds::Request_Failed);
     EXPECT_EQ(kindRaisedBy([&] { manager->cancelExport("1"); }), Kinds::Request_Failed);
     EXPECT_EQ(kindRaisedBy([&] { manager->restorePelinFileGroup("REC2", "", ""); }), Kinds::Invalid_DeviceId);
-    CORBA::String_var channel;
+}
+
+TEST_F(ManagerService, ServesChannelsAndReplay)
+{
+    startManager();
+    ASSERT_TRUE(becomesAvailable("REC1"));
+    CORBA::String_var id;
     const auto nobody = TQ_KRV::IF_KRV_c_ChanMan::_nil();
-    EXPECT_THROW(manager->registerChannel(nobody, TQ_KRV::drHF_20k, TQ_KRV::dfRAW, true, true, "", channel.out()),
+    const TQ_KRV::IF_KRV_c_Chan_var channel = manager->registerReceiverChannel(
+        nobody, TQ_KRV::drHF_20k, TQ_KRV::dfRAW, true, true, "one", "REC1", TQ_KRV::TCP_IF, "127.0.0.1:9", id.out());
+    EXPECT_STREQ(CORBA::String_var(channel->getChannelID()), id);
+    const TQ_KRV::IF_KRV_c_Chan_var same = manager->getKorveChannelInterface(id);
+    EXPECT_TRUE(same->_is_equivalent(channel));
+    EXPECT_TRUE(CORBA::is_nil(TQ_KRV::IF_KRV_c_Chan_var(manager->getKorveChannelInterface("none"))));
+    EXPECT_FALSE(CORBA::is_nil(TQ_KRV::IF_KORVE_Replay_var(manager->getKorveReplayInterface("REC1"))));
+    EXPECT_TRUE(CORBA::is_nil(TQ_KRV::IF_KORVE_Replay_var(manager->getKorveReplayInterface("REC2"))));
+}
+
+TEST_F(ManagerService, RefusesChannelsForNobody)
+{
+    startManager();
+    ASSERT_TRUE(becomesAvailable("REC1"));
+    CORBA::String_var id;
+    const auto nobody = TQ_KRV::IF_KRV_c_ChanMan::_nil();
+    EXPECT_THROW(manager->registerChannel(nobody, TQ_KRV::drHF_20k, TQ_KRV::dfRAW, true, true, "", id.out()),
                  TQ_KRV::exGen);
+    EXPECT_THROW(
+        manager->registerChannelEx(nobody, TQ_KRV::drHF_20k, TQ_KRV::dfRAW, true, true, "", "REC1", id.out()),
+        TQ_KRV::exGen);
 }

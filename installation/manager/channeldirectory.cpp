@@ -1,0 +1,125 @@
+#include "installation/manager/channeldirectory.h"
+
+#include "coresupport/trace.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace installation
+{
+
+namespace
+{
+
+constexpr const char *sourceName = "installation/manager/channeldirectory";
+
+auto withId(ChannelList &channels, const QString &id)
+{
+    return std::find_if(channels.begin(), channels.end(), [&](const Channel &channel) { return channel.id == id; });
+}
+
+} // namespace
+
+ChannelDirectory::ChannelDirectory(const QString &folder, Listener listener)
+    : store(folder), listener(std::move(listener)), channels(store.load())
+{
+    if (this->listener)
+        this->listener(channels, lastError);
+}
+
+ChannelList ChannelDirectory::list() const
+{
+    const std::scoped_lock lock(mutex);
+    return channels;
+}
+
+std::optional<Channel> ChannelDirectory::find(const QString &id) const
+{
+    ChannelList all = list();
+    const auto found = withId(all, id);
+    return found == all.end() ? std::nullopt : std::optional(*found);
+}
+
+std::optional<Channel> ChannelDirectory::add(const ChannelSettings &settings)
+{
+    const std::scoped_lock order(changing);
+    ChannelList all = list();
+    if (all.size() >= maximumChannels)
+        return {};
+    all.push_back({.id = store.add(settings), .settings = settings});
+    const Channel added = all.back();
+    show(std::move(all));
+    return added;
+}
+
+bool ChannelDirectory::remove(const QString &id, const std::function<bool(const Channel &)> &mayGo)
+{
+    const std::scoped_lock order(changing);
+    ChannelList all = list();
+    const auto found = withId(all, id);
+    if (found == all.end() || !mayGo(*found))
+        return false;
+    store.remove(id);
+    all.erase(found);
+    show(std::move(all));
+    return true;
+}
+
+std::optional<Channel> ChannelDirectory::change(const QString &id, const std::function<bool(Channel &)> &edit)
+{
+    return changeOne([&](ChannelList &all) -> Channel * {
+        const auto found = withId(all, id);
+        return found != all.end() && edit(*found) ? &*found : nullptr;
+    });
+}
+
+std::optional<Channel> ChannelDirectory::changeOne(const std::function<Channel *(ChannelList &)> &choose)
+{
+    const std::scoped_lock order(changing);
+    ChannelList all = list();
+    const Channel *const chosen = choose(all);
+    if (!chosen)
+        return {};
+    const Channel after = *chosen;
+    keep(*find(after.id), after);
+    show(std::move(all));
+    return after;
+}
+
+void ChannelDirectory::noteError(const QString &id, quint32 code, const QString &text)
+{
+    const std::scoped_lock order(changing);
+    lastError = {lastError.number + 1, code, text};
+    ChannelList all = list();
+    const auto found = withId(all, id);
+    if (found != all.end())
+        found->error = lastError;
+    show(std::move(all));
+}
+
+void ChannelDirectory::keep(const Channel &before, const Channel &after) const
+{
+    if (before.settings == after.settings && before.run == after.run)
+        return;
+    try {
+        store.save(after);
+    } catch (const std::runtime_error &error) {
+        if (before.settings != after.settings)
+            throw;
+        // A full disk must not keep a replay from ending.
+        traceAt(TraceLevel::Normal, sourceName,
+                [&] { return QStringLiteral("a channel cannot be kept: %1").arg(QString::fromUtf8(error.what())); });
+    }
+}
+
+void ChannelDirectory::show(ChannelList newChannels)
+{
+    {
+        const std::scoped_lock lock(mutex);
+        channels = newChannels;
+    }
+    if (listener)
+        listener(newChannels, lastError); // still in order: `changing` is held
+}
+
+} // namespace installation

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "installation/manager/channelstore.h"
+
+#include <functional>
+#include <mutex>
+#include <optional>
+
+namespace installation
+{
+
+/// The channels of a manager: changed by the threads that serve calls and by those that watch runs, and kept on the
+/// disk before a change is seen.
+///
+/// A state that somebody has entered here belongs to him until he leaves it: commands on a channel hold no lock while
+/// they ask others.
+/// Thread: any; a change waits for the disk, never for a remote call.
+class ChannelDirectory
+{
+public:
+    /// Hears of all channels and of the last error after each change, in order; must neither block nor call back.
+    using Listener = std::function<void(const ChannelList &, const CommandError &)>;
+
+    static constexpr std::size_t maximumChannels = 64;
+
+    /// @throws std::runtime_error when the folder cannot be used.
+    ChannelDirectory(const QString &folder, Listener listener);
+
+    ChannelList list() const;
+    std::optional<Channel> find(const QString &id) const;
+
+    /// Without result when there are as many as can be.
+    /// @throws std::runtime_error when it cannot be kept.
+    std::optional<Channel> add(const ChannelSettings &settings);
+    /// False when @p mayGo does not hold, or there is no such channel.
+    bool remove(const QString &id, const std::function<bool(const Channel &)> &mayGo);
+    /// The channel as @p edit has left it; without result when it answered false or there is no such channel. Changed
+    /// settings that cannot be kept stay as they were, and it throws std::runtime_error; what it is doing counts
+    /// without the disk, too.
+    std::optional<Channel> change(const QString &id, const std::function<bool(Channel &)> &edit);
+    /// As above, for the channel of all of them that @p choose points to; null: none.
+    std::optional<Channel> changeOne(const std::function<Channel *(ChannelList &)> &choose);
+    /// Notes that a command has failed, for the channel @p id if there is such a one.
+    void noteError(const QString &id, quint32 code, const QString &text);
+
+private:
+    void keep(const Channel &before, const Channel &after) const;
+    void show(ChannelList newChannels);
+
+    const ChannelStore store;
+    const Listener listener;
+    std::mutex changing;      // one change at a time, with its way to the disk
+    mutable std::mutex mutex; // guards `channels`; never held during anything that takes time
+    ChannelList channels;
+    CommandError lastError; // guarded by `changing`
+};
+
+} // namespace installation

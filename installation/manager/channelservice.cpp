@@ -1,0 +1,100 @@
+#include "installation/manager/channelservice.h"
+
+#include "installation/manager/channelcheck.h"
+#include "installation/manager/replayservant.h"
+
+#include <future>
+#include <set>
+
+namespace installation
+{
+
+ChannelService::ChannelService(const ManagerConfiguration &configuration, PortableServer::POA_ptr poa,
+                               std::shared_ptr<const DeviceDirectory> devices, ChannelDirectory::Listener listener)
+    : core(std::make_shared<ChannelCore>(
+          std::make_shared<ChannelDirectory>(configuration.stateFolder, std::move(listener)), std::move(devices),
+          configuration)),
+      objects(std::make_shared<ChannelObjects>(poa, core))
+{
+    for (const Channel &channel : core->context.channels->list())
+        objects->serve(channel.id);
+    const std::shared_ptr<ReplayRun> shared(core, &core->replays);
+    replays = std::make_unique<Activation>(poa, "KorveManagerReplay", new ReplayServant(shared));
+    core->resume();
+}
+
+ChannelService::~ChannelService()
+{
+    core->watch.stop();
+    tellAll([](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->goingDown(); });
+}
+
+ChannelService::Registered ChannelService::registerChannel(const ChannelSettings &settings)
+{
+    checkSettings(settings);
+    for (const QString &device : settings.devices())
+        if (!core->context.devices->find(device))
+            refuse(TQ_KRV::No_Korve_Device_Available, "there is no such device");
+    if (core->context.devices->ids().isEmpty())
+        refuse(TQ_KRV::No_Korve_Device_Available, "no device has been found yet");
+    const QString id = addOrRenew(settings).id;
+    return {channel(id), id};
+}
+
+Channel ChannelService::addOrRenew(const ChannelSettings &settings)
+{
+    for (const Channel &known : core->context.channels->list()) {
+        if (!canBeRenewed(known, settings))
+            continue;
+        const auto renewed = core->context.channels->change(known.id, [&](Channel &channel) {
+            channel.settings = settings;
+            return channel.run.isIdle();
+        });
+        if (renewed)
+            return *renewed;
+    }
+    const auto added = core->context.channels->add(settings);
+    if (!added)
+        refuse(TQ_KRV::Maximum_Number_Channels_Reached, "there are as many channels as can be");
+    objects->serve(added->id);
+    return *added;
+}
+
+bool ChannelService::canBeRenewed(const Channel &channel, const ChannelSettings &settings) const
+{
+    const ChannelSettings &known = channel.settings;
+    const bool isSame = !known.name.isEmpty() && known.name == settings.name &&
+                        known.interfaceType == settings.interfaceType &&
+                        known.receiverAddress == settings.receiverAddress && channel.run.isIdle();
+    if (!isSame || known.channelManager == settings.channelManager)
+        return isSame;
+    bool isGone = false;
+    try {
+        core->context.channelManager(channel).ask(
+            [&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { isGone = manager->_non_existent(); });
+    } catch (const ChannelFailure &) {
+        isGone = true;
+    }
+    return isGone;
+}
+
+TQ_KRV::IF_KORVE_Replay_ptr ChannelService::replay(const QString &deviceId) const
+{
+    if (!core->context.devices->find(deviceId))
+        return TQ_KRV::IF_KORVE_Replay::_nil();
+    const CORBA::Object_var object = replays->reference();
+    return TQ_KRV::IF_KORVE_Replay::_unchecked_narrow(object);
+}
+
+/// One after the other those that hang would hold up the end.
+void ChannelService::tellAll(const std::function<void(TQ_KRV::IF_KRV_c_ChanMan_ptr)> &calls) const
+{
+    std::set<QString> told;
+    std::vector<std::future<void>> running;
+    for (const Channel &channel : core->context.channels->list())
+        if (told.insert(channel.settings.channelManager).second)
+            running.push_back(
+                std::async(std::launch::async, [&, channel] { core->context.channelManager(channel).tell(calls); }));
+}
+
+} // namespace installation

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "installation/manager/channelobjects.h"
+
+namespace installation
+{
+
+/// Serves the channels of a manager: `TQ_KRV::IF_KRV_c_Chan` under the key "KorveChannel/ID" each, and
+/// `TQ_KRV::IF_KORVE_Replay` under "KorveManagerReplay".
+///
+/// Thread: any; a registration may wait, limited, for a channel manager that has gone.
+class ChannelService
+{
+public:
+    struct Registered {
+        TQ_KRV::IF_KRV_c_Chan_ptr reference; ///< the caller releases it
+        QString id;
+    };
+
+    /// Takes up the channels that are kept in the folder of @p configuration, and what they were doing.
+    /// @throws std::runtime_error when the folder cannot be used.
+    ChannelService(const ManagerConfiguration &configuration, PortableServer::POA_ptr poa,
+                   std::shared_ptr<const DeviceDirectory> devices, ChannelDirectory::Listener listener);
+    /// Tells the channel managers, each with a limit, and leaves recorders alone: what runs there goes on.
+    ~ChannelService();
+    ChannelService(const ChannelService &) = delete;
+
+    /// A channel of the same name takes the place of one whose channel manager has gone, or that is the same endpoint.
+    /// @throws TQ_KRV::exGen
+    Registered registerChannel(const ChannelSettings &settings);
+    /// Nil for an unknown id; the caller releases it.
+    TQ_KRV::IF_KRV_c_Chan_ptr channel(const QString &id) const { return objects->find(id); }
+    /// Nil for an unknown device; the caller releases it.
+    TQ_KRV::IF_KORVE_Replay_ptr replay(const QString &deviceId) const;
+
+private:
+    Channel addOrRenew(const ChannelSettings &settings);
+    bool canBeRenewed(const Channel &channel, const ChannelSettings &settings) const;
+    void tellAll(const std::function<void(TQ_KRV::IF_KRV_c_ChanMan_ptr)> &calls) const;
+
+    const std::shared_ptr<ChannelCore> core;
+    const std::shared_ptr<ChannelObjects> objects;
+    std::unique_ptr<const Activation> replays;
+};
+
+} // namespace installation

@@ -1,0 +1,52 @@
+#include "installation/manager/recordingend.h"
+
+#include "installation/manager/recordinglink.h"
+
+namespace installation
+{
+
+void RecordingEnd::finish(const Channel &held, const QString &comment, bool forced) const
+{
+    const QByteArray id = held.id.toUtf8();
+    const ChannelManager peer = context.channelManager(held);
+    peer.tell([&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->stopDataFlow(id.constData()); });
+    const auto failed = endSession(held, comment);
+    if (failed && failed->number() == failure::notConnected && !forced) {
+        context.enter(held, ChannelRun::State::Recording); // it may still be going on
+        throw *failed;
+    }
+    peer.tell([&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->disconnect(id.constData()); });
+    peer.tell([&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) {
+        manager->RecordingFinished(id.constData(), held.run.deviceId.toUtf8().constData(),
+                                   held.run.recordId.toUtf8().constData());
+    });
+    context.leave(held);
+    if (failed)
+        throw *failed;
+}
+
+void RecordingEnd::undo(const Channel &held) const
+{
+    const Channel channel = context.running(held.id, held.run.number).value_or(held);
+    if (!channel.run.session.isEmpty()) {
+        endSession(channel, {});
+        context.channelManager(channel).tell(
+            [&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->disconnect(channel.id.toUtf8().constData()); });
+    }
+    context.leave(channel);
+}
+
+std::optional<ChannelFailure> RecordingEnd::endSession(const Channel &held, const QString &comment) const
+{
+    if (held.run.session.isEmpty())
+        return {};
+    try {
+        askRecorder(ChannelCommand::StopRecording,
+                    [&] { RecordingLink(held.run, context.timing.callLimit).end(comment); });
+        return {};
+    } catch (const ChannelFailure &failure) {
+        return failure;
+    }
+}
+
+} // namespace installation

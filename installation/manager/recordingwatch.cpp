@@ -1,0 +1,87 @@
+#include "installation/manager/recordingwatch.h"
+
+#include "installation/manager/recordview.h"
+
+namespace installation
+{
+
+namespace
+{
+
+constexpr quint64 usPerSecond = 1000000;
+
+bool isOverdue(const ChannelRun &run)
+{
+    return run.durationS != 0 && nowUs() >= run.startedUs + run.durationS * usPerSecond;
+}
+
+} // namespace
+
+void RecordingWatch::lookAfter(const Channel &channel)
+{
+    watch.add([this, id = channel.id, number = channel.run.number] { return look(id, number); });
+}
+
+void RecordingWatch::resume(const Channel &channel)
+{
+    watch.add([this, id = channel.id, number = channel.run.number, isAdopted = false]() mutable {
+        return isAdopted ? look(id, number) : adopt(id, number, isAdopted);
+    });
+}
+
+bool RecordingWatch::look(const QString &channelId, quint64 runNumber) const
+{
+    const auto channel = context.running(channelId, runNumber);
+    if (!channel || channel->run.isIdle())
+        return false;
+    if (channel->run.state != State::Recording)
+        return true; // a command is about to change it
+    const Finding finding = find(*channel);
+    if (finding == Finding::Gone || isOverdue(channel->run))
+        finish(*channel, finding == Finding::Gone);
+    return true;
+}
+
+RecordingWatch::Finding RecordingWatch::find(const Channel &channel) const
+{
+    const auto device = context.devices->find(channel.run.deviceId);
+    if (!device || CORBA::is_nil(device->control))
+        return Finding::Unknown;
+    try {
+        const RecordView view = RecordView::of(device->control, channel.run.recordId);
+        context.note(channel, [&](Channel &shown) { shown.progress = view.progress; });
+        return view.status == TQ_KORVE::rsIDLE ? Finding::Gone : Finding::Recording;
+    } catch (const TQ_KORVE::exKorve &refusal) {
+        return refusal.kind == TQ_KORVE::ekINVALID_RECORD_ID ? Finding::Gone : Finding::Unknown;
+    } catch (const CORBA::SystemException &) { // a recorder that comes back tells
+        return Finding::Unknown;
+    }
+}
+
+void RecordingWatch::finish(const Channel &channel, bool isGone) const
+{
+    const auto held = context.enter(channel, State::RecordStopping);
+    if (!held)
+        return; // somebody was faster
+    try {
+        end.finish(*held, {}, isGone);
+    } catch (const ChannelFailure &failure) {
+        context.noteFailure(channel.id, failure);
+    }
+}
+
+bool RecordingWatch::adopt(const QString &channelId, quint64 runNumber, bool &isAdopted) const
+{
+    const auto channel = context.running(channelId, runNumber);
+    if (!channel || channel->run.isIdle())
+        return false;
+    const Finding finding = channel->run.recordId.isEmpty() ? Finding::Gone : find(*channel);
+    if (finding == Finding::Unknown)
+        return true;
+    isAdopted = true;
+    if (finding == Finding::Gone || channel->run.state != State::Recording)
+        finish(*channel, true);
+    return true;
+}
+
+} // namespace installation

@@ -1,0 +1,79 @@
+#include "installation/manager/replayend.h"
+
+#include "installation/manager/replaylink.h"
+
+namespace installation
+{
+
+void ReplayEnd::finish(const Channel &held, ChannelRun::State before, bool forced) const
+{
+    if (held.run.xg)
+        finishXg(held);
+    else
+        finishLink(held, before, forced);
+}
+
+void ReplayEnd::finishXg(const Channel &held) const
+{
+    const auto failed = tell(held, [&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) {
+        if (!manager->stopXgReplay())
+            throw ChannelFailure(failure::notDisconnected, QStringLiteral("the channel manager did not stop"));
+    });
+    context.leave(held);
+    if (failed)
+        throw *failed;
+}
+
+void ReplayEnd::finishLink(const Channel &held, ChannelRun::State before, bool forced) const
+{
+    const QByteArray id = held.id.toUtf8();
+    const auto notStopped =
+        tell(held, [&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->stoppingDataTransfer(id.constData()); });
+    const auto notClosed = closeLink(held);
+    if (notClosed && notClosed->number() == failure::notConnected && !forced) {
+        context.enter(held, before); // it may still be going on
+        throw *notClosed;
+    }
+    const auto notLeft = tell(held, [&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->disconnect(id.constData()); });
+    context.leave(held);
+    for (const auto &failed : {notClosed, notStopped, notLeft})
+        if (failed)
+            throw *failed;
+}
+
+void ReplayEnd::undo(const Channel &held) const
+{
+    const Channel channel = context.running(held.id, held.run.number).value_or(held);
+    if (!channel.run.session.isEmpty()) {
+        closeLink(channel);
+        context.channelManager(channel).tell(
+            [&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->disconnect(channel.id.toUtf8().constData()); });
+    }
+    context.leave(channel);
+}
+
+std::optional<ChannelFailure> ReplayEnd::closeLink(const Channel &held) const
+{
+    if (held.run.session.isEmpty())
+        return {};
+    try {
+        askRecorder(ChannelCommand::StopReplay, [&] { ReplayLink(held.run, context.timing.callLimit).close(); });
+        return {};
+    } catch (const ChannelFailure &failure) {
+        return failure;
+    }
+}
+
+/// One that has gone has nothing to be told.
+std::optional<ChannelFailure> ReplayEnd::tell(const Channel &held, const ChannelManager::Calls &calls) const
+{
+    try {
+        context.channelManager(held).ask(calls);
+    } catch (const ChannelFailure &failure) {
+        if (failure.number() != failure::channelManagerGone)
+            return failure;
+    }
+    return {};
+}
+
+} // namespace installation
