@@ -42,6 +42,15 @@ QStringList devices(const CentralService &service, const QString &subsystem)
     return ManagerSession(service, subsystem, patience).deviceIds();
 }
 
+QStringList records(const CentralService &service, const QString &subsystem, const QString &device)
+{
+    QStringList ids;
+    const ManagerSession::Records found = ManagerSession(service, subsystem, patience).records(device);
+    for (const KORVE_XML::KORVE_RecordData &record : found)
+        ids << record.GetRecordID();
+    return ids;
+}
+
 /// The items of the node that the path @p begun is in.
 QStringList paths(const CentralService &service, const QString &subsystem, const QString &begun)
 {
@@ -55,15 +64,22 @@ QStringList paths(const CentralService &service, const QString &subsystem, const
     return found;
 }
 
+bool isName(const std::string &parameter)
+{
+    return parameter == "DEVICE" || parameter == "RECORD" || parameter == "PATH" || parameter == "SUBSYSTEM";
+}
+
 QStringList namesFor(const Completion &completion)
 {
-    if (completion.parameter != "DEVICE" && completion.parameter != "PATH" && completion.parameter != "SUBSYSTEM")
+    if (!isName(completion.parameter))
         return {};
     const QString subsystem = QString::fromStdString(completion.subsystem);
     try {
         const CentralService service(patience);
         if (completion.parameter == "DEVICE")
             return devices(service, subsystem);
+        if (completion.parameter == "RECORD")
+            return records(service, subsystem, QString::fromStdString(completion.device));
         if (completion.parameter == "PATH")
             return paths(service, subsystem, completion.begun);
         service.localSubsystem(Deadline(patience));
@@ -77,7 +93,7 @@ QStringList namesFor(const Completion &completion)
 
 } // namespace
 
-ExitCode printCompletionScript()
+ExitCode printCompletionScript(const CommandLine &)
 {
     print(QString::fromUtf8(bashScript));
     return ExitCode::Success;

@@ -7,7 +7,7 @@ namespace korvectl
 {
 
 /// `korvectl completion SHELL`: the script.
-ExitCode printCompletionScript();
+ExitCode printCompletionScript(const CommandLine &line);
 
 /// What that script asks: prints what may stand in the place of the last word, one text per line. The names of an
 /// installation come from its services, as far as they answer within a second.

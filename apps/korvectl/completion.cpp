@@ -50,13 +50,14 @@ public:
             command = found;
             position = 0;
         } else {
+            keepParameter(word);
             ++position;
         }
     }
 
     Completion at(const std::string &begun) const
     {
-        Completion completion{{}, {}, subsystem, QString::fromStdString(begun)};
+        Completion completion{{}, {}, subsystem, device, QString::fromStdString(begun)};
         const CLI::Option *const parameter = awaiting ? awaiting : nextParameter();
         std::vector<std::string> names;
         if (parameter) {
@@ -78,6 +79,12 @@ private:
     {
         if (option.get_name() == "--subsystem")
             subsystem = value;
+    }
+    void keepParameter(const std::string &value)
+    {
+        const CLI::Option *const parameter = nextParameter();
+        if (parameter && nameOf(*parameter) == "DEVICE")
+            device = value;
     }
     const CLI::Option *optionWithValue(const std::string &word) const
     {
@@ -124,6 +131,7 @@ private:
     const CLI::Option *awaiting = nullptr; ///< has been named, and its value comes next
     std::size_t position = 0;              ///< of the next parameter
     std::string subsystem;
+    std::string device;
 };
 
 bool isAssignment(const QString &word)

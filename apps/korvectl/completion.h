@@ -12,6 +12,7 @@ struct Completion {
     QStringList candidates; ///< that begin with what is there
     std::string parameter;  ///< what is expected there, by the name in the help; empty: nothing
     std::string subsystem;  ///< that the line names
+    std::string device;     ///< as well
     QString begun;          ///< what is there of the last word
 };
 

@@ -1,5 +1,8 @@
 #include "apps/korvectl/description.h"
 
+#include "apps/korvectl/operationsyntax.h"
+#include "apps/korvectl/recordsyntax.h"
+
 #include "coresupport/errorhandler.h"
 
 #include <limits>
@@ -34,6 +37,9 @@ Description::Description()
     app.fallthrough(); // options may stand behind the command, too
     describeOptions();
     describeLists();
+    syntax::describeRecord(app, line);
+    syntax::describeTime(app, line);
+    syntax::describeErrors(app, line);
     describeTree();
     add(app, "doctor", "Check each link to the devices, and say what to do about the first that is broken",
         Command::Doctor);
@@ -41,7 +47,8 @@ Description::Description()
     app.footer("The central object service is at KORVE_CCO=HOST[:PORT], else at 127.0.0.1:8003.\n"
                "Exit codes: 0 success, 1 wrong command line, 2 a service is not reachable,\n"
                "3 a service refused the request, or there is no such device or path, 4 any other failure,\n"
-               "5 a part of the answer is missing, the rest is printed.");
+               "5 a part of the answer is missing, the rest is printed,\n"
+               "6 whether the command was carried out is unknown: the connection was lost.");
 }
 
 void Description::describeOptions()
@@ -59,7 +66,7 @@ void Description::describeLists()
 {
     add(app, "devices", "List the recorder devices", Command::Devices);
     CLI::App *const records = add(app, "records", "List the records of one device, or of all", Command::Records);
-    records->add_option("DEVICE", device, "The id of the device")->type_name("");
+    syntax::identifier(*records, "DEVICE", line.device, "The id of the device")->required(false);
     records->add_flag("--follow", line.follow,
                       "Stay until interrupted; tell of the loss and the return of the manager, and list again");
 }
@@ -102,9 +109,7 @@ void Description::describeCompletion()
 
 CLI::App *Description::add(CLI::App &parent, const char *name, const char *purpose, Command command)
 {
-    CLI::App *const added = parent.add_subcommand(name, purpose);
-    added->callback([this, command] { line.command = command; });
-    return added;
+    return syntax::add(parent, line, name, purpose, command);
 }
 
 void Description::addPath(CLI::App &command, bool isRequired)
@@ -119,7 +124,6 @@ CommandLine Description::parse(int argc, char **argv)
 {
     app.parse(argc, argv);
     line.subsystem = QString::fromStdString(subsystem);
-    line.device = QString::fromStdString(device);
     line.path = QString::fromStdString(path);
     line.typedLine = QString::fromStdString(typedLine);
     line.typedWord = QString::fromStdString(typedWord);

@@ -9,7 +9,7 @@ namespace korvectl
 
 /// All that the command line can say: for parsing it, and for completing one that is being typed.
 ///
-/// A parameter that takes a name of the installation is called so: DEVICE, PATH, SUBSYSTEM.
+/// A parameter that takes a name of the installation is called so: DEVICE, RECORD, CHANNEL, PATH, SUBSYSTEM.
 class Description
 {
 public:
@@ -26,14 +26,12 @@ private:
     void describeTree();
     void describeWatch(CLI::App &watch);
     void describeCompletion();
-    /// A sub-command of @p parent that stands for @p command.
     CLI::App *add(CLI::App &parent, const char *name, const char *purpose, Command command);
     void addPath(CLI::App &command, bool isRequired);
 
     CLI::App app{"Asks the recorder manager of an installation.", "korvectl"};
     CommandLine line; // in the types of the parser, until they are converted:
     std::string subsystem;
-    std::string device;
     std::string path{"/"};
     std::string shell{"bash"};
     std::string typedLine;

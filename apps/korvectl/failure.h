@@ -15,6 +15,7 @@ enum class ExitCode {
     Refused = 3, ///< or it is not there: a device, a path
     Failed = 4,
     Partial = 5, ///< a part of the answer was had, and printed
+    Unknown = 6, ///< what was asked for may have been done, or not
 };
 
 /// Why a request has no result, in one sentence for the user.

@@ -1,44 +1,12 @@
 #include "apps/korvectl/commandline.h"
-#include "apps/korvectl/completecommand.h"
+#include "apps/korvectl/commands.h"
 #include "apps/korvectl/console.h"
-#include "apps/korvectl/devicescommand.h"
-#include "apps/korvectl/doctorcommand.h"
-#include "apps/korvectl/recordscommand.h"
-#include "apps/korvectl/treecommands.h"
 
 #include "coresupport/errorhandler.h"
 
 #include <QCoreApplication>
 
 using namespace korvectl;
-
-namespace
-{
-
-ExitCode run(const CommandLine &line)
-{
-    switch (line.command) {
-    case Command::Devices:
-        return listDevices(line);
-    case Command::Records:
-        return listRecords(line);
-    case Command::TreeList:
-        return listTree(line);
-    case Command::TreeGet:
-        return getFromTree(line);
-    case Command::TreeWatch:
-        return watchTree(line);
-    case Command::Doctor:
-        return examine(line);
-    case Command::Completion:
-        return printCompletionScript();
-    case Command::Complete:
-        return completeLine(line);
-    }
-    return ExitCode::Usage;
-}
-
-} // namespace
 
 int main(int argc, char **argv)
 {

@@ -37,7 +37,7 @@ public:
         station->GetConfiguration()->SetCurrentSubSystem(subsystem);
         const bool isFound = deadline.comesTrue([&](milliseconds left) {
             orb.setCallTimeout(left);
-            return handler.ReconnectToServer() && managerAnswers();
+            return handler->ReconnectToServer() && managerAnswers();
         });
         if (!isFound)
             throw service.noManager(subsystem, deadline);
@@ -46,7 +46,7 @@ public:
     /// Turns what goes wrong with a call of the manager into the words for it.
     template <typename Call> auto ask(const Call &call) const
     {
-        const TQ_KRV::IF_KRV_c_KRV_var manager = handler.GetKorveInterface();
+        const TQ_KRV::IF_KRV_c_KRV_var manager = handler->GetKorveInterface();
         if (CORBA::is_nil(manager))
             throw Failure(ExitCode::NotReachable, silence() + u'.');
         try {
@@ -68,18 +68,19 @@ public:
     const QString serviceAddress;
     const QString subsystem;
     const std::shared_ptr<HMIServerConnectionData> station = std::make_shared<HMIServerConnectionData>(QString());
-    mutable KorveGuiToServerCorbaHandler handler{QString(), station, QString()};
+    const std::shared_ptr<KorveGuiToServerCorbaHandler> handler =
+        std::make_shared<KorveGuiToServerCorbaHandler>(QString(), station, QString());
 
 private:
     /// A name may outlive its manager for a while: one that does not answer is dropped, to be looked for again.
     bool managerAnswers()
     {
-        const TQ_KRV::IF_KRV_c_KRV_var manager = handler.GetKorveInterface();
+        const TQ_KRV::IF_KRV_c_KRV_var manager = handler->GetKorveInterface();
         try {
             CORBA::string_free(manager->getWorkstationName());
             return true;
         } catch (const CORBA::SystemException &) {
-            handler.Shutdown();
+            handler->Shutdown();
             return false;
         }
     }
@@ -110,6 +111,11 @@ KorveCommon::AbstractServerConnectionData &ManagerSession::holdTreeConnections()
     return *d->station;
 }
 
+const std::shared_ptr<KorveGuiToServerCorbaHandler> &ManagerSession::handler() const
+{
+    return d->handler;
+}
+
 QStringList ManagerSession::deviceIds() const
 {
     return d->ask([](TQ_KRV::IF_KRV_c_KRV_ptr manager) {
@@ -137,7 +143,7 @@ ManagerSession::Records ManagerSession::records(const QString &deviceId) const
 {
     using namespace KorveGUI;
     Records records;
-    switch (d->handler.getAllRecords(deviceId, records)) {
+    switch (d->handler->getAllRecords(deviceId, records)) {
     case recordlist::success:
         std::stable_sort(records.begin(), records.end(),
                          [](const auto &left, const auto &right) { return beginOf(left) < beginOf(right); });

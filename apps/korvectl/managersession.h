@@ -14,6 +14,11 @@ namespace KorveCommon
 class AbstractServerConnectionData;
 }
 
+namespace KorveGUI
+{
+class KorveGuiToServerCorbaHandler;
+}
+
 namespace korvectl
 {
 
@@ -44,6 +49,9 @@ public:
     /// Makes the connections to the manager's value tree, by whose signals it can be followed, and keeps them for the
     /// life of the session, which owns the result. They need the event loop; while they are down, nothing can be asked.
     KorveCommon::AbstractServerConnectionData &holdTreeConnections();
+
+    /// For the handlers of commands; it is connected.
+    const std::shared_ptr<KorveGUI::KorveGuiToServerCorbaHandler> &handler() const;
 
     /// Sorted.
     QStringList deviceIds() const;

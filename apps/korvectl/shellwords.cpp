@@ -1,5 +1,7 @@
 #include "apps/korvectl/shellwords.h"
 
+#include <algorithm>
+
 namespace korvectl
 {
 
@@ -67,6 +69,16 @@ QStringList shellWords(const QString &line)
 QString unquoted(const QString &word)
 {
     return wordsOf(word, false).first();
+}
+
+QString quotedForShell(const QString &text)
+{
+    const auto isPlain = [](QChar character) {
+        return character.isLetterOrNumber() || QStringLiteral("_-./:,+@%=").contains(character);
+    };
+    if (!text.isEmpty() && std::all_of(text.begin(), text.end(), isPlain))
+        return text;
+    return u'\'' + QString(text).replace(u'\'', QLatin1String("'\\''")) + u'\'';
 }
 
 } // namespace korvectl

@@ -12,4 +12,7 @@ QStringList shellWords(const QString &line);
 /// One word, in which a blank means nothing.
 QString unquoted(const QString &word);
 
+/// @p text as one word of a shell: as it is, where it has only plain letters, else in quotation marks.
+QString quotedForShell(const QString &text);
+
 } // namespace korvectl

@@ -56,6 +56,16 @@ QString instant(quint64 us)
     return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
 }
 
+QString exactInstant(quint64 us)
+{
+    constexpr quint64 endOfTimes = 253'402'300'800'000'000; // the year 10000
+    if (us >= endOfTimes)
+        return QString::number(us);
+    const QDateTime time = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(us / 1'000'000), Qt::UTC);
+    return time.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss")) +
+           QStringLiteral(".%1Z").arg(us % 1'000'000, 6, 10, QLatin1Char('0'));
+}
+
 QString rate(quint64 byteCount, quint64 us)
 {
     if (us == 0)

@@ -74,6 +74,40 @@ TEST(Request, FollowsRecordsWhenToldTo)
     EXPECT_TRUE(Parsed({"records", "--follow", "REC1"}).line->follow);
 }
 
+TEST(Request, IsAboutOneRecord)
+{
+    const Parsed comment({"record", "comment", "REC1", "R1", "two words \xf0\x9f\x93\xa1"});
+    ASSERT_TRUE(comment.line);
+    EXPECT_EQ(comment.line->command, Command::RecordComment);
+    EXPECT_EQ(comment.line->device, QLatin1String("REC1"));
+    EXPECT_EQ(comment.line->record, QLatin1String("R1"));
+    EXPECT_EQ(comment.line->text, QString::fromUtf8("two words \xf0\x9f\x93\xa1"));
+    EXPECT_TRUE(Parsed({"record", "deletable", "REC1", "R1", "on"}).line->isOn);
+    EXPECT_FALSE(Parsed({"record", "deletable", "REC1", "R1", "off"}).line->isOn);
+    EXPECT_EQ(Parsed({"record", "history", "remove", "REC1", "R1", "5"}).line->moment.us, 5u);
+    EXPECT_EQ(Parsed({"record", "bookmarks", "add", "REC1", "R1", "+1s", ""}).line->command, Command::BookmarksAdd);
+}
+
+TEST(Request, CopiesSections)
+{
+    EXPECT_TRUE(Parsed({"record", "copy", "REC1", "R1"}).line->sections.isEmpty());
+    const Parsed copy({"record", "copy", "REC1", "R1", "0:16kB", "1s:", "--name", "parts"});
+    ASSERT_TRUE(copy.line);
+    ASSERT_EQ(copy.line->sections.size(), 2);
+    EXPECT_EQ(copy.line->sections[0].end, (Position{16000, false}));
+    EXPECT_EQ(copy.line->sections[1].begin, (Position{1000000, true}));
+    EXPECT_EQ(copy.line->name, QLatin1String("parts"));
+}
+
+TEST(Request, IsForTheClockOrAnExplanation)
+{
+    EXPECT_EQ(Parsed({"time", "get", "REC1"}).line->command, Command::TimeGet);
+    EXPECT_EQ(Parsed({"time", "set", "REC1", "now"}).line->moment.kind, Moment::Kind::Now);
+    const Parsed errors({"errors", "10012", "--flow", "History"});
+    EXPECT_EQ(errors.line->number, 10012u);
+    EXPECT_EQ(errors.line->flow, QLatin1String("History"));
+}
+
 TEST(Request, MayBeForHelp)
 {
     const Parsed parsed({"records", "--help"});
@@ -98,4 +132,13 @@ INSTANTIATE_TEST_SUITE_P(Lines, WrongRequest,
                                          std::vector<std::string>{"records", "REC1", "REC2"},
                                          std::vector<std::string>{"tree"}, std::vector<std::string>{"tree", "get"},
                                          std::vector<std::string>{"tree", "watch", "--count", "0"},
+                                         std::vector<std::string>{"record"}, std::vector<std::string>{"record", "show", "REC1"},
+                                         std::vector<std::string>{"record", "show", "REC1", "\xd0\x96"},
+                                         std::vector<std::string>{"records", "\xd0\x96"},
+                                         std::vector<std::string>{"record", "deletable", "REC1", "R1", "maybe"},
+                                         std::vector<std::string>{"record", "copy", "REC1", "R1", "5:3"},
+                                         std::vector<std::string>{"record", "history", "remove", "REC1", "R1", "soon"},
+                                         std::vector<std::string>{"time", "set", "REC1", "+1s"},
+                                         std::vector<std::string>{"errors", "-1"},
+                                         std::vector<std::string>{"errors", "1", "--flow", "Nothing"},
                                          std::vector<std::string>{"completion", "fish"}));

@@ -29,10 +29,10 @@ std::vector<std::string> candidates(const char *line)
 
 TEST(Completion, ListsTheCommandsThatTheHelpShows)
 {
-    EXPECT_THAT(candidates("korvectl "), ElementsAre("devices", "records", "tree", "doctor", "completion"));
+    EXPECT_THAT(candidates("korvectl "), ElementsAre("devices", "records", "record", "time", "errors", "tree", "doctor", "completion"));
     EXPECT_THAT(candidates("korvectl d"), ElementsAre("devices", "doctor"));
     EXPECT_THAT(candidates("korvectl --json --timeout 3 tree "), ElementsAre("ls", "get", "watch"));
-    EXPECT_THAT(candidates("KORVE_CCO=a korvectl re"), ElementsAre("records"));
+    EXPECT_THAT(candidates("KORVE_CCO=a korvectl re"), ElementsAre("records", "record"));
 }
 
 TEST(Completion, ListsTheOptionsOfACommandAndOfAll)
@@ -47,6 +47,11 @@ TEST(Completion, KnowsWhatIsExpected)
 {
     EXPECT_EQ(completed("korvectl records ").parameter, "DEVICE");
     EXPECT_EQ(completed("korvectl records REC1 ").parameter, "");
+    EXPECT_EQ(completed("korvectl record show REC1 R").parameter, "RECORD");
+    EXPECT_EQ(completed("korvectl record history add 'REC 1' ").device, "REC 1");
+    EXPECT_THAT(candidates("korvectl record bookmarks "), ElementsAre("list", "add", "remove"));
+    EXPECT_THAT(candidates("korvectl record deletable REC1 R1 o"), ElementsAre("on", "off"));
+    EXPECT_THAT(candidates("korvectl errors 1 --flow St"), ElementsAre("StartReplay", "StartRecording", "StopRecording"));
     EXPECT_EQ(completed("korvectl tree get -v /KO").parameter, "PATH");
     EXPECT_EQ(completed("korvectl tree get -v /KO").begun, QLatin1String("/KO"));
     EXPECT_EQ(completed("korvectl devices --subsystem ").parameter, "SUBSYSTEM");
@@ -59,5 +64,5 @@ TEST(Completion, HasNothingForWhatIsFreeOrWrong)
     EXPECT_THAT(candidates("korvectl --timeout "), IsEmpty());
     EXPECT_THAT(candidates("korvectl devices "), IsEmpty());
     EXPECT_THAT(candidates("korvectl nonsense --nothing x"), IsEmpty());
-    EXPECT_THAT(candidates(""), ElementsAre("devices", "records", "tree", "doctor", "completion"));
+    EXPECT_THAT(candidates(""), ElementsAre("devices", "records", "record", "time", "errors", "tree", "doctor", "completion"));
 }

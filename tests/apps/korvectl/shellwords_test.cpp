@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+using korvectl::quotedForShell;
 using korvectl::shellWords;
 using korvectl::unquoted;
 
@@ -43,4 +44,11 @@ TEST(TypedWord, MayHaveBlanksInAnOpenQuotation)
     EXPECT_EQ(unquoted(QStringLiteral("/a b")), QLatin1String("/a b"));
     EXPECT_EQ(unquoted(QStringLiteral("/a\\ b")), QLatin1String("/a b"));
     EXPECT_EQ(unquoted(QString()), QString());
+}
+
+TEST(ShellWords, QuotesWhatAShellWouldTakeApart)
+{
+    EXPECT_EQ(quotedForShell(QStringLiteral("R20261121-1:2/3@x")), QLatin1String("R20261121-1:2/3@x"));
+    for (const char *const text : {"", "two words", "it's", "a\"b", "$(x)", "back\\slash", "a;b"})
+        EXPECT_EQ(shellWords(quotedForShell(QLatin1String(text))), QStringList{QLatin1String(text)}) << text;
 }

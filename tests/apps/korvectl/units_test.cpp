@@ -38,6 +38,13 @@ TEST(Units, ShowInstantsInUtc)
     EXPECT_EQ(units::instant(1'700'000'000'999'999), QLatin1String("2023-11-14 22:13:20"));
 }
 
+TEST(Units, ShowWholeTimeStamps)
+{
+    EXPECT_EQ(units::exactInstant(1'795'264'342'629'123), QLatin1String("2026-11-21T12:32:22.629123Z"));
+    EXPECT_EQ(units::exactInstant(1), QLatin1String("1970-01-01T00:00:00.000001Z"));
+    EXPECT_EQ(units::exactInstant(18'446'744'073'709'551'615u), QLatin1String("18446744073709551615"));
+}
+
 TEST(Units, ShowRates)
 {
     EXPECT_EQ(units::rate(16'000, 1'000'000), QLatin1String("16.0 kB/s"));

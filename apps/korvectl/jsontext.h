@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QJsonArray>
+#include <QJsonObject>
+
+namespace korvectl
+{
+
+/// For standard output, with the end of its last line.
+QString jsonText(const QJsonObject &object);
+QString jsonText(const QJsonArray &array);
+/// As one line.
+QString jsonLine(const QJsonObject &object);
+/// A number; as text where programs would round it.
+QJsonValue jsonNumber(quint64 number);
+
+} // namespace korvectl

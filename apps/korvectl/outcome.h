@@ -1,0 +1,36 @@
+#pragma once
+
+#include "apps/korvectl/commandline.h"
+#include "apps/korvectl/errororigin.h"
+#include "apps/korvectl/failure.h"
+
+#include <QStringList>
+
+namespace korvectl
+{
+
+/// What a command handler answered.
+struct Answer {
+    unsigned long number = 0;
+    bool isUnknown = false; ///< it may have been done although it failed
+};
+
+/// What was to be done, in the words that tell of its failure.
+struct Deed {
+    Flow flow;
+    QString words;  ///< such as "setting the comment of record R1 on REC1"
+    QString about;  ///< what the sentence of the failure speaks of
+    QString check{}; ///< the command that shows whether it was done; empty for what only asks
+};
+
+/// Whether that number is a matter of reaching somebody, of a refusal, or of something else.
+ExitCode exitCodeOf(unsigned long number);
+/// The words for a number other than 0. What may have been done is never told as failed.
+Failure failureOf(const Answer &answer, const Deed &deed);
+/// @throws Failure unless the number is 0.
+void require(const Answer &answer, const Deed &deed);
+
+/// The command line of this program with these words, as a shell takes it, for the same subsystem.
+QString commandText(const CommandLine &line, const QStringList &words);
+
+} // namespace korvectl

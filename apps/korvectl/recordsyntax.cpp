@@ -1,0 +1,80 @@
+#include "apps/korvectl/recordsyntax.h"
+
+namespace korvectl::syntax
+{
+
+namespace
+{
+
+constexpr const char *momentHelp = "A time in UTC such as 2026-11-21T12:32:22.629123Z, microseconds since 1970, or "
+                                   "+1.5s after the record's beginning";
+constexpr const char *momentWords = "a time: 2026-11-21T12:32:22.629123Z (UTC), microseconds since 1970, or +1.5s";
+
+CLI::App *addForRecord(CLI::App &parent, CommandLine &line, const char *name, const char *purpose, Command command)
+{
+    CLI::App *const added = add(parent, line, name, purpose, command);
+    record(*added, line);
+    return added;
+}
+
+void takeSections(CLI::App &command, CommandLine &line)
+{
+    const auto take = [&line](const std::vector<std::string> &words) {
+        for (const std::string &word : words) {
+            const QString typed = QString::fromStdString(word);
+            const auto section = Section::parsed(typed);
+            if (!section)
+                refuse("SECTION", typed, "a section FROM:TO of bytes or times, such as 0:16000 or 1.5s:3s");
+            line.sections << *section;
+        }
+    };
+    command
+        .add_option_function<std::vector<std::string>>(
+            "SECTION", take, "FROM:TO, in bytes (16000, 16kB) or times from the beginning (1.5s, 2min); none: all")
+        ->type_name("");
+}
+
+void describeHistory(CLI::App &parent, CommandLine &line)
+{
+    CLI::App &history = *addGroup(parent, "history", "What was done with a record, and when");
+    addForRecord(history, line, "list", "List the entries", Command::HistoryList);
+    text(*addForRecord(history, line, "add", "Add an entry", Command::HistoryAdd), "TEXT", line.text, "The entry");
+    value(*addForRecord(history, line, "remove", "Remove an entry", Command::HistoryRemove), "TIME", line.moment,
+          Moment::parsed, momentHelp, momentWords)
+        ->type_name("");
+}
+
+void describeBookmarks(CLI::App &parent, CommandLine &line)
+{
+    CLI::App &bookmarks = *addGroup(parent, "bookmarks", "Marked moments of a record");
+    addForRecord(bookmarks, line, "list", "List the bookmarks", Command::BookmarksList);
+    CLI::App &added = *addForRecord(bookmarks, line, "add", "Mark a moment", Command::BookmarksAdd);
+    value(added, "TIME", line.moment, Moment::parsed, momentHelp, momentWords)->type_name("");
+    text(added, "TEXT", line.text, "What there is");
+    value(*addForRecord(bookmarks, line, "remove", "Remove a bookmark", Command::BookmarksRemove), "TIME", line.moment,
+          Moment::parsed, momentHelp, momentWords)
+        ->type_name("");
+}
+
+} // namespace
+
+void describeRecord(CLI::App &parent, CommandLine &line)
+{
+    CLI::App &group = *addGroup(parent, "record", "Look at one record, or change it");
+    addForRecord(group, line, "show", "Show all that is known of it", Command::RecordShow);
+    text(*addForRecord(group, line, "comment", "Set its comment, which is its name", Command::RecordComment), "TEXT",
+         line.text, "The comment");
+    CLI::App &deletable =
+        *addForRecord(group, line, "deletable", "Allow or forbid its deletion", Command::RecordDeletable);
+    value(deletable, "SWITCH", line.isOn, parsedSwitch, "on or off", "on or off")
+        ->type_name("")
+        ->check(CLI::IsMember({"on", "off"}));
+    CLI::App &copy = *addForRecord(group, line, "copy", "Copy it, or parts of it, into a new one", Command::RecordCopy);
+    takeSections(copy, line);
+    text(copy, "--name", line.name, "The name of the copy; that of the record by default")->type_name("NAME");
+    addForRecord(group, line, "delete", "Delete it, for good", Command::RecordDelete);
+    describeHistory(group, line);
+    describeBookmarks(group, line);
+}
+
+} // namespace korvectl::syntax

@@ -1,0 +1,53 @@
+#include "apps/korvectl/syntax.h"
+
+namespace korvectl::syntax
+{
+
+namespace
+{
+
+std::optional<QString> any(const QString &word)
+{
+    return word;
+}
+
+} // namespace
+
+CLI::App *add(CLI::App &parent, CommandLine &line, const char *name, const char *purpose, Command command)
+{
+    CLI::App *const added = parent.add_subcommand(name, purpose);
+    added->callback([&line, command] { line.command = command; });
+    return added;
+}
+
+CLI::App *addGroup(CLI::App &parent, const char *name, const char *purpose)
+{
+    CLI::App *const group = parent.add_subcommand(name, purpose);
+    group->require_subcommand(1);
+    return group;
+}
+
+CLI::Option *text(CLI::App &command, const char *name, QString &target, const char *purpose)
+{
+    return value(command, name, target, any, purpose, "")->type_name("");
+}
+
+CLI::Option *identifier(CLI::App &command, const char *name, QString &target, const char *purpose)
+{
+    return value(command, name, target, parsedIdentifier, purpose,
+                 "an identifier: not empty, and of letters of Latin-1")
+        ->type_name("");
+}
+
+void record(CLI::App &command, CommandLine &line)
+{
+    identifier(command, "DEVICE", line.device, "The id of the device");
+    identifier(command, "RECORD", line.record, "The id of the record");
+}
+
+void refuse(const char *name, const QString &word, const char *expected)
+{
+    throw CLI::ValidationError(name, QStringLiteral("\"%1\" is not %2").arg(word, QLatin1String(expected)).toStdString());
+}
+
+} // namespace korvectl::syntax

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "apps/korvectl/commandline.h"
+
+#include <CLI/CLI.hpp>
+
+/// Commands and parameters for a parser, which fill a CommandLine: it has to outlive the parsing.
+namespace korvectl::syntax
+{
+
+/// A sub-command of @p parent that stands for @p command.
+CLI::App *add(CLI::App &parent, CommandLine &line, const char *name, const char *purpose, Command command);
+/// A sub-command that needs one of its own.
+CLI::App *addGroup(CLI::App &parent, const char *name, const char *purpose);
+
+/// @p name begins with "-" for an option; else it is a parameter, and has to be there.
+CLI::Option *text(CLI::App &command, const char *name, QString &target, const char *purpose);
+/// As above; for what goes out as an identifier.
+CLI::Option *identifier(CLI::App &command, const char *name, QString &target, const char *purpose);
+/// DEVICE and RECORD.
+void record(CLI::App &command, CommandLine &line);
+
+/// The complaint about @p word, which the parser turns into the end of the program.
+[[noreturn]] void refuse(const char *name, const QString &word, const char *expected);
+
+/// As text(); the word is read by @p read, and has to be what @p expected says.
+template <typename Target, typename Value>
+CLI::Option *value(CLI::App &command, const char *name, Target &target, std::optional<Value> (*read)(const QString &),
+                   const char *purpose, const char *expected)
+{
+    const auto take = [&target, name, read, expected](const std::string &word) {
+        const QString typed = QString::fromStdString(word);
+        const auto found = read(typed);
+        if (!found)
+            refuse(name, typed, expected);
+        target = *found;
+    };
+    const bool isOption = name[0] == '-';
+    return command.add_option_function<std::string>(name, take, purpose)->required(!isOption);
+}
+
+} // namespace korvectl::syntax
