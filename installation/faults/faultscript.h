@@ -26,6 +26,9 @@ struct TimeWindow {
     bool holds(Elapsed now) const { return now >= begin && (!end || now < *end); }
 };
 
+/// Nothing, so that what follows strikes later calls.
+struct Pass {
+};
 struct Delay {
     std::chrono::milliseconds duration;
 };
@@ -46,7 +49,7 @@ struct Answer {
 struct KillProcess {
     bool isAfterwards;
 };
-using CallAction = std::variant<Delay, RaiseUser, RaiseSystem, Answer, KillProcess>;
+using CallAction = std::variant<Pass, Delay, RaiseUser, RaiseSystem, Answer, KillProcess>;
 
 struct CallFault {
     std::string role; ///< empty for all that have the operation

@@ -136,6 +136,8 @@ std::string LineParser::takeOperation(const std::string &role)
 
 CallAction LineParser::takeAction(const std::string &role, const std::string &operation)
 {
+    if (takeIf("pass"))
+        return Pass{};
     if (takeIf("delay"))
         return Delay{takeTime()};
     if (takeIf("raise"))

@@ -36,6 +36,7 @@ class Strike
 public:
     Strike(omniCallDescriptor &call, omniServant &servant) : call(call), servant(servant) {}
 
+    void operator()(const Pass &) const { call.interceptedCall(&servant); }
     void operator()(const Delay &) const { call.interceptedCall(&servant); }
     void operator()(const RaiseUser &action) const { action.exception->raise(action.kind, action.text.c_str()); }
     void operator()(const RaiseSystem &action) const { action.raise(); }

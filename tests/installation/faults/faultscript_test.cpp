@@ -104,6 +104,7 @@ TEST(FaultScriptTest, CountsAndLimitsInTime)
 
 TEST(FaultScriptTest, KnowsAllActions)
 {
+    actionOf<Pass>("on getAllRecords pass 2 times");
     EXPECT_EQ(actionOf<Delay>("on getAllRecords delay 15s").duration, 15s);
     EXPECT_EQ(actionOf<Answer>("on StopReplay answer 7000").number, 7000u);
     EXPECT_EQ(actionOf<Answer>("on deleteRecord answer 0").number, 0u);
