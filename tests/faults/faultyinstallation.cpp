@@ -17,10 +17,19 @@ namespace
 constexpr int patienceMs = 30000;
 const QString program = QStringLiteral(INSTALLATION_PROGRAM);
 
+void configureOrb(std::chrono::milliseconds callLimit)
+{
+    CorbaCommon::OrbSettings settings = CorbaCommon::OrbSettings::fromEnvironment();
+    settings.callTimeout = callLimit;
+    OrbHandler::configure(settings);
+}
+
 } // namespace
 
 FaultyInstallation::FaultyInstallation()
 {
+    static const bool isConfigured = (configureOrb(callLimit), true);
+    Q_UNUSED(isConfigured)
     qputenv("KORVE_ADDRESS", address().toLatin1());
     qputenv("KORVE_CCO", address().toLatin1() + ":8003");
     writeFile("host.ini", "[recorder]\ndevice=REC1\n");

@@ -9,6 +9,7 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <memory>
@@ -18,6 +19,9 @@
 class FaultyInstallation : public testing::Test
 {
 protected:
+    /// How long this program waits for an answer.
+    static constexpr std::chrono::milliseconds callLimit{4000};
+
     FaultyInstallation();
 
     /// Starts the services as separate processes, or all in one. Returns when they are ready.

@@ -1,0 +1,158 @@
+#include "tests/faults/client.h"
+
+#include "objectmodel/bookmarkentry.h"
+#include "objectmodel/korve_recorddata.h"
+#include "orbconnection/orbhandler.h"
+
+using CorbaCommon::OrbHandler;
+using namespace KorveGUI;
+using KORVE_XML::KORVE_RecordData;
+
+namespace
+{
+
+const QString device = QStringLiteral("REC1");
+const QString words = QStringLiteral("words");
+
+std::string told(unsigned long number)
+{
+    return std::to_string(number);
+}
+
+std::string toldTruth(bool isTrue)
+{
+    return isTrue ? "true" : "false";
+}
+
+} // namespace
+
+Client::Client(const QString &address, const std::string &recordId)
+    : record(QString::fromStdString(recordId)), station(std::make_shared<Station>(address)),
+      handler(std::make_shared<KorveGuiToServerCorbaHandler>(QStringLiteral("Main"), station, address))
+{
+    OrbHandler &orb = OrbHandler::Instance();
+    exporter.id = "REC1@" + recordId + "@a@b@c";
+    const PortableServer::ObjectId_var id = orb.rootPoa()->activate_object(&exporter);
+    exporterReference = exporter._this();
+    station->Initialize(QStringLiteral("Main"));
+    handler->ReconnectToServer();
+    makeHandlers();
+}
+
+Client::~Client()
+{
+    const PortableServer::POA_ptr poa = OrbHandler::Instance().rootPoa();
+    const PortableServer::ObjectId_var id = poa->servant_to_id(&exporter);
+    poa->deactivate_object(id);
+}
+
+void Client::makeHandlers()
+{
+    admin = std::make_unique<GuiToServerAdminCorbaHandler>(handler);
+    replay = std::make_unique<GuiToServerReplayCorbaHandler>(handler);
+    exporting = std::make_unique<GuiToServerExportCorbaHandler>(handler);
+}
+
+std::string Client::run(const std::string &command)
+{
+    return commands().at(command)(*this);
+}
+
+const std::map<std::string, Client::Command> &Client::commands()
+{
+    static const std::map<std::string, Command> all = [] {
+        std::map<std::string, Command> both = adminCommands();
+        both.insert(otherCommands().begin(), otherCommands().end());
+        return both;
+    }();
+    return all;
+}
+
+const std::map<std::string, Client::Command> &Client::adminCommands()
+{
+    static const std::map<std::string, Command> all{
+        {"SaveBookmarksToKorve", [](Client &c) { return told(c.admin->SaveBookmarksToKorve(device, c.record, {})); }},
+        {"DeleteBookmarksFromKorve",
+         [](Client &c) { return told(c.admin->DeleteBookmarksFromKorve(device, c.record, {})); }},
+        {"addBookmarkEntries", [](Client &c) { return told(c.admin->addBookmarkEntries(device, c.record, {})); }},
+        {"RequestRecordDataDetail", [](Client &c) { return told(c.admin->requestRecordDataDetail(device, c.record)); }},
+        {"SaveHistoryEntryToKorve",
+         [](Client &c) { return told(c.admin->SaveHistoryEntryToKorve(device, c.record, words)); }},
+        {"DeleteHistoryEntryFromKorve",
+         [](Client &c) { return told(c.admin->DeleteHistoryEntryFromKorve(device, c.record, 1)); }},
+        {"addHistory", [](Client &c) { return told(c.admin->addHistory(device, c.record, words)); }},
+        {"removeHistoryEntry", [](Client &c) { return told(c.admin->removeHistoryEntry(device, c.record, 1)); }},
+        {"CopyRecord",
+         [](Client &c) {
+             QString newId;
+             return told(c.admin->CopyRecord(device, c.record, newId, new TQ_KRV::seqFILE_PART, words));
+         }},
+        {"copyRecord", [](Client &c) { return told(c.admin->copyRecord(device, c.record, 0, 8, words)); }},
+        {"SetRecordComment", [](Client &c) { return told(c.admin->SetRecordComment(device, c.record, words)); }},
+        {"SetRecordDeletableFlag",
+         [](Client &c) { return told(c.admin->SetRecordDeletableFlag(device, c.record, true)); }},
+        {"getRecord",
+         [](Client &c) {
+             KORVE_RecordData data;
+             return told(c.admin->getRecord(device, c.record, data));
+         }},
+        {"overviewSpectrumStreamed",
+         [](Client &c) {
+             return told(c.admin->overviewSpectrumStreamed(device, c.record, 0, 8, 1, 16,
+                                                           KorveDataTypes::eFFT_Window::Hanning,
+                                                           QStringLiteral("127.0.0.1"), 9));
+         }},
+        {"GetDeviceTime",
+         [](Client &c) {
+             unsigned long long time = 0;
+             bool isSynchronized = false;
+             return told(c.admin->GetDeviceTime(device, time, isSynchronized));
+         }},
+        {"SetDeviceTime", [](Client &c) { return told(c.admin->SetDeviceTime(device, 1)); }},
+        {"restorePelinFilegroup",
+         [](Client &c) { return toldTruth(c.admin->restorePelinFilegroup(device, c.record, words)); }},
+        {"pelinConnectionParameter",
+         [](Client &c) {
+             QString host;
+             unsigned short port = 0;
+             return toldTruth(c.admin->pelinConnectionParameter(host, port));
+         }},
+    };
+    return all;
+}
+
+const std::map<std::string, Client::Command> &Client::otherCommands()
+{
+    static const std::map<std::string, Command> all{
+        {"getAllRecords",
+         [](Client &c) {
+             QVector<KORVE_RecordData> records;
+             return told(c.handler->getAllRecords(device, records));
+         }},
+        {"deviceID", [](Client &c) { return c.exporting->deviceID(QStringLiteral("192.0.2.1")).toStdString(); }},
+        {"exportRecord", [](Client &c) { return toldTruth(c.exporting->exportRecord(c.exporterReference)); }},
+        {"cancelExport", [](Client &c) { return toldTruth(c.exporting->cancelExport(QStringLiteral("E1"))); }},
+        {"deleteRecord", [](Client &c) { return toldTruth(c.exporting->deleteRecord(device, c.record)); }},
+        {"recordDataFormat",
+         [](Client &c) {
+             QString error;
+             const QString format = c.exporting->recordDataFormat(device, c.record, error);
+             return (format + error).toStdString();
+         }},
+        // A command whose handler has fetched nothing yet, or whose connection was made again behind its back.
+        {"firstAddHistory",
+         [](Client &c) {
+             c.handler->Shutdown();
+             c.handler->ReconnectToServer();
+             c.makeHandlers();
+             return told(c.admin->addHistory(device, c.record, words));
+         }},
+        {"reconnectedAddHistory",
+         [](Client &c) {
+             c.handler->Shutdown();
+             c.handler->ReconnectToServer();
+             return told(c.admin->addHistory(device, c.record, words));
+         }},
+    };
+    return all;
+}

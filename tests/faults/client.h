@@ -1,0 +1,47 @@
+#pragma once
+
+#include "connectionmanagement/guitoserveradmincorbahandler.h"
+#include "connectionmanagement/guitoserverexportcorbahandler.h"
+#include "connectionmanagement/guitoserverreplaycorbahandler.h"
+#include "connectionmanagement/korveguitoservercorbahandler.h"
+#include "tests/connectionmanagement/fakeexporter.h"
+#include "tests/connectionmanagement/station.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+
+/// A client of the installation at an address, with all its handlers; it does what scripts name, with the recorder
+/// "REC1" and one record.
+class Client
+{
+public:
+    Client(const QString &address, const std::string &recordId);
+    ~Client();
+    Client(const Client &) = delete;
+
+    /// Does what is called @p command, and says what that answered: a number, "true" or "false", or a text.
+    /// @throws std::out_of_range when nothing is called so.
+    std::string run(const std::string &command);
+    /// Of the last command of administration.
+    bool outcomeIsUnknown() const { return admin->OutcomeIsUnknown(); }
+    bool isConnected() const { return handler->IsConnected(); }
+
+private:
+    using Command = std::function<std::string(Client &)>;
+    static const std::map<std::string, Command> &commands();
+    static const std::map<std::string, Command> &adminCommands();
+    static const std::map<std::string, Command> &otherCommands();
+
+    /// As new ones, without what they have fetched.
+    void makeHandlers();
+
+    const QString record;
+    const std::shared_ptr<Station> station;
+    const std::shared_ptr<KorveGUI::KorveGuiToServerCorbaHandler> handler;
+    std::unique_ptr<KorveGUI::GuiToServerAdminCorbaHandler> admin;
+    std::unique_ptr<KorveGUI::GuiToServerReplayCorbaHandler> replay;
+    std::unique_ptr<KorveGUI::GuiToServerExportCorbaHandler> exporting;
+    FakeExporter exporter;
+    TQ_KRV::IF_ExportCallback_var exporterReference;
+};

@@ -1,0 +1,85 @@
+#include "tests/appruntime/capturedtraces.h"
+#include "tests/faults/client.h"
+#include "tests/faults/faultyinstallation.h"
+
+using testing::Contains;
+
+namespace
+{
+
+/// A client whose manager goes away while it does what it was told.
+class Outages : public FaultyInstallation
+{
+protected:
+    void run(const QByteArray &script)
+    {
+        start(script);
+        recordId = importRecord();
+        client.emplace(address(), recordId);
+    }
+    std::string failure(const char *exception) const
+    {
+        return "SetRecordComment for Device/Record REC1/" + recordId + " failed with exception: " + exception;
+    }
+    /// Of the record, as the recorder tells it.
+    std::wstring comment()
+    {
+        const TQ_KORVE::IF_Control_var control = recorder();
+        const TQ_KORVE::struMETA_DATA_var data = control->getMetaData(recordId.c_str());
+        std::wstring text;
+        for (CORBA::ULong i = 0; i < data->recordName.length(); ++i)
+            text += static_cast<wchar_t>(data->recordName[i]);
+        return text;
+    }
+
+    std::string recordId;
+    std::optional<Client> client;
+};
+
+} // namespace
+
+TEST_F(Outages, BeforeTheCommandIsDone)
+{
+    run("on manager setRecordComment kill before\n");
+    CapturedTraces traces(32);
+    EXPECT_EQ(client->run("SetRecordComment"), "211");
+    EXPECT_THAT(traces.texts(), Contains(failure("COMM_FAILURE")));
+    EXPECT_TRUE(client->outcomeIsUnknown());
+    EXPECT_EQ(comment(), L"a");
+    EXPECT_EQ(client->run("SetRecordComment"), "210"); // nobody is there
+    EXPECT_FALSE(client->outcomeIsUnknown());
+}
+
+TEST_F(Outages, WhenTheCommandIsDoneAndNotAnswered)
+{
+    run("on manager setRecordComment kill after\n");
+    CapturedTraces traces(32);
+    EXPECT_EQ(client->run("SetRecordComment"), "211");
+    EXPECT_THAT(traces.texts(), Contains(failure("COMM_FAILURE")));
+    EXPECT_TRUE(client->outcomeIsUnknown());
+    EXPECT_EQ(comment(), L"words");
+}
+
+TEST_F(Outages, OfTheRecorderAreTheManagersToTell)
+{
+    run("on recorder setRecordComment kill before\n");
+    EXPECT_EQ(client->run("SetRecordComment"), "10009");
+    EXPECT_FALSE(client->outcomeIsUnknown());
+}
+
+TEST_F(Outages, ThatTakeLongerThanTheClientWaits)
+{
+    run("on manager setRecordComment delay 10min once\n");
+    CapturedTraces traces(32);
+    EXPECT_EQ(client->run("SetRecordComment"), "210");
+    EXPECT_THAT(traces.texts(), Contains(failure("TRANSIENT")));
+    EXPECT_TRUE(client->outcomeIsUnknown());
+    EXPECT_EQ(client->run("SetRecordComment"), "0");
+}
+
+TEST_F(Outages, OfAStoppedManagerEndByThemselves)
+{
+    run("at 3s stop manager for 8s\n");
+    EXPECT_TRUE(comesTrue([&] { return client->run("SetRecordComment") == "210"; }));
+    EXPECT_TRUE(comesTrue([&] { return client->run("SetRecordComment") == "0"; }));
+}
