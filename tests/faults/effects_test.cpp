@@ -50,6 +50,12 @@ protected:
 
 } // namespace
 
+TEST_F(Effects, EndsTheProgramByALineThatIsNotUnderstood)
+{
+    EXPECT_EQ(refusalOf("at 5s kill cco\nat 5s kill archive\n"),
+              QStringLiteral("korve-installation: :2: no role is called \"archive\""));
+}
+
 TEST_F(Effects, RaisesExceptionsOfTheOrbByName)
 {
     start("on getWorkstationName pass once\non getWorkstationName raise COMM_FAILURE once\n"

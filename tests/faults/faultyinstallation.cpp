@@ -50,7 +50,7 @@ void FaultyInstallation::startRoles(const QByteArray &script, const std::vector<
         processes[name] = launched(name);
 }
 
-std::unique_ptr<ServiceProcess> FaultyInstallation::launched(const std::string &role)
+QStringList FaultyInstallation::argumentsOf(const std::string &role) const
 {
     QStringList arguments{QStringLiteral("--end-with-parent"), QStringLiteral("--config"),
                           folder.filePath(QStringLiteral("host.ini")), QStringLiteral("--state"),
@@ -58,10 +58,25 @@ std::unique_ptr<ServiceProcess> FaultyInstallation::launched(const std::string &
                           folder.filePath(QStringLiteral("script.faults"))};
     if (role != "all")
         arguments << QStringLiteral("--role") << QString::fromStdString(role);
-    auto process = std::make_unique<ServiceProcess>(program, arguments);
+    return arguments;
+}
+
+std::unique_ptr<ServiceProcess> FaultyInstallation::launched(const std::string &role)
+{
+    auto process = std::make_unique<ServiceProcess>(program, argumentsOf(role));
     while (role == "all" && process->readLine().section(u' ', 1, 1) != QLatin1String("manager")) {
     }
     return process;
+}
+
+QString FaultyInstallation::refusalOf(const QByteArray &script)
+{
+    setScript(script);
+    QProcess process;
+    process.start(program, argumentsOf("all"));
+    const bool hasEnded = process.waitForFinished(patienceMs) && process.exitCode() == 1;
+    const QString path = folder.filePath(QStringLiteral("script.faults"));
+    return hasEnded ? QString::fromUtf8(process.readAllStandardError()).trimmed().remove(path) : QString();
 }
 
 CORBA::Object_ptr FaultyInstallation::registered(const char *name)

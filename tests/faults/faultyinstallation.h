@@ -41,12 +41,16 @@ protected:
     /// Returns when the manager has the recorder, with one record; its id.
     std::string importRecord();
 
+    /// What the program says of a script that it ends by; empty when it does not end by itself with an exit code of 1.
+    QString refusalOf(const QByteArray &script);
+
     /// Runs the event loop until @p condition holds; false when it does not for long.
     static bool comesTrue(const std::function<bool()> &condition);
     const QString &address() const { return lease.address(); }
 
 private:
     void startRoles(const QByteArray &script, const std::vector<const char *> &names);
+    QStringList argumentsOf(const std::string &role) const;
     std::unique_ptr<ServiceProcess> launched(const std::string &role);
     CORBA::Object_ptr registered(const char *name);
     void writeFile(const char *name, const QByteArray &text);
