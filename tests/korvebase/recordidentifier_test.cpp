@@ -1,5 +1,7 @@
 #include "korvebase/recordidentifier.h"
 
+#include "coresupport/charstream.h"
+
 #include <gtest/gtest.h>
 
 #include <QHash>
@@ -9,159 +11,206 @@ using korve::RecordIdentifier;
 
 namespace
 {
-
-TEST(RecordIdentifiers, HoldSubsystemDeviceAndRecordInThisOrder)
+RecordIdentifier identifier(const char *subSystem, const char *deviceID, const char *recordID)
 {
-    const RecordIdentifier three("sub", "dev", "rec");
-    EXPECT_EQ(three.subSystem(), "sub");
-    EXPECT_EQ(three.deviceID(), "dev");
-    EXPECT_EQ(three.recordID(), "rec");
-
-    const RecordIdentifier two("dev", "rec");
-    EXPECT_EQ(two.subSystem(), "");
-    EXPECT_EQ(two.deviceID(), "dev");
-    EXPECT_EQ(two.recordID(), "rec");
-
-    EXPECT_EQ(RecordIdentifier(), RecordIdentifier("", "", ""));
+    return RecordIdentifier(QString::fromUtf8(subSystem), QString::fromUtf8(deviceID), QString::fromUtf8(recordID));
 }
 
-TEST(RecordIdentifiers, AreValidWithDeviceAndRecord)
+/// The bytes of @p text, NULs included.
+template <std::size_t size> std::string bytes(const char (&text)[size])
 {
-    EXPECT_TRUE(RecordIdentifier("dev", "rec").valid());
-    EXPECT_TRUE(RecordIdentifier("sub", "dev", "rec").valid());
-    EXPECT_FALSE(RecordIdentifier().valid());
-    EXPECT_FALSE(RecordIdentifier("sub", "", "rec").valid());
-    EXPECT_FALSE(RecordIdentifier("sub", "dev", "").valid());
+    return std::string(text, size - 1);
 }
 
-TEST(RecordIdentifiers, AreShownAsText)
+/// North, D1, R7 on a little-endian machine: what the length counts is in network order.
+const std::string northD1R7 = bytes("\x1e\0\0\0") + bytes("\0\0\0\x0a\0N\0o\0r\0t\0h") + bytes("\0\0\0\x04\0D\0001") +
+                              bytes("\0\0\0\x04\0R\0007");
+
+TEST(RecordIdentifier, IsEmptyFromTheStart)
 {
-    EXPECT_EQ(RecordIdentifier("sub", "dev", "rec").toString(), "rec@sub/dev");
-    EXPECT_EQ(RecordIdentifier("dev", "rec").toString(), "rec@dev");
-    EXPECT_EQ(RecordIdentifier("a@/", "%1", "b/@").toString(), "b/@@a@//%1");
-    for (const auto &invalid : {RecordIdentifier(), RecordIdentifier("sub", "", "rec"), RecordIdentifier("dev", "")})
-        EXPECT_EQ(invalid.toString(), "[invalid]");
+    const RecordIdentifier none;
+    EXPECT_TRUE(none.subSystem().isEmpty() && none.deviceID().isEmpty() && none.recordID().isEmpty());
+    EXPECT_FALSE(none.valid());
+    EXPECT_EQ(none.hashValue(), static_cast<int>(qHash(QString(), 0)));
+    EXPECT_EQ(none, identifier("", "", ""));
 }
 
-TEST(RecordIdentifiers, HaveTheHashOfTheirRecord)
+TEST(RecordIdentifier, TakesItsPartsFromTheOutside)
 {
-    for (const char *record : {"", "R1", "record-with-a-long-name"}) {
-        const int hash = static_cast<int>(qHash(QString(record), 0));
-        EXPECT_EQ(RecordIdentifier("sub", "dev", record).hashValue(), hash);
-        EXPECT_EQ(qHash(RecordIdentifier("dev", record)), static_cast<uint>(hash));
+    const RecordIdentifier full(QStringLiteral("North"), QStringLiteral("D1"), QStringLiteral("R7"));
+    EXPECT_EQ(full.subSystem(), QStringLiteral("North"));
+    EXPECT_EQ(full.deviceID(), QStringLiteral("D1"));
+    EXPECT_EQ(full.recordID(), QStringLiteral("R7"));
+    const RecordIdentifier local(QStringLiteral("D1"), QStringLiteral("R7"));
+    EXPECT_TRUE(local.subSystem().isEmpty());
+    EXPECT_EQ(local.deviceID(), QStringLiteral("D1"));
+    EXPECT_EQ(local.recordID(), QStringLiteral("R7"));
+}
+
+TEST(RecordIdentifier, IsValidWithDeviceAndRecord)
+{
+    EXPECT_TRUE(identifier("North", "D1", "R7").valid());
+    EXPECT_TRUE(identifier("", "D1", "R7").valid());
+    EXPECT_FALSE(identifier("North", "", "R7").valid());
+    EXPECT_FALSE(identifier("North", "D1", "").valid());
+    EXPECT_TRUE(identifier("", " ", "@").valid());
+}
+
+TEST(RecordIdentifier, ReadsAsRecordAtSubsystemAndDevice)
+{
+    EXPECT_EQ(identifier("North", "D1", "R7").toString(), QStringLiteral("R7@North/D1"));
+    EXPECT_EQ(identifier("", "D1", "R7").toString(), QStringLiteral("R7@D1"));
+    EXPECT_EQ(identifier("North", "", "R7").toString(), QStringLiteral("[invalid]"));
+    EXPECT_EQ(identifier("North", "D1", "").toString(), QStringLiteral("[invalid]"));
+    EXPECT_EQ(RecordIdentifier().toString(), QStringLiteral("[invalid]"));
+}
+
+TEST(RecordIdentifier, KeepsAwkwardTextsToTheLetter)
+{
+    const RecordIdentifier awkward = identifier("%1/%2", "a@b", "%1 'é' \"📡\"");
+    EXPECT_EQ(awkward.toString(), QString::fromUtf8("%1 'é' \"📡\"@%1/%2/a@b"));
+    const std::string longName(10000, 'x');
+    EXPECT_EQ(identifier("", "D", longName.c_str()).toString().size(), 10002);
+}
+
+TEST(RecordIdentifier, HasTheHashOfItsRecordAlone)
+{
+    const int ofRecord = static_cast<int>(qHash(QStringLiteral("R7"), 0));
+    for (const RecordIdentifier &one :
+         {identifier("North", "D1", "R7"), identifier("South", "D2", "R7"), identifier("", "", "R7")}) {
+        EXPECT_EQ(one.hashValue(), ofRecord);
+        EXPECT_EQ(qHash(one), static_cast<uint>(ofRecord));
     }
-    EXPECT_EQ(RecordIdentifier().hashValue(), RecordIdentifier("sub", "dev", "").hashValue());
+    EXPECT_NE(identifier("", "", "R8").hashValue(), ofRecord);
 }
 
-TEST(RecordIdentifiers, DifferInEachPart)
+TEST(RecordIdentifier, IsEqualInAllThreeParts)
 {
-    const RecordIdentifier identifier("sub", "dev", "rec");
-    EXPECT_TRUE(identifier == RecordIdentifier("sub", "dev", "rec"));
-    EXPECT_FALSE(identifier != RecordIdentifier("sub", "dev", "rec"));
-    for (const auto &other : {RecordIdentifier("other", "dev", "rec"), RecordIdentifier("sub", "other", "rec"),
-                              RecordIdentifier("sub", "dev", "other"), RecordIdentifier("dev", "sub", "rec")}) {
-        EXPECT_FALSE(identifier == other);
-        EXPECT_TRUE(identifier != other);
+    const RecordIdentifier one = identifier("North", "D1", "R7");
+    EXPECT_TRUE(one == identifier("North", "D1", "R7"));
+    EXPECT_FALSE(one != identifier("North", "D1", "R7"));
+    for (const RecordIdentifier &other :
+         {identifier("South", "D1", "R7"), identifier("North", "D2", "R7"), identifier("North", "D1", "R8")}) {
+        EXPECT_FALSE(one == other);
+        EXPECT_TRUE(one != other);
     }
 }
 
-TEST(RecordIdentifiers, AreLessInAnyPartAndNotInOrder)
+TEST(RecordIdentifier, IsLessWhenAnyPartIs)
 {
-    const RecordIdentifier a("x", "2", "1");
-    const RecordIdentifier b("y", "1", "1");
-    EXPECT_TRUE(a < b);
-    EXPECT_TRUE(b < a);
+    const RecordIdentifier a = identifier("x", "2", "1");
+    const RecordIdentifier b = identifier("y", "1", "1");
+    EXPECT_TRUE(a < b); // by the subsystem
+    EXPECT_TRUE(b < a); // by the device
+    EXPECT_TRUE(identifier("x", "1", "1") < identifier("x", "1", "2"));
+    EXPECT_TRUE(identifier("y", "2", "1") < identifier("x", "1", "2"));
+    EXPECT_FALSE(identifier("x", "1", "2") < identifier("x", "1", "1"));
     EXPECT_FALSE(a < a);
-    EXPECT_TRUE(RecordIdentifier("x", "1", "1") < RecordIdentifier("x", "1", "2"));
-    EXPECT_FALSE(RecordIdentifier("x", "1", "2") < RecordIdentifier("x", "1", "1"));
+    EXPECT_TRUE(identifier("x", "1", "10") < identifier("x", "1", "9")); // text, not number
 }
 
-TEST(RecordIdentifiers, AreCopied)
+TEST(RecordIdentifier, IsCopiedWithItsHash)
 {
-    RecordIdentifier copy;
-    const RecordIdentifier original("sub", "dev", "rec");
-    copy = original;
-    EXPECT_EQ(copy, original);
-    EXPECT_EQ(copy.hashValue(), original.hashValue());
+    const RecordIdentifier one = identifier("North", "D1", "R7");
+    const RecordIdentifier copy(one);
+    RecordIdentifier assigned = identifier("South", "D2", "R8");
+    assigned = one;
+    EXPECT_EQ(copy, one);
+    EXPECT_EQ(assigned, one);
+    EXPECT_EQ(assigned.hashValue(), one.hashValue());
+    EXPECT_EQ(assigned.toString(), QStringLiteral("R7@North/D1"));
 }
 
-TEST(RecordIdentifiers, AreKeys)
+TEST(RecordIdentifier, IsAKey)
 {
-    QHash<RecordIdentifier, int> table;
-    table.insert(RecordIdentifier("a", "dev", "rec"), 1);
-    table.insert(RecordIdentifier("b", "dev", "rec"), 2);
-    EXPECT_EQ(table.value(RecordIdentifier("a", "dev", "rec")), 1);
-    EXPECT_EQ(table.value(RecordIdentifier("b", "dev", "rec")), 2);
-    EXPECT_EQ((QSet<RecordIdentifier>{RecordIdentifier("d", "r"), RecordIdentifier("", "d", "r")}).size(), 1);
+    QHash<RecordIdentifier, int> numbers{{identifier("North", "D1", "R7"), 1}, {identifier("South", "D1", "R7"), 2}};
+    EXPECT_EQ(numbers.size(), 2);
+    EXPECT_EQ(numbers.value(identifier("South", "D1", "R7")), 2);
+    EXPECT_FALSE(QSet<RecordIdentifier>({identifier("", "D1", "R7")}).contains(identifier("North", "D1", "R7")));
 }
 
-/// The stream form of ("S", "D", "R1"): the block's length in the machine's order, then big-endian lengths and UTF-16.
-std::string knownBytes()
+TEST(RecordIdentifier, IsWrittenAsABlockOfThreeTexts)
 {
-    const quint32 length = 20;
-    std::string bytes(reinterpret_cast<const char *>(&length), sizeof length);
-    constexpr char texts[] = "\0\0\0\2\0S"
-                             "\0\0\0\2\0D"
-                             "\0\0\0\4\0R\0001";
-    return bytes.append(texts, sizeof texts - 1);
+    EXPECT_EQ(Ulma::toStandardString<RecordIdentifier>(identifier("North", "D1", "R7")), northD1R7);
+    EXPECT_EQ(Ulma::toStandardString(identifier("North", "D1", "R7")), northD1R7);
 }
 
-TEST(RecordIdentifierStream, HasTheThreeTextsInABlock)
+TEST(RecordIdentifier, IsReadInBothForms)
 {
-    EXPECT_EQ(Ulma::toStandardString(RecordIdentifier("S", "D", "R1")), knownBytes());
-}
-
-TEST(RecordIdentifierStream, IsReadWhereThePositionStands)
-{
-    const std::string bytes = knownBytes() + knownBytes() + "rest";
-    const char *position = bytes.data();
-    EXPECT_EQ(Ulma::fromCharStream<RecordIdentifier>(&position), RecordIdentifier("S", "D", "R1"));
+    const std::string stream = northD1R7 + northD1R7 + ";";
+    const char *cursor = stream.data();
+    EXPECT_EQ(Ulma::fromCharStream<RecordIdentifier>(&cursor), identifier("North", "D1", "R7"));
+    EXPECT_EQ(cursor, stream.data() + northD1R7.size());
     RecordIdentifier second;
-    EXPECT_TRUE(Ulma::fromCharStream(&position, second));
-    EXPECT_EQ(second, RecordIdentifier("S", "D", "R1"));
-    EXPECT_STREQ(position, "rest");
+    EXPECT_TRUE(Ulma::fromCharStream<RecordIdentifier>(&cursor, second));
+    EXPECT_EQ(second, identifier("North", "D1", "R7"));
+    EXPECT_EQ(second.hashValue(), identifier("", "", "R7").hashValue());
+    EXPECT_EQ(std::string(cursor), ";");
 }
 
-TEST(RecordIdentifierStream, KeepsEveryText)
+TEST(RecordIdentifier, SurvivesTheCharStream)
 {
-    const QString longText(10000, u'\u0416');
-    const QString emoji = QString::fromUtf8("\U0001F4FB@/%1\"");
-    for (const auto &identifier : {RecordIdentifier(), RecordIdentifier("", "dev", ""),
-                                   RecordIdentifier(emoji, longText), RecordIdentifier(emoji, emoji, emoji)}) {
-        const std::string bytes = Ulma::toStandardString(identifier);
-        const char *position = bytes.data();
-        RecordIdentifier read("other", "other");
-        EXPECT_TRUE(Ulma::fromCharStream(&position, bytes.data() + bytes.size(), read));
-        EXPECT_EQ(read, identifier);
-        EXPECT_EQ(read.hashValue(), identifier.hashValue());
-        EXPECT_EQ(position, bytes.data() + bytes.size());
+    for (const RecordIdentifier &one : {RecordIdentifier(), identifier("", "D1", "R7"), identifier("é", "📡", "%1@/;|"),
+                                        identifier("", "", std::string(10000, 'x').c_str())}) {
+        const std::string stream = Ulma::toStandardString(one);
+        const char *cursor = stream.data();
+        EXPECT_EQ(Ulma::fromCharStream<RecordIdentifier>(&cursor), one);
+        EXPECT_EQ(cursor, stream.data() + stream.size());
     }
 }
 
-TEST(RecordIdentifierStream, IsRefusedWhenItEndsTooSoon)
+TEST(RecordIdentifier, IsNotReadFromPartOfABlock)
 {
-    const std::string whole = knownBytes();
-    for (std::size_t size = 0; size < whole.size(); ++size) {
-        const std::string bytes = whole.substr(0, size);
-        const char *position = bytes.data();
-        RecordIdentifier read("kept", "kept");
-        EXPECT_FALSE(Ulma::fromCharStream(&position, bytes.data() + bytes.size(), read));
-        EXPECT_EQ(position, bytes.data());
-        EXPECT_EQ(read, RecordIdentifier("kept", "kept"));
+    for (std::size_t length = 0; length < northD1R7.size(); ++length) {
+        const std::string part = northD1R7.substr(0, length);
+        const char *cursor = part.data();
+        RecordIdentifier kept = identifier("South", "D2", "R8");
+        EXPECT_FALSE(Ulma::fromCharStream(&cursor, part.data() + part.size(), kept)) << length;
+        EXPECT_EQ(cursor, part.data());
+        EXPECT_EQ(kept, identifier("South", "D2", "R8"));
     }
 }
 
-TEST(RecordIdentifierStream, IsRefusedWhenItsTextsReachBeyondTheBlock)
+TEST(RecordIdentifier, IsReadFromAWholeBlockWithAnEnd)
 {
-    const std::string tail = knownBytes().substr(sizeof(quint32));
-    for (quint32 size = 0; size < tail.size(); ++size) {
-        std::string bytes(reinterpret_cast<const char *>(&size), sizeof size);
-        bytes += tail;
-        const char *position = bytes.data();
-        RecordIdentifier read("kept", "kept");
-        EXPECT_FALSE(Ulma::fromCharStream(&position, bytes.data() + bytes.size(), read)) << size;
-        EXPECT_EQ(read, RecordIdentifier("kept", "kept"));
+    const char *cursor = northD1R7.data();
+    RecordIdentifier read;
+    EXPECT_TRUE(Ulma::fromCharStream(&cursor, northD1R7.data() + northD1R7.size(), read));
+    EXPECT_EQ(read, identifier("North", "D1", "R7"));
+    EXPECT_EQ(cursor, northD1R7.data() + northD1R7.size());
+}
+
+TEST(RecordIdentifier, IsNotReadFromABlockThatIsTooShortForItsTexts)
+{
+    const std::string tail = northD1R7.substr(4) + "behind";
+    for (char length = 0; length < 30; ++length) {
+        const std::string stream = std::string(1, length) + bytes("\0\0\0") + tail;
+        const char *cursor = stream.data();
+        RecordIdentifier kept = identifier("South", "D2", "R8");
+        EXPECT_FALSE(Ulma::fromCharStream(&cursor, stream.data() + stream.size(), kept)) << int(length);
+        EXPECT_EQ(cursor, stream.data());
+        EXPECT_EQ(kept, identifier("South", "D2", "R8"));
     }
 }
 
+TEST(RecordIdentifier, IsNotReadWhereALengthIsHuge)
+{
+    const std::string hugeText = bytes("\x06\0\0\0") + bytes("\x7f\xff\xff\xf0\0N");
+    const std::string hugeBlock = bytes("\xff\xff\xff\xff") + northD1R7.substr(4);
+    for (const std::string &stream : {hugeText, hugeBlock}) {
+        const char *cursor = stream.data();
+        RecordIdentifier kept = identifier("South", "D2", "R8");
+        EXPECT_FALSE(Ulma::fromCharStream(&cursor, stream.data() + stream.size(), kept));
+        EXPECT_EQ(cursor, stream.data());
+        EXPECT_EQ(kept, identifier("South", "D2", "R8"));
+    }
+}
+
+TEST(RecordIdentifier, IsFollowedByTheEndOfItsBlock)
+{
+    const std::string stream = bytes("\x20\0\0\0") + northD1R7.substr(4) + "++;";
+    const char *cursor = stream.data();
+    EXPECT_EQ(Ulma::fromCharStream<RecordIdentifier>(&cursor), identifier("North", "D1", "R7"));
+    EXPECT_EQ(std::string(cursor), ";");
+}
 } // namespace
