@@ -10,6 +10,7 @@
 
 #include <QCoreApplication>
 
+#include <map>
 #include <memory>
 #include <stdexcept>
 #include <thread>
@@ -159,6 +160,30 @@ TEST(CorruptErrorString, IsTracedAndGivesNothing)
         EXPECT_TRUE(isDefault(*owned)) << text;
         EXPECT_THAT(traces.take(), ElementsAre(trace));
     }
+}
+
+TEST(CorruptErrorString, IsTracedWholeWhenManyThreadsReadAtOnce)
+{
+    constexpr int readers = 4, times = 1000;
+    ErrorDescriptor descriptor;
+    std::map<std::string, int> traced;
+    {
+        const CapturedTraces traces(32);
+        std::vector<std::thread> threads;
+        for (int reader = 0; reader < readers; ++reader)
+            threads.emplace_back([&descriptor, text = QString(40 + reader, QChar(u'a' + reader))] {
+                for (int i = 0; i < times; ++i)
+                    descriptor.GetErrorCode(text);
+            });
+        for (std::thread &thread : threads)
+            thread.join();
+        for (const std::string &text : traces.texts())
+            ++traced[text];
+    }
+    std::map<std::string, int> expected;
+    for (int reader = 0; reader < readers; ++reader)
+        expected["ErrorDescriptor::GetErrorCode ->" + std::string(40 + reader, 'a' + reader) + " is corrupt"] = times;
+    EXPECT_EQ(traced, expected);
 }
 
 TEST(ErrorStrings, AreSplitAtTheDoubleBar)
