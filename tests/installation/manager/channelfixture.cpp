@@ -28,7 +28,7 @@ ChannelFixture::ChannelFixture() : peer(new FakeChannelManager)
     device.control = recorder->reference();
     devices = std::make_shared<DeviceDirectory>(DeviceList{device});
     configuration.stateFolder = folder.path();
-    configuration.timing = {.callLimit = 2s, .clientLimit = 2s, .runInterval = 10ms};
+    configuration.timing = {.clientLimit = 2s, .callLimit = 2s, .runInterval = 10ms};
     startService();
 }
 

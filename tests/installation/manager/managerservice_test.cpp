@@ -120,7 +120,7 @@ TEST_F(ManagerService, IsNotHeldUpByARecorderThatIsSilent)
 TEST_F(ManagerService, TakesARecorderAsAvailableWhoseListComesTooLate)
 {
     const auto store = std::make_shared<installation::recorder::StoreThread>(folder.filePath(QStringLiteral("long")));
-    const installation::Activation activation(TestOrb::instance().insPoa(), "LONG", new LongList(store, "v1"));
+    const installation::Activation activation(TestOrb::instance().insPoa(), "LONG", new LongList(store, nullptr, nullptr, "v1"));
     registerRecorder("LONG", CORBA::Object_var(activation.reference()));
     startManager();
     EXPECT_TRUE(becomesAvailable("LONG"));
