@@ -225,6 +225,27 @@ char *ControlServant::copyRecordEx(Text recordId, const TQ_KORVE::seqFILE_PART &
     return copyRecord(recordId, parts, name);
 }
 
+TQ_KORVE::seqOctet *ControlServant::getOverviewSpectrum(Text recordId, CORBA::ULongLong startPosition,
+                                                        CORBA::ULongLong stopPosition, CORBA::ULongLong lineCount,
+                                                        CORBA::ULong fftSize, Window window)
+{
+    return answer("getOverviewSpectrum", [&] {
+        return toOctets(operations->spectra.overview(idOf(recordId),
+                                                     {startPosition, stopPosition, lineCount, fftSize, window}));
+    });
+}
+
+void ControlServant::getOverviewSpectrumStreamed(Text recordId, CORBA::ULongLong startPosition,
+                                                 CORBA::ULongLong stopPosition, CORBA::ULongLong lineCount,
+                                                 CORBA::ULong fftSize, Window window, CORBA::ULong address,
+                                                 CORBA::UShort port)
+{
+    answer("getOverviewSpectrumStreamed", [&] {
+        operations->spectra.stream(idOf(recordId), {startPosition, stopPosition, lineCount, fftSize, window}, address,
+                                   port);
+    });
+}
+
 CORBA::ULongLong ControlServant::setSystemTime(CORBA::ULongLong timeUs)
 {
     return answerDevice("setSystemTime", [&] { return operations->clock.set(timeUs); });

@@ -60,6 +60,12 @@ public:
     char *copyRecord(Text recordId, const TQ_KORVE::seqFILE_PART &parts, const TQ_KORVE::wideText &name) override;
     char *copyRecordEx(Text recordId, const TQ_KORVE::seqFILE_PART &parts, const TQ_KORVE::wideText &name,
                        Receiver) override;
+    TQ_KORVE::seqOctet *getOverviewSpectrum(Text recordId, CORBA::ULongLong startPosition,
+                                            CORBA::ULongLong stopPosition, CORBA::ULongLong lineCount,
+                                            CORBA::ULong fftSize, Window window) override;
+    void getOverviewSpectrumStreamed(Text recordId, CORBA::ULongLong startPosition, CORBA::ULongLong stopPosition,
+                                     CORBA::ULongLong lineCount, CORBA::ULong fftSize, Window window,
+                                     CORBA::ULong address, CORBA::UShort port) override;
     CORBA::ULongLong setSystemTime(CORBA::ULongLong timeUs) override;
     CORBA::ULongLong getSystemTime() override;
     CORBA::Boolean isSynchronizedByNTP() override;

@@ -2,6 +2,7 @@
 
 #include "installation/recorder/deviceclock.h"
 #include "installation/recorder/recordcopier.h"
+#include "installation/recorder/spectrumsender.h"
 
 namespace installation::recorder
 {
@@ -13,16 +14,21 @@ class DeviceOperations
 {
 public:
     /// The folder @p statePath is that of the store.
-    DeviceOperations(std::shared_ptr<StoreThread> store, const QString &statePath)
-        : clock(statePath + QLatin1String("/clock")), copier(std::move(store), clock)
+    DeviceOperations(const std::shared_ptr<StoreThread> &store, const QString &statePath)
+        : clock(statePath + QLatin1String("/clock")), copier(store, clock), spectra(store)
     {
     }
 
     /// Ends all that goes on, and waits until it has.
-    void stop() { copier.stop(); }
+    void stop()
+    {
+        copier.stop();
+        spectra.stop();
+    }
 
     DeviceClock clock;
     RecordCopier copier;
+    SpectrumSender spectra;
 };
 
 } // namespace installation::recorder

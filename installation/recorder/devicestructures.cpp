@@ -2,6 +2,9 @@
 
 #include "korvebase/corbatodeviceconverter.h"
 
+#include <algorithm>
+#include <memory>
+
 namespace installation::recorder
 {
 
@@ -81,6 +84,14 @@ QString fromWideText(const TQ_KORVE::wideText &text)
     for (CORBA::ULong i = 0; i < text.length(); ++i)
         result[static_cast<int>(i)] = QChar(text[i]);
     return result;
+}
+
+TQ_KORVE::seqOctet *toOctets(const QByteArray &bytes)
+{
+    auto octets = std::make_unique<TQ_KORVE::seqOctet>();
+    octets->length(static_cast<CORBA::ULong>(bytes.size()));
+    std::copy(bytes.cbegin(), bytes.cend(), octets->get_buffer());
+    return octets.release();
 }
 
 QVector<FilePart> fromFileParts(const TQ_KORVE::seqFILE_PART &parts)

@@ -19,6 +19,8 @@ TQ_KORVE::struHistoryEntry toHistoryEntry(const Note &entry);
 /// Unit by unit, without an end.
 TQ_KORVE::wideText toWideText(const QString &text);
 QString fromWideText(const TQ_KORVE::wideText &text);
+/// The caller owns it.
+TQ_KORVE::seqOctet *toOctets(const QByteArray &bytes);
 QVector<FilePart> fromFileParts(const TQ_KORVE::seqFILE_PART &parts);
 
 } // namespace installation::recorder

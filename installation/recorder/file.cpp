@@ -86,13 +86,12 @@ void File::sync()
         fail("write", path);
 }
 
-/// Fills @p maximum bytes by @p readSome(place, count, done), or fewer where the file ends.
-template <typename Read> QByteArray File::filled(qint64 maximum, Read readSome) const
+/// Fills @p maximum bytes by @p readSome(place, count, done), or fewer where the file ends, and returns how many.
+template <typename Read> qint64 File::fill(char *target, qint64 maximum, Read readSome) const
 {
-    QByteArray bytes(static_cast<int>(maximum), Qt::Uninitialized);
     qint64 done = 0;
     while (done < maximum) {
-        const ssize_t count = readSome(bytes.data() + done, maximum - done, done);
+        const ssize_t count = readSome(target + done, maximum - done, done);
         if (count == 0)
             break;
         if (count > 0)
@@ -100,20 +99,34 @@ template <typename Read> QByteArray File::filled(qint64 maximum, Read readSome) 
         else if (errno != EINTR)
             fail("read", path);
     }
-    bytes.truncate(static_cast<int>(done));
-    return bytes;
+    return done;
 }
 
 QByteArray File::read(qint64 maximum)
 {
-    return filled(maximum, [this](char *place, qint64 count, qint64) { return ::read(descriptor, place, count); });
+    QByteArray bytes(static_cast<int>(maximum), Qt::Uninitialized);
+    bytes.truncate(static_cast<int>(fill(bytes.data(), maximum, [this](char *place, qint64 count, qint64) {
+        return ::read(descriptor, place, count);
+    })));
+    return bytes;
 }
 
 QByteArray File::readAt(quint64 position, qint64 maximum) const
 {
-    return filled(maximum, [&](char *place, qint64 count, qint64 done) {
+    QByteArray bytes(static_cast<int>(maximum), Qt::Uninitialized);
+    bytes.truncate(static_cast<int>(fill(bytes.data(), maximum, [&](char *place, qint64 count, qint64 done) {
         return ::pread(descriptor, place, count, static_cast<off_t>(position + done));
+    })));
+    return bytes;
+}
+
+void File::readWholeAt(quint64 position, char *target, qint64 count) const
+{
+    const qint64 done = fill(target, count, [&](char *place, qint64 wanted, qint64 done) {
+        return ::pread(descriptor, place, wanted, static_cast<off_t>(position + done));
     });
+    if (done != count)
+        throw RecorderError(TQ_KORVE::ekRECORD_CORRUPTED, QStringLiteral("%1 became shorter").arg(path));
 }
 
 struct stat File::status() const

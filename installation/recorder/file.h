@@ -29,13 +29,17 @@ public:
     QByteArray read(qint64 maximum);
     /// The same from @p position on, whatever was read before. May be called by several threads.
     QByteArray readAt(quint64 position, qint64 maximum) const;
+    /// The same to @p target, exactly @p count bytes.
+    void readWholeAt(quint64 position, char *target, qint64 count) const;
+    /// For what the system does with open files; it stays this object's.
+    int handle() const { return descriptor; }
     struct stat status() const;
     /// For what the system does with it by itself; stays with this object.
     int handle() const { return descriptor; }
 
 private:
     File(int descriptor, const QString &path) : descriptor(descriptor), path(path) {}
-    template <typename Read> QByteArray filled(qint64 maximum, Read readSome) const;
+    template <typename Read> qint64 fill(char *target, qint64 maximum, Read readSome) const;
 
     int descriptor;
     const QString path;

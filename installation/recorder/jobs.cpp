@@ -5,14 +5,26 @@
 #include "coresupport/trace.h"
 
 #include <atomic>
+#include <csignal>
 
 namespace installation::recorder
 {
 
 namespace
 {
+
 constexpr const char *sourceName = "installation/recorder/jobs";
+
+/// A receiver that goes must not end us; sendfile() has no flag for that.
+void blockBrokenPipes()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGPIPE);
+    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 }
+
+} // namespace
 
 struct Jobs::Job {
     std::thread thread;
@@ -44,6 +56,7 @@ void Jobs::start(Place place, Work work)
     joinFinished();
     Job &job = jobs.emplace_back();
     job.thread = std::thread([this, &job, held = std::move(place), work = std::move(work)]() mutable {
+        blockBrokenPipes();
         run(job, work);
         work = nullptr;
         const Place last = std::move(held); // given back before the work counts as done

@@ -18,6 +18,9 @@ public:
     /// For a system call that left @p error in `errno` when we tried to do @p action.
     static RecorderError ofSystem(int error, const QString &action);
 
+    /// The same of another kind.
+    RecorderError as(TQ_KORVE::eKorveKind kind) const { return {kind, text()}; }
+
     TQ_KORVE::eKorveKind kind() const { return errorKind; }
     QString text() const { return QString::fromUtf8(utf8); }
     const char *what() const noexcept override { return utf8.constData(); }

@@ -163,18 +163,6 @@ void UnservedControl::cancelBiteOnDemand()
     refuseSilently("cancelBiteOnDemand");
 }
 
-TQ_KORVE::seqOctet *UnservedControl::getOverviewSpectrum(Text, CORBA::ULongLong, CORBA::ULongLong, CORBA::ULongLong,
-                                                         CORBA::ULong, Window)
-{
-    refuse("getOverviewSpectrum");
-}
-
-void UnservedControl::getOverviewSpectrumStreamed(Text, CORBA::ULongLong, CORBA::ULongLong, CORBA::ULongLong,
-                                                  CORBA::ULong, Window, CORBA::ULong, CORBA::UShort)
-{
-    refuse("getOverviewSpectrumStreamed");
-}
-
 CORBA::ULong UnservedControl::getPDWcount(Text)
 {
     refuse("getPDWcount");

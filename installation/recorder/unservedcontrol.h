@@ -5,7 +5,7 @@
 namespace installation::recorder
 {
 
-/// The operations of a device that this recorder does not offer: sessions, the archive, spectra, self-test, and
+/// The operations of a device that this recorder does not offer: sessions, the archive, self-test, and
 /// control of the host.
 ///
 /// All raise `ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE` with a text, or `CORBA::NO_IMPLEMENT` where the contract
@@ -48,10 +48,6 @@ public:
     void startBiteOnDemand() override;
     void startBiteOnDemandEx(Receiver) override;
     void cancelBiteOnDemand() override;
-    TQ_KORVE::seqOctet *getOverviewSpectrum(Text, CORBA::ULongLong, CORBA::ULongLong, CORBA::ULongLong, CORBA::ULong,
-                                            Window) override;
-    void getOverviewSpectrumStreamed(Text, CORBA::ULongLong, CORBA::ULongLong, CORBA::ULongLong, CORBA::ULong, Window,
-                                     CORBA::ULong, CORBA::UShort) override;
     CORBA::ULong getPDWcount(Text) override;
     void getPDWs(Text, CORBA::ULong, CORBA::UShort) override;
     CORBA::ULong getInternalStatusData(CORBA::ULong, TQ_KORVE::seqOctet &) override;

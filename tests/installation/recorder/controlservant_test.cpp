@@ -1,3 +1,5 @@
+#include "apps/spectrum/spectrumreader.h"
+#include "tests/installation/recorder/receiver.h"
 #include "tests/installation/recorder/recordingfiles.h"
 #include "tests/installation/recorder/servingprocess.h"
 #include "tests/installation/recorder/storedrecords.h"
@@ -263,6 +265,14 @@ INSTANTIATE_TEST_SUITE_P(
                         [](auto control, auto id) { seqINDEX_ENTRY_var(control->getSeqOfIndexEntries(id, 0, 1)); }},
         RecordOperation{"addBookmark", [](auto control, auto id) { control->addBookmark(id, 1, wide("x")); }},
         RecordOperation{"removeBookmark", [](auto control, auto id) { control->removeBookmark(id, 1); }},
+        RecordOperation{"getOverviewSpectrum",
+                        [](auto control, auto id) {
+                            seqOctet_var(control->getOverviewSpectrum(id, 0, 4000, 1, 2, wmHanning));
+                        }},
+        RecordOperation{"getOverviewSpectrumStreamed",
+                        [](auto control, auto id) {
+                            control->getOverviewSpectrumStreamed(id, 0, 4000, 1, 2, wmHanning, Receiver::address, 9);
+                        }},
         RecordOperation{"getBookmarks", [](auto control, auto id) { seqBookmarks_var(control->getBookmarks(id)); }},
         RecordOperation{"addHistory", [](auto control, auto id) { control->addHistory(id, wide("x")); }},
         RecordOperation{"removeHistoryEntry", [](auto control, auto id) { control->removeHistoryEntry(id, 1); }},
@@ -318,6 +328,33 @@ TEST_F(Control, CopiesSectionsOfARecord)
     EXPECT_EQ(seqMETA_DATA_var(control->listAllRecords())->length(), 4u);
 }
 
+TEST_F(Control, AnswersWithASpectrumAndStreamsTheSame)
+{
+    const seqOctet_var octets = control->getOverviewSpectrum(air, 400, 4000, 3, 128, wmBlackman);
+    const QByteArray answered(reinterpret_cast<const char *>(octets->get_buffer()), int(octets->length()));
+    Receiver receiver;
+    control->getOverviewSpectrumStreamed(air, 400, 4000, 3, 128, wmBlackman, Receiver::address, receiver.port());
+    EXPECT_EQ(receiver.takeAll(), answered);
+    apps::SpectrumReader reader;
+    reader.add(answered);
+    const apps::SpectrumHead head{128, 4, 128, 3, 400, 4000, 20'000'000, 98'500'000};
+    EXPECT_EQ(reader.head(), head);
+    while (const auto line = reader.next())
+        EXPECT_EQ(line->levels.size(), 128);
+    reader.requireComplete();
+}
+
+TEST_F(Control, RefusesASpectrumWithAReason)
+{
+    const auto stream = [&](CORBA::ULong fftSize, CORBA::UShort port) {
+        control->getOverviewSpectrumStreamed(air, 0, 4000, 1, fftSize, wmKaiser, Receiver::address, port);
+    };
+    EXPECT_EQ(kindOf([&] { stream(1, 9); }), ekINVALID_VALUE);
+    EXPECT_EQ(kindOf([&] { stream(128, deafPort()); }), ekCONNECTION_FAILURE);
+    EXPECT_EQ(kindOf([&] { seqOctet_var(control->getOverviewSpectrum(air, 0, 4001, 1, 128, wmHamming)); }),
+              ekINVALID_VALUE);
+}
+
 TEST_F(Control, KeepsTheTimeThatIsSet)
 {
     const CORBA::ULongLong noon = 1'000'000'000'000'000;
@@ -338,7 +375,6 @@ TEST_F(Control, SaysWhatItDoesNotOffer)
     EXPECT_EQ(kindOf([&] { IF_RecordingSession_var(control->createRecordingSession(drHF_20k, 0, dfRAW, none)); }), refused);
     EXPECT_EQ(kindOf([&] { seqMETA_DATA_var(control->getActiveSessions()); }), refused);
     EXPECT_EQ(kindOf([&] { seqDataRateClasses_var(control->getAvailableDataRateClasses()); }), refused);
-    EXPECT_EQ(kindOf([&] { seqOctet_var(control->getOverviewSpectrum(air, 0, 1, 1, 1, wmHamming)); }), refused);
     EXPECT_THROW(control->eraseAllRecords(), CORBA::NO_IMPLEMENT);
     EXPECT_THROW(control->shutdown(), CORBA::NO_IMPLEMENT);
     EXPECT_EQ(seqMETA_DATA_var(control->listAllRecords())->length(), 2u);
