@@ -43,6 +43,7 @@ struct RaiseSystem {
 };
 /// In place of the servant, which is not asked.
 struct Answer {
+    Result result; ///< what the operation returns
     unsigned number;
 };
 /// As kill -9: before the servant has been asked, or when it has answered and nobody has been told.

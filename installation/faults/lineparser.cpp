@@ -53,13 +53,14 @@ bool isServedBy(const Operation &operation, const std::string &role)
     return role.empty() || roleOfModule(operation.module) == role;
 }
 
-/// Whether one of that name can be meant, and @p fits.
-template <typename Fits> bool isAny(const std::string &role, const std::string &name, Fits fits)
+/// One of that name that can be meant, and @p fits; null when there is none.
+template <typename Fits> const Operation *find(const std::string &role, const std::string &name, Fits fits)
 {
     const auto all = allOperations();
-    return std::any_of(all.begin(), all.end(), [&](const Operation &operation) {
+    const auto found = std::find_if(all.begin(), all.end(), [&](const Operation &operation) {
         return operation.name == name && isServedBy(operation, role) && fits(operation);
     });
+    return found == all.end() ? nullptr : &*found;
 }
 
 } // namespace
@@ -112,7 +113,7 @@ void LineParser::parseDisk()
 
 void LineParser::parseCall()
 {
-    const std::string role = takeRoleOfCall();
+    std::string role = takeRoleOfCall();
     const std::string operation = takeOperation(role);
     const CallAction action = takeAction(role, operation);
     const TimeWindow window = takeWindow();
@@ -128,13 +129,13 @@ std::string LineParser::takeRoleOfCall()
 std::string LineParser::takeOperation(const std::string &role)
 {
     const std::string name = take("an operation");
-    if (!isAny(role, name, [](const Operation &) { return true; }))
+    if (!find(role, name, [](const Operation &) { return true; }))
         refuse(role.empty() ? "no service has an operation " + quoted(name)
                             : "the " + role + " has no operation " + quoted(name));
     return name;
 }
 
-CallAction LineParser::takeAction(const std::string &role, const std::string &operation)
+CallAction LineParser::takeAction(std::string &role, const std::string &operation)
 {
     if (takeIf("pass"))
         return Pass{};
@@ -176,15 +177,16 @@ unsigned LineParser::takeKind(const UserException &exception)
     return kind;
 }
 
-Answer LineParser::takeAnswer(const std::string &role, const std::string &operation)
+Answer LineParser::takeAnswer(std::string &role, const std::string &operation)
 {
-    if (!isAny(role, operation, isAnswerable))
+    const Operation *const answerable = find(role, operation, isAnswerable);
+    if (!answerable)
         refuse(quoted(operation) + " has no answer that is a number alone");
-    const bool isTruth = !isAny(role, operation, [](const Operation &row) { return row.result == Result::Number; });
+    role = roleOfModule(answerable->module);
     const unsigned number = takeNumber("a number to answer");
-    if (isTruth && number > 1)
+    if (answerable->result == Result::Truth && number > 1)
         refuse(quoted(operation) + " answers 0 or 1");
-    return {number};
+    return {answerable->result, number};
 }
 
 TimeWindow LineParser::takeWindow()

@@ -21,10 +21,11 @@ private:
     void parseCall();
     std::string takeRoleOfCall();
     std::string takeOperation(const std::string &role);
-    CallAction takeAction(const std::string &role, const std::string &operation);
+    CallAction takeAction(std::string &role, const std::string &operation);
     CallAction takeException();
     unsigned takeKind(const UserException &exception);
-    Answer takeAnswer(const std::string &role, const std::string &operation);
+    /// Only the role whose operation has such an answer is meant.
+    Answer takeAnswer(std::string &role, const std::string &operation);
     TimeWindow takeWindow();
     unsigned takeTimes();
 

@@ -5,7 +5,6 @@
 #include <omniORB4/CORBA.h>
 #include <omniORB4/callDescriptor.h>
 
-#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 
@@ -22,15 +21,6 @@ namespace
     std::abort(); // never reached
 }
 
-Result resultOf(std::string_view operation)
-{
-    const auto all = allOperations();
-    const auto found = std::find_if(all.begin(), all.end(), [&](const Operation &row) {
-        return row.name == operation && row.result != Result::Other;
-    });
-    return found == all.end() ? Result::Other : found->result;
-}
-
 class Strike
 {
 public:
@@ -40,7 +30,7 @@ public:
     void operator()(const Delay &) const { call.interceptedCall(&servant); }
     void operator()(const RaiseUser &action) const { action.exception->raise(action.kind, action.text.c_str()); }
     void operator()(const RaiseSystem &action) const { action.raise(); }
-    void operator()(const Answer &action) const { answer(call, resultOf(call.op()), action.number); }
+    void operator()(const Answer &action) const { answer(call, action.result, action.number); }
     void operator()(const KillProcess &action) const
     {
         if (action.isAfterwards)

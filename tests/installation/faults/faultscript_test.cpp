@@ -114,6 +114,14 @@ TEST(FaultScriptTest, KnowsAllActions)
     EXPECT_THROW(actionOf<RaiseSystem>("on getRecord raise TRANSIENT once").raise(), CORBA::TRANSIENT);
 }
 
+TEST(FaultScriptTest, HasOnlyThoseAnswerANumberWhoReturnOne)
+{
+    EXPECT_EQ(onlyCall("on copyRecord answer 7").role, "manager");
+    EXPECT_EQ(actionOf<Answer>("on copyRecord answer 7").result, Result::Number);
+    EXPECT_EQ(actionOf<Answer>("on deleteRecord answer 1").result, Result::Truth);
+    EXPECT_EQ(onlyCall("on copyRecord raise TRANSIENT").role, "");
+}
+
 TEST(FaultScriptTest, KnowsKindsByWordAndNumber)
 {
     const auto byNumber = actionOf<RaiseUser>("on addBookmark raise exKorve 34");
@@ -166,6 +174,8 @@ INSTANTIATE_TEST_SUITE_P(
         Refusal{"OtherKind", "on getRecord raise exKorve ekNONE", "exKorve has no kind \"ekNONE\""},
         Refusal{"TextOfSystemException", "on getRecord raise TRANSIENT \"a\"", "\"once\" or a number of times is missing"},
         Refusal{"AnswerOfVoid", "on addBookmarks answer 3", "\"addBookmarks\" has no answer that is a number alone"},
+        Refusal{"AnswerOfOthers", "on recorder copyRecord answer 3",
+                "\"copyRecord\" has no answer that is a number alone"},
         Refusal{"AnswerOfText", "on getWorkstationName answer 3", "\"getWorkstationName\" has no answer that is a number alone"},
         Refusal{"NegativeAnswer", "on getRecord answer -1", "\"-1\" is not a number to answer"},
         Refusal{"HighAnswer", "on getRecord answer 4294967296", "\"4294967296\" is not a number to answer"},
