@@ -19,6 +19,14 @@ std::string told(unsigned long number)
     return std::to_string(number);
 }
 
+QVector<KORVE_XML::BookmarkEntry> oneBookmark()
+{
+    KORVE_XML::BookmarkEntry bookmark;
+    bookmark.SetTimestamp(1);
+    bookmark.SetBookmark(words);
+    return {bookmark};
+}
+
 std::string toldTruth(bool isTrue)
 {
     return isTrue ? "true" : "false";
@@ -61,20 +69,21 @@ std::string Client::run(const std::string &command)
 const std::map<std::string, Client::Command> &Client::commands()
 {
     static const std::map<std::string, Command> all = [] {
-        std::map<std::string, Command> both = adminCommands();
+        std::map<std::string, Command> both = recordCommands();
+        both.insert(deviceCommands().begin(), deviceCommands().end());
         both.insert(otherCommands().begin(), otherCommands().end());
         return both;
     }();
     return all;
 }
 
-const std::map<std::string, Client::Command> &Client::adminCommands()
+const std::map<std::string, Client::Command> &Client::recordCommands()
 {
     static const std::map<std::string, Command> all{
-        {"SaveBookmarksToKorve", [](Client &c) { return told(c.admin->SaveBookmarksToKorve(device, c.record, {})); }},
+        {"SaveBookmarksToKorve", [](Client &c) { return told(c.admin->SaveBookmarksToKorve(device, c.record, oneBookmark())); }},
         {"DeleteBookmarksFromKorve",
-         [](Client &c) { return told(c.admin->DeleteBookmarksFromKorve(device, c.record, {})); }},
-        {"addBookmarkEntries", [](Client &c) { return told(c.admin->addBookmarkEntries(device, c.record, {})); }},
+         [](Client &c) { return told(c.admin->DeleteBookmarksFromKorve(device, c.record, oneBookmark())); }},
+        {"addBookmarkEntries", [](Client &c) { return told(c.admin->addBookmarkEntries(device, c.record, oneBookmark())); }},
         {"RequestRecordDataDetail", [](Client &c) { return told(c.admin->requestRecordDataDetail(device, c.record)); }},
         {"SaveHistoryEntryToKorve",
          [](Client &c) { return told(c.admin->SaveHistoryEntryToKorve(device, c.record, words)); }},
@@ -96,6 +105,13 @@ const std::map<std::string, Client::Command> &Client::adminCommands()
              KORVE_RecordData data;
              return told(c.admin->getRecord(device, c.record, data));
          }},
+    };
+    return all;
+}
+
+const std::map<std::string, Client::Command> &Client::deviceCommands()
+{
+    static const std::map<std::string, Command> all{
         {"overviewSpectrumStreamed",
          [](Client &c) {
              return told(c.admin->overviewSpectrumStreamed(device, c.record, 0, 8, 1, 16,

@@ -30,7 +30,8 @@ public:
 private:
     using Command = std::function<std::string(Client &)>;
     static const std::map<std::string, Command> &commands();
-    static const std::map<std::string, Command> &adminCommands();
+    static const std::map<std::string, Command> &recordCommands();
+    static const std::map<std::string, Command> &deviceCommands();
     static const std::map<std::string, Command> &otherCommands();
 
     /// As new ones, without what they have fetched.
