@@ -193,11 +193,12 @@ TEST(RecordIdentifier, IsNotReadFromABlockThatIsTooShortForItsTexts)
     }
 }
 
-TEST(RecordIdentifier, IsNotReadWhereALengthIsHuge)
+TEST(RecordIdentifier, IsNotReadWhereALengthIsHugeOrOdd)
 {
+    const std::string oddText = bytes("\x0d\0\0\0") + bytes("\0\0\0\x01N") + bytes("\0\0\0\0\0\0\0\0");
     const std::string hugeText = bytes("\x06\0\0\0") + bytes("\x7f\xff\xff\xf0\0N");
     const std::string hugeBlock = bytes("\xff\xff\xff\xff") + northD1R7.substr(4);
-    for (const std::string &stream : {hugeText, hugeBlock}) {
+    for (const std::string &stream : {oddText, hugeText, hugeBlock}) {
         const char *cursor = stream.data();
         RecordIdentifier kept = identifier("South", "D2", "R8");
         EXPECT_FALSE(Ulma::fromCharStream(&cursor, stream.data() + stream.size(), kept));
