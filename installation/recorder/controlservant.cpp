@@ -229,7 +229,7 @@ TQ_KORVE::seqOctet *ControlServant::getOverviewSpectrum(Text recordId, CORBA::UL
                                                         CORBA::ULongLong stopPosition, CORBA::ULongLong lineCount,
                                                         CORBA::ULong fftSize, Window window)
 {
-    return answer("getOverviewSpectrum", [&] {
+    return answerDevice("getOverviewSpectrum", [&] {
         return toOctets(operations->spectra.overview(idOf(recordId),
                                                      {startPosition, stopPosition, lineCount, fftSize, window}));
     });
@@ -240,7 +240,7 @@ void ControlServant::getOverviewSpectrumStreamed(Text recordId, CORBA::ULongLong
                                                  CORBA::ULong fftSize, Window window, CORBA::ULong address,
                                                  CORBA::UShort port)
 {
-    answer("getOverviewSpectrumStreamed", [&] {
+    answerDevice("getOverviewSpectrumStreamed", [&] {
         operations->spectra.stream(idOf(recordId), {startPosition, stopPosition, lineCount, fftSize, window}, address,
                                    port);
     });

@@ -34,8 +34,6 @@ public:
     /// For what the system does with open files; it stays this object's.
     int handle() const { return descriptor; }
     struct stat status() const;
-    /// For what the system does with it by itself; stays with this object.
-    int handle() const { return descriptor; }
 
 private:
     File(int descriptor, const QString &path) : descriptor(descriptor), path(path) {}

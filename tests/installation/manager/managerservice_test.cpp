@@ -18,7 +18,11 @@ namespace
 class LongList : public installation::recorder::ControlServant
 {
 public:
-    using ControlServant::ControlServant;
+    explicit LongList(std::shared_ptr<installation::recorder::StoreThread> store)
+        : ControlServant(std::move(store), nullptr, nullptr, "v1")
+    {
+    }
+    void announceNotificationReceiver(Receiver) override {} // it has no sessions, and nothing to tell
     TQ_KORVE::seqMETA_DATA *listAllRecordsEx3() override { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE); }
 };
 
@@ -120,7 +124,7 @@ TEST_F(ManagerService, IsNotHeldUpByARecorderThatIsSilent)
 TEST_F(ManagerService, TakesARecorderAsAvailableWhoseListComesTooLate)
 {
     const auto store = std::make_shared<installation::recorder::StoreThread>(folder.filePath(QStringLiteral("long")));
-    const installation::Activation activation(TestOrb::instance().insPoa(), "LONG", new LongList(store, nullptr, nullptr, "v1"));
+    const installation::Activation activation(TestOrb::instance().insPoa(), "LONG", new LongList(store));
     registerRecorder("LONG", CORBA::Object_var(activation.reference()));
     startManager();
     EXPECT_TRUE(becomesAvailable("LONG"));
