@@ -49,6 +49,8 @@ public:
     }
 
 private:
+    friend class IdentifierIndex; // reads the texts without a copy of each
+
     int hash;
     QString subSystemName;
     QString device;

@@ -1,10 +1,13 @@
 #include "korvebase/recordidentifierlist.h"
 
+#include "korvebase/identifierindex.h"
+
 #include <QPair>
 #include <QSet>
 
 #include <algorithm>
-#include <unordered_set>
+#include <functional>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -14,36 +17,13 @@ namespace korve
 namespace
 {
 
-/// Identifiers of lists that stay as they are while this lives: it borrows them.
-class BorrowedSet
+IdentifierIndex indexOfAll(const RecordIdentifierList &identifiers)
 {
-public:
-    explicit BorrowedSet(int capacity) { identifiers.reserve(static_cast<std::size_t>(capacity)); }
-    explicit BorrowedSet(const RecordIdentifierList &list) : BorrowedSet(list.size()) { insertAll(list); }
-
-    void insertAll(const RecordIdentifierList &list)
-    {
-        for (const RecordIdentifier &identifier : list)
-            insert(identifier);
-    }
-    /// True when it was not there yet.
-    bool insert(const RecordIdentifier &identifier) { return identifiers.insert(&identifier).second; }
-    bool contains(const RecordIdentifier &identifier) const { return identifiers.contains(&identifier); }
-
-private:
-    struct Hash {
-        // Not the identifier's own hash: the same record can be on very many devices.
-        std::size_t operator()(const RecordIdentifier *identifier) const
-        {
-            return ::qHash(identifier->deviceID(), qHash(*identifier)) + ::qHash(identifier->subSystem());
-        }
-    };
-    struct Equal {
-        bool operator()(const RecordIdentifier *a, const RecordIdentifier *b) const { return *a == *b; }
-    };
-
-    std::unordered_set<const RecordIdentifier *, Hash, Equal> identifiers;
-};
+    IdentifierIndex index(identifiers.size());
+    for (const RecordIdentifier &identifier : identifiers)
+        index.insert(identifier);
+    return index;
+}
 
 /// The different results of @p part over the identifiers that are @p wanted.
 template <class Wanted, class Part>
@@ -103,18 +83,19 @@ bool RecordIdentifierList::add(const QString &deviceID, const QString &recordID)
 
 bool RecordIdentifierList::add(const RecordIdentifierList &identifiers)
 {
-    BorrowedSet known(size() + identifiers.size());
-    known.insertAll(*this);
-    std::vector<const RecordIdentifier *> fresh;
-    for (const RecordIdentifier &identifier : identifiers) {
-        if (known.insert(identifier))
-            fresh.push_back(&identifier);
+    const IdentifierIndex candidates = indexOfAll(identifiers);
+    std::vector<bool> isKnown(static_cast<std::size_t>(candidates.size()));
+    for (const RecordIdentifier &identifier : std::as_const(*this)) {
+        if (const int number = candidates.find(identifier); number >= 0)
+            isKnown[static_cast<std::size_t>(number)] = true;
     }
-    // Only now is this list changed: until here its elements were borrowed, and it may be the other list itself.
-    reserve(size() + static_cast<int>(fresh.size()));
-    for (const RecordIdentifier *const identifier : fresh)
-        append(*identifier);
-    return static_cast<int>(fresh.size()) == identifiers.size();
+    // What is borrowed stays as it is: a list that is added to itself knows all of itself.
+    const int before = size();
+    for (int number = 0; number < candidates.size(); ++number) {
+        if (!isKnown[static_cast<std::size_t>(number)])
+            append(candidates[number]);
+    }
+    return size() - before == identifiers.size();
 }
 
 RecordIdentifierList &RecordIdentifierList::operator<<(const RecordIdentifier &identifier)
@@ -137,7 +118,7 @@ void RecordIdentifierList::sort()
 
 int RecordIdentifierList::removeDuplicates()
 {
-    BorrowedSet seen(size());
+    IdentifierIndex seen(size());
     return keepOnly([&](const RecordIdentifier &each) { return seen.insert(each); });
 }
 
@@ -148,8 +129,8 @@ int RecordIdentifierList::removeInvalidIDs()
 
 int RecordIdentifierList::removeAll(const RecordIdentifierList &identifiers)
 {
-    const BorrowedSet unwanted(identifiers);
-    return keepOnly([&](const RecordIdentifier &each) { return !unwanted.contains(each); });
+    const IdentifierIndex unwanted = indexOfAll(identifiers);
+    return keepOnly([&](const RecordIdentifier &each) { return unwanted.find(each) < 0; });
 }
 
 int RecordIdentifierList::removeAll(const QString &recordID)
@@ -169,7 +150,7 @@ int RecordIdentifierList::keepOnly(const Predicate &predicate)
 
 bool RecordIdentifierList::hasDuplicates() const
 {
-    BorrowedSet seen(size());
+    IdentifierIndex seen(size());
     return !std::all_of(begin(), end(), [&](const RecordIdentifier &each) { return seen.insert(each); });
 }
 
