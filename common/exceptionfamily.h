@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <cstring>
 #include <span>
 
 /// What a user exception of a known type carries.
@@ -27,11 +28,20 @@ unsigned long errorNumber(const CORBA::UserException &e, std::span<const Excepti
 /// The line of @p e by the first of @p families that knows its type.
 QString exceptionLine(const CORBA::UserException &e, std::span<const ExceptionFamily> families);
 
+/// The number that stands in @p kind; it need not be one of the enumeration's, which must then not be read as such.
+template <class Kind> unsigned long numberOf(const Kind &kind)
+{
+    unsigned int number = 0;
+    static_assert(sizeof kind == sizeof number);
+    std::memcpy(&number, &kind, sizeof number);
+    return number;
+}
+
 /// `recognise` of an exception that has a kind and a text.
 template <class Exception> bool recogniseAs(const CORBA::UserException &e, RaisedKind &raised)
 {
     const auto *const narrowed = Exception::_downcast(&e);
     if (narrowed)
-        raised = {static_cast<unsigned long>(narrowed->kind), narrowed->text.in()};
+        raised = {numberOf(narrowed->kind), narrowed->text.in()};
     return narrowed;
 }

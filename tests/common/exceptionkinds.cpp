@@ -7,15 +7,22 @@
 #include <QFile>
 #include <QStringList>
 
+#include <cstring>
 #include <stdexcept>
 
 namespace
 {
 constexpr unsigned long unknownException = 212;
 
+/// The kind may be none of the enumeration's, so it is put into the exception byte by byte.
 template <typename Exception> std::unique_ptr<CORBA::UserException> made(long kind, const char *text)
 {
-    return std::make_unique<Exception>(static_cast<decltype(Exception::kind)>(kind), text);
+    auto exception = std::make_unique<Exception>();
+    const int number = static_cast<int>(kind);
+    static_assert(sizeof exception->kind == sizeof number);
+    std::memcpy(&exception->kind, &number, sizeof number);
+    exception->text = CORBA::string_dup(text);
+    return exception;
 }
 
 ExceptionKind kindOf(const QString &line)
