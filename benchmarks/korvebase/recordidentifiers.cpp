@@ -6,6 +6,9 @@
 
 #include <QSet>
 
+#include <limits>
+#include <malloc.h>
+
 using korve::RecordIdentifier;
 using korve::RecordIdentifierList;
 
@@ -28,6 +31,13 @@ RecordIdentifierList identifiers(int firstNumber)
 
 /// Both lists are made once, so that neither lies scattered in the memory that others have given back.
 struct Lists {
+    /// What has been freed stays with the process, or the figure of either side is now and then that of page faults.
+    Lists()
+    {
+        require(mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max()), "freed memory is kept");
+        require(mallopt(M_MMAP_THRESHOLD, 32 << 20 /* the greatest */), "large blocks are kept");
+    }
+
     RecordIdentifierList known = identifiers(0);
     /// None of its identifiers is known yet: each is looked for, and each is appended.
     const RecordIdentifierList added = identifiers(listSize);
