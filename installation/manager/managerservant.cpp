@@ -53,9 +53,11 @@ void allowOnly(ChannelSettings &settings, const char *deviceId)
 } // namespace
 
 ManagerServant::ManagerServant(ManagerConfiguration configuration, std::shared_ptr<const DeviceDirectory> directory,
-                               CORBA::Object_ptr admin, std::shared_ptr<ChannelService> channels)
+                               CORBA::Object_ptr admin, std::shared_ptr<ChannelService> channels,
+                               std::shared_ptr<Exports> exports)
     : configuration(std::move(configuration)), directory(std::move(directory)),
-      admin(TQ_KRV::IF_KORVE_Admin::_unchecked_narrow(admin)), channels(std::move(channels))
+      admin(TQ_KRV::IF_KORVE_Admin::_unchecked_narrow(admin)), channels(std::move(channels)),
+      exports(std::move(exports))
 {
 }
 
@@ -166,14 +168,25 @@ char *ManagerServant::getWorkstationName()
     return owned(configuration.workstationName);
 }
 
-void ManagerServant::exportRecording(TQ_KRV::IF_ExportCallback_ptr)
+void ManagerServant::exportRecording(TQ_KRV::IF_ExportCallback_ptr callback)
 {
-    fail(Failure::Request_Failed, QStringLiteral("this manager does not export recordings"));
+    const ExportOrder order = orderFrom(callback);
+    const QByteArray device = order.device.toUtf8();
+    const QByteArray record = order.record.toUtf8();
+    ask(known(device.constData()), [&](TQ_KORVE::IF_Control_ptr recorder) {
+        return TQ_KORVE::struMETA_DATA_var(recorder->getMetaData(record.constData()))->size;
+    });
+    try {
+        exports->start(order);
+    } catch (const std::runtime_error &error) {
+        fail(Failure::Request_Failed, QString::fromUtf8(error.what()));
+    }
 }
 
 void ManagerServant::cancelExport(const char *exportId)
 {
-    fail(Failure::Request_Failed, QStringLiteral("no export %1 is running").arg(QString::fromUtf8(exportId)));
+    if (!exports->cancel(QString::fromUtf8(exportId)))
+        fail(Failure::Request_Failed, QStringLiteral("no export %1 is running").arg(QString::fromUtf8(exportId)));
 }
 
 void ManagerServant::restorePelinFileGroup(const char *deviceId, const char *, const char *fileGroup)
@@ -190,6 +203,18 @@ CORBA::Boolean ManagerServant::getPelinConnectionParameter(CORBA::String_out hos
     host = owned(archive.host);
     port = archive.port;
     return configuration.archive.has_value();
+}
+
+ExportOrder ManagerServant::orderFrom(TQ_KRV::IF_ExportCallback_ptr exporter) const
+{
+    if (CORBA::is_nil(exporter))
+        fail(Failure::Request_Failed, QStringLiteral("there is no exporter"));
+    try {
+        return orderOf(exporter, configuration.timing.clientLimit);
+    } catch (const CORBA::Exception &error) {
+        fail(Failure::Request_Failed,
+             QStringLiteral("the exporter does not answer: %1").arg(QLatin1String(error._name())));
+    }
 }
 
 Device ManagerServant::known(const char *deviceId) const

@@ -2,6 +2,7 @@
 
 #include "installation/manager/channelservice.h"
 #include "installation/manager/devicedirectory.h"
+#include "installation/manager/exports.h"
 #include "installation/manager/managerconfiguration.h"
 
 #include "idl/korvemanager.hh"
@@ -17,14 +18,15 @@ namespace installation
 /// `exKRV` tells what is wrong: an unknown device, address or record, or a request that failed, since the recorder does
 /// not answer or refuses; its text names both. `getAllRecords` gives the records without index, bookmarks and history,
 /// which `getRecord` of the administration has. `getDeviceInformation` gives the firmware version, state 1 while the
-/// device answers and 0 when it does not. Channels and replay are those of ChannelService. This manager exports nothing
-/// and restores nothing from an archive: both are refused with `Request_Failed`.
-/// Thread: any; a call waits for a recorder at most for the call limit of each question.
+/// device answers and 0 when it does not. Channels and replay are those of ChannelService. `exportRecording` answers
+/// when the export has begun, and is refused as one that failed for an exporter that is nil or does not answer, an id
+/// that is being exported, and too many exports at once. This manager restores nothing from an archive:
+/// `Request_Failed`. Thread: any; a call waits for a recorder at most for the call limit of each question.
 class ManagerServant : public POA_TQ_KRV::IF_KRV_c_KRV
 {
 public:
     ManagerServant(ManagerConfiguration configuration, std::shared_ptr<const DeviceDirectory> directory,
-                   CORBA::Object_ptr admin, std::shared_ptr<ChannelService> channels);
+                   CORBA::Object_ptr admin, std::shared_ptr<ChannelService> channels, std::shared_ptr<Exports> exports);
 
     TQ_KRV::IF_KRV_c_Chan_ptr registerChannel(TQ_KRV::IF_KRV_c_ChanMan_ptr channelManager, TQ_KRV::eDATARATE_CLASS rate,
                                               TQ_KRV::eDATA_FORMAT format, CORBA::Boolean record, CORBA::Boolean replay,
@@ -56,6 +58,7 @@ public:
 
 private:
     TQ_KRV::IF_KRV_c_Chan_ptr registered(const ChannelSettings &settings, CORBA::String_out &channelId);
+    ExportOrder orderFrom(TQ_KRV::IF_ExportCallback_ptr exporter) const;
     Device known(const char *deviceId) const;
     template <typename Question>
     std::invoke_result_t<Question, TQ_KORVE::IF_Control_ptr> ask(const Device &device, Question question) const;
@@ -64,6 +67,7 @@ private:
     const std::shared_ptr<const DeviceDirectory> directory;
     const TQ_KRV::IF_KORVE_Admin_var admin;
     const std::shared_ptr<ChannelService> channels;
+    const std::shared_ptr<Exports> exports;
 };
 
 } // namespace installation

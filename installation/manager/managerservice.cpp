@@ -18,7 +18,8 @@ public:
           admin(poa, "KorveManagerAdmin", new AdminServant(directory)),
           channels(std::make_shared<ChannelService>(configuration, poa, directory, std::move(channelListener))),
           manager(poa, "KorveManager",
-                  new ManagerServant(configuration, directory, CORBA::Object_var(admin.reference()), channels)),
+                  new ManagerServant(configuration, directory, CORBA::Object_var(admin.reference()), channels,
+                                     std::make_shared<Exports>(poa, directory, configuration.timing))),
           callbacks(std::make_shared<ClientCallbacks>(service, configuration.timing)),
           watch(configuration, service, directory, RecordWatch(poa, statesFor(configuration, callbacks)),
                 [callbacks = callbacks, listener = std::move(listener)](const DeviceList &devices) {

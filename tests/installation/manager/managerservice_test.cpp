@@ -193,8 +193,6 @@ TEST_F(ManagerService, RefusesWhatItDoesNotServe)
 {
     startManager();
     ASSERT_TRUE(becomesAvailable("REC1"));
-    EXPECT_EQ(kindRaisedBy([&] { manager->exportRecording(TQ_KRV::IF_ExportCallback::_nil()); }),
-              Kinds::Request_Failed);
     EXPECT_EQ(kindRaisedBy([&] { manager->cancelExport("1"); }), Kinds::Request_Failed);
     EXPECT_EQ(kindRaisedBy([&] { manager->restorePelinFileGroup("REC2", "", ""); }), Kinds::Invalid_DeviceId);
 }

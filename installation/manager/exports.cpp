@@ -1,0 +1,66 @@
+#include "installation/manager/exports.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <system_error>
+
+namespace installation
+{
+
+Exports::Exports(PortableServer::POA_ptr poa, std::shared_ptr<const DeviceDirectory> directory,
+                 const ManagerConfiguration::Timing &timing)
+    : poa(PortableServer::POA::_duplicate(poa)), directory(std::move(directory)), timing(timing)
+{
+}
+
+Exports::~Exports()
+{
+    for (const Running &one : running)
+        one.work->cancel();
+    for (Running &one : running)
+        one.thread.join();
+}
+
+void Exports::start(const ExportOrder &order)
+{
+    auto work = std::make_unique<Export>(order, poa, directory, timing);
+    const std::scoped_lock lock(mutex);
+    reap();
+    if (running.size() >= maximumExports)
+        throw std::runtime_error("there are too many exports at once");
+    const bool isRunning = std::ranges::any_of(running, [&](const Running &one) { return one.work->id() == order.id; });
+    if (isRunning)
+        throw std::runtime_error("export " + order.id.toStdString() + " is running already");
+    Running &started = running.emplace_back(std::move(work));
+    try {
+        started.thread = std::thread([&started] {
+            started.work->run();
+            started.done = true;
+        });
+    } catch (const std::system_error &error) { // no thread to be had
+        running.pop_back();
+        throw std::runtime_error(error.what());
+    }
+}
+
+bool Exports::cancel(const QString &id)
+{
+    const std::scoped_lock lock(mutex);
+    const auto found =
+        std::ranges::find_if(running, [&](const Running &one) { return !one.done && one.work->id() == id; });
+    if (found == running.end())
+        return false;
+    found->work->cancel();
+    return true;
+}
+
+void Exports::reap()
+{
+    running.remove_if([](Running &one) {
+        if (one.done)
+            one.thread.join();
+        return one.done.load();
+    });
+}
+
+} // namespace installation
