@@ -139,8 +139,10 @@ void ControlServant::clearDeletableFlagOfRecord(Text recordId)
 
 CORBA::Boolean ControlServant::removeRecord(Text recordId)
 {
-    return ask("removeRecord", [id = idOf(recordId), sessions = sessions](RecordStore &records) {
-        sessions->activities().requireNone(id);
+    // Not the sessions: they own the store thread, which must not be the one that lets them go last.
+    const auto activities = sessions->activities().shared_from_this();
+    return ask("removeRecord", [id = idOf(recordId), activities](RecordStore &records) {
+        activities->requireNone(id);
         return records.remove(id);
     });
 }
