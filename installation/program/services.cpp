@@ -2,6 +2,7 @@
 
 #include "installation/cco/activation.h"
 #include "installation/cco/centralobjectservice.h"
+#include "installation/manager/channelpublisher.h"
 #include "installation/manager/devicepublisher.h"
 #include "installation/manager/managerservice.h"
 #include "installation/program/importservant.h"
@@ -54,13 +55,14 @@ private:
     const Activation importActivation;
 };
 
-/// A manager, and its devices in the value tree.
+/// A manager, and its devices and channels in the value tree.
 class ManagerHost
 {
 public:
     ManagerHost(const HostSettings &settings, PortableServer::POA_ptr poa, CorbaCommon::ServiceRegistration &names)
         : service(settings.manager(), poa,
-                  CCO::IF_CCO_c_var(OrbHandler::Instance().centralService(centralServiceLimit)), devices.listener())
+                  CCO::IF_CCO_c_var(OrbHandler::Instance().centralService(centralServiceLimit)), devices.listener(),
+                  channels.listener())
     {
         // A client that has the tree looks for the manager at once, so the manager comes first. Without a central
         // object service nobody can find either.
@@ -74,6 +76,7 @@ public:
 
 private:
     DevicePublisher devices;
+    ChannelPublisher channels;
     ManagerService service;
     std::unique_ptr<VtServer> tree;
 };
