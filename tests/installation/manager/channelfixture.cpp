@@ -16,7 +16,7 @@ constexpr int patienceMs = 20000;
 
 ChannelFixture::ChannelFixture() : peer(new FakeChannelManager)
 {
-    recorder.emplace("SessionRecorder");
+    recorder.emplace("FakeRecorder");
     recorder->add("R1");
     peer->_add_ref();
     peerActivation.emplace(TestOrb::instance().insPoa(), "FakeChannelManager", peer);

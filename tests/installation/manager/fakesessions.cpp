@@ -35,7 +35,7 @@ FakeReplaySession::FakeReplaySession(std::shared_ptr<FakeRecord> record, std::sh
 
 FakeReplaySession::~FakeReplaySession()
 {
-    endReplaySession();
+    finish();
     thread.join();
     if (socket >= 0)
         ::close(socket);
@@ -80,6 +80,11 @@ void FakeReplaySession::setCurrentFilePosition(CORBA::ULongLong newPosition)
 void FakeReplaySession::endReplaySession()
 {
     trouble->meet("endReplaySession");
+    finish();
+}
+
+void FakeReplaySession::finish()
+{
     const std::scoped_lock lock(mutex);
     over = true;
     record->become(TQ_KORVE::rsIDLE);
@@ -158,8 +163,6 @@ bool FakeReplaySession::sendPiece()
     return true;
 }
 
-CORBA::ULong FakeRecordingSession::connectionId = 9;
-
 void FakeRecordingSession::endRecordingSession(const TQ_KORVE::wideText &comment)
 {
     trouble->meet("endRecordingSession");
@@ -183,5 +186,5 @@ CORBA::ULong FakeRecordingSession::connectToIf(const LLDCmodule::struConnectionP
     if (params.interfaceKind != LLDCmodule::ifTCP)
         throw LLDCmodule::exLLDC(LLDCmodule::ekIllegalIf, "not TCP");
     record->become(TQ_KORVE::rsRECORDING);
-    return connectionId;
+    return record->connectionId;
 }

@@ -22,6 +22,7 @@ struct FakeRecord {
     std::string name;
     quint64 size = 1000000;
     std::string comment;
+    CORBA::ULong connectionId = 9; ///< of a recording; 0: none comes about
 
     TQ_KORVE::eRECORD_STATUS statusNow()
     {
@@ -99,6 +100,7 @@ public:
     void stopDataTransfer(CORBA::ULong) override;
 
 private:
+    void finish();
     void run();
     bool sendPiece();
 
@@ -140,8 +142,6 @@ public:
     LLDCmodule::seqIfDescription *getIfUsed() override { return new LLDCmodule::seqIfDescription; }
     LLDCmodule::seqIfDescription *getIfAvailable() override { return new LLDCmodule::seqIfDescription; }
     CORBA::ULong connectToIf(const LLDCmodule::struConnectionParams &params, CORBA::ULong rate) override;
-
-    static CORBA::ULong connectionId; ///< that connectToIf() answers
 
 private:
     const std::shared_ptr<FakeRecord> record;

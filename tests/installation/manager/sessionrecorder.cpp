@@ -21,6 +21,7 @@ public:
         const auto found = records.find(recordId);
         return found == records.end() ? nullptr : found->second;
     }
+    void refuseConnections() { connects = false; }
     void endSessions()
     {
         const std::scoped_lock lock(mutex);
@@ -52,16 +53,19 @@ public:
         const CORBA::Object_var object = serve(new FakeReplaySession(found, trouble));
         return TQ_KORVE::IF_ReplaySession::_unchecked_narrow(object);
     }
-    TQ_KORVE::IF_RecordingSession_ptr createRecordingSessionEx(Rate rate, Rate, CORBA::ULong loop, TQ_KORVE::eDATA_FORMAT format,
+    TQ_KORVE::IF_RecordingSession_ptr createRecordingSessionEx(Rate rate, Rate, CORBA::ULong loop,
+                                                               TQ_KORVE::eDATA_FORMAT format,
                                                                Receiver receiver) override
     {
         return createRecordingSession(rate, loop, format, receiver);
     }
-    TQ_KORVE::IF_RecordingSession_ptr createRecordingSession(Rate, CORBA::ULong, TQ_KORVE::eDATA_FORMAT, Receiver) override
+    TQ_KORVE::IF_RecordingSession_ptr createRecordingSession(Rate, CORBA::ULong, TQ_KORVE::eDATA_FORMAT,
+                                                             Receiver) override
     {
         trouble->meet("createRecordingSession");
         const auto made = add(key + "-new");
         made->become(TQ_KORVE::rsREADY_FOR_RECORDING);
+        made->connectionId = connects ? 9 : 0;
         const CORBA::Object_var object = serve(new FakeRecordingSession(made, trouble));
         return TQ_KORVE::IF_RecordingSession::_unchecked_narrow(object);
     }
@@ -100,6 +104,7 @@ private:
     std::map<std::string, std::shared_ptr<FakeRecord>> records;
     std::list<Activation> sessions;
     int sessionCount = 0;
+    std::atomic<bool> connects = true;
 };
 
 SessionRecorder::SessionRecorder(const std::string &key)
@@ -135,4 +140,9 @@ std::shared_ptr<FakeRecord> SessionRecorder::add(const std::string &recordId)
 std::shared_ptr<FakeRecord> SessionRecorder::record(const std::string &recordId) const
 {
     return control->record(recordId);
+}
+
+void SessionRecorder::refuseConnections()
+{
+    control->refuseConnections();
 }

@@ -23,6 +23,9 @@ public:
     /// Null for an unknown one.
     std::shared_ptr<FakeRecord> record(const std::string &recordId) const;
 
+    /// Sources are not reached from now on, and nobody says why.
+    void refuseConnections();
+
     const std::shared_ptr<Trouble> trouble = std::make_shared<Trouble>();
 
 private:
