@@ -5,6 +5,7 @@
 #include "installation/recorder/notes.h"
 #include "installation/recorder/recordstore.h"
 #include "installation/recorder/sessionfailure.h"
+#include "installation/recorder/sessionrates.h"
 
 #include "korvebase/corbatodeviceconverter.h"
 
@@ -88,9 +89,78 @@ TQ_KORVE::IF_ReplaySession_ptr ControlServant::getReplaySessionByIdEx(Text recor
     });
 }
 
+TQ_KORVE::IF_RecordingSession_ptr ControlServant::createRecordingSession(Rate rate, CORBA::ULong loopMebibytes,
+                                                                         Format format, Receiver receiver)
+{
+    return createRecordingSessionEx(rate, rate, loopMebibytes, format, receiver);
+}
+
+TQ_KORVE::IF_RecordingSession_ptr
+ControlServant::createRecordingSessionEx(Rate rate, Rate occupied, CORBA::ULong loopMebibytes, Format format, Receiver receiver)
+{
+    const RecordingWish wish{Converter::convertDataRateClassFromKorve(rate), Converter::convertDataFormatFromKorve(format),
+                             quint64(loopMebibytes) << 20};
+    return answerDevice("createRecordingSession", [&] {
+        return sessions->record(wish, receiver, Converter::convertDataRateClassFromKorve(occupied));
+    });
+}
+
 void ControlServant::setRecordIdle(Text recordId)
 {
     answerDevice("setRecordIdle", [&] { sessions->setIdle(idOf(recordId)); });
+}
+
+TQ_KORVE::seqMETA_DATA *ControlServant::getActiveSessions()
+{
+    const auto active = ask("getActiveSessions", [sessions = sessions](RecordStore &records) {
+        return sessions->overlaid(records.records(), sessions->table().recordIds());
+    });
+    return toSequence<TQ_KORVE::seqMETA_DATA>(active, toMetaData);
+}
+
+TQ_KORVE::seqMETA_DATA *ControlServant::getActiveSessionsEx3()
+{
+    return getActiveSessions();
+}
+
+ControlServant::Rates *ControlServant::getAvailableDataRateClasses()
+{
+    return availableRates(sessions->table());
+}
+
+ControlServant::Rates *ControlServant::getAvailableDataRateClassesEx()
+{
+    return getAvailableDataRateClasses();
+}
+
+ControlServant::Rates *ControlServant::getAvailableDataRateClassesEx2()
+{
+    return getAvailableDataRateClasses();
+}
+
+ControlServant::Rates *ControlServant::getAvailableDataRateClassesEx3()
+{
+    return getAvailableDataRateClasses();
+}
+
+ControlServant::OccupiedRates *ControlServant::getOccupiedDataRateClasses()
+{
+    return occupiedRates(sessions->table());
+}
+
+ControlServant::OccupiedRates *ControlServant::getOccupiedDataRateClassesEx()
+{
+    return getOccupiedDataRateClasses();
+}
+
+ControlServant::OccupiedRates *ControlServant::getOccupiedDataRateClassesEx2()
+{
+    return getOccupiedDataRateClasses();
+}
+
+ControlServant::OccupiedRates *ControlServant::getOccupiedDataRateClassesEx3()
+{
+    return getOccupiedDataRateClasses();
 }
 
 TQ_KORVE::seqMETA_DATA *ControlServant::listAllRecords()

@@ -34,7 +34,21 @@ public:
     void removeNotificationReceiver(Receiver receiver) override;
     TQ_KORVE::IF_ReplaySession_ptr getReplaySessionById(Text recordId, Receiver receiver) override;
     TQ_KORVE::IF_ReplaySession_ptr getReplaySessionByIdEx(Text recordId, Receiver receiver, Rate rate) override;
+    TQ_KORVE::IF_RecordingSession_ptr createRecordingSession(Rate rate, CORBA::ULong loopMebibytes, Format format,
+                                                             Receiver receiver) override;
+    TQ_KORVE::IF_RecordingSession_ptr createRecordingSessionEx(Rate rate, Rate occupied, CORBA::ULong loopMebibytes,
+                                                               Format format, Receiver receiver) override;
     void setRecordIdle(Text recordId) override;
+    TQ_KORVE::seqMETA_DATA *getActiveSessions() override;
+    TQ_KORVE::seqMETA_DATA *getActiveSessionsEx3() override;
+    Rates *getAvailableDataRateClasses() override;
+    Rates *getAvailableDataRateClassesEx() override;
+    Rates *getAvailableDataRateClassesEx2() override;
+    Rates *getAvailableDataRateClassesEx3() override;
+    OccupiedRates *getOccupiedDataRateClasses() override;
+    OccupiedRates *getOccupiedDataRateClassesEx() override;
+    OccupiedRates *getOccupiedDataRateClassesEx2() override;
+    OccupiedRates *getOccupiedDataRateClassesEx3() override;
 
     TQ_KORVE::seqMETA_DATA *listAllRecords() override;
     TQ_KORVE::seqMETA_DATA *listAllRecordsEx2() override;

@@ -65,7 +65,7 @@ public:
           operations(std::make_shared<DeviceOperations>(store, configuration.statePath)),
           notifier(std::make_shared<Notifier>(nowUs)), activities(activitiesTold(notifier)),
           sessions(std::make_shared<Sessions>(Sessions::Surroundings{
-              PortableServer::POA::_duplicate(poa), store, activities, notifier, hostOf(configuration.linkAddress),
+              PortableServer::POA::_duplicate(poa), store, activities, notifier, nowUs, hostOf(configuration.linkAddress),
               hostOf(configuration.publishedLinkAddress)}))
     {
         tellChanges(*store, notifier);

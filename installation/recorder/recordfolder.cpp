@@ -27,9 +27,16 @@ RecorderError corrupted(const QString &reason)
     return {TQ_KORVE::ekRECORD_CORRUPTED, reason};
 }
 
+/// A recording has samples that its meta data does not know yet; a loop may have been put in order without that.
+bool isRecordingOf(const Record &record, quint64 dataSizeBytes)
+{
+    return record.status == KORVE_XML::KORVE_RecordData::RECORDING &&
+           (dataSizeBytes >= record.sizeBytes || dataSizeBytes == record.sizeBytes - record.startPosition);
+}
+
 void requireSize(const Record &record, quint64 dataSizeBytes, const QString &name)
 {
-    if (record.sizeBytes != dataSizeBytes)
+    if (record.sizeBytes != dataSizeBytes && !isRecordingOf(record, dataSizeBytes))
         throw corrupted(QStringLiteral("%1 has %2 bytes instead of %3")
                             .arg(name, QString::number(dataSizeBytes), QString::number(record.sizeBytes)));
 }
@@ -83,6 +90,19 @@ void RecordFolder::adopt(const Record &record)
     syncFolder(folder); // both names of the samples must not be lost, so the record comes after
     renameFile(metaPart, metaPath(record.id));
     syncFolder(folder);
+}
+
+void RecordFolder::close(const Record &record)
+{
+    if (QFileInfo::exists(incomingPath(record.id))) {
+        renameFile(incomingPath(record.id), dataPath(record.id));
+        syncFolder(folder);
+    } else if (quint64(fileStatus(dataPath(record.id)).st_size) != record.sizeBytes) {
+        File samples = File::openForChange(dataPath(record.id));
+        samples.truncate(record.sizeBytes);
+        samples.sync();
+    }
+    replace(record);
 }
 
 void RecordFolder::discardIncoming(const QString &id)

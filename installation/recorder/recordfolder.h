@@ -44,6 +44,9 @@ public:
     /// Makes a record of samples that are on the disk at incomingPath().
     void adopt(const Record &record);
     void discardIncoming(const QString &id);
+    /// Makes a closed record of a recording: the samples are those at incomingPath() if there are any, else those that it
+    /// has, cut at the size of @p record.
+    void close(const Record &record);
     /// Writes new meta data of a record that exists.
     void replace(const Record &record);
     void remove(const QString &id);

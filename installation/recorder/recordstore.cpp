@@ -1,6 +1,7 @@
 #include "installation/recorder/recordstore.h"
 
 #include "installation/recorder/recordererror.h"
+#include "installation/recorder/recordingbook.h"
 
 #include "coresupport/trace.h"
 
@@ -67,6 +68,7 @@ RecordStore::RecordStore(const QString &path)
       catalogue(std::make_unique<Catalogue>(catalogueIn(this->path)))
 {
     withCatalogue([this] { reconcile(); });
+    closeRecordings();
     for (const RefusedFile &file : refused())
         traceAt(TraceLevel::Normal, sourceName,
                 [&] { return QStringLiteral("refused %1: %2").arg(file.name, file.reason); });
@@ -101,11 +103,58 @@ void RecordStore::abandon(const QString &id)
 
 void RecordStore::change(const QString &id, const std::function<void(Record &)> &edit)
 {
+    QString name;
+    update(id, [&](Record &changed) {
+        edit(changed);
+        name = changed.name;
+    });
+    tell(Event::Changed, id, name);
+}
+
+void RecordStore::update(const QString &id, const std::function<void(Record &)> &edit)
+{
     Record changed = record(id);
     edit(changed);
     folder.replace(changed);
     index(changed);
-    tell(Event::Changed, id, changed.name);
+}
+
+void RecordStore::close(const QString &id, const std::function<void(Record &)> &edit)
+{
+    Record closed = record(id);
+    edit(closed);
+    folder.close(closed);
+    index(closed);
+    tell(Event::Changed, id, closed.name);
+}
+
+void RecordStore::discard(const QString &id)
+{
+    removeFiles(record(id));
+}
+
+/// What a process before was recording when it ended.
+void RecordStore::closeRecordings()
+{
+    for (const RecordSummary &record : records()) {
+        if (record.status != KORVE_XML::KORVE_RecordData::RECORDING)
+            continue;
+        try {
+            if (record.sizeBytes == 0)
+                discard(record.id);
+            else
+                closeRecording(*this, record);
+        } catch (const RecorderError &error) {
+            withCatalogue([&] { refuse(record.id, error.text()); });
+        }
+    }
+}
+
+void RecordStore::removeFiles(const Record &gone)
+{
+    folder.remove(gone.id);
+    withCatalogue([&] { catalogue->remove(gone.id); });
+    tell(Event::Removed, gone.id, gone.name);
 }
 
 bool RecordStore::remove(const QString &id)
@@ -113,9 +162,7 @@ bool RecordStore::remove(const QString &id)
     const Record gone = record(id);
     if (!gone.deletable)
         return false;
-    folder.remove(id);
-    withCatalogue([&] { catalogue->remove(id); });
-    tell(Event::Removed, id, gone.name);
+    removeFiles(gone);
     return true;
 }
 

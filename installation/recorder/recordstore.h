@@ -45,6 +45,12 @@ public:
     void abandon(const QString &id);
     /// Hands the record to @p edit and stores what that makes of it; when it throws nothing is changed.
     void change(const QString &id, const std::function<void(Record &)> &edit);
+    /// The same without a word to the observer.
+    void update(const QString &id, const std::function<void(Record &)> &edit);
+    /// The same for a recording that is over, as its folder's close() says.
+    void close(const QString &id, const std::function<void(Record &)> &edit);
+    /// Removes a recording without samples.
+    void discard(const QString &id);
     /// False, with nothing changed, for a record that is not deletable.
     bool remove(const QString &id);
 
@@ -55,6 +61,8 @@ public:
     Record record(const QString &id);
     QVector<RefusedFile> refused() const;
     Room room() const;
+    /// Where samples are put in order for close().
+    QString orderedPath(const QString &id) const { return folder.incomingPath(id); }
     /// Where the samples of the record @p id are.
     QString samplesPath(const QString &id) const { return folder.dataPath(id); }
     /// The folder that holds the files.
@@ -62,6 +70,8 @@ public:
 
 private:
     void index(const RecordSummary &record);
+    void closeRecordings();
+    void removeFiles(const Record &gone);
     void reconcile();
     void takeStock(const QString &id, const QHash<QString, RecordFolder::Stamp> &indexed);
     void refuse(const QString &id, const QString &reason);

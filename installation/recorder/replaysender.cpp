@@ -232,8 +232,10 @@ void ReplaySender::deliver(std::unique_lock<std::mutex> &lock, quint64 bytes, Pa
     lock.lock();
     place.advance(static_cast<quint64>(count));
     landed.notify_all();
-    if (error)
+    if (error) {
+        pause.link.reset(); // nothing holds the socket open
         return fail(*error);
+    }
     if (pacer)
         pacer->sent(static_cast<quint64>(count));
     if (count == 0)

@@ -1,8 +1,7 @@
 #include "installation/recorder/replaysource.h"
 
 #include "installation/recorder/samplelink.h"
-
-#include <QtEndian>
+#include "installation/recorder/wordorder.h"
 
 #include <algorithm>
 
@@ -14,20 +13,6 @@ namespace
 
 constexpr quint64 directBytes = 1 << 20;
 constexpr quint64 bufferedBytes = 1 << 17;
-
-void swapWords(char *bytes, quint64 size, unsigned wordBytes)
-{
-    switch (wordBytes) {
-    case 2:
-        return void(qbswap<2>(bytes, size / 2, bytes));
-    case 4:
-        return void(qbswap<4>(bytes, size / 4, bytes));
-    case 8:
-        return void(qbswap<8>(bytes, size / 8, bytes));
-    default: // single bytes have no order
-        return;
-    }
-}
 
 } // namespace
 

@@ -20,6 +20,8 @@ namespace installation::recorder
 namespace
 {
 
+constexpr int datagramRoom = 4 << 20;
+
 [[noreturn]] void fail(int error, const QString &action, LLDCmodule::eLLDCKind kind = LLDCmodule::ekIfError)
 {
     throw LinkError::ofSystem(error, action, kind);
@@ -102,6 +104,8 @@ void SampleLink::bindTo(const Address &own)
     if (::bind(descriptor, reinterpret_cast<const sockaddr *>(&name), sizeof name) != 0 ||
         (ownKind == LLDCmodule::ifTCP && ::listen(descriptor, 1) != 0))
         fail(errno, QStringLiteral("cannot listen on %1").arg(toText(own)));
+    if (ownKind == LLDCmodule::ifUDP) // the system gives what it allows
+        ::setsockopt(descriptor, SOL_SOCKET, SO_RCVBUF, &datagramRoom, sizeof datagramRoom);
     shownAddress = own;
     learnOwnPort();
 }

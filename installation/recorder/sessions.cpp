@@ -2,6 +2,7 @@
 
 #include "installation/recorder/devicestructures.h"
 #include "installation/recorder/recordererror.h"
+#include "installation/recorder/recordingsession.h"
 #include "installation/recorder/recordstore.h"
 #include "installation/recorder/replaysession.h"
 
@@ -15,12 +16,22 @@ namespace installation::recorder
 using KORVE_XML::KORVE_RecordData;
 namespace Converter = KorveCommon::CorbaToDeviceConverter;
 
-/// A record that is to be played, with the sign that it is.
+/// A record that is to be played or made, with the sign that it is.
 struct Sessions::Opened {
     Record record;
     QString samplesPath;
     std::unique_ptr<Activity> activity;
 };
+
+namespace
+{
+
+RecordStatus statusAt(RecordingReceiver::Stage stage)
+{
+    return stage == RecordingReceiver::Stage::Recording ? KORVE_RecordData::RECORDING : KORVE_RecordData::INDEXING;
+}
+
+} // namespace
 
 Sessions::Sessions(Surroundings surroundings)
     : around(std::move(surroundings)),
@@ -40,9 +51,7 @@ TQ_KORVE::IF_ReplaySession_ptr Sessions::replay(const QString &recordId, Receive
 
 TQ_KORVE::IF_ReplaySession_ptr Sessions::makeReplay(const QString &recordId, std::optional<DataRate> rate)
 {
-    if (isStopped)
-        throw RecorderError(TQ_KORVE::ekSESSION_CREATION_FAILED, QStringLiteral("the recorder is about to end"));
-    sessions.requireRoom(SessionKind::Replay);
+    requireRoom(SessionKind::Replay);
     Opened opened = open(recordId);
     const std::shared_ptr<Activity> activity = std::move(opened.activity);
     const DataRate occupied = rate.value_or(opened.record.rate);
@@ -60,6 +69,56 @@ TQ_KORVE::IF_ReplaySession_ptr Sessions::makeReplay(const QString &recordId, std
     const CORBA::Object_var reference = activation->reference();
     sessions.add({SessionKind::Replay, recordId, occupied, sender, std::move(activation), activity});
     return TQ_KORVE::IF_ReplaySession::_narrow(reference);
+}
+
+void Sessions::requireRoom(SessionKind kind)
+{
+    if (isStopped)
+        throw RecorderError(TQ_KORVE::ekSESSION_CREATION_FAILED, QStringLiteral("the recorder is about to end"));
+    sessions.requireRoom(kind);
+}
+
+TQ_KORVE::IF_RecordingSession_ptr Sessions::record(const RecordingWish &wish, Receiver receiver, DataRate occupied)
+{
+    const std::scoped_lock lock(making);
+    requireRoom(SessionKind::Recording);
+    Opened opened = begin(wish);
+    const QString recordId = opened.record.id;
+    const std::shared_ptr<Activity> activity = std::move(opened.activity);
+    const auto work = std::make_shared<RecordingReceiver>(
+        std::make_unique<RecordingWriter>(opened.samplesPath, sampleLayout(opened.record), opened.record.loopSizeBytes),
+        RecordingBook(*around.store, recordId), around.clockUs,
+        RecordingReceiver::Listener{[weak = std::weak_ptr(activity)](RecordingReceiver::Stage stage) {
+                                        if (const auto activity = weak.lock())
+                                            activity->become(statusAt(stage));
+                                    },
+                                    [this, recordId] { sessions.ended(SessionKind::Recording, recordId); }});
+    auto activation = activate(
+        new RecordingSession(work, {recordId, sampleRateOf(opened.record), around.ownHost, around.publishedHost}));
+    const CORBA::Object_var reference = activation->reference();
+    sessions.add({SessionKind::Recording, recordId, occupied, work, std::move(activation), activity});
+    around.notifier->attach(receiver, recordId);
+    return TQ_KORVE::IF_RecordingSession::_narrow(reference);
+}
+
+/// Makes a record without samples.
+Sessions::Opened Sessions::begin(const RecordingWish &wish)
+{
+    Record record = newRecording(wish, around.clockUs());
+    return around.store->ask([activities = around.activities, record](RecordStore &records) mutable {
+        const RecordStore::Reservation place = records.reserve();
+        record.id = place.id;
+        try {
+            writeWhole(place.samplesPath, {});
+            Opened opened{record, records.samplesPath(record.id),
+                          activities->begin(record.id, record.name, KORVE_RecordData::READY_FOR_RECORDING)};
+            records.adopt(record);
+            return opened;
+        } catch (const RecorderError &) {
+            records.abandon(record.id);
+            throw;
+        }
+    });
 }
 
 /// A call that is under way may outlive us.
@@ -96,6 +155,15 @@ void Sessions::announce(Receiver receiver)
     } catch (const RecorderError &) {
         throw CORBA::NO_RESOURCES(0, CORBA::COMPLETED_NO);
     }
+}
+
+QVector<RecordSummary> Sessions::overlaid(const QVector<RecordSummary> &records, const QStringList &ids) const
+{
+    QVector<RecordSummary> chosen;
+    for (const RecordSummary &record : records)
+        if (ids.contains(record.id))
+            chosen.append(around.activities->overlaid(record));
+    return chosen;
 }
 
 void Sessions::setIdle(const QString &recordId)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "installation/recorder/notifier.h"
+#include "installation/recorder/recordingformat.h"
 #include "installation/recorder/sessiontable.h"
 #include "installation/recorder/storethread.h"
 
@@ -21,6 +22,7 @@ public:
         std::shared_ptr<StoreThread> store;
         std::shared_ptr<Activities> activities;
         std::shared_ptr<Notifier> notifier;
+        std::function<quint64()> clockUs;
         quint32 ownHost = 0;       ///< IPv4, where links listen
         quint32 publishedHost = 0; ///< where others find them
     };
@@ -33,6 +35,8 @@ public:
     /// The replay of a record, made when there is none; it counts for @p rate, else for the record's own. The caller
     /// releases it.
     TQ_KORVE::IF_ReplaySession_ptr replay(const QString &recordId, Receiver receiver, std::optional<DataRate> rate);
+    /// A new recording, which counts for @p occupied. The caller releases it.
+    TQ_KORVE::IF_RecordingSession_ptr record(const RecordingWish &wish, Receiver receiver, DataRate occupied);
     /// Ends the sessions of a record, which may have none.
     /// @throws RecorderError when there is no such record.
     void setIdle(const QString &recordId);
@@ -43,6 +47,8 @@ public:
     /// @throws CORBA::BAD_PARAM for nil, CORBA::NO_RESOURCES when there are too many: the operation declares no other.
     void announce(Receiver receiver);
 
+    /// Those of @p records whose ids are among @p ids, with what goes on with them.
+    QVector<RecordSummary> overlaid(const QVector<RecordSummary> &records, const QStringList &ids) const;
     Activities &activities() { return *around.activities; }
     Notifier &notifier() { return *around.notifier; }
     const SessionTable &table() const { return sessions; }
@@ -51,6 +57,8 @@ private:
     struct Opened;
 
     TQ_KORVE::IF_ReplaySession_ptr makeReplay(const QString &recordId, std::optional<DataRate> rate);
+    Opened begin(const RecordingWish &wish);
+    void requireRoom(SessionKind kind);
     std::function<void()> endOf(const QString &recordId);
     Opened open(const QString &recordId);
     std::unique_ptr<Activation> activate(PortableServer::Servant servant) const;

@@ -28,66 +28,6 @@ constexpr const char *sourceName = "installation/recorder/unservedcontrol";
 
 } // namespace
 
-TQ_KORVE::IF_RecordingSession_ptr UnservedControl::createRecordingSession(Rate, CORBA::ULong, Format, Receiver)
-{
-    refuse("createRecordingSession");
-}
-
-TQ_KORVE::IF_RecordingSession_ptr UnservedControl::createRecordingSessionEx(Rate, Rate, CORBA::ULong, Format, Receiver)
-{
-    refuse("createRecordingSessionEx");
-}
-
-TQ_KORVE::seqMETA_DATA *UnservedControl::getActiveSessions()
-{
-    refuse("getActiveSessions");
-}
-
-TQ_KORVE::seqMETA_DATA *UnservedControl::getActiveSessionsEx3()
-{
-    refuse("getActiveSessionsEx3");
-}
-
-UnservedControl::Rates *UnservedControl::getAvailableDataRateClasses()
-{
-    refuse("getAvailableDataRateClasses");
-}
-
-UnservedControl::Rates *UnservedControl::getAvailableDataRateClassesEx()
-{
-    refuse("getAvailableDataRateClassesEx");
-}
-
-UnservedControl::Rates *UnservedControl::getAvailableDataRateClassesEx2()
-{
-    refuse("getAvailableDataRateClassesEx2");
-}
-
-UnservedControl::Rates *UnservedControl::getAvailableDataRateClassesEx3()
-{
-    refuse("getAvailableDataRateClassesEx3");
-}
-
-UnservedControl::OccupiedRates *UnservedControl::getOccupiedDataRateClasses()
-{
-    refuse("getOccupiedDataRateClasses");
-}
-
-UnservedControl::OccupiedRates *UnservedControl::getOccupiedDataRateClassesEx()
-{
-    refuse("getOccupiedDataRateClassesEx");
-}
-
-UnservedControl::OccupiedRates *UnservedControl::getOccupiedDataRateClassesEx2()
-{
-    refuse("getOccupiedDataRateClassesEx2");
-}
-
-UnservedControl::OccupiedRates *UnservedControl::getOccupiedDataRateClassesEx3()
-{
-    refuse("getOccupiedDataRateClassesEx3");
-}
-
 void UnservedControl::copyRecordToArchDev(Text, Text)
 {
     refuse("copyRecordToArchDev");

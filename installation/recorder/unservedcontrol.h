@@ -5,8 +5,7 @@
 namespace installation::recorder
 {
 
-/// The operations of a device that this recorder does not offer: sessions, the archive, self-test, and
-/// control of the host.
+/// The operations of a device that this recorder does not offer: the archive, self-test, and control of the host.
 ///
 /// All raise `ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE` with a text, or `CORBA::NO_IMPLEMENT` where the contract
 /// declares nothing, and trace it. None has an effect.
@@ -21,18 +20,6 @@ public:
     using Rates = TQ_KORVE::seqDataRateClasses;
     using OccupiedRates = TQ_KORVE::seqOccupiedDataRateClasses;
 
-    TQ_KORVE::IF_RecordingSession_ptr createRecordingSession(Rate, CORBA::ULong, Format, Receiver) override;
-    TQ_KORVE::IF_RecordingSession_ptr createRecordingSessionEx(Rate, Rate, CORBA::ULong, Format, Receiver) override;
-    TQ_KORVE::seqMETA_DATA *getActiveSessions() override;
-    TQ_KORVE::seqMETA_DATA *getActiveSessionsEx3() override;
-    Rates *getAvailableDataRateClasses() override;
-    Rates *getAvailableDataRateClassesEx() override;
-    Rates *getAvailableDataRateClassesEx2() override;
-    Rates *getAvailableDataRateClassesEx3() override;
-    OccupiedRates *getOccupiedDataRateClasses() override;
-    OccupiedRates *getOccupiedDataRateClassesEx() override;
-    OccupiedRates *getOccupiedDataRateClassesEx2() override;
-    OccupiedRates *getOccupiedDataRateClassesEx3() override;
     void copyRecordToArchDev(Text, Text) override;
     void copyRecordToArchDevEx(Text, Text, Receiver) override;
     void copyRecordFromArchDev(Text, Text) override;

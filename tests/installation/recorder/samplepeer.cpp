@@ -115,6 +115,22 @@ QByteArray SamplePeer::readToEnd()
     return all;
 }
 
+void SamplePeer::answer()
+{
+    char ignored = 0;
+    sockaddr_in name{};
+    socklen_t size = sizeof name;
+    require(::recvfrom(descriptor, &ignored, 1, 0, reinterpret_cast<sockaddr *>(&name), &size) >= 0, "recvfrom");
+    require(::connect(descriptor, reinterpret_cast<sockaddr *>(&name), size) == 0, "connect");
+}
+
+void SamplePeer::reset()
+{
+    const linger atOnce{1, 0};
+    ::setsockopt(descriptor, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+    close();
+}
+
 void SamplePeer::finish()
 {
     if (isTcp)

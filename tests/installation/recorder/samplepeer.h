@@ -29,6 +29,10 @@ public:
     QByteArray read(int count);
     /// Everything to the end of the stream, that is by UDP to the empty datagram.
     QByteArray readToEnd();
+    /// By UDP: waits for somebody to send, who is the peer from here on.
+    void answer();
+    /// By TCP: breaks the connection off, so that the other end gets an error.
+    void reset();
     /// Nothing follows from here.
     void finish();
     void close();

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "installation/recorder/record.h"
+
+namespace installation::recorder
+{
+
+class RecordStore;
+class StoreThread;
+
+/// How far a recording is, and how the receiver was set. Positions are those of the file while it is written.
+struct RecordingProgress {
+    quint64 begin = 0; ///< of what is kept
+    quint64 end = 0;
+    quint64 firstUs = 0; ///< time of the first sample that came, kept or not
+    quint64 nowUs = 0;
+    quint64 tunerFrequencyHz = 0;
+    quint64 sampleRateHz = 0; ///< 0 when times are those of the clock alone
+};
+
+/// What the store knows of a recording.
+///
+/// Until it is closed it is stored as a recording of what is on the disk for certain, so that the end of the process at
+/// any moment leaves a record of that.
+/// Thread: one; waits for the store thread.  Errors: throws RecorderError.
+class RecordingBook
+{
+public:
+    RecordingBook(StoreThread &store, QString recordId) : store(store), recordId(std::move(recordId)) {}
+
+    /// These samples are on the disk.
+    void note(const RecordingProgress &progress);
+    /// Nothing follows. Puts a loop in order; @p remarks become entries of the history.
+    void close(const RecordingProgress &progress, const QStringList &remarks);
+
+private:
+    StoreThread &store;
+    const QString recordId;
+};
+
+/// Closes the recording @p record of a process that has ended; on the store's thread.
+void closeRecording(RecordStore &records, const RecordSummary &record);
+
+} // namespace installation::recorder

@@ -1,0 +1,243 @@
+#include "installation/recorder/recordingreceiver.h"
+
+#include "installation/recorder/recordererror.h"
+
+#include "coresupport/trace.h"
+
+#include <poll.h>
+
+namespace installation::recorder
+{
+
+namespace
+{
+
+constexpr const char *sourceName = "installation/recorder/recordingreceiver";
+constexpr int bufferBytes = 1 << 18;
+constexpr int lastPieces = 64; ///< of a source that never pauses
+constexpr quint64 metaDataBytes = 1 << 20; ///< more than the meta data of a recording takes
+
+using Clock = std::chrono::steady_clock;
+
+} // namespace
+
+RecordingReceiver::RecordingReceiver(std::unique_ptr<RecordingWriter> writer, RecordingBook book,
+                                     std::function<quint64()> clockUs, Listener listener)
+    : writer(std::move(writer)), book(std::move(book)), clockUs(std::move(clockUs)), listener(std::move(listener)),
+      buffer(bufferBytes, Qt::Uninitialized)
+{
+    thread = std::thread(&RecordingReceiver::run, this); // last: everything that it uses is there
+}
+
+void RecordingReceiver::stop()
+{
+    {
+        const std::scoped_lock lock(mutex);
+        ending = true;
+    }
+    wakeup.wake();
+    const std::scoped_lock lock(stopping);
+    if (thread.joinable())
+        thread.join();
+}
+
+void RecordingReceiver::end(const QString &lastComment, std::chrono::milliseconds limit)
+{
+    std::unique_lock lock(mutex);
+    if (!ending)
+        comment = lastComment;
+    ending = true;
+    wakeup.wake();
+    changed.wait_for(lock, limit, [this] { return complete; });
+}
+
+quint32 RecordingReceiver::connectTo(const SampleLink::Address &address, const Source &from)
+{
+    requireNoLink();
+    SampleLink opened = SampleLink::connectTo(address, connectLimit);
+    if (address.kind == LLDCmodule::ifUDP)
+        opened.trySend("\0", 1);
+    return install(std::move(opened), from);
+}
+
+quint16 RecordingReceiver::listenOn(const SampleLink::Address &own, const Source &from)
+{
+    requireNoLink();
+    SampleLink opened = SampleLink::listenOn(own);
+    const quint16 port = opened.address().port;
+    install(std::move(opened), from);
+    return port;
+}
+
+void RecordingReceiver::requireNoLink() const
+{
+    const std::scoped_lock lock(mutex);
+    if (link || ending)
+        throw LinkError(LLDCmodule::ekWrongSequence, QStringLiteral("the session has a link already, or is about to end"));
+}
+
+quint32 RecordingReceiver::install(SampleLink opened, const Source &from)
+{
+    const std::scoped_lock lock(mutex);
+    if (link || ending)
+        throw LinkError(LLDCmodule::ekWrongSequence, QStringLiteral("the session has a link already, or is about to end"));
+    link = std::make_shared<SampleLink>(std::move(opened));
+    source = from;
+    wakeup.wake();
+    return ++linkId;
+}
+
+void RecordingReceiver::disconnect(quint32 wanted)
+{
+    const std::scoped_lock lock(mutex);
+    if (!link || wanted != linkId)
+        throw LinkError(LLDCmodule::ekDisconnectFailed, QStringLiteral("there is no link %1").arg(wanted));
+    link.reset();
+    wakeup.wake();
+}
+
+void RecordingReceiver::swapBytes(bool wanted)
+{
+    const std::scoped_lock lock(mutex);
+    swapped = wanted;
+}
+
+std::optional<SampleLink::Address> RecordingReceiver::linkInUse() const
+{
+    const std::scoped_lock lock(mutex);
+    return link ? std::optional(link->address()) : std::nullopt;
+}
+
+void RecordingReceiver::run()
+{
+    try {
+        while (receive()) {
+            // until the end of the stream, or of the session
+        }
+    } catch (const LinkError &error) {
+        trouble = error.text();
+    } catch (const RecorderError &error) {
+        trouble = error.text();
+    }
+    close();
+    listener.ended();
+    const std::scoped_lock lock(mutex);
+    complete = true;
+    link.reset();
+    changed.notify_all();
+}
+
+/// Takes what has come, or waits for it. False at the end.
+bool RecordingReceiver::receive()
+{
+    wakeup.clear();
+    std::shared_ptr<SampleLink> current;
+    bool isLast = false;
+    {
+        const std::scoped_lock lock(mutex);
+        isLast = ending;
+        current = link;
+    }
+    const bool goesOn = !current || (!current->hasPeer() && !current->tryAccept()) || take(*current, isLast);
+    if (isLast || !goesOn)
+        return false;
+    if (writer->end() != syncedEnd && Clock::now() >= nextSync)
+        sync();
+    wait(current);
+    return true;
+}
+
+SampleLink::Wait RecordingReceiver::wait(const std::shared_ptr<SampleLink> &current) const
+{
+    std::optional<std::chrono::nanoseconds> limit;
+    if (writer->end() != syncedEnd)
+        limit = nextSync - Clock::now();
+    return SampleLink::await(current.get(), POLLIN, wakeup, limit);
+}
+
+/// Takes one piece, or for the last time much of what has come by now. False at the end of the stream.
+bool RecordingReceiver::take(SampleLink &from, bool isLast)
+{
+    for (int pieces = isLast ? lastPieces : 1; pieces > 0; --pieces) {
+        const std::optional<qint64> count = from.tryReceive(buffer.data(), buffer.size());
+        if (!count)
+            return false;
+        if (*count == 0)
+            break;
+        store(*count);
+    }
+    return true;
+}
+
+void RecordingReceiver::store(qint64 count)
+{
+    bool swappedNow = false;
+    {
+        const std::scoped_lock lock(mutex);
+        swappedNow = swapped;
+    }
+    if (firstUs == 0) {
+        firstUs = clockUs();
+        nextSync = Clock::now() + syncInterval;
+        listener.reached(Stage::Recording);
+    }
+    writer->write(buffer.constData(), count, swappedNow);
+}
+
+RecordingProgress RecordingReceiver::progress() const
+{
+    const std::scoped_lock lock(mutex);
+    return {writer->begin(), writer->end(), firstUs, clockUs(), source.tunerFrequencyHz, source.sampleRateHz};
+}
+
+/// What a loop gives back must not be what the stored record still counts on, so that comes last.
+void RecordingReceiver::sync()
+{
+    const RecordingProgress reached = progress();
+    nextSync = Clock::now() + syncInterval;
+    writer->sync();
+    try {
+        book.note(reached);
+    } catch (const RecorderError &error) {
+        if (error.kind() != TQ_KORVE::ekMASS_STORAGE_TOO_SLOW && error.kind() != TQ_KORVE::ekRESSOURCES_EXHAUSTED)
+            throw;
+        return; // the store is busy; the next time will do
+    }
+    writer->release(reached.begin);
+    syncedEnd = reached.end;
+}
+
+void RecordingReceiver::close()
+{
+    listener.reached(Stage::Closing);
+    QStringList remarks;
+    {
+        const std::scoped_lock lock(mutex);
+        if (!comment.isEmpty())
+            remarks.append(comment);
+    }
+    if (!trouble.isEmpty())
+        remarks.append(QStringLiteral("The recording ended by itself: %1").arg(trouble));
+    try {
+        closeWith(remarks);
+    } catch (const RecorderError &error) { // the next start of the recorder closes what is stored
+        traceAt(TraceLevel::Normal, sourceName, [&] { return error.text(); });
+    }
+}
+
+void RecordingReceiver::closeWith(const QStringList &remarks)
+{
+    try {
+        writer->cut(0);
+        writer->sync();
+        book.close(progress(), remarks);
+    } catch (const RecorderError &error) {
+        if (error.kind() != TQ_KORVE::ekNO_SPACE_LEFT_ON_DEVICE)
+            throw;
+        writer->cut(metaDataBytes); // some samples for the meta data without which all were lost
+        writer->sync();
+        book.close(progress(), remarks);
+    }
+}
+
+} // namespace installation::recorder
