@@ -115,6 +115,20 @@ QByteArray SamplePeer::readToEnd()
     return all;
 }
 
+std::uint64_t SamplePeer::discardToEnd()
+{
+    constexpr int step = 1 << 20;
+    QByteArray bytes(step, Qt::Uninitialized);
+    std::uint64_t total = 0;
+    for (;;) {
+        const ssize_t count = ::recv(descriptor, bytes.data(), step, 0);
+        require(count >= 0, "recv");
+        if (count == 0)
+            return total;
+        total += static_cast<std::uint64_t>(count);
+    }
+}
+
 void SamplePeer::answer()
 {
     char ignored = 0;

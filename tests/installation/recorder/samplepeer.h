@@ -29,6 +29,8 @@ public:
     QByteArray read(int count);
     /// Everything to the end of the stream, that is by UDP to the empty datagram.
     QByteArray readToEnd();
+    /// How many bytes come to the end of the stream.
+    std::uint64_t discardToEnd();
     /// By UDP: waits for somebody to send, who is the peer from here on.
     void answer();
     /// By TCP: breaks the connection off, so that the other end gets an error.

@@ -57,6 +57,12 @@ QByteArray ServingProcess::readLine()
     return process.readLine().trimmed();
 }
 
+void ServingProcess::kill()
+{
+    process.kill();
+    process.waitForFinished(patienceMs);
+}
+
 ServingProcess::~ServingProcess()
 {
     process.closeWriteChannel();

@@ -29,6 +29,9 @@ class ServingProcess
 public:
     ServingProcess(const QString &statePath, const QStringList &filesToImport);
     ~ServingProcess();
+    qint64 processId() const { return process.processId(); }
+    /// Ends the recorder at once, whatever it does.
+    void kill();
 
     const QByteArray &reference() const { return controlReference; }
     /// The names of the files that it refused.

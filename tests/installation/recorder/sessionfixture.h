@@ -44,7 +44,8 @@ protected:
     /// A receiver of notifications; a call under way may outlive the test.
     NotifiedReceiver &announced()
     {
-        receiver = orb->activate(*notified);
+        if (CORBA::is_nil(receiver))
+            receiver = orb->activate(*notified);
         control->announceNotificationReceiver(receiver);
         return *notified;
     }

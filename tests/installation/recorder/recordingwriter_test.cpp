@@ -1,0 +1,79 @@
+#include "installation/recorder/recordingwriter.h"
+#include "installation/recorder/recordererror.h"
+#include "tests/installation/recorder/fulldisk.h"
+#include "tests/installation/recorder/storedrecords.h"
+
+#include <gtest/gtest.h>
+
+using namespace installation::recorder;
+
+namespace
+{
+
+/// Samples of four bytes, in two numbers.
+class Writer : public testing::Test
+{
+protected:
+    static void write(RecordingWriter &writer, const QByteArray &bytes, bool swapped = false)
+    {
+        writer.write(bytes.constData(), bytes.size(), swapped);
+    }
+    qint64 roomBytes() const { return qint64(fileStatus(path).st_blocks) * 512; }
+
+    QTemporaryDir directory;
+    const QString path = directory.filePath("samples");
+    const SampleLayout layout{4, 2, true};
+};
+
+TEST_F(Writer, JoinsSamplesThatComeInPieces)
+{
+    RecordingWriter writer(path, layout, 0);
+    for (const char *piece : {"abc", "d", "efghi", "jk"})
+        write(writer, piece);
+    EXPECT_EQ(writer.end(), 8u);
+    EXPECT_EQ(readFile(path), "abcdefgh");
+}
+
+TEST_F(Writer, TurnsNumbersThatComeInPieces)
+{
+    RecordingWriter writer(path, layout, 0);
+    write(writer, "abc", true);
+    write(writer, "defgh", true);
+    EXPECT_EQ(readFile(path), "badcfehg");
+}
+
+TEST_F(Writer, GivesTheRoomOfALoopsBeginningBack)
+{
+    RecordingWriter writer(path, layout, 1 << 20);
+    for (int i = 0; i < 8; ++i) {
+        write(writer, QByteArray(1 << 20, char('a' + i)));
+        writer.release(writer.begin());
+    }
+    EXPECT_EQ(writer.begin(), 7u << 20);
+    EXPECT_EQ(writer.end(), 8u << 20);
+    EXPECT_LE(roomBytes(), (1 << 20) + (1 << 16));
+    EXPECT_EQ(readFile(path).right(1 << 20), QByteArray(1 << 20, 'h'));
+}
+
+TEST_F(Writer, KeepsWholeSamplesOfAFullDisk)
+{
+    RecordingWriter writer(path, layout, 0);
+    {
+        const FullDisk limit(1001);
+        try {
+            write(writer, QByteArray(4000, 'x'));
+            ADD_FAILURE() << "it was taken";
+        } catch (const RecorderError &error) {
+            EXPECT_EQ(error.kind(), TQ_KORVE::ekNO_SPACE_LEFT_ON_DEVICE);
+        }
+    }
+    writer.cut(0);
+    EXPECT_EQ(writer.end(), 1000u);
+    writer.cut(10);
+    EXPECT_EQ(writer.end(), 988u);
+    EXPECT_EQ(readFile(path), QByteArray(988, 'x'));
+    write(writer, "abcd");
+    EXPECT_EQ(readFile(path).right(8), "xxxxabcd");
+}
+
+} // namespace
