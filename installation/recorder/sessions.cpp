@@ -45,7 +45,7 @@ TQ_KORVE::IF_ReplaySession_ptr Sessions::replay(const QString &recordId, Receive
     const CORBA::Object_var found = sessions.find(SessionKind::Replay, recordId);
     TQ_KORVE::IF_ReplaySession_var session = CORBA::is_nil(found) ? makeReplay(recordId, rate)
                                                                   : TQ_KORVE::IF_ReplaySession::_narrow(found);
-    around.notifier->attach(receiver, recordId);
+    attach(receiver, recordId, CORBA::is_nil(found));
     return session._retn();
 }
 
@@ -69,6 +69,18 @@ TQ_KORVE::IF_ReplaySession_ptr Sessions::makeReplay(const QString &recordId, std
     const CORBA::Object_var reference = activation->reference();
     sessions.add({SessionKind::Replay, recordId, occupied, sender, std::move(activation), activity});
     return TQ_KORVE::IF_ReplaySession::_narrow(reference);
+}
+
+/// Nobody gets a session whose receiver cannot be served, so that a new one ends.
+void Sessions::attach(Receiver receiver, const QString &recordId, bool isNew)
+{
+    try {
+        around.notifier->attach(receiver, recordId);
+    } catch (const RecorderError &) {
+        if (isNew)
+            sessions.end(recordId);
+        throw;
+    }
 }
 
 void Sessions::requireRoom(SessionKind kind)
@@ -97,7 +109,7 @@ TQ_KORVE::IF_RecordingSession_ptr Sessions::record(const RecordingWish &wish, Re
         new RecordingSession(work, {recordId, sampleRateOf(opened.record), around.ownHost, around.publishedHost}));
     const CORBA::Object_var reference = activation->reference();
     sessions.add({SessionKind::Recording, recordId, occupied, work, std::move(activation), activity});
-    around.notifier->attach(receiver, recordId);
+    attach(receiver, recordId, true);
     return TQ_KORVE::IF_RecordingSession::_narrow(reference);
 }
 

@@ -57,6 +57,7 @@ private:
     struct Opened;
 
     TQ_KORVE::IF_ReplaySession_ptr makeReplay(const QString &recordId, std::optional<DataRate> rate);
+    void attach(Receiver receiver, const QString &recordId, bool isNew);
     Opened begin(const RecordingWish &wish);
     void requireRoom(SessionKind kind);
     std::function<void()> endOf(const QString &recordId);

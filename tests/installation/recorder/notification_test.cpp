@@ -106,6 +106,9 @@ TEST_F(Notification, HasALimitedNumberOfReceivers)
         control->announceNotificationReceiver(receivers[i]);
     EXPECT_THROW(control->announceNotificationReceiver(receivers.back()), CORBA::NO_RESOURCES);
     control->announceNotificationReceiver(receivers.front()); // this one is there already
+    EXPECT_EQ(kindOf([&] { IF_RecordingSession_var(control->createRecordingSession(drHF_20k, 0, dfRAW, receivers.back())); }),
+              ekRESSOURCES_EXHAUSTED);
+    EXPECT_EQ(seqMETA_DATA_var(control->getActiveSessions())->length(), 0u);
     for (const auto &one : receivers)
         orb->deactivate(one);
 }

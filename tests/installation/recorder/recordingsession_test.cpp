@@ -180,6 +180,17 @@ TEST_F(Recording, CanBePlayedAfterwards)
     EXPECT_EQ(peer.accept().readToEnd(), pattern(4000));
 }
 
+TEST_F(Recording, NeedsRoomForItsMetaData)
+{
+    {
+        const FullDisk limit(100);
+        serve({});
+    }
+    EXPECT_EQ(kindOf([&] { open(); }), ekNO_SPACE_LEFT_ON_DEVICE);
+    EXPECT_EQ(seqMETA_DATA_var(control->listAllRecords())->length(), 0u);
+    EXPECT_TRUE(QDir(directory.filePath("state/recordings")).isEmpty());
+}
+
 TEST_F(Recording, EndsOnAFullDiskWithWhatWasStored)
 {
     {
