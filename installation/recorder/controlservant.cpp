@@ -252,7 +252,7 @@ TQ_KORVE::seqBookmarks *ControlServant::getBookmarks(Text recordId)
 
 void ControlServant::addHistory(Text recordId, const TQ_KORVE::wideText &text)
 {
-    const Note entry{operations->clock.nowUs(), checkedText("addHistory", text)};
+    const Note entry{operations->clock().nowUs(), checkedText("addHistory", text)};
     change("addHistory", recordId, [entry](Record &record) {
         addNoteAfter(record.history, entry, maximumNotes);
     });
@@ -285,16 +285,34 @@ TQ_KORVE::struMASS_STORE_STATUS *ControlServant::getMassStoreStatus()
 
 char *ControlServant::copyRecord(Text recordId, const TQ_KORVE::seqFILE_PART &parts, const TQ_KORVE::wideText &name)
 {
-    const QString copyName = checkedText("copyRecord", name);
-    return answerDevice("copyRecord", [&] {
-        return CORBA::string_dup(operations->copier.copy(idOf(recordId), fromFileParts(parts), copyName).toUtf8());
-    });
+    return copyRecordEx(recordId, parts, name, Receiver());
 }
 
 char *ControlServant::copyRecordEx(Text recordId, const TQ_KORVE::seqFILE_PART &parts, const TQ_KORVE::wideText &name,
-                                   Receiver)
+                                   Receiver receiver)
 {
-    return copyRecord(recordId, parts, name);
+    const QString copyName = checkedText("copyRecord", name);
+    return answerDevice("copyRecord", [&] {
+        const QString id = operations->copy(idOf(recordId), fromFileParts(parts), copyName, receiver);
+        return CORBA::string_dup(id.toUtf8());
+    });
+}
+
+TQ_KORVE::seqMETA_DATA *ControlServant::listAllRecordsOnArchDev(Text archiveDevice)
+{
+    return answerDevice("listAllRecordsOnArchDev", [&] {
+        return toSequence<TQ_KORVE::seqMETA_DATA>(operations->transfers().list(idOf(archiveDevice)), toFileEntry);
+    });
+}
+
+void ControlServant::copyRecordToArchDev(Text recordId, Text url)
+{
+    answerDevice("copyRecordToArchDev", [&] { operations->transfer(idOf(recordId), idOf(url)); });
+}
+
+void ControlServant::copyRecordToArchDevEx(Text recordId, Text url, Receiver receiver)
+{
+    answerDevice("copyRecordToArchDevEx", [&] { operations->startTransfer(idOf(recordId), idOf(url), receiver); });
 }
 
 TQ_KORVE::seqOctet *ControlServant::getOverviewSpectrum(Text recordId, CORBA::ULongLong startPosition,
@@ -302,8 +320,8 @@ TQ_KORVE::seqOctet *ControlServant::getOverviewSpectrum(Text recordId, CORBA::UL
                                                         CORBA::ULong fftSize, Window window)
 {
     return answerDevice("getOverviewSpectrum", [&] {
-        return toOctets(operations->spectra.overview(idOf(recordId),
-                                                     {startPosition, stopPosition, lineCount, fftSize, window}));
+        const SpectrumRequest request{startPosition, stopPosition, lineCount, fftSize, window};
+        return toOctets(operations->spectra().overview(idOf(recordId), request));
     });
 }
 
@@ -313,24 +331,24 @@ void ControlServant::getOverviewSpectrumStreamed(Text recordId, CORBA::ULongLong
                                                  CORBA::UShort port)
 {
     answerDevice("getOverviewSpectrumStreamed", [&] {
-        operations->spectra.stream(idOf(recordId), {startPosition, stopPosition, lineCount, fftSize, window}, address,
-                                   port);
+        const SpectrumRequest request{startPosition, stopPosition, lineCount, fftSize, window};
+        operations->spectra().stream(idOf(recordId), request, address, port);
     });
 }
 
 CORBA::ULongLong ControlServant::setSystemTime(CORBA::ULongLong timeUs)
 {
-    return answerDevice("setSystemTime", [&] { return operations->clock.set(timeUs); });
+    return answerDevice("setSystemTime", [&] { return operations->clock().set(timeUs); });
 }
 
 CORBA::ULongLong ControlServant::getSystemTime()
 {
-    return operations->clock.nowUs();
+    return operations->clock().nowUs();
 }
 
 CORBA::Boolean ControlServant::isSynchronizedByNTP()
 {
-    return operations->clock.isSynchronized();
+    return operations->clock().isSynchronized();
 }
 
 char *ControlServant::getFirmwareVersion()

@@ -73,7 +73,10 @@ public:
     TQ_KORVE::struMASS_STORE_STATUS *getMassStoreStatus() override;
     char *copyRecord(Text recordId, const TQ_KORVE::seqFILE_PART &parts, const TQ_KORVE::wideText &name) override;
     char *copyRecordEx(Text recordId, const TQ_KORVE::seqFILE_PART &parts, const TQ_KORVE::wideText &name,
-                       Receiver) override;
+                       Receiver receiver) override;
+    TQ_KORVE::seqMETA_DATA *listAllRecordsOnArchDev(Text archiveDevice) override;
+    void copyRecordToArchDev(Text recordId, Text url) override;
+    void copyRecordToArchDevEx(Text recordId, Text url, Receiver receiver) override;
     TQ_KORVE::seqOctet *getOverviewSpectrum(Text recordId, CORBA::ULongLong startPosition,
                                             CORBA::ULongLong stopPosition, CORBA::ULongLong lineCount,
                                             CORBA::ULong fftSize, Window window) override;

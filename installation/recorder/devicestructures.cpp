@@ -28,6 +28,14 @@ TQ_KORVE::struMETA_DATA toMetaData(const RecordSummary &record)
     return metaData;
 }
 
+TQ_KORVE::struMETA_DATA toFileEntry(const RecordFile &file)
+{
+    TQ_KORVE::struMETA_DATA entry{};
+    entry.recordID = file.name.toUtf8().constData();
+    entry.size = file.sizeBytes;
+    return entry;
+}
+
 TQ_KORVE::struRECORD_DETAILS toDetails(const Record &record)
 {
     const TQ_KORVE::struINDEX_ENTRY first = toIndexEntry(record.index.value(0));

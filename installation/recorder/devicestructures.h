@@ -1,6 +1,7 @@
 #pragma once
 
 #include "installation/recorder/record.h"
+#include "installation/recorder/recordfolder.h"
 #include "installation/recorder/recordparts.h"
 
 #include "idl/korve.hh"
@@ -10,6 +11,8 @@ namespace installation::recorder
 
 // A record in the structures of the device's contract.
 
+/// A file of a record, as an entry of a list of records: name and size, and nothing else.
+TQ_KORVE::struMETA_DATA toFileEntry(const RecordFile &file);
 TQ_KORVE::struMETA_DATA toMetaData(const RecordSummary &record);
 /// Receiver settings are those of the first index entry, 0 without one.
 TQ_KORVE::struRECORD_DETAILS toDetails(const Record &record);

@@ -51,16 +51,32 @@ void Notifier::tellStatus(const QString &recordId, const QString &name, RecordSt
     tell(recordId, [what](Receiver receiver) { receiver->processNotificationAboutSession(what); });
 }
 
-void Notifier::tellChange(Change change, const QString &recordId, const QString &text)
+NotificationQueue::Notification Notifier::notificationOf(Change change, const QString &recordId, const QString &text)
 {
-    const std::scoped_lock lock(mutex);
     TQ_KORVE_IT::struNotification what;
     what.number = ++lastNumber;
     what.timestamp = clock();
     what.notification = static_cast<CORBA::ULong>(change);
     what.recordId = recordId.toUtf8().constData();
     what.text = text.toUtf8().constData();
-    tell(recordId, [what](Receiver receiver) { receiver->processNotification(what); });
+    return [what](Receiver receiver) { receiver->processNotification(what); };
+}
+
+void Notifier::tellChange(Change change, const QString &recordId, const QString &text)
+{
+    const std::scoped_lock lock(mutex);
+    tell(recordId, notificationOf(change, recordId, text));
+}
+
+void Notifier::tellOne(Receiver receiver, Change change, const QString &recordId, const QString &text)
+{
+    if (CORBA::is_nil(receiver))
+        return;
+    const std::scoped_lock lock(mutex);
+    const Listener &listener = listenerFor(receiver);
+    if (!listener.isWanted(recordId))
+        listener.queue->tell(notificationOf(change, recordId, text));
+    retireUnused(); // which ends when it has told
 }
 
 std::size_t Notifier::receiverCount()

@@ -42,6 +42,8 @@ public:
 
     void tellStatus(const QString &recordId, const QString &name, RecordStatus status);
     void tellChange(Change change, const QString &recordId, const QString &text);
+    /// Tells @p receiver alone, which may be nil, unless it hears of that record anyhow.
+    void tellOne(Receiver receiver, Change change, const QString &recordId, const QString &text);
     std::size_t receiverCount();
 
 private:
@@ -54,6 +56,7 @@ private:
     };
 
     Listener &listenerFor(Receiver receiver);
+    NotificationQueue::Notification notificationOf(Change change, const QString &recordId, const QString &text);
     void tell(const QString &recordId, const NotificationQueue::Notification &notification);
     void retireUnused();
     void forgetFinished();

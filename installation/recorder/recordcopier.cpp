@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <future>
+#include <optional>
+#include <tuple>
 
 namespace installation::recorder
 {
@@ -49,52 +51,53 @@ QString origin(const Record &source, const QVector<FilePart> &parts)
 
 /// One copy under way. Its file of samples is open from the beginning: a removal of the source does not harm it.
 struct RecordCopier::Copy {
-    Copy(StoreThread &store, const QString &sourceId, const QString &sourcePath)
-        : sourceId(sourceId), from(File::openForReading(sourcePath)), reserved(store)
-    {
-    }
+    explicit Copy(StoreThread &store) : reserved(store) {}
 
-    const QString sourceId;
-    const File from;
     ReservedRecord reserved;
+    std::shared_ptr<void> claimed;
+    std::optional<File> from;
     QVector<FilePart> parts;
     Record record;
+    Ended ended;
     std::promise<void> outcome;
 };
 
-RecordCopier::RecordCopier(std::shared_ptr<StoreThread> store, const DeviceClock &clock, Listener listener,
-                           Timing timing)
-    : store(std::move(store)), clock(clock), listener(std::move(listener)), timing(timing),
+RecordCopier::RecordCopier(std::shared_ptr<StoreThread> store, const DeviceClock &clock, Claim claim, Timing timing)
+    : store(std::move(store)), clock(clock), claim(std::move(claim)), timing(timing),
       jobs(QStringLiteral("copies"), maximumCopies)
 {
 }
 
-RecordCopier::RecordCopier(std::shared_ptr<StoreThread> store, const DeviceClock &clock)
-    : RecordCopier(std::move(store), clock, {}, {})
+RecordCopier::RecordCopier(std::shared_ptr<StoreThread> store, const DeviceClock &clock, Claim claim)
+    : RecordCopier(std::move(store), clock, std::move(claim), {})
 {
 }
 
-Record RecordCopier::describe(const Record &source, const QVector<FilePart> &parts, const QString &name) const
+std::shared_ptr<RecordCopier::Copy> RecordCopier::prepare(const QString &sourceId, const QVector<FilePart> &parts,
+                                                          const QString &name)
 {
-    Record record = recordOfParts(source, parts);
-    record.name = name;
-    record.history = {{clock.nowUs(), origin(source, parts)}};
-    return record;
+    const auto copy = std::make_shared<Copy>(*store);
+    // Without the copy itself: its end asks the store, which must not happen on the store's own thread.
+    const auto [source, path, claimed] = store->ask([claim = claim, sourceId, id = copy->reserved.id()](RecordStore &records) {
+        const Record record = records.record(sourceId);
+        return std::tuple(record, records.samplesPath(sourceId), claim ? claim(record, id) : nullptr);
+    });
+    copy->claimed = claimed;
+    copy->parts = checkedParts(source, parts);
+    copy->record = recordOfParts(source, copy->parts);
+    copy->record.name = name;
+    copy->record.history = {{clock.nowUs(), origin(source, copy->parts)}};
+    requireRoom(*store, copy->record.sizeBytes);
+    copy->from.emplace(File::openForReading(path));
+    return copy;
 }
 
-QString RecordCopier::copy(const QString &sourceId, const QVector<FilePart> &parts, const QString &name)
+QString RecordCopier::copy(const QString &sourceId, const QVector<FilePart> &parts, const QString &name,
+                           const Ended &ended)
 {
     Jobs::Place place = jobs.takePlace();
-    const auto [source, path] = store->ask(
-        [sourceId](RecordStore &records) { return std::pair(records.record(sourceId), records.samplesPath(sourceId)); });
-    const QVector<FilePart> checked = checkedParts(source, parts);
-    const Record record = describe(source, checked, name);
-    requireRoom(*store, record.sizeBytes);
-    const auto copy = std::make_shared<Copy>(*store, sourceId, path);
-    copy->parts = checked;
-    copy->record = record;
-    if (listener.begun)
-        listener.begun(sourceId, copy->reserved.id());
+    const std::shared_ptr<Copy> copy = prepare(sourceId, parts, name);
+    copy->ended = ended;
     const QString copyId = copy->reserved.id();
     std::future<void> outcome = copy->outcome.get_future();
     jobs.start(std::move(place), [this, copy](const std::stop_token &cancellation) { perform(*copy, cancellation); });
@@ -107,19 +110,20 @@ QString RecordCopier::copy(const QString &sourceId, const QVector<FilePart> &par
 void RecordCopier::perform(Copy &copy, const std::stop_token &cancellation) const
 {
     const auto tell = [&](const QString &failure) {
-        if (listener.ended)
-            listener.ended(copy.sourceId, copy.reserved.id(), failure);
+        copy.claimed.reset(); // whoever hears of it may go on with either record
+        if (copy.ended)
+            copy.ended(copy.reserved.id(), failure);
     };
     try {
         File to = File::create(copy.reserved.samplesPath());
         for (const FilePart &part : copy.parts)
-            copyPart(copy.from, part, to, cancellation);
+            copyPart(*copy.from, part, to, cancellation);
         to.sync();
         copy.reserved.adopt(copy.record);
         tell(QString());
         copy.outcome.set_value();
     } catch (const RecorderError &error) {
-        copy.reserved.giveBack(); // before anybody hears of it
+        copy.reserved.giveBack();
         tell(error.text());
         copy.outcome.set_exception(std::make_exception_ptr(error));
     }

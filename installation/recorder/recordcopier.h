@@ -26,32 +26,30 @@ public:
     struct Timing {
         std::chrono::milliseconds patience{5000}; ///< how long copy() waits for the end of it
     };
-    /// Told on any thread; members may be empty.
-    struct Listener {
-        /// May refuse the copy by throwing RecorderError.
-        std::function<void(const QString &sourceId, const QString &copyId)> begun;
-        /// @p failure is empty when the copy is a record now.
-        std::function<void(const QString &sourceId, const QString &copyId, const QString &failure)> ended;
-    };
+    /// Asked on the store thread before a copy begins; what it answers is kept until the copy ends. May refuse the copy
+    /// by throwing RecorderError.
+    using Claim = std::function<std::shared_ptr<void>(const Record &source, const QString &copyId)>;
+    /// Told on any thread; @p failure is empty when the copy is a record now.
+    using Ended = std::function<void(const QString &copyId, const QString &failure)>;
 
     /// @p clock lives longer.
-    RecordCopier(std::shared_ptr<StoreThread> store, const DeviceClock &clock, Listener listener, Timing timing);
-    RecordCopier(std::shared_ptr<StoreThread> store, const DeviceClock &clock);
+    RecordCopier(std::shared_ptr<StoreThread> store, const DeviceClock &clock, Claim claim, Timing timing);
+    RecordCopier(std::shared_ptr<StoreThread> store, const DeviceClock &clock, Claim claim = {});
 
     /// Returns the id of the record that is made of the sections @p parts of @p sourceId. Waits for the copy; one that
-    /// takes longer than the patience goes on, is told to the listener at its end, and is in no list before.
-    QString copy(const QString &sourceId, const QVector<FilePart> &parts, const QString &name);
+    /// takes longer than the patience goes on, and is in no list before its end. @p ended is told when it began.
+    QString copy(const QString &sourceId, const QVector<FilePart> &parts, const QString &name, const Ended &ended = {});
     /// Ends the copies that go on, and waits until they have; nothing stays of them.
     void stop() { jobs.stop(); }
 
 private:
     struct Copy;
-    Record describe(const Record &source, const QVector<FilePart> &parts, const QString &name) const;
+    std::shared_ptr<Copy> prepare(const QString &sourceId, const QVector<FilePart> &parts, const QString &name);
     void perform(Copy &copy, const std::stop_token &cancellation) const;
 
     const std::shared_ptr<StoreThread> store;
     const DeviceClock &clock;
-    const Listener listener;
+    const Claim claim;
     const Timing timing;
     Jobs jobs;
 };

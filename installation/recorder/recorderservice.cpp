@@ -16,12 +16,6 @@ namespace installation::recorder
 namespace
 {
 
-quint64 nowUs()
-{
-    using namespace std::chrono;
-    return duration_cast<microseconds>(system_clock::now().time_since_epoch()).count();
-}
-
 quint32 hostOf(const QString &address)
 {
     addrinfo wanted{};
@@ -30,7 +24,8 @@ quint32 hostOf(const QString &address)
     const int failure = ::getaddrinfo(address.toLatin1().constData(), nullptr, &wanted, &found);
     if (failure != 0)
         throw RecorderError(TQ_KORVE::ekINVALID_CONFIGURATION,
-                            QStringLiteral("\"%1\" has no address: %2").arg(address, QLatin1String(::gai_strerror(failure))));
+                            QStringLiteral("\"%1\" has no address: %2")
+                                .arg(address, QLatin1String(::gai_strerror(failure))));
     const quint32 host = ntohl(reinterpret_cast<const sockaddr_in *>(found->ai_addr)->sin_addr.s_addr);
     ::freeaddrinfo(found);
     return host;
@@ -62,14 +57,18 @@ class RecorderService::Private
 public:
     Private(const RecorderConfiguration &configuration, PortableServer::POA_ptr poa)
         : store(std::make_shared<StoreThread>(configuration.statePath, configuration.answerLimit)),
-          operations(std::make_shared<DeviceOperations>(store, configuration.statePath)),
-          notifier(std::make_shared<Notifier>(nowUs)), activities(activitiesTold(notifier)),
+          clock(std::make_shared<DeviceClock>(configuration.statePath + QLatin1String("/clock"))),
+          notifier(std::make_shared<Notifier>([clock = clock] { return clock->nowUs(); })),
+          activities(activitiesTold(notifier)),
+          operations(std::make_shared<DeviceOperations>(store, clock, activities, notifier)),
           sessions(std::make_shared<Sessions>(Sessions::Surroundings{
-              PortableServer::POA::_duplicate(poa), store, activities, notifier, nowUs, hostOf(configuration.linkAddress),
+              PortableServer::POA::_duplicate(poa), store, activities, notifier,
+              [clock = clock] { return clock->nowUs(); }, hostOf(configuration.linkAddress),
               hostOf(configuration.publishedLinkAddress)}))
     {
         tellChanges(*store, notifier);
-        control.emplace(poa, configuration.objectKey, new ControlServant(store, operations, sessions, configuration.firmwareVersion));
+        control.emplace(poa, configuration.objectKey,
+                        new ControlServant(store, operations, sessions, configuration.firmwareVersion));
     }
     ~Private()
     {
@@ -78,9 +77,10 @@ public:
     }
 
     const std::shared_ptr<StoreThread> store; // lives until the last call is answered
-    const std::shared_ptr<DeviceOperations> operations;
+    const std::shared_ptr<DeviceClock> clock;
     const std::shared_ptr<Notifier> notifier;
     const std::shared_ptr<Activities> activities;
+    const std::shared_ptr<DeviceOperations> operations;
     const std::shared_ptr<Sessions> sessions;
     std::optional<Activation> control;
 };

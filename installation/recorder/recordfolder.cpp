@@ -192,6 +192,14 @@ Record RecordFolder::read(const QString &id) const
     return record;
 }
 
+QVector<RecordFile> RecordFolder::files(const QString &id) const
+{
+    QVector<RecordFile> files;
+    for (const QString &path : {metaPath(id), dataPath(id)})
+        files.append({QFileInfo(path).fileName(), path, static_cast<quint64>(fileStatus(path).st_size)});
+    return files;
+}
+
 bool RecordFolder::isFree(const QString &id) const
 {
     return QDir(folder).entryList({id + QStringLiteral(".*")}, QDir::AllEntries | QDir::Hidden | QDir::System).isEmpty();

@@ -14,6 +14,13 @@ struct RefusedFile {
     QString reason;
 };
 
+/// One of the files of a record.
+struct RecordFile {
+    QString name;
+    QString path;
+    quint64 sizeBytes = 0;
+};
+
 /// The records of a recorder as files of one folder: `ID.sigmf-data` and `ID.sigmf-meta`.
 ///
 /// A record exists from the moment its meta data has its name, until it has it no more; both happen in one step, so
@@ -58,6 +65,7 @@ public:
     /// @throws RecorderError also when one of the two files is missing.
     Stamp stamp(const QString &id) const;
     Record read(const QString &id) const;
+    QVector<RecordFile> files(const QString &id) const;
     bool isFree(const QString &id) const;
     const QString &path() const { return folder; }
     static QString metaName(const QString &id);

@@ -187,6 +187,12 @@ Record RecordStore::record(const QString &id)
     }
 }
 
+QVector<RecordFile> RecordStore::files(const QString &id)
+{
+    record(id); // there is one, and it is whole
+    return folder.files(id);
+}
+
 QVector<RefusedFile> RecordStore::refused() const
 {
     QVector<RefusedFile> files = folder.strangers();

@@ -63,6 +63,8 @@ public:
     Room room() const;
     /// Where samples are put in order for close().
     QString orderedPath(const QString &id) const { return folder.incomingPath(id); }
+    /// The two files of the record @p id, that of its meta data first.
+    QVector<RecordFile> files(const QString &id);
     /// Where the samples of the record @p id are.
     QString samplesPath(const QString &id) const { return folder.dataPath(id); }
     /// The folder that holds the files.

@@ -28,16 +28,6 @@ constexpr const char *sourceName = "installation/recorder/unservedcontrol";
 
 } // namespace
 
-void UnservedControl::copyRecordToArchDev(Text, Text)
-{
-    refuse("copyRecordToArchDev");
-}
-
-void UnservedControl::copyRecordToArchDevEx(Text, Text, Receiver)
-{
-    refuse("copyRecordToArchDevEx");
-}
-
 void UnservedControl::copyRecordFromArchDev(Text, Text)
 {
     refuse("copyRecordFromArchDev");
@@ -46,11 +36,6 @@ void UnservedControl::copyRecordFromArchDev(Text, Text)
 void UnservedControl::copyRecordFromArchDevEx(Text, Text, Receiver)
 {
     refuse("copyRecordFromArchDevEx");
-}
-
-TQ_KORVE::seqMETA_DATA *UnservedControl::listAllRecordsOnArchDev(Text)
-{
-    refuse("listAllRecordsOnArchDev");
 }
 
 void UnservedControl::removeRecordOnArchDev(Text, Text)

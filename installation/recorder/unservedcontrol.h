@@ -5,7 +5,8 @@
 namespace installation::recorder
 {
 
-/// The operations of a device that this recorder does not offer: the archive, self-test, and control of the host.
+/// The operations of a device that this recorder does not offer: what an archive gives back, self-test, and control
+/// of the host.
 ///
 /// All raise `ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE` with a text, or `CORBA::NO_IMPLEMENT` where the contract
 /// declares nothing, and trace it. None has an effect.
@@ -20,11 +21,8 @@ public:
     using Rates = TQ_KORVE::seqDataRateClasses;
     using OccupiedRates = TQ_KORVE::seqOccupiedDataRateClasses;
 
-    void copyRecordToArchDev(Text, Text) override;
-    void copyRecordToArchDevEx(Text, Text, Receiver) override;
     void copyRecordFromArchDev(Text, Text) override;
     void copyRecordFromArchDevEx(Text, Text, Receiver) override;
-    TQ_KORVE::seqMETA_DATA *listAllRecordsOnArchDev(Text) override;
     void removeRecordOnArchDev(Text, Text) override;
     void eraseAllRecords() override;
     CORBA::Boolean setPasswdForArchievingUser(Text, Text) override; // contract: spelled so on the wire

@@ -128,41 +128,37 @@ TEST_F(RecordCopy, LeavesNothingWhenTheDiskGetsFull)
 
 TEST_F(RecordCopy, LeavesNothingOfASourceThatShrinks)
 {
-    const auto shrink = [this](const QString &, const QString &) { QFile(dataPath(source)).resize(4); };
-    RecordCopier copier(store, clock, {shrink, {}}, {});
+    const auto shrink = [this](const Record &, const QString &) {
+        QFile(dataPath(source)).resize(4);
+        return nullptr;
+    };
+    RecordCopier copier(store, clock, shrink);
     EXPECT_EQ(kindOf(copier, all, source), TQ_KORVE::ekCOPY_FAULT);
     EXPECT_EQ(contentOf(directory.filePath("state/recordings")).size(), 2);
 }
 
-TEST_F(RecordCopy, OutlivesTheRemovalOfItsSource)
-{
-    store->ask([this](RecordStore &records) { records.change(source, [](Record &record) { record.deletable = true; }); });
-    const auto remove = [this](const QString &id, const QString &) {
-        EXPECT_TRUE(store->ask([id](RecordStore &records) { return records.remove(id); }));
-    };
-    RecordCopier copier(store, clock, {remove, {}}, {});
-    EXPECT_EQ(readFile(dataPath(copier.copy(source, all, ""))), samples);
-}
-
-TEST_F(RecordCopy, TellsItsBeginAndEnd)
+TEST_F(RecordCopy, ClaimsBothRecordsUntilItIsThere)
 {
     QStringList told;
-    const auto begun = [&](const QString &from, const QString &to) { told += {"begun", from, to}; };
-    const auto ended = [&](const QString &, const QString &to, const QString &failure) {
-        EXPECT_EQ(recordOf(to).id, to); // whoever hears of it finds it
-        told += {"ended", to, failure};
+    const auto claim = [&](const Record &record, const QString &id) {
+        told += {"claimed", record.id, id};
+        return std::shared_ptr<void>(nullptr, [&](void *) { told += "released"; });
     };
-    RecordCopier copier(store, clock, {begun, ended}, {});
-    const QString id = copier.copy(source, all, "");
-    EXPECT_EQ(told, (QStringList{"begun", source, id, "ended", id, ""}));
+    const auto ended = [&](const QString &id, const QString &failure) {
+        EXPECT_EQ(recordOf(id).id, id); // whoever hears of it finds it
+        told += {"ended", id, failure};
+    };
+    RecordCopier copier(store, clock, claim);
+    const QString id = copier.copy(source, all, "", ended);
+    EXPECT_EQ(told, (QStringList{"claimed", source, id, "released", "ended", id, ""}));
 }
 
-TEST_F(RecordCopy, MayBeRefusedByWhoHearsOfIt)
+TEST_F(RecordCopy, MayBeRefusedByWhoIsAsked)
 {
-    const auto refuse = [](const QString &, const QString &) {
+    const auto refuse = [](const Record &, const QString &) -> std::shared_ptr<void> {
         throw RecorderError(TQ_KORVE::ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE, "it is being recorded");
     };
-    RecordCopier copier(store, clock, {refuse, {}}, {});
+    RecordCopier copier(store, clock, refuse);
     EXPECT_EQ(kindOf(copier, all, source), TQ_KORVE::ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE);
     expectOnlyTheSource();
 }
@@ -171,7 +167,7 @@ TEST_F(RecordCopy, MayBeRefusedByWhoHearsOfIt)
 class LongRecordCopy : public RecordCopy
 {
 protected:
-    QString copy(const QVector<FilePart> &parts) { return copier.copy(source, parts, QString()); }
+    QString copy(const QVector<FilePart> &parts) { return copier.copy(source, parts, QString(), ended); }
     /// Makes the source one of 4 GiB, most of it a hole that takes no room.
     void enlargeSource()
     {
@@ -189,15 +185,12 @@ protected:
     std::promise<void> mayEnd;
     std::promise<QString> failure;
     std::atomic<bool> isTold = false;
-    RecordCopier copier{store,
-                        clock,
-                        {{},
-                         [this, end = mayEnd.get_future().share()](const QString &, const QString &, const QString &text) {
-                             end.wait();
-                             if (!isTold.exchange(true))
-                                 failure.set_value(text);
-                         }},
-                        {std::chrono::milliseconds(0)}};
+    RecordCopier::Ended ended = [this, end = mayEnd.get_future().share()](const QString &, const QString &text) {
+        end.wait();
+        if (!isTold.exchange(true))
+            failure.set_value(text);
+    };
+    RecordCopier copier{store, clock, {}, {std::chrono::milliseconds(0)}};
 };
 
 TEST_F(LongRecordCopy, IsAnsweredBeforeItsEnd)
@@ -214,6 +207,16 @@ TEST_F(LongRecordCopy, HasAFewPlaces)
         copy({{0, 4}});
     EXPECT_EQ(kindOf(copier, {{0, 4}}, source), TQ_KORVE::ekRESSOURCES_EXHAUSTED);
     mayEnd.set_value();
+}
+
+TEST_F(LongRecordCopy, OutlivesTheRemovalOfItsSource)
+{
+    store->ask([this](RecordStore &records) { records.change(source, [](Record &record) { record.deletable = true; }); });
+    const QString id = copy(all);
+    EXPECT_TRUE(store->ask([this](RecordStore &records) { return records.remove(source); }));
+    mayEnd.set_value();
+    EXPECT_EQ(failure.get_future().get(), "");
+    EXPECT_EQ(readFile(dataPath(id)), samples);
 }
 
 TEST_F(LongRecordCopy, LeavesNothingWhenTheRecorderEnds)

@@ -22,7 +22,7 @@ protected:
 
     QTemporaryDir directory;
     const QString path = directory.filePath("samples");
-    const SampleLayout layout{4, 2, true};
+    const SampleLayout layout{*SampleFormat::ofSigmf(QStringLiteral("ci16_le")), 1};
 };
 
 TEST_F(Writer, JoinsSamplesThatComeInPieces)

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "installation/recorder/jobs.h"
+#include "installation/recorder/outgoingconnection.h"
+#include "installation/recorder/recordfolder.h"
+#include "installation/recorder/transfertarget.h"
+
+#include <functional>
+#include <memory>
+
+namespace installation::recorder
+{
+
+class StoreThread;
+
+/// Sends files of records to who listens for them, at most maximumTransfers at once.
+///
+/// A file is sent as it is when it is opened, whatever becomes of the record meanwhile; the connection is closed behind
+/// its last byte.
+/// Thread: any.  Errors: throws RecorderError.
+class FileTransfers
+{
+public:
+    static constexpr unsigned maximumTransfers = 8;
+
+    /// Told on any thread; @p failure is empty when the receiver has the file.
+    using Ended = std::function<void(const QString &failure)>;
+
+    explicit FileTransfers(std::shared_ptr<StoreThread> store, const OutgoingConnection::Timing &timing = {});
+
+    /// The files of the record in "export:RECORDID".
+    QVector<RecordFile> list(const QString &archiveDevice) const;
+    /// Connects to the target in @p url, and sends the file of the record from there on a thread of its own.
+    void start(const QString &recordId, const QString &url, const Ended &ended);
+    /// The same, and waits for the end of it.
+    void send(const QString &recordId, const QString &url);
+    /// Ends what is being sent, and waits until it has.
+    void stop() { jobs.stop(); }
+
+private:
+    struct Transfer;
+    std::shared_ptr<Transfer> open(const QString &recordId, const TransferTarget &target) const;
+
+    const std::shared_ptr<StoreThread> store;
+    const OutgoingConnection::Timing timing;
+    Jobs jobs;
+};
+
+} // namespace installation::recorder
