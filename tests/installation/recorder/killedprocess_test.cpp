@@ -112,15 +112,15 @@ TEST_F(KilledRecorder, KeepsEveryAcknowledgedChange)
     }
 }
 
-/// A recorder that is to take in @p file, killed when the first samples of it have a name.
-void killWhileImporting(const QString &statePath, const QString &file)
+/// A recorder that is to do what @p arguments say, killed when the first samples of a new record have a name.
+void killWithNewSamples(const QString &statePath, const QStringList &arguments)
 {
     QProcess process;
-    process.start(RECORDER_PROCESS, {"serve", statePath, file});
+    process.start(RECORDER_PROCESS, arguments);
     const QDir recordings(statePath + QLatin1String("/recordings"));
     const QDeadlineTimer end(60'000);
     while (recordings.entryList({"*.sigmf-data.part"}).isEmpty() && !end.hasExpired()) {
-        // the recorder tells of an import only when it is done
+        // the recorder tells of it only when it is done
     }
     process.kill();
     ASSERT_TRUE(process.waitForFinished(60'000));
@@ -137,11 +137,37 @@ TEST(KilledImport, LeavesTheOtherRecordsAndNothingElse)
     QFile samples(directory.filePath("air.sigmf-data"));
     ASSERT_TRUE(samples.open(QIODevice::WriteOnly) && samples.resize(256 << 20)); // a hole: it takes no room
 
-    killWhileImporting(statePath, directory.filePath("air.sigmf-meta"));
+    killWithNewSamples(statePath, {"serve", statePath, directory.filePath("air.sigmf-meta")});
     RecordStore store(statePath);
     ASSERT_EQ(store.records().size(), 1);
     EXPECT_EQ(store.records().first().id, id);
     EXPECT_EQ(contentOf(statePath + "/recordings"), before);
+}
+
+/// A record of @p sizeBytes, all of it a hole that takes no room.
+QString storeHole(RecordStore &store, quint64 sizeBytes)
+{
+    const RecordStore::Reservation place = store.reserve();
+    writeFile(place.samplesPath, {});
+    EXPECT_TRUE(QFile::resize(place.samplesPath, static_cast<qint64>(sizeBytes)));
+    Record record = fullRecord("hole");
+    record.id = place.id;
+    record.sizeBytes = sizeBytes;
+    store.adopt(record);
+    return record.id;
+}
+
+TEST(KilledCopy, LeavesItsSourceAndNothingElse)
+{
+    const QTemporaryDir directory;
+    const QString statePath = directory.filePath("state");
+    const QString id = storeHole(*std::make_unique<RecordStore>(statePath), quint64(4) << 30);
+    killWithNewSamples(statePath, {"copy", statePath, id});
+    RecordStore store(statePath);
+    ASSERT_EQ(store.records().size(), 1);
+    EXPECT_EQ(store.record(id).name, "hole");
+    EXPECT_TRUE(store.refused().isEmpty());
+    EXPECT_EQ(QDir(statePath + "/recordings").entryList(QDir::Files | QDir::Hidden).size(), 2);
 }
 
 } // namespace

@@ -1,3 +1,5 @@
+#include "installation/recorder/deviceclock.h"
+#include "installation/recorder/recordcopier.h"
 #include "installation/recorder/recorderservice.h"
 #include "installation/recorder/recordererror.h"
 #include "installation/recorder/storethread.h"
@@ -11,9 +13,10 @@
 #include <csignal>
 #include <iostream>
 
-// A recorder in a process of its own: recorderprocess write STATE | serve STATE [FILE...]
-// `write` changes its records without end and says before and after each step what it does; `serve` takes in the files,
-// prints the files it refuses and the reference of its control object, and serves until its input ends.
+// A recorder in a process of its own: recorderprocess write STATE | copy STATE ID | serve STATE [FILE...]
+// `write` changes its records without end and says before and after each step what it does; `copy` copies one; `serve`
+// takes in the files, prints the files it refuses and the reference of its control object, and serves until its input
+// ends.
 
 using namespace installation::recorder;
 
@@ -86,6 +89,15 @@ void writeOn(const QString &statePath)
         writer.step(number);
 }
 
+void copyWhole(const QString &statePath, const QString &id)
+{
+    const auto store = std::make_shared<StoreThread>(statePath);
+    const DeviceClock clock(statePath + QLatin1String("/clock"));
+    RecordCopier copier(store, clock, {}, {std::chrono::hours(1)});
+    const Record record = store->ask([id](RecordStore &records) { return records.record(id); });
+    copier.copy(id, {{0, record.sizeBytes}}, QStringLiteral("copy"));
+}
+
 /// A POA under @p orb whose user chooses the keys, serving.
 PortableServer::POA_ptr servingPoa(CORBA::ORB_ptr orb)
 {
@@ -126,6 +138,8 @@ int main(int argc, char **argv)
     try {
         if (arguments.size() >= 3 && arguments.at(1) == QLatin1String("write"))
             writeOn(arguments.at(2));
+        if (arguments.size() >= 4 && arguments.at(1) == QLatin1String("copy"))
+            copyWhole(arguments.at(2), arguments.at(3));
         if (arguments.size() >= 3 && arguments.at(1) == QLatin1String("serve"))
             serve(arguments);
     } catch (const RecorderError &error) {
