@@ -76,8 +76,8 @@ void SpectrumReader::readHead()
     SpectrumHead head;
     for (quint32 *value : {&head.fftSize, &head.window, &head.valuesPerLine})
         *value = numbers.next<quint32>();
-    for (quint64 *value : {&head.lineCount, &head.startPosition, &head.stopPosition, &head.sampleRateHz,
-                           &head.tunerFrequencyHz})
+    for (quint64 *value :
+         {&head.lineCount, &head.startPosition, &head.stopPosition, &head.sampleRateHz, &head.tunerFrequencyHz})
         *value = numbers.next<quint64>();
     check(head);
     spectrumHead = head;
@@ -123,9 +123,8 @@ void SpectrumReader::requireComplete() const
     if (!spectrumHead)
         throw SpectrumError(QStringLiteral("the spectrum ended within its head"));
     if (!isComplete())
-        throw SpectrumError(QStringLiteral("the spectrum ended after %1 of %2 lines")
-                                .arg(linesTaken)
-                                .arg(spectrumHead->lineCount));
+        throw SpectrumError(
+            QStringLiteral("the spectrum ended after %1 of %2 lines").arg(linesTaken).arg(spectrumHead->lineCount));
 }
 
 } // namespace apps

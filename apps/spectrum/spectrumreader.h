@@ -25,8 +25,8 @@ private:
 /// What a spectrum says of itself. Positions are bytes from the record's first sample on.
 struct SpectrumHead {
     quint32 fftSize = 0;
-    quint32 window = 0;         ///< numbered as in the contracts
-    quint32 valuesPerLine = 0;  ///< fftSize of complex samples; half of it and one of real ones
+    quint32 window = 0;        ///< numbered as in the contracts
+    quint32 valuesPerLine = 0; ///< fftSize of complex samples; half of it and one of real ones
     quint64 lineCount = 0;
     quint64 startPosition = 0;
     quint64 stopPosition = 0;

@@ -30,7 +30,8 @@ int main(int argc, char **argv)
     real.lineCount = 1;
     const bool isWritten =
         write(folder + QStringLiteral("complex"), QByteArray(1, '\x07') + SpectrumBytes().whole()) &&
-        write(folder + QStringLiteral("real"), QByteArray(1, '\0') + real.head() + SpectrumBytes::line(0, 400, {-1, -2, 0})) &&
+        write(folder + QStringLiteral("real"),
+              QByteArray(1, '\0') + real.head() + SpectrumBytes::line(0, 400, {-1, -2, 0})) &&
         write(folder + QStringLiteral("cut"), QByteArray(1, '\x3f') + SpectrumBytes().whole().chopped(1)) &&
         write(folder + QStringLiteral("behind"), QByteArray(1, '\xff') + SpectrumBytes().whole() + "x");
     return isWritten ? 0 : 1;

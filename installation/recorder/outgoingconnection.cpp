@@ -120,7 +120,8 @@ void OutgoingConnection::sendFile(const File &file, quint64 position, quint64 co
     while (count > 0) {
         if (stop.stop_requested())
             fail(ECANCELED);
-        const ssize_t sent = ::sendfile(connection.get(), file.handle(), &place, std::min<quint64>(count, sendfileMost));
+        const ssize_t sent =
+            ::sendfile(connection.get(), file.handle(), &place, std::min<quint64>(count, sendfileMost));
         if (sent > 0)
             count -= sent;
         else if (sent == 0)

@@ -64,8 +64,7 @@ void SpectrumSender::stream(const QString &recordId, const SpectrumRequest &requ
     requirePlace(address, port);
     Jobs::Place place = jobs.takePlace();
     const std::shared_ptr<OverviewSpectrum> spectrum = open(recordId, request);
-    const auto connection =
-        std::make_shared<OutgoingConnection>(addressText(address), port, jobs.stopToken(), timing);
+    const auto connection = std::make_shared<OutgoingConnection>(addressText(address), port, jobs.stopToken(), timing);
     jobs.start(std::move(place), [spectrum, connection](const std::stop_token &) {
         pass(*spectrum, [&](const QByteArray &step) { connection->send(step.constData(), step.size()); });
         connection->finish();

@@ -32,8 +32,8 @@ fftwf_complex *complexNumbers(float *numbers)
 struct FourierTransform::Plan {
     Plan(unsigned size, bool complex, float *in, float *out)
         : size(size), complex(complex),
-          plan(complex ? fftwf_plan_dft_1d(static_cast<int>(size), complexNumbers(in), complexNumbers(out), FFTW_FORWARD,
-                                           FFTW_MEASURE)
+          plan(complex ? fftwf_plan_dft_1d(static_cast<int>(size), complexNumbers(in), complexNumbers(out),
+                                           FFTW_FORWARD, FFTW_MEASURE)
                        : fftwf_plan_dft_r2c_1d(static_cast<int>(size), in, complexNumbers(out), FFTW_MEASURE))
     {
         if (!plan)

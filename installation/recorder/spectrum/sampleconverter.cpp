@@ -8,7 +8,6 @@
 #include <array>
 #include <bit>
 #include <cstring>
-#include <limits>
 #include <type_traits>
 
 namespace installation::recorder
@@ -20,10 +19,18 @@ namespace
 using Function = SampleConverter::Function;
 
 template <std::size_t size> struct UnsignedOf;
-template <> struct UnsignedOf<1> { using Type = quint8; };
-template <> struct UnsignedOf<2> { using Type = quint16; };
-template <> struct UnsignedOf<4> { using Type = quint32; };
-template <> struct UnsignedOf<8> { using Type = quint64; };
+template <> struct UnsignedOf<1> {
+    using Type = quint8;
+};
+template <> struct UnsignedOf<2> {
+    using Type = quint16;
+};
+template <> struct UnsignedOf<4> {
+    using Type = quint32;
+};
+template <> struct UnsignedOf<8> {
+    using Type = quint64;
+};
 
 template <typename Number, bool swapped> KORVE_LOOP float numberAt(const char *place)
 {
@@ -37,7 +44,8 @@ template <typename Number, bool swapped> KORVE_LOOP float numberAt(const char *p
     else if constexpr (std::is_signed_v<Number>)
         return static_cast<float>(static_cast<Number>(bits));
     else // half of the range stands for 0
-        return static_cast<float>(static_cast<std::make_signed_t<Number>>(bits ^ Bits(Bits(1) << (8 * sizeof bits - 1))));
+        return static_cast<float>(
+            static_cast<std::make_signed_t<Number>>(bits ^ Bits(Bits(1) << (8 * sizeof bits - 1))));
 }
 
 template <typename Number, bool swapped, std::size_t components>
@@ -86,14 +94,12 @@ struct Kind {
 
 template <typename Number> constexpr Kind kind(const char *name)
 {
-    const double unit =
-        std::is_floating_point_v<Number> ? 1 : 1 / (double(std::numeric_limits<std::make_unsigned_t<std::conditional_t<
-                                                        std::is_floating_point_v<Number>, int, Number>>>::max() / 2) + 1);
+    const double unit = std::is_floating_point_v<Number> ? 1 : 1.0 / (quint64(1) << (8 * sizeof(Number) - 1));
     return {name, unit, functionFor<Number, false>, functionFor<Number, true>};
 }
 
-constexpr std::array kinds{kind<double>("f64"),  kind<float>("f32"),   kind<qint32>("i32"), kind<quint32>("u32"),
-                           kind<qint16>("i16"),  kind<quint16>("u16"), kind<qint8>("i8"),   kind<quint8>("u8")};
+constexpr std::array kinds{kind<double>("f64"), kind<float>("f32"),   kind<qint32>("i32"), kind<quint32>("u32"),
+                           kind<qint16>("i16"), kind<quint16>("u16"), kind<qint8>("i8"),   kind<quint8>("u8")};
 
 } // namespace
 

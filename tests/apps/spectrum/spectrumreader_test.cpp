@@ -25,9 +25,9 @@ void readAll(const QByteArray &bytes)
 TEST(SpectrumReader, ReadsBytesThatWereWrittenByHand)
 {
     SpectrumReader reader;
-    reader.add(QByteArray::fromHex("4b4f525645535043" "01000000" "02000000" "03000000" "02000000" "0100000000000000"
-                                   "0400000000000000" "0c00000000000000" "80bb000000000000" "0100000001000000"
-                                   "0000000000000000" "0400000000000000" "40e2010000000000" "0000c0bf" "000048c2"));
+    reader.add(QByteArray::fromHex("4b4f525645535043 01000000 02000000 03000000 02000000 0100000000000000 "
+                                   "0400000000000000 0c00000000000000 80bb000000000000 0100000001000000 "
+                                   "0000000000000000 0400000000000000 40e2010000000000 0000c0bf 000048c2"));
     const SpectrumHead expected{2, 3, 2, 1, 4, 12, 48000, 4'294'967'297};
     EXPECT_EQ(reader.head(), expected);
     const std::optional<SpectrumLine> line = reader.next();
@@ -105,7 +105,8 @@ INSTANTIATE_TEST_SUITE_P(
     Wrong, SpectrumHeads,
     testing::Values(WrongHead{"Version", [](auto &bytes) { bytes.version = 2; }},
                     WrongHead{"NoTransform", [](auto &bytes) { bytes.fftSize = bytes.valuesPerLine = 0; }},
-                    WrongHead{"HugeTransform", [](auto &bytes) { bytes.fftSize = bytes.valuesPerLine = (1 << 20) + 1; }},
+                    WrongHead{"HugeTransform",
+                              [](auto &bytes) { bytes.fftSize = bytes.valuesPerLine = (1 << 20) + 1; }},
                     WrongHead{"Window", [](auto &bytes) { bytes.window = 5; }},
                     WrongHead{"ValuesPerLine", [](auto &bytes) { bytes.valuesPerLine = 5; }},
                     WrongHead{"HugeLine", [](auto &bytes) { bytes.valuesPerLine = 0xffffffff; }},

@@ -32,7 +32,11 @@ protected:
     }
     QString url(const RecordFile &file, quint64 offset, quint16 port) const
     {
-        return QString("tcp://127.0.0.1:%1/%2?offset=%3&size=%4").arg(port).arg(file.name).arg(offset).arg(file.sizeBytes);
+        return QString("tcp://127.0.0.1:%1/%2?offset=%3&size=%4")
+            .arg(port)
+            .arg(file.name)
+            .arg(offset)
+            .arg(file.sizeBytes);
     }
     template <typename Action> TQ_KORVE::eKorveKind kindOf(Action action)
     {
@@ -59,8 +63,8 @@ protected:
     QTemporaryDir directory;
     QByteArray samples{6 << 20, 0}; // more than a socket keeps
     const std::shared_ptr<StoreThread> store = std::make_shared<StoreThread>(directory.filePath("state"));
-    FileTransfers transfers{store, {std::chrono::milliseconds(2000), std::chrono::milliseconds(200),
-                                    std::chrono::milliseconds(200)}};
+    FileTransfers transfers{
+        store, {std::chrono::milliseconds(2000), std::chrono::milliseconds(200), std::chrono::milliseconds(200)}};
     QString record;
     QVector<RecordFile> files;
 };
@@ -100,9 +104,8 @@ TEST_F(Transfer, ToAReceiverMayBeWaitedFor)
 TEST_F(Transfer, IsRefusedWhenTheRecordHasChanged)
 {
     const QString before = url(files[0], 0, deafPort());
-    store->ask([this](RecordStore &records) {
-        records.change(record, [](Record &record) { record.name = "another name"; });
-    });
+    store->ask(
+        [this](RecordStore &records) { records.change(record, [](Record &record) { record.name = "another name"; }); });
     EXPECT_EQ(kindOf([&] { transfers.send(record, before); }), TQ_KORVE::ekRECORD_ACCESS_FAILED);
 }
 
@@ -141,7 +144,8 @@ TEST_F(Transfer, EndsAtOnceWithTheRecorder)
 
 TEST(TransferTarget, IsTakenApart)
 {
-    const TransferTarget target = TransferTarget::ofUrl("tcp://127.0.0.1:4711/a%20b.sigmf-data?offset=12&size=18446744073709551615");
+    const TransferTarget target =
+        TransferTarget::ofUrl("tcp://127.0.0.1:4711/a%20b.sigmf-data?offset=12&size=18446744073709551615");
     EXPECT_EQ(target.host, "127.0.0.1");
     EXPECT_EQ(target.port, 4711);
     EXPECT_EQ(target.fileName, "a b.sigmf-data");
@@ -171,8 +175,9 @@ INSTANTIATE_TEST_SUITE_P(
                     "tcp://h:65536/f?offset=0&size=1", "tcp://:1/f?offset=0&size=1", "tcp://u@h:1/f?offset=0&size=1",
                     "tcp://h:1?offset=0&size=1", "tcp://h:1/?offset=0&size=1", "tcp://h:1/a/b?offset=0&size=1",
                     "tcp://h:1/..%2fa?offset=0&size=1", "tcp://h:1/f", "tcp://h:1/f?offset=0", "tcp://h:1/f?size=1",
-                    "tcp://h:1/f?offset=0&size=1&more=1", "tcp://h:1/f?offset=0&offset=1", "tcp://h:1/f?offset=-1&size=1",
-                    "tcp://h:1/f?offset=+1&size=1", "tcp://h:1/f?offset=&size=1", "tcp://h:1/f?offset=0x1&size=1",
-                    "tcp://h:1/f?offset=0&size=18446744073709551616", "tcp://h:1/f?offset=0&size=1#x"));
+                    "tcp://h:1/f?offset=0&size=1&more=1", "tcp://h:1/f?offset=0&offset=1",
+                    "tcp://h:1/f?offset=-1&size=1", "tcp://h:1/f?offset=+1&size=1", "tcp://h:1/f?offset=&size=1",
+                    "tcp://h:1/f?offset=0x1&size=1", "tcp://h:1/f?offset=0&size=18446744073709551616",
+                    "tcp://h:1/f?offset=0&size=1#x"));
 
 } // namespace

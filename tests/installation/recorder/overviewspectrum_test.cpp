@@ -79,8 +79,8 @@ protected:
 
     QTemporaryDir directory;
     const std::shared_ptr<StoreThread> store = std::make_shared<StoreThread>(directory.filePath("state"));
-    SpectrumSender sender{store, {std::chrono::milliseconds(2000), std::chrono::milliseconds(200),
-                                  std::chrono::milliseconds(200)}};
+    SpectrumSender sender{
+        store, {std::chrono::milliseconds(2000), std::chrono::milliseconds(200), std::chrono::milliseconds(200)}};
     QString record;
     const SpectrumRequest tiny{0, 8, 1, 2, 0};
     const SpectrumRequest huge{0, recordBytes, 1'000'000, 4096, 2}; // more than any socket keeps
@@ -146,7 +146,7 @@ TEST_F(Spectrum, RefusesWhatMakesNoSense)
     EXPECT_EQ(kindOf({0, recordBytes - 1, 1, 1024, 0}), invalid);
     EXPECT_EQ(kindOf({800, 800, 1, 2, 0}), invalid);
     EXPECT_EQ(kindOf({800, 400, 1, 2, 0}), invalid);
-    EXPECT_EQ(kindOf({0, 4 * 1023, 1, 1024, 0}), invalid); // fewer samples than the transform
+    EXPECT_EQ(kindOf({0, 4 * 1023, 1, 1024, 0}), invalid);         // fewer samples than the transform
     EXPECT_EQ(kindOf({0, recordBytes, 10'000, 1024, 0}), invalid); // too long for one answer
     EXPECT_EQ(kindOf([&] { sender.overview("R0", tiny); }), TQ_KORVE::ekINVALID_RECORD_ID);
 }

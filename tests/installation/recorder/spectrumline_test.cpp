@@ -145,8 +145,7 @@ TEST_P(EachWindow, ShowsAConstantOfFullScaleAtZero)
 
 TEST_P(EachWindow, TellsTwoTonesApart)
 {
-    const std::vector<float> levels =
-        levelsOf(tone(2048, 300, 0.5) + tone(2048, -700, 0.005), "cf32_le", GetParam());
+    const std::vector<float> levels = levelsOf(tone(2048, 300, 0.5) + tone(2048, -700, 0.005), "cf32_le", GetParam());
     EXPECT_NEAR(levels[1024 + 300], -6.02, 0.05);
     EXPECT_NEAR(levels[1024 - 700], -46.02, 0.1);
     EXPECT_LT(levels[1024 + 700], -60);
@@ -168,7 +167,9 @@ INSTANTIATE_TEST_SUITE_P(Windows, EachWindow,
 
 TEST(Windows, DifferInTheirSideLobes)
 {
-    const auto farAway = [](SpectrumWindow window) { return levelsOf(tone(1024, 100.5), "cf64_le", window)[512 + 120]; };
+    const auto farAway = [](SpectrumWindow window) {
+        return levelsOf(tone(1024, 100.5), "cf64_le", window)[512 + 120];
+    };
     EXPECT_NEAR(farAway(SpectrumWindow::Rectangle), -35.7, 0.5);
     EXPECT_LT(farAway(SpectrumWindow::Hamming), -50);
     EXPECT_LT(farAway(SpectrumWindow::Hanning), -80);
@@ -218,7 +219,8 @@ TEST(Levels, OfSilenceAndOfWhatIsNoNumberAreTheLeast)
 TEST(Levels, AreExactToAThousandth)
 {
     for (double db = -290; db < 300; db += 0.37) {
-        const float number[]{static_cast<float>(std::pow(10, db / 20) * 0.6), static_cast<float>(std::pow(10, db / 20) * 0.8)};
+        const float number[]{static_cast<float>(std::pow(10, db / 20) * 0.6),
+                             static_cast<float>(std::pow(10, db / 20) * 0.8)};
         float level = 0;
         toDecibels(number, 1, 1, &level);
         EXPECT_NEAR(level, db, 0.001);
