@@ -43,6 +43,13 @@ void CallQueue::close()
     changed.notify_all();
 }
 
+void CallQueue::finish()
+{
+    const std::scoped_lock lock(mutex);
+    finishing = true;
+    changed.notify_all();
+}
+
 void CallQueue::run()
 {
     while (const auto call = next())
@@ -56,8 +63,8 @@ void CallQueue::run()
 std::optional<CallQueue::Call> CallQueue::next()
 {
     std::unique_lock lock(mutex);
-    changed.wait(lock, [this] { return closed || !calls.empty(); });
-    if (closed)
+    changed.wait(lock, [this] { return closed || finishing || !calls.empty(); });
+    if (closed || calls.empty())
         return std::nullopt;
     Call call = std::move(calls.front());
     calls.pop_front();

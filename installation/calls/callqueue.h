@@ -39,7 +39,10 @@ public:
     /// No more calls are begun. Does not wait, so that the object may ask for it from within a call.
     void close();
 
-    /// The thread is done: closed or given up.
+    /// The calls that wait are made still, and none after them. Does not wait.
+    void finish();
+
+    /// The thread is done: closed, finished or given up.
     bool finished() const { return done; }
     bool givenUp() const { return failed; }
 
@@ -48,8 +51,9 @@ private:
     std::optional<Call> next();
     bool make(const Call &call);
 
-    std::mutex mutex; // guards the two members below; not held during a call
+    std::mutex mutex; // guards the three members below; not held during a call
     std::deque<Call> calls;
+    bool finishing = false;
     bool closed = false;
     std::condition_variable changed;
     int failures = 0; // of the thread alone

@@ -112,10 +112,8 @@ void ControlServant::setRecordIdle(Text recordId)
 
 TQ_KORVE::seqMETA_DATA *ControlServant::getActiveSessions()
 {
-    const auto active = ask("getActiveSessions", [sessions = sessions](RecordStore &records) {
-        return sessions->overlaid(records.records(), sessions->table().recordIds());
-    });
-    return toSequence<TQ_KORVE::seqMETA_DATA>(active, toMetaData);
+    const auto records = ask("getActiveSessions", [](RecordStore &store) { return store.records(); });
+    return toSequence<TQ_KORVE::seqMETA_DATA>(sessions->active(records), toMetaData);
 }
 
 TQ_KORVE::seqMETA_DATA *ControlServant::getActiveSessionsEx3()

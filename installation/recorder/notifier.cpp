@@ -75,7 +75,7 @@ void Notifier::tellOne(Receiver receiver, Change change, const QString &recordId
     const std::scoped_lock lock(mutex);
     const Listener &listener = listenerFor(receiver);
     if (!listener.isWanted(recordId))
-        listener.queue->tell(notificationOf(change, recordId, text));
+        listener.queue->tell(recordId.toStdString(), notificationOf(change, recordId, text));
     retireUnused(); // which ends when it has told
 }
 
@@ -105,7 +105,7 @@ void Notifier::tell(const QString &recordId, const NotificationQueue::Notificati
     forgetFinished();
     for (Listener &listener : listeners)
         if (listener.isWanted(recordId))
-            listener.queue->tell(notification);
+            listener.queue->tell(recordId.toStdString(), notification);
 }
 
 void Notifier::retireUnused()

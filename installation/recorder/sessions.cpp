@@ -169,8 +169,9 @@ void Sessions::announce(Receiver receiver)
     }
 }
 
-QVector<RecordSummary> Sessions::overlaid(const QVector<RecordSummary> &records, const QStringList &ids) const
+QVector<RecordSummary> Sessions::active(const QVector<RecordSummary> &records) const
 {
+    const QStringList ids = sessions.recordIds();
     QVector<RecordSummary> chosen;
     for (const RecordSummary &record : records)
         if (ids.contains(record.id))

@@ -47,8 +47,8 @@ public:
     /// @throws CORBA::BAD_PARAM for nil, CORBA::NO_RESOURCES when there are too many: the operation declares no other.
     void announce(Receiver receiver);
 
-    /// Those of @p records whose ids are among @p ids, with what goes on with them.
-    QVector<RecordSummary> overlaid(const QVector<RecordSummary> &records, const QStringList &ids) const;
+    /// Those of @p records that have sessions, with what goes on with them.
+    QVector<RecordSummary> active(const QVector<RecordSummary> &records) const;
     Activities &activities() { return *around.activities; }
     Notifier &notifier() { return *around.notifier; }
     const SessionTable &table() const { return sessions; }

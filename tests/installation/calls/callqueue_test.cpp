@@ -116,6 +116,20 @@ TEST_F(CallQueue, GivesUpAtOnceOneThatIsNoLongerThere)
     EXPECT_THAT(receiver.heard(), ElementsAre());
 }
 
+TEST_F(CallQueue, MakesTheCallsThatWaitWhenItFinishes)
+{
+    receiver.hang();
+    queue.add(receiver.call("A"));
+    queue.add(receiver.call("B"));
+    ASSERT_TRUE(receiver.hasHeard(1));
+    queue.finish();
+    EXPECT_FALSE(queue.finished());
+    receiver.answer();
+    ASSERT_TRUE(finishes(queue));
+    EXPECT_FALSE(queue.givenUp());
+    EXPECT_THAT(receiver.heard(), ElementsAre("A", "B"));
+}
+
 TEST_F(CallQueue, BeginsNoCallAfterItIsClosed)
 {
     receiver.hang();
