@@ -139,8 +139,8 @@ bool GuiToServerExportCorbaHandler::exportRecord(IF_ExportCallback_ptr callback)
     };
     return callOr(made, [&](const RemoteFailure &failure) {
         const Exported exported(exportId);
-        traceManagerFailure(failure, {"exportRecord", exported.deviceId, exported.recordId},
-                            QStringLiteral("exportRecord(%1)").arg(exportId), sourceName);
+        // contract: a refusal of the manager has no words of its own here
+        traceFailure(failure, {"exportRecord", exported.deviceId, exported.recordId}, sourceName);
         return false;
     });
 }

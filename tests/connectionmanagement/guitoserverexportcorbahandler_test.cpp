@@ -154,7 +154,8 @@ TEST_F(ExportHandler, TracesRefusalsInTheManagersWords)
                          refuse(IF_KRV_c_KRV::Request_Failed)),
                 ElementsAre("cancelExport(%1): Request Failed - no"));
     EXPECT_THAT(tracesOf([this] { EXPECT_FALSE(exportIt()); }, refuse(IF_KRV_c_KRV::Invalid_RecordId)),
-                ElementsAre("exportRecord(D1@R1@c@d@e): Invalid Record ID - no"));
+                ElementsAre("exportRecord for Device/Record D1/R1 failed with exception: User exception: undefined",
+                            "CORBA User Exception"));
 }
 
 TEST_F(ExportHandler, TracesLostConnections)
