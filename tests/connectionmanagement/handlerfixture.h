@@ -2,8 +2,8 @@
 
 #include "connectionmanagement/korveguitoservercorbahandler.h"
 #include "objectmodel/korve_recorddata.h"
-#include "tests/appruntime/capturedtraces.h"
 #include "tests/connectionmanagement/liveinstallation.h"
+#include "tests/connectionmanagement/owntraces.h"
 #include "tests/connectionmanagement/station.h"
 
 /// A station of subsystem "Alpha" whose tics are down, and a registered manager.
@@ -28,14 +28,6 @@ protected:
     {
         for (KorveCommon::KorveManagerConnectionData *tic : station->tics(alpha))
             goDown(tic);
-    }
-
-    /// What was traced since the last time, without what the tics trace meanwhile.
-    static std::vector<std::string> take(CapturedTraces &traces)
-    {
-        std::vector<std::string> texts = traces.take();
-        std::erase_if(texts, [&](const std::string &text) { return traces.sourceOf(text).starts_with("orbconnection/"); });
-        return texts;
     }
 
     const QString alpha = QStringLiteral("Alpha");

@@ -1,7 +1,7 @@
 #include "connectionmanagement/managercall.h"
 
 #include "idl/korve.hh"
-#include "tests/appruntime/capturedtraces.h"
+#include "tests/connectionmanagement/owntraces.h"
 
 #include <gmock/gmock.h>
 
@@ -75,7 +75,7 @@ TEST_P(ManagerFailure, HasANumberAndOneLine)
     CapturedTraces traces(32);
     EXPECT_EQ(numberOfFailure(GetParam().failure, ofRecord), GetParam().number);
     EXPECT_EQ(numberOfFailure(GetParam().failure, ofDevice), GetParam().number);
-    EXPECT_THAT(traces.texts(), ElementsAre(GetParam().ofRecord, GetParam().ofDevice));
+    EXPECT_THAT(take(traces), ElementsAre(GetParam().ofRecord, GetParam().ofDevice));
     EXPECT_EQ(traces.sourceOf(GetParam().ofRecord), logger);
     ErrorHandler::Instance().setTraceMask(0);
     EXPECT_EQ(numberOfFailure(GetParam().failure, ofRecord), GetParam().number);
@@ -85,12 +85,11 @@ TEST_P(ManagerFailure, IsNamedByItsKindInASecondLineOfTheCaller)
 {
     CapturedTraces traces(32);
     traceFailure(GetParam().failure, ofRecord, source);
-    EXPECT_THAT(traces.texts(), ElementsAre(GetParam().ofRecord, GetParam().kind));
+    EXPECT_THAT(take(traces), ElementsAre(GetParam().ofRecord, GetParam().kind));
     EXPECT_EQ(traces.sourceOf(GetParam().ofRecord), logger);
     EXPECT_EQ(traces.sourceOf(GetParam().kind), source);
-    traces.take();
     traceManagerFailure(GetParam().failure, ofDevice, QStringLiteral("op"), source); // none of them is a refusal
-    EXPECT_THAT(traces.texts(), ElementsAre(GetParam().ofDevice, GetParam().kind));
+    EXPECT_THAT(take(traces), ElementsAre(GetParam().ofDevice, GetParam().kind));
 }
 
 TEST(ManagerRefusal, IsTracedInItsOwnWordsAlone)
@@ -103,7 +102,7 @@ TEST(ManagerRefusal, IsTracedInItsOwnWordsAlone)
         CapturedTraces traces(32);
         traceManagerFailure(user(refused), ofRecord, QStringLiteral("deviceID(%2)"), source);
         const std::string line = "deviceID(%2): " + std::string(words) + "no %1 \xc3\xa4";
-        EXPECT_THAT(traces.texts(), ElementsAre(line));
+        EXPECT_THAT(take(traces), ElementsAre(line));
         EXPECT_EQ(traces.sourceOf(line), source);
     }
 }
@@ -113,17 +112,17 @@ TEST(ManagerRefusal, IsAnUnknownUserExceptionToTheLog)
     CapturedTraces traces(32);
     EXPECT_EQ(numberOfFailure(user(refusal), ofRecord), 212u);
     traceFailure(user(refusal), ofDevice, source);
-    EXPECT_THAT(traces.texts(),
+    EXPECT_THAT(take(traces),
                 ElementsAre(std::string(record) + undefined, std::string(device) + undefined, "CORBA User Exception"));
 }
 
 TEST(ManagerRefusal, IsQuietWhereNothingIsTraced)
 {
     for (const unsigned mask : {0u, 64u}) {
-        const CapturedTraces traces(mask);
+        CapturedTraces traces(mask);
         traceManagerFailure(user(refusal), ofRecord, QStringLiteral("op"), source);
         traceFailure(system(lost), ofRecord, source);
-        EXPECT_THAT(traces.texts(), IsEmpty());
+        EXPECT_THAT(take(traces), IsEmpty());
     }
 }
 

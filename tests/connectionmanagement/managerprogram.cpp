@@ -1,5 +1,7 @@
 #include "orbconnection/orbhandler.h"
+#include "tests/connectionmanagement/fakecommands.h"
 #include "tests/connectionmanagement/fakemanager.h"
+#include "tests/connectionmanagement/keyedservant.h"
 
 #include <QCoreApplication>
 
@@ -7,7 +9,8 @@
 
 using namespace CorbaCommon;
 
-/// ADDRESS: a recorder manager at port 8004 of ADDRESS, the same object in each run; prints its reference.
+/// ADDRESS: a recorder manager at port 8004 of ADDRESS, the same object in each run, which administers records and
+/// replays on device "D1"; prints its reference.
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
@@ -21,6 +24,8 @@ int main(int argc, char **argv)
     const PortableServer::Servant_var<FakeManager> manager = new FakeManager(orb.keyedPoa());
     const PortableServer::ObjectId_var id = PortableServer::string_to_ObjectId("KorveManager");
     orb.keyedPoa()->activate_object_with_id(id, manager);
+    const KeyedServant<FakeAdmin> admin{"admin"};
+    const KeyedServant<FakeReplay> replay{"replay D1"};
     const CORBA::Object_var object = orb.keyedPoa()->id_to_reference(id);
     const CORBA::String_var reference = orb.orb()->object_to_string(object);
     std::cout << "ready manager " << reference.in() << std::endl;
