@@ -7,6 +7,9 @@
 #include <QHash>
 #include <QSet>
 
+#include <random>
+#include <utility>
+
 using korve::RecordIdentifier;
 
 namespace
@@ -94,6 +97,31 @@ TEST(RecordIdentifier, IsEqualInAllThreeParts)
         EXPECT_FALSE(one == other);
         EXPECT_TRUE(one != other);
     }
+}
+
+/// Two records whose hashes are equal; empty ones when none are found.
+std::pair<QString, QString> recordsOfOneHash()
+{
+    std::mt19937 random(1);
+    QHash<uint, QString> seen;
+    for (int tries = 0; tries < 2'000'000; ++tries) {
+        const QString record = QString::number(random()) + QString::number(random());
+        const QString before = seen.value(qHash(record, 0));
+        if (!before.isEmpty() && before != record)
+            return {before, record};
+        seen.insert(qHash(record, 0), record);
+    }
+    return {};
+}
+
+TEST(RecordIdentifier, DiffersFromOneWithTheSameHash)
+{
+    const auto [one, other] = recordsOfOneHash();
+    ASSERT_NE(one, other);
+    const QString device = QStringLiteral("D1");
+    EXPECT_EQ(RecordIdentifier(device, one).hashValue(), RecordIdentifier(device, other).hashValue());
+    EXPECT_FALSE(RecordIdentifier(device, one) == RecordIdentifier(device, other));
+    EXPECT_TRUE(RecordIdentifier(device, one) != RecordIdentifier(device, other));
 }
 
 TEST(RecordIdentifier, IsLessWhenAnyPartIs)
