@@ -115,12 +115,13 @@ TEST_F(RecordStates, DoNotReachAListenerThatWasRemoved)
 TEST_F(RecordStates, IgnoreANullListener)
 {
     callback->AddChannelStateChangeListener(nullptr);
-    callback->RemoveChannelStateChangeListener(nullptr);
     callback->AddChannelStateChangeListener(&listener);
-    callback->RemoveChannelStateChangeListener(nullptr);
-    notify(TQ_KRV::rsIDLE);
+    notify(TQ_KRV::rsIDLE, "a");
     runPosted();
-    EXPECT_THAT(diary, ElementsAre("D1|R7|first 0"));
+    callback->RemoveChannelStateChangeListener(nullptr);
+    notify(TQ_KRV::rsIDLE, "b");
+    runPosted();
+    EXPECT_THAT(diary, ElementsAre("D1|R7|a 0", "D1|R7|b 0"));
 }
 
 TEST_F(RecordStates, ArePostedWithoutListenersToo)
@@ -135,13 +136,14 @@ TEST_F(RecordStates, ArePostedWithoutListenersToo)
 
 TEST_F(RecordStates, LetAListenerRemoveItselfWhileItIsTold)
 {
-    for (Listener *const one : {&listener, &second})
+    for (Listener *const one : {&listener, &second, &third})
         callback->AddChannelStateChangeListener(one);
     listener.whenTold = [&] { callback->RemoveChannelStateChangeListener(&listener); };
     notify(TQ_KRV::rsIDLE, "a");
     notify(TQ_KRV::rsIDLE, "b");
     runPosted();
-    EXPECT_THAT(diary, ElementsAre("D1|R7|a 0", "second D1|R7|a 0", "second D1|R7|b 0"));
+    EXPECT_THAT(diary,
+                ElementsAre("D1|R7|a 0", "second D1|R7|a 0", "third D1|R7|a 0", "second D1|R7|b 0", "third D1|R7|b 0"));
 }
 
 TEST_F(RecordStates, ReachAListenerThatIsAddedMeanwhileFromTheNextOn)
