@@ -30,9 +30,9 @@ void Notifier::attach(Receiver receiver, const QString &recordId)
     listenerFor(receiver).recordIds.insert(recordId);
 }
 
+/// What was told before still arrives.
 void Notifier::detach(const QString &recordId)
 {
-    const std::scoped_lock lock(mutex);
     for (Listener &listener : listeners)
         listener.recordIds.erase(recordId);
     retireUnused();
@@ -49,6 +49,8 @@ void Notifier::tellStatus(const QString &recordId, const QString &name, RecordSt
     what.recordId = what.sessionId;
     what.text = name.toUtf8().constData();
     tell(recordId, [what](Receiver receiver) { receiver->processNotificationAboutSession(what); });
+    if (status == KORVE_XML::KORVE_RecordData::IDLE) // here, where no new session of the record can come between
+        detach(recordId);
 }
 
 NotificationQueue::Notification Notifier::notificationOf(Change change, const QString &recordId, const QString &text)

@@ -34,11 +34,9 @@ public:
     void announce(Receiver receiver);
     /// Nothing happens when it is not announced.
     void remove(Receiver receiver);
-    /// @p receiver, which may be nil, hears of the record @p recordId until that is detached.
+    /// @p receiver, which may be nil, hears of the record @p recordId until that is idle, and of this at last.
     /// @throws RecorderError as announce() does.
     void attach(Receiver receiver, const QString &recordId);
-    /// What was told before still arrives.
-    void detach(const QString &recordId);
 
     void tellStatus(const QString &recordId, const QString &name, RecordStatus status);
     void tellChange(Change change, const QString &recordId, const QString &text);
@@ -58,6 +56,7 @@ private:
     Listener &listenerFor(Receiver receiver);
     NotificationQueue::Notification notificationOf(Change change, const QString &recordId, const QString &text);
     void tell(const QString &recordId, const NotificationQueue::Notification &notification);
+    void detach(const QString &recordId);
     void retireUnused();
     void forgetFinished();
 

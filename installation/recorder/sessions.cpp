@@ -33,11 +33,7 @@ RecordStatus statusAt(RecordingReceiver::Stage stage)
 
 } // namespace
 
-Sessions::Sessions(Surroundings surroundings)
-    : around(std::move(surroundings)),
-      sessions([notifier = around.notifier](const QString &recordId) { notifier->detach(recordId); })
-{
-}
+Sessions::Sessions(Surroundings surroundings) : around(std::move(surroundings)) {}
 
 TQ_KORVE::IF_ReplaySession_ptr Sessions::replay(const QString &recordId, Receiver receiver, std::optional<DataRate> rate)
 {

@@ -67,7 +67,6 @@ void SessionTable::close(Entry &entry)
 {
     entry.activation.reset();
     entry.activity.reset();
-    closed(entry.recordId);
     const std::scoped_lock lock(mutex);
     entry.isClosed = true;
 }

@@ -32,10 +32,6 @@ public:
         std::unique_ptr<Activation> activation;
         std::shared_ptr<Activity> activity;
     };
-    using Observer = std::function<void(const QString &recordId)>;
-
-    /// @p closed hears of each session that is over.
-    explicit SessionTable(Observer closed) : closed(std::move(closed)) {}
 
     /// @throws RecorderError with `ekRESSOURCES_EXHAUSTED` when there are too many of @p kind.
     void requireRoom(SessionKind kind);
@@ -64,7 +60,6 @@ private:
     void close(Entry &entry);
     void forgetClosed();
 
-    const Observer closed;
     mutable std::mutex mutex; // guards the entries and their flags; not held while one is closed or stopped
     std::vector<std::shared_ptr<Entry>> entries;
 };
