@@ -1,5 +1,6 @@
 #include "installation/manager/adminservant.h"
 
+#include "installation/manager/bookmarklist.h"
 #include "installation/manager/recorddescription.h"
 
 #include "korvebase/corbatoclientconverter.h"
@@ -19,6 +20,9 @@ namespace ToClient = KorveCommon::CorbaToClientConverter;
 using TQ_KORVE::exKorve;
 
 constexpr const char *sourceName = "installation/manager/adminservant";
+
+constexpr CORBA::ULong unknownDevice = 500;
+constexpr CORBA::ULong unreachableDevice = 502;
 
 constexpr CORBA::ULong numberOf(TQ_KORVE::eKorveKind kind)
 {
@@ -60,6 +64,15 @@ TQ_KORVE::eFFT_WINDOWING_MODES toDeviceWindow(TQ_KRV::eFFT_WINDOWING_MODES windo
     throw exKorve(TQ_KORVE::ekINVALID_VALUE, "no such window"); // only from a caller within the process
 }
 
+/// The operations on bookmarks have no number to give.
+void raiseFor(CORBA::ULong number)
+{
+    if (number == numberOf(TQ_KORVE::ekCONNECTION_FAILURE))
+        throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE);
+    if (number != 0)
+        throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_MAYBE);
+}
+
 /// The device takes the address as a number.
 CORBA::ULong addressNumber(const char *ipAddress)
 {
@@ -70,6 +83,12 @@ CORBA::ULong addressNumber(const char *ipAddress)
 }
 
 } // namespace
+
+AdminServant::AdminServant(std::shared_ptr<const DeviceDirectory> directory, std::chrono::milliseconds callLimit,
+                           RecordListener recordListener)
+    : directory(std::move(directory)), callLimit(callLimit), recordListener(std::move(recordListener))
+{
+}
 
 CORBA::ULong AdminServant::removeHistoryEntry(const char *deviceId, const char *recordId, CORBA::ULongLong timestamp)
 {
@@ -112,18 +131,16 @@ CORBA::ULong AdminServant::setRecordDeletableFlag(const char *deviceId, const ch
 
 void AdminServant::addBookmarks(const char *deviceId, const char *recordId, const TQ_KRV::seqBookmarks &bookmarks)
 {
-    handOnEach("addBookmarks", deviceId, bookmarks,
-               [&](TQ_KORVE::IF_Control_ptr recorder, const TQ_KRV::struBookmarkEntry &bookmark) {
-                   recorder->addBookmark(recordId, bookmark.timestamp, toDeviceText(bookmark.bookmark));
-               });
+    raiseFor(handOn("addBookmarks", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+        addBookmarksAt(recorder, recordId, bookmarks, callLimit);
+    }));
 }
 
 void AdminServant::deleteBookmarks(const char *deviceId, const char *recordId, const TQ_KRV::seqBookmarks &bookmarks)
 {
-    handOnEach("deleteBookmarks", deviceId, bookmarks,
-               [&](TQ_KORVE::IF_Control_ptr recorder, const TQ_KRV::struBookmarkEntry &bookmark) {
-                   recorder->removeBookmark(recordId, bookmark.timestamp);
-               });
+    raiseFor(handOn("deleteBookmarks", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+        removeBookmarksAt(recorder, recordId, bookmarks, callLimit);
+    }));
 }
 
 CORBA::ULong AdminServant::getDeviceTime(const char *deviceId, CORBA::ULongLong &time, CORBA::Boolean &synchronized)
@@ -162,13 +179,23 @@ CORBA::ULong AdminServant::getRecord(const char *deviceId, const char *recordId,
     if (number == numberOf(TQ_KORVE::ekINVALID_RECORD_ID))
         throw TQ_KRV::IF_KORVE_Admin::exAdmin(TQ_KRV::IF_KORVE_Admin::Invalid_RecordId, recordId);
     record = number == 0 ? found._retn() : ToClient::dummyCorbaRecordData();
-    return number;
+    return number == 0 ? 0 : recordNumber(number, deviceId);
 }
 
-CORBA::ULong AdminServant::requestRecordDataDetail(const char *deviceId, const char *)
+/// The two numbers that this operation alone has.
+CORBA::ULong AdminServant::recordNumber(CORBA::ULong number, const char *deviceId) const
 {
-    return handOn("requestRecordDataDetail", deviceId, [](TQ_KORVE::IF_Control_ptr) {
-        throw exKorve(TQ_KORVE::ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE, "no map of records is published");
+    if (!directory->find(QString::fromUtf8(deviceId)))
+        return unknownDevice;
+    return number == numberOf(TQ_KORVE::ekCONNECTION_FAILURE) ? unreachableDevice : number;
+}
+
+CORBA::ULong AdminServant::requestRecordDataDetail(const char *deviceId, const char *recordId)
+{
+    return handOn("requestRecordDataDetail", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+        wholeRecord(recorder, recordId); // what cannot be read has no details to look at
+        if (recordListener)
+            recordListener(QString::fromUtf8(deviceId), QString::fromUtf8(recordId));
     });
 }
 
@@ -194,25 +221,6 @@ CORBA::ULong AdminServant::handOn(const char *operation, const char *deviceId, R
     } catch (const REPORTGENERATOR::ReportException &error) {
         return failed(operation, deviceId, TQ_KORVE::ekRECORD_CORRUPTED, error.what());
     }
-}
-
-template <typename Request>
-void AdminServant::handOnEach(const char *operation, const char *deviceId, const TQ_KRV::seqBookmarks &bookmarks,
-                              Request request) const
-{
-    CORBA::ULong worst = 0;
-    const CORBA::ULong unreachable = numberOf(TQ_KORVE::ekCONNECTION_FAILURE);
-    if (bookmarks.length() == 0)
-        worst = handOn(operation, deviceId, [](TQ_KORVE::IF_Control_ptr) {}); // the device is to be known all the same
-    for (CORBA::ULong position = 0; position < bookmarks.length() && worst != unreachable; ++position) {
-        const CORBA::ULong number = handOn(
-            operation, deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) { request(recorder, bookmarks[position]); });
-        worst = number == 0 ? worst : number;
-    }
-    if (worst == unreachable)
-        throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE);
-    if (worst != 0)
-        throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_MAYBE);
 }
 
 TQ_KORVE::IF_Control_var AdminServant::recorderOf(const char *deviceId) const

@@ -4,6 +4,8 @@
 
 #include "idl/korvemanager.hh"
 
+#include <chrono>
+#include <functional>
 #include <memory>
 
 namespace installation
@@ -13,15 +15,19 @@ namespace installation
 ///
 /// Numbers: 0, or 10000 plus the kind of the recorder's `exKorve`. Its kinds also say what the manager finds itself:
 /// `ekINVALID_VALUE` an unknown device or a text that is no address, `ekCONNECTION_FAILURE` a recorder that does not
-/// answer, `ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE` what nobody serves. That is all there is for
-/// `requestRecordDataDetail`, since no map of records is published; and for what the recorder itself refuses so, such
-/// as copies, spectra and the setting of its clock. The two operations on bookmarks have no number to give: they raise
-/// `CORBA::TRANSIENT` for a recorder that does not answer and `CORBA::BAD_PARAM` for everything else.
+/// answer, `ekRECORD_CORRUPTED` a record that the object model refuses. `getRecord` gives 500 for an unknown device and
+/// 502 for one that does not answer instead. `requestRecordDataDetail` reads the record before it tells that there is
+/// something to look at. The two operations on bookmarks have no number to give: they raise `CORBA::TRANSIENT` for a
+/// recorder that does not answer and `CORBA::BAD_PARAM` for everything else.
 /// Thread: any; each question to a recorder is limited.
 class AdminServant : public POA_TQ_KRV::IF_KORVE_Admin
 {
 public:
-    explicit AdminServant(std::shared_ptr<const DeviceDirectory> directory) : directory(std::move(directory)) {}
+    /// Hears that the details of a record are to be looked at, on an ORB thread.
+    using RecordListener = std::function<void(const QString &device, const QString &record)>;
+
+    AdminServant(std::shared_ptr<const DeviceDirectory> directory, std::chrono::milliseconds callLimit,
+                 RecordListener recordListener);
 
     CORBA::ULong removeHistoryEntry(const char *deviceId, const char *recordId, CORBA::ULongLong timestamp) override;
     CORBA::ULong addHistory(const char *deviceId, const char *recordId, const CORBA::WChar *text) override;
@@ -45,12 +51,12 @@ public:
 
 private:
     template <typename Request> CORBA::ULong handOn(const char *operation, const char *deviceId, Request request) const;
-    template <typename Request>
-    void handOnEach(const char *operation, const char *deviceId, const TQ_KRV::seqBookmarks &bookmarks,
-                    Request request) const;
+    CORBA::ULong recordNumber(CORBA::ULong number, const char *deviceId) const;
     TQ_KORVE::IF_Control_var recorderOf(const char *deviceId) const;
 
     const std::shared_ptr<const DeviceDirectory> directory;
+    const std::chrono::milliseconds callLimit;
+    const RecordListener recordListener;
 };
 
 } // namespace installation

@@ -1,5 +1,7 @@
 #include "installation/manager/devicepublisher.h"
 
+#include "korvebase/valuenames.h"
+
 #include "appruntime/threadswitchingadministration.h"
 #include "valuetreelib/valuenumeric.h"
 #include "valuetreelib/valueptr.h"
@@ -19,6 +21,20 @@ QString pathOf(const QString &id)
     return QLatin1String("/KORVE/Device/") + id;
 }
 
+/// Calls @p act with the publisher, if it is still there, on the main thread.
+template <typename... Arguments, typename Act>
+std::function<void(Arguments...)> onMainThread(const std::weak_ptr<DevicePublisher *> &weak, Act act)
+{
+    const auto mainThread = ThreadingHelper::ThreadSwitchingAdministration::CreateThreadSwitchingHandler(
+        QStringLiteral("installation/manager/devicepublisher"));
+    return [mainThread, weak, act](Arguments... arguments) {
+        mainThread->post(ThreadingHelper::RunInMainThreadEvent([=] {
+            if (const auto publisher = weak.lock())
+                act(**publisher, arguments...);
+        }));
+    };
+}
+
 } // namespace
 
 struct DevicePublisher::Values {
@@ -29,6 +45,7 @@ struct DevicePublisher::Values {
         gbAvailable.getOrCreate(path + QLatin1String("/Status/DiscSpace/GBAvailable"));
         firmwareVersion.getOrCreate(path + QLatin1String("/Status/Version/FirmwareVersion"));
         loadCount.getOrCreate(path + QLatin1String("/Records/LoadCount"));
+        oneRecordHasChanged.getOrCreate(path + u'/' + korve::name::OneRecordHasChanged);
         available.getOrCreate(path + QLatin1String("/KorveAvailable"));
     }
 
@@ -55,6 +72,7 @@ struct DevicePublisher::Values {
     values::ValuePtr<values::ValueNumeric<double>> gbAvailable;
     values::ValuePtr<values::Value<QString>> firmwareVersion;
     values::ValuePtr<values::ValueNumeric<int>> loadCount;
+    values::ValuePtr<values::Value<QString>> oneRecordHasChanged;
 };
 
 DevicePublisher::DevicePublisher() : alive(std::make_shared<DevicePublisher *>(this)) {}
@@ -75,17 +93,30 @@ void DevicePublisher::publish(const DeviceList &devices)
     }
 }
 
+void DevicePublisher::tellRecord(const QString &device, const QString &record)
+{
+    const auto known = shown.find(device);
+    if (known == shown.end() || !known->second->oneRecordHasChanged)
+        return;
+    values::Value<QString> &value = *known->second->oneRecordHasChanged;
+    if (value.GetValue() == record)
+        value.HasChanged(ChangeCodeValue, nullptr); // or nobody would see that it was asked for again
+    else
+        value.SetValue(record, nullptr);
+}
+
 std::function<void(const DeviceList &)> DevicePublisher::listener()
 {
-    const auto mainThread = ThreadingHelper::ThreadSwitchingAdministration::CreateThreadSwitchingHandler(
-        QStringLiteral("installation/manager/devicepublisher"));
-    const std::weak_ptr<DevicePublisher *> weak = alive;
-    return [mainThread, weak](const DeviceList &devices) {
-        mainThread->post(ThreadingHelper::RunInMainThreadEvent([weak, devices] {
-            if (const auto publisher = weak.lock())
-                (*publisher)->publish(devices);
-        }));
-    };
+    return onMainThread<const DeviceList &>(
+        alive, [](DevicePublisher &publisher, const DeviceList &devices) { publisher.publish(devices); });
+}
+
+std::function<void(const QString &, const QString &)> DevicePublisher::recordListener()
+{
+    return onMainThread<const QString &, const QString &>(
+        alive, [](DevicePublisher &publisher, const QString &device, const QString &record) {
+            publisher.tellRecord(device, record);
+        });
 }
 
 void DevicePublisher::removeOthers(const DeviceList &devices)

@@ -12,9 +12,9 @@ namespace installation
 /// Shows the devices in the value tree of the process, one node "/KORVE/Device/ID" each.
 ///
 /// Below it: "KorveAvailable", "Admin/IsVirtual" (always false), "Status/DiscSpace/GBTotal" and "GBAvailable" in units
-/// of 1000000000 bytes, "Status/Version/FirmwareVersion" and "Records/LoadCount". What is known of a device is set
-/// before it becomes available; what was known stays when it is not.
-/// Thread: main, but for what listener() gives.
+/// of 1000000000 bytes, "Status/Version/FirmwareVersion", "Records/LoadCount" and "OneRecordHasChanged", a record's id.
+/// What is known of a device is set before it becomes available; what was known stays when it is not. Thread: main, but
+/// for what listener() gives.
 class DevicePublisher
 {
 public:
@@ -28,6 +28,11 @@ public:
 
     /// Has a list published on the main thread. Thread: any; may outlive the publisher.
     std::function<void(const DeviceList &)> listener();
+
+    /// Tells whoever looks at the device that this record is to be looked at, also when it was the last one told.
+    void tellRecord(const QString &device, const QString &record);
+    /// The same on the main thread. Thread: any; may outlive the publisher.
+    std::function<void(const QString &device, const QString &record)> recordListener();
 
 private:
     struct Values;

@@ -1,7 +1,6 @@
 #include "installation/manager/managerservice.h"
 
 #include "installation/cco/activation.h"
-#include "installation/manager/adminservant.h"
 #include "installation/manager/channelservice.h"
 #include "installation/manager/clientcallbacks.h"
 #include "installation/manager/managerservant.h"
@@ -13,16 +12,17 @@ class ManagerService::Private
 {
 public:
     Private(const ManagerConfiguration &configuration, PortableServer::POA_ptr poa, CCO::IF_CCO_c_ptr service,
-            DeviceWatch::Listener listener, ChannelDirectory::Listener channelListener)
+            ManagerListeners listeners)
         : directory(std::make_shared<DeviceDirectory>(DeviceWatch::knownFrom(configuration.stateFolder))),
-          admin(poa, "KorveManagerAdmin", new AdminServant(directory)),
-          channels(std::make_shared<ChannelService>(configuration, poa, directory, std::move(channelListener))),
+          admin(poa, "KorveManagerAdmin",
+                new AdminServant(directory, configuration.timing.callLimit, std::move(listeners.record))),
+          channels(std::make_shared<ChannelService>(configuration, poa, directory, std::move(listeners.channels))),
           manager(poa, "KorveManager",
                   new ManagerServant(configuration, directory, CORBA::Object_var(admin.reference()), channels,
                                      std::make_shared<Exports>(poa, directory, configuration.timing))),
           callbacks(std::make_shared<ClientCallbacks>(service, configuration.timing)),
           watch(configuration, service, directory, RecordWatch(poa, statesFor(configuration, callbacks)),
-                [callbacks = callbacks, listener = std::move(listener)](const DeviceList &devices) {
+                [callbacks = callbacks, listener = std::move(listeners.devices)](const DeviceList &devices) {
                     callbacks->tellStorage(devices);
                     if (listener)
                         listener(devices);
@@ -47,9 +47,8 @@ public:
 };
 
 ManagerService::ManagerService(const ManagerConfiguration &configuration, PortableServer::POA_ptr poa,
-                               CCO::IF_CCO_c_ptr service, DeviceWatch::Listener listener,
-                               ChannelDirectory::Listener channelListener)
-    : d(std::make_unique<Private>(configuration, poa, service, std::move(listener), std::move(channelListener)))
+                               CCO::IF_CCO_c_ptr service, ManagerListeners listeners)
+    : d(std::make_unique<Private>(configuration, poa, service, std::move(listeners)))
 {
 }
 

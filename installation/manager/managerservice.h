@@ -1,8 +1,9 @@
 #pragma once
 
-#include "installation/manager/channeldirectory.h"
-#include "installation/manager/devicewatch.h"
 #include "installation/manager/managerconfiguration.h"
+#include "installation/manager/managerlisteners.h"
+
+#include "idl/cco.hh"
 
 #include <memory>
 
@@ -18,10 +19,10 @@ class ManagerService
 {
 public:
     /// Starts to serve. @p poa lets its user choose the keys, its manager is activated by the caller, and the ORB
-    /// outlives the service. The listeners may be empty.
+    /// outlives the service.
     /// @throws std::runtime_error when the state folder cannot be used.
     ManagerService(const ManagerConfiguration &configuration, PortableServer::POA_ptr poa, CCO::IF_CCO_c_ptr service,
-                   DeviceWatch::Listener listener = {}, ChannelDirectory::Listener channelListener = {});
+                   ManagerListeners listeners = {});
     /// Stops to serve; waits, bounded, for the call that the service itself is making.
     ~ManagerService();
     ManagerService(const ManagerService &) = delete;

@@ -60,9 +60,10 @@ class ManagerHost
 {
 public:
     ManagerHost(const HostSettings &settings, PortableServer::POA_ptr poa, CorbaCommon::ServiceRegistration &names)
-        : service(settings.manager(), poa,
-                  CCO::IF_CCO_c_var(OrbHandler::Instance().centralService(centralServiceLimit)), devices.listener(),
-                  channels.listener())
+        : service(
+              settings.manager(), poa, CCO::IF_CCO_c_var(OrbHandler::Instance().centralService(centralServiceLimit)),
+              ManagerListeners{
+                  .devices = devices.listener(), .channels = channels.listener(), .record = devices.recordListener()})
     {
         // A client that has the tree looks for the manager at once, so the manager comes first. Without a central
         // object service nobody can find either.

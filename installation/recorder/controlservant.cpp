@@ -243,6 +243,40 @@ void ControlServant::removeBookmark(Text recordId, CORBA::ULongLong timestampUs)
     change("removeBookmark", recordId, [timestampUs](Record &record) { removeNote(record.bookmarks, timestampUs); });
 }
 
+void ControlServant::addBookmarks(Text recordId, const TQ_KORVE::seqBookmarks &bookmarks)
+{
+    NoteChanges changes;
+    bool hasTooLong = false;
+    for (CORBA::ULong i = 0; i < bookmarks.length(); ++i) {
+        if (bookmarks[i].bookmark.length() > longestText)
+            hasTooLong = true;
+        else
+            changes.added.append({bookmarks[i].timestamp, fromWideText(bookmarks[i].bookmark)});
+    }
+    changeBookmarks("addBookmarks", recordId, changes);
+    if (hasTooLong)
+        throw deviceFailure("addBookmarks", {TQ_KORVE::ekINVALID_VALUE, QStringLiteral("a text is too long")});
+}
+
+void ControlServant::removeBookmarks(Text recordId, const TQ_KORVE::seqBookmarks &bookmarks)
+{
+    NoteChanges changes;
+    for (CORBA::ULong i = 0; i < bookmarks.length(); ++i)
+        changes.removed.append(bookmarks[i].timestamp);
+    changeBookmarks("removeBookmarks", recordId, changes);
+}
+
+/// Writes the record once.
+void ControlServant::changeBookmarks(const char *operation, Text recordId, NoteChanges changes)
+{
+    const auto refusal = std::make_shared<std::optional<RecorderError>>(); // the work may outlive the wait
+    change(operation, recordId, [refusal, changes = std::move(changes)](Record &record) {
+        *refusal = changes.applyTo(record.bookmarks, maximumNotes);
+    });
+    if (*refusal)
+        throw deviceFailure(operation, **refusal);
+}
+
 TQ_KORVE::seqBookmarks *ControlServant::getBookmarks(Text recordId)
 {
     return toSequence<TQ_KORVE::seqBookmarks>(recordOf("getBookmarks", recordId).bookmarks, toBookmark);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "installation/recorder/deviceoperations.h"
+#include "installation/recorder/notes.h"
 #include "installation/recorder/record.h"
 #include "installation/recorder/sessions.h"
 #include "installation/recorder/storethread.h"
@@ -65,6 +66,8 @@ public:
 
     void addBookmark(Text recordId, CORBA::ULongLong timestampUs, const TQ_KORVE::wideText &text) override;
     void removeBookmark(Text recordId, CORBA::ULongLong timestampUs) override;
+    void addBookmarks(Text recordId, const TQ_KORVE::seqBookmarks &bookmarks) override;
+    void removeBookmarks(Text recordId, const TQ_KORVE::seqBookmarks &bookmarks) override;
     TQ_KORVE::seqBookmarks *getBookmarks(Text recordId) override;
     void addHistory(Text recordId, const TQ_KORVE::wideText &text) override;
     void removeHistoryEntry(Text recordId, CORBA::ULongLong timestampUs) override;
@@ -92,6 +95,7 @@ private:
     template <typename Work> auto ask(const char *operation, Work work);
     Record recordOf(const char *operation, Text recordId);
     void change(const char *operation, Text recordId, std::function<void(Record &)> edit);
+    void changeBookmarks(const char *operation, Text recordId, NoteChanges changes);
 
     const std::shared_ptr<StoreThread> store;
     const std::shared_ptr<DeviceOperations> operations;

@@ -16,11 +16,30 @@ QVector<Note>::iterator find(QVector<Note> &notes, quint64 timestampUs)
                         [timestampUs](const Note &note) { return note.timestampUs == timestampUs; });
 }
 
+RecorderError thereAlready(quint64 timestampUs)
+{
+    return {TQ_KORVE::ekBOOKMARK_ALREADY_EXISTS, QStringLiteral("there is a bookmark at %1").arg(timestampUs)};
+}
+
+RecorderError notThere(quint64 timestampUs)
+{
+    return {TQ_KORVE::ekINVALID_VALUE, QStringLiteral("there is no entry at %1").arg(timestampUs)};
+}
+
+RecorderError full(int maximum)
+{
+    return {TQ_KORVE::ekRESSOURCES_EXHAUSTED, QStringLiteral("the record has %1 entries already").arg(maximum)};
+}
+
+bool isEarlier(const Note &a, const Note &b)
+{
+    return a.timestampUs < b.timestampUs;
+}
+
 void requireRoom(const QVector<Note> &notes, int maximum)
 {
     if (notes.size() >= maximum)
-        throw RecorderError(TQ_KORVE::ekRESSOURCES_EXHAUSTED,
-                            QStringLiteral("the record has %1 entries already").arg(maximum));
+        throw full(maximum);
 }
 
 } // namespace
@@ -28,13 +47,9 @@ void requireRoom(const QVector<Note> &notes, int maximum)
 void addNote(QVector<Note> &notes, const Note &note, int maximum)
 {
     if (find(notes, note.timestampUs) != notes.end())
-        throw RecorderError(TQ_KORVE::ekBOOKMARK_ALREADY_EXISTS,
-                            QStringLiteral("there is a bookmark at %1").arg(note.timestampUs));
+        throw thereAlready(note.timestampUs);
     requireRoom(notes, maximum);
-    const auto later = std::upper_bound(notes.begin(), notes.end(), note, [](const Note &a, const Note &b) {
-        return a.timestampUs < b.timestampUs;
-    });
-    notes.insert(later, note);
+    notes.insert(std::upper_bound(notes.begin(), notes.end(), note, isEarlier), note);
 }
 
 void addNoteAfter(QVector<Note> &notes, Note note, int maximum)
@@ -49,8 +64,50 @@ void removeNote(QVector<Note> &notes, quint64 timestampUs)
 {
     const auto note = find(notes, timestampUs);
     if (note == notes.end())
-        throw RecorderError(TQ_KORVE::ekINVALID_VALUE, QStringLiteral("there is no entry at %1").arg(timestampUs));
+        throw notThere(timestampUs);
     notes.erase(note);
+}
+
+std::optional<RecorderError> NoteChanges::applyTo(QVector<Note> &notes, int maximum) const
+{
+    QSet<quint64> times;
+    for (const Note &note : notes)
+        times.insert(note.timestampUs);
+    const auto notAdded = add(notes, times, maximum);
+    const auto notRemoved = remove(notes, times);
+    std::stable_sort(notes.begin(), notes.end(), isEarlier);
+    return notAdded ? notAdded : notRemoved;
+}
+
+std::optional<RecorderError> NoteChanges::add(QVector<Note> &notes, QSet<quint64> &times, int maximum) const
+{
+    std::optional<RecorderError> refusal;
+    for (const Note &note : added) {
+        if (times.contains(note.timestampUs)) {
+            refusal = refusal.value_or(thereAlready(note.timestampUs));
+        } else if (notes.size() >= maximum) {
+            refusal = refusal.value_or(full(maximum));
+        } else {
+            times.insert(note.timestampUs);
+            notes.append(note);
+        }
+    }
+    return refusal;
+}
+
+std::optional<RecorderError> NoteChanges::remove(QVector<Note> &notes, QSet<quint64> &times) const
+{
+    std::optional<RecorderError> refusal;
+    QSet<quint64> gone;
+    for (const quint64 timestampUs : removed) {
+        if (times.remove(timestampUs))
+            gone.insert(timestampUs);
+        else
+            refusal = refusal.value_or(notThere(timestampUs));
+    }
+    const auto isGone = [&](const Note &note) { return gone.contains(note.timestampUs); };
+    notes.erase(std::remove_if(notes.begin(), notes.end(), isGone), notes.end());
+    return refusal;
 }
 
 } // namespace installation::recorder

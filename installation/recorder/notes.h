@@ -1,6 +1,11 @@
 #pragma once
 
 #include "installation/recorder/record.h"
+#include "installation/recorder/recordererror.h"
+
+#include <QSet>
+
+#include <optional>
 
 namespace installation::recorder
 {
@@ -12,5 +17,20 @@ void addNote(QVector<Note> &notes, const Note &note, int maximum);
 /// Puts @p note at the end, at its time or the next that is free.
 void addNoteAfter(QVector<Note> &notes, Note note, int maximum);
 void removeNote(QVector<Note> &notes, quint64 timestampUs);
+
+/// Many notes at once: does all that can be done, in time that grows with the number of notes but for their sorting.
+class NoteChanges
+{
+public:
+    QVector<Note> added{};
+    QVector<quint64> removed{}; ///< after what is added
+
+    /// What the first change was refused for that could not be made.
+    std::optional<RecorderError> applyTo(QVector<Note> &notes, int maximum) const;
+
+private:
+    std::optional<RecorderError> add(QVector<Note> &notes, QSet<quint64> &times, int maximum) const;
+    std::optional<RecorderError> remove(QVector<Note> &notes, QSet<quint64> &times) const;
+};
 
 } // namespace installation::recorder

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "idl/korve.hh"
+#include "installation/contracts/bookmarks.hh"
 
 namespace installation::recorder
 {
@@ -10,7 +10,7 @@ namespace installation::recorder
 ///
 /// All raise `ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE` with a text, or `CORBA::NO_IMPLEMENT` where the contract
 /// declares nothing, and trace it. None has an effect.
-class UnservedControl : public POA_TQ_KORVE::IF_Control
+class UnservedControl : public POA_KORVE_INSTALLATION::IF_BookmarkControl
 {
 public:
     using Receiver = TQ_KORVE_IT::IF_Korve_IT_ptr;

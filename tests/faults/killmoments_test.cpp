@@ -22,7 +22,7 @@ const Change changes[] = {
      [](TQ_KORVE::IF_Control_ptr recorder, const char *id) -> std::size_t {
          return TQ_KORVE::seqHistory_var(recorder->getHistory(id))->length();
      }},
-    {"SaveBookmarksToKorve", "addBookmarks", "addBookmark",
+    {"SaveBookmarksToKorve", "addBookmarks", "addBookmarks",
      [](TQ_KORVE::IF_Control_ptr recorder, const char *id) -> std::size_t {
          return TQ_KORVE::seqBookmarks_var(recorder->getBookmarks(id))->length();
      }},

@@ -1,11 +1,21 @@
+#include "tests/installation/manager/fakerecorder.h"
+#include "tests/installation/manager/filesink.h"
 #include "tests/installation/manager/managerfixture.h"
+#include "tests/installation/manager/servedobject.h"
+
+#include "tests/installation/cco/loopbackports.h"
+
+#include <set>
 
 namespace
 {
 
+constexpr CORBA::ULong unknownDevice = 500;
+constexpr CORBA::ULong unreachableDevice = 502;
 constexpr CORBA::ULong invalidValue = 10002;
 constexpr CORBA::ULong unreachable = 10009;
 constexpr CORBA::ULong unknownRecord = 10012;
+constexpr CORBA::ULong inconsistentCopy = 10027;
 constexpr CORBA::ULong notSupported = 10019;
 
 TQ_KRV::seqBookmarks bookmarksAt(std::initializer_list<CORBA::ULongLong> timestamps)
@@ -18,6 +28,26 @@ TQ_KRV::seqBookmarks bookmarksAt(std::initializer_list<CORBA::ULongLong> timesta
     }
     return bookmarks;
 }
+
+/// A recorder that knows only the device's own contract.
+class BookmarkRecorder : public FakeRecorder
+{
+public:
+    void addBookmark(Text, CORBA::ULongLong timestampUs, const TQ_KORVE::wideText &) override
+    {
+        if (!bookmarks.insert(timestampUs).second)
+            throw TQ_KORVE::exKorve(TQ_KORVE::ekBOOKMARK_ALREADY_EXISTS, "there already");
+    }
+    void removeBookmark(Text, CORBA::ULongLong timestampUs) override
+    {
+        if (bookmarks.erase(timestampUs) == 0)
+            throw TQ_KORVE::exKorve(TQ_KORVE::ekINVALID_VALUE, "not there");
+    }
+    std::set<CORBA::ULongLong> times() const { return bookmarks; }
+
+private:
+    std::set<CORBA::ULongLong> bookmarks; // changed by the test's own calls alone
+};
 
 /// With one record.
 class AdminServant : public ManagerFixture
@@ -60,7 +90,10 @@ TEST_F(AdminServant, RaisesAnExceptionForAnUnknownRecord)
 TEST_F(AdminServant, GivesAnEmptyRecordWithAnErrorNumber)
 {
     TQ_KRV::struRECORD_DATA_var found;
-    EXPECT_EQ(admin->getRecord("REC2", id.constData(), found.out()), invalidValue);
+    EXPECT_EQ(admin->getRecord("REC2", id.constData(), found.out()), unknownDevice);
+    EXPECT_STREQ(found->recordID, "");
+    stopRecorder();
+    EXPECT_EQ(admin->getRecord("REC1", id.constData(), found.out()), unreachableDevice);
     EXPECT_STREQ(found->recordID, "");
 }
 
@@ -70,6 +103,14 @@ TEST_F(AdminServant, CarriesACommentUnitByUnit)
     EXPECT_EQ(admin->setRecordComment("REC1", id.constData(), comment), 0u);
     const TQ_KRV::struRECORD_DATA_var found = record();
     EXPECT_STREQ(found->recordName.in(), comment);
+}
+
+TEST_F(AdminServant, TakesACharacterOf32BitsForItsTwoUnits)
+{
+    const wchar_t comment[] = {L'a', 0x1f600, L'b', 0};
+    EXPECT_EQ(admin->setRecordComment("REC1", id.constData(), comment), 0u);
+    const wchar_t units[] = {L'a', 0xd83d, 0xde00, L'b', 0};
+    EXPECT_STREQ(record()->recordName.in(), units);
 }
 
 TEST_F(AdminServant, AcceptsAnEmptyComment)
@@ -113,6 +154,46 @@ TEST_F(AdminServant, AddsTheBookmarksBehindOneThatIsThere)
     EXPECT_EQ(record()->bookmarks.length(), 2u);
 }
 
+TEST_F(AdminServant, TakesAsManyBookmarksAsARecordMayHave)
+{
+    constexpr CORBA::ULong most = 100000;
+    TQ_KRV::seqBookmarks bookmarks(most);
+    bookmarks.length(most);
+    for (CORBA::ULong number = 0; number < most; ++number) {
+        bookmarks[number].timestamp = most - number;
+        bookmarks[number].bookmark = L"mark";
+    }
+    configuration.timing.callLimit = std::chrono::seconds(60);
+    startManager();
+    ASSERT_TRUE(becomesAvailable("REC1"));
+    admin->addBookmarks("REC1", id.constData(), bookmarks);
+    const TQ_KRV::struRECORD_DATA_var full = record();
+    ASSERT_EQ(full->bookmarks.length(), most);
+    EXPECT_EQ(full->bookmarks[0].timestamp, 1u);
+    EXPECT_THROW(admin->addBookmarks("REC1", id.constData(), bookmarksAt({most + 1})), CORBA::BAD_PARAM);
+    admin->deleteBookmarks("REC1", id.constData(), bookmarks);
+    EXPECT_EQ(record()->bookmarks.length(), 0u);
+}
+
+TEST_F(AdminServant, DeletesTheBookmarksBehindOneThatIsNotThere)
+{
+    admin->addBookmarks("REC1", id.constData(), bookmarksAt({10, 20}));
+    EXPECT_THROW(admin->deleteBookmarks("REC1", id.constData(), bookmarksAt({15, 20})), CORBA::BAD_PARAM);
+    EXPECT_EQ(record()->bookmarks.length(), 1u);
+}
+
+TEST_F(AdminServant, ChangesBookmarksOneByOneWhereNothingElseIsKnown)
+{
+    const ServedObject<BookmarkRecorder> plain(cco, "KorveRecorder/PLAIN/IF_Control");
+    ASSERT_TRUE(becomesAvailable("PLAIN"));
+    admin->addBookmarks("PLAIN", "R1", bookmarksAt({10, 20}));
+    EXPECT_THROW(admin->addBookmarks("PLAIN", "R1", bookmarksAt({20, 30})), CORBA::BAD_PARAM);
+    EXPECT_THAT(plain->times(), testing::ElementsAre(10, 20, 30));
+    EXPECT_THROW(admin->deleteBookmarks("PLAIN", "R1", bookmarksAt({15, 20})), CORBA::BAD_PARAM);
+    EXPECT_THAT(plain->times(), testing::ElementsAre(10, 30));
+    service.reset();
+}
+
 TEST_F(AdminServant, TakesNoBookmarksAtAll)
 {
     EXPECT_NO_THROW(admin->addBookmarks("REC1", id.constData(), {}));
@@ -146,15 +227,88 @@ TEST_F(AdminServant, GivesTheRecordersOwnReasons)
     EXPECT_EQ(admin->addHistory("REC1", "R0", L"text"), unknownRecord);
 }
 
-TEST_F(AdminServant, SaysWhatIsNotSupportedOrMakesNoSense)
+TEST_F(AdminServant, CopiesARecord)
 {
     CORBA::String_var copy;
-    EXPECT_EQ(admin->requestRecordDataDetail("REC1", id.constData()), notSupported);
-    EXPECT_EQ(admin->copyRecord("REC1", id.constData(), {}, L"copy", copy.out()), 10027u);
+    TQ_KRV::seqCopySection sections(1);
+    sections.length(1);
+    sections[0] = {0, 20};
+    ASSERT_EQ(admin->copyRecord("REC1", id.constData(), sections, L"copy", copy.out()), 0u);
+    TQ_KRV::struRECORD_DATA_var copied;
+    ASSERT_EQ(admin->getRecord("REC1", copy, copied.out()), 0u);
+    EXPECT_EQ(copied->size, 20u);
+    EXPECT_STREQ(copied->recordName.in(), L"copy");
+}
+
+TEST_F(AdminServant, SaysWhyThereIsNoCopy)
+{
+    CORBA::String_var copy;
+    EXPECT_EQ(admin->copyRecord("REC1", id.constData(), {}, L"copy", copy.out()), inconsistentCopy);
     EXPECT_STREQ(copy, "");
-    EXPECT_EQ(
-        admin->getOverviewSpectrumStreamed("REC1", id.constData(), 0, 1, 1, 16, TQ_KRV::wmKaiser, "no address", 1),
-        invalidValue);
+    TQ_KRV::seqCopySection sections(1);
+    sections.length(1);
+    sections[0] = {0, 20};
+    EXPECT_EQ(admin->copyRecord("REC1", "R0", sections, L"copy", copy.out()), unknownRecord);
+    EXPECT_EQ(admin->copyRecord("REC2", id.constData(), sections, L"copy", copy.out()), invalidValue);
+}
+
+TEST_F(AdminServant, LeavesABusyRecordAsItIs)
+{
+    const TQ_KORVE::IF_Control_var control = TQ_KORVE::IF_Control::_narrow(CORBA::Object_var(recorder->reference()));
+    ASSERT_EQ(admin->setRecordDeletableFlag("REC1", id.constData(), true), 0u);
+    const TQ_KORVE::IF_ReplaySession_var session =
+        control->getReplaySessionById(id.constData(), TQ_KORVE_IT::IF_Korve_IT::_nil());
+    EXPECT_FALSE(admin->deleteRecord("REC1", id.constData()));
+    EXPECT_EQ(record()->recordStatus, TQ_KRV::rsREADY_FOR_REPLAY);
+    control->setRecordIdle(id.constData());
+    EXPECT_TRUE(admin->deleteRecord("REC1", id.constData()));
+}
+
+TEST_F(AdminServant, SetsTheTimeOfTheDevice)
+{
+    CORBA::ULongLong before = 0;
+    CORBA::ULongLong after = 0;
+    CORBA::Boolean synchronized = true;
+    constexpr CORBA::ULongLong hourUs = 3600000000;
+    ASSERT_EQ(admin->getDeviceTime("REC1", before, synchronized), 0u);
+    EXPECT_EQ(admin->setDeviceTime("REC1", before + hourUs), 0u);
+    EXPECT_EQ(admin->getDeviceTime("REC1", after, synchronized), 0u);
+    EXPECT_GE(after, before + hourUs);
+    EXPECT_FALSE(synchronized);
+    EXPECT_EQ(admin->setDeviceTime("REC2", before), invalidValue);
+    EXPECT_EQ(admin->setDeviceTime("REC1", ~CORBA::ULongLong(0)), invalidValue);
+}
+
+TEST_F(AdminServant, HasASpectrumSent)
+{
+    FileSink sink;
+    const auto ask = [&](const char *record, const char *host, CORBA::UShort port) {
+        return admin->getOverviewSpectrumStreamed("REC1", record, 0, 200, 1, 16, TQ_KRV::wmKaiser, host, port);
+    };
+    EXPECT_EQ(ask(id.constData(), "127.0.0.1", sink.port()), 0u);
+    EXPECT_EQ(sink.content().substr(0, 8), "KORVESPC");
+    const RefusingPort refusing;
+    EXPECT_EQ(ask(id.constData(), "127.0.0.1", refusing.port()), unreachable);
+    EXPECT_EQ(ask("R0", "127.0.0.1", refusing.port()), unknownRecord);
+    EXPECT_EQ(ask(id.constData(), "no address", 1), invalidValue);
+}
+
+TEST_F(AdminServant, HasTheDetailsOfARecordLookedAt)
+{
+    std::vector<std::string> told; // by calls of this thread, since the servant is in this process
+    service.reset();
+    service.emplace(configuration, TestOrb::instance().insPoa(), cco,
+                    installation::ManagerListeners{.record = [&](const QString &device, const QString &record) {
+                        told.push_back(device.toStdString() + " " + record.toStdString());
+                    }});
+    ASSERT_TRUE(becomesAvailable("REC1"));
+    EXPECT_EQ(admin->requestRecordDataDetail("REC1", id.constData()), 0u);
+    EXPECT_EQ(admin->requestRecordDataDetail("REC1", "R0"), unknownRecord);
+    EXPECT_EQ(admin->requestRecordDataDetail("REC2", id.constData()), invalidValue);
+    stopRecorder();
+    EXPECT_EQ(admin->requestRecordDataDetail("REC1", id.constData()), unreachable);
+    EXPECT_THAT(told, testing::ElementsAre("REC1 " + id.toStdString()));
+    service.reset();
 }
 
 TEST_F(AdminServant, TellsARecorderThatIsGoneFromOneThatRefuses)

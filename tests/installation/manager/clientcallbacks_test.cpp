@@ -65,6 +65,23 @@ TEST_F(ClientCallbacks, TellOfWhatARecorderTells)
     EXPECT_TRUE(std::equal(expected.rbegin(), expected.rend(), told.rbegin()));
 }
 
+TEST_F(ClientCallbacks, TellOfWhatTheRealRecorderDoes)
+{
+    waitUntilFollowed();
+    ASSERT_TRUE(becomesAvailable("REC1"));
+    const ServedObject<StateClient> client(cco, "KorveManager/Callbacks/one");
+    waitUntilTold(client);
+    const QByteArray id = importRecord(QStringLiteral("first.wav"), 100).toLatin1();
+    const std::string busy = "REC1 " + id.toStdString() + " first 0";
+    const std::string idle = "REC1 " + id.toStdString() + " first 5";
+    const TQ_KORVE::IF_Control_var control = TQ_KORVE::IF_Control::_narrow(CORBA::Object_var(recorder->reference()));
+    const TQ_KORVE::IF_ReplaySession_var session =
+        control->getReplaySessionById(id.constData(), TQ_KORVE_IT::IF_Korve_IT::_nil());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == busy; }, 20000)) << busy;
+    control->setRecordIdle(id.constData());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == idle; }, 20000)) << idle;
+}
+
 TEST_F(ClientCallbacks, TellWhatWasMissedWhileTheRecorderToldNobody)
 {
     waitUntilFollowed();

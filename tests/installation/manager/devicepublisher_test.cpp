@@ -35,7 +35,7 @@ template <typename Class> const Class *valueAt(const char *path)
     return dynamic_cast<const Class *>(Tree::Instance().findValue(QLatin1String(path)));
 }
 
-/// Notes whether the device's status is there when it becomes available.
+/// Notes, with each change, what status of the device is there.
 class AvailabilityObserver : public IObserver
 {
 public:
@@ -47,6 +47,35 @@ public:
 };
 
 } // namespace
+
+TEST(DevicePublisher, TellsOfARecordAlsoTwice)
+{
+    DevicePublisher publisher;
+    publisher.publish({device("A", true)});
+    AvailabilityObserver observer;
+    values::ValueBase *const told =
+        values::Tree::Instance().findValue(QStringLiteral("/KORVE/Device/A/OneRecordHasChanged"));
+    ASSERT_TRUE(told);
+    told->AddObserver(&observer);
+    publisher.tellRecord(QStringLiteral("A"), QStringLiteral("R1"));
+    publisher.tellRecord(QStringLiteral("A"), QStringLiteral("R1"));
+    publisher.tellRecord(QStringLiteral("B"), QStringLiteral("R2"));
+    EXPECT_EQ(textAt("/KORVE/Device/A/OneRecordHasChanged"), QLatin1String("R1"));
+    EXPECT_EQ(observer.seen.size(), 2);
+    told->DeleteObserver(&observer);
+}
+
+TEST(DevicePublisher, HearsOfRecordsOnOtherThreads)
+{
+    DevicePublisher publisher;
+    publisher.publish({device("A", true)});
+    std::thread([listener = publisher.recordListener()] {
+        listener(QStringLiteral("A"), QStringLiteral("R1"));
+    }).join();
+    EXPECT_EQ(textAt("/KORVE/Device/A/OneRecordHasChanged"), QString());
+    EXPECT_TRUE(
+        QTest::qWaitFor([] { return textAt("/KORVE/Device/A/OneRecordHasChanged") == QLatin1String("R1"); }, 5000));
+}
 
 TEST(DevicePublisher, ShowsADevice)
 {

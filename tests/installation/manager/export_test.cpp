@@ -72,6 +72,20 @@ TEST_F(Export, SendsEachFileOfTheRecord)
         EXPECT_EQ(exporter->sinks[name]->content(), bytes) << name;
 }
 
+TEST_F(Export, HasTheRealRecorderSendItsFiles)
+{
+    ASSERT_TRUE(becomesAvailable("REC1"));
+    exporter->device = "REC1";
+    exporter->record = importRecord(QStringLiteral("first.wav"), 1000).toStdString();
+    start();
+    EXPECT_EQ(exporter->end(), "end well");
+    ASSERT_EQ(exporter->sinks.size(), 2u);
+    std::size_t sampleBytes = 0;
+    for (const auto &[name, sink] : exporter->sinks)
+        sampleBytes += name.ends_with("-data") ? sink->content().size() : 0;
+    EXPECT_EQ(sampleBytes, 2000u);
+}
+
 TEST_F(Export, SendsWhatIsMissing)
 {
     exporter->offsets["R1.sigmf-data"] = 199990;

@@ -151,10 +151,12 @@ TEST_F(ManagerService, TellsOfDevicesAsTheyChange)
 {
     std::mutex mutex; // the listener is called by the thread of the watch
     std::vector<installation::DeviceList> heard;
-    service.emplace(configuration, TestOrb::instance().insPoa(), cco, [&](const installation::DeviceList &devices) {
+    const auto listener = [&](const installation::DeviceList &devices) {
         const std::scoped_lock lock(mutex);
         heard.push_back(devices);
-    });
+    };
+    service.emplace(configuration, TestOrb::instance().insPoa(), cco,
+                    installation::ManagerListeners{.devices = listener});
     const auto last = [&](auto holds) {
         return QTest::qWaitFor(
             [&] {
@@ -221,7 +223,6 @@ TEST_F(ManagerService, RefusesChannelsForNobody)
     const auto nobody = TQ_KRV::IF_KRV_c_ChanMan::_nil();
     EXPECT_THROW(manager->registerChannel(nobody, TQ_KRV::drHF_20k, TQ_KRV::dfRAW, true, true, "", id.out()),
                  TQ_KRV::exGen);
-    EXPECT_THROW(
-        manager->registerChannelEx(nobody, TQ_KRV::drHF_20k, TQ_KRV::dfRAW, true, true, "", "REC1", id.out()),
-        TQ_KRV::exGen);
+    EXPECT_THROW(manager->registerChannelEx(nobody, TQ_KRV::drHF_20k, TQ_KRV::dfRAW, true, true, "", "REC1", id.out()),
+                 TQ_KRV::exGen);
 }
