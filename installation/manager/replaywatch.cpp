@@ -56,7 +56,10 @@ ReplayWatch::Finding ReplayWatch::find(const Channel &channel) const
     if (!device || CORBA::is_nil(device->control))
         return Finding::Unknown;
     try {
-        switch (RecordView::of(device->control, channel.run.recordId).status) {
+        const RecordView view = RecordView::of(device->control, channel.run.recordId);
+        if (channel.progress.recordEnd == 0) // of an earlier manager, which has not kept it
+            context.note(channel, [&](Channel &shown) { shown.progress = view.progress; });
+        switch (view.status) {
         case TQ_KORVE::rsREPLAYING:
             return Finding::Running;
         case TQ_KORVE::rsREADY_FOR_REPLAY:

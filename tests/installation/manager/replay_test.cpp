@@ -151,6 +151,7 @@ TEST_F(Replay, IsLookedAfterAgainWhenTheManagerHasStartedAgain)
     restartService();
     const quint64 position = channel(id).progress.position;
     EXPECT_TRUE(positionPasses(id, position));
+    EXPECT_EQ(channel(id).progress.stopUs, 3000000u);
     EXPECT_EQ(replay()->PauseReplay("REC1", "R1"), 0u);
     restartService();
     EXPECT_TRUE(becomes(id, State::ReplayPaused));
