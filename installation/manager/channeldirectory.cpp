@@ -20,6 +20,17 @@ auto withId(ChannelList &channels, const QString &id)
 
 } // namespace
 
+template <typename Work> auto ChannelDirectory::kept(Work work)
+{
+    try {
+        return work();
+    } catch (const std::runtime_error &error) {
+        traceAt(TraceLevel::Normal, sourceName,
+                [&] { return QStringLiteral("a channel cannot be kept: %1").arg(QString::fromUtf8(error.what())); });
+        throw CORBA::PERSIST_STORE(0, CORBA::COMPLETED_NO);
+    }
+}
+
 ChannelDirectory::ChannelDirectory(const QString &folder, Listener listener)
     : store(folder), listener(std::move(listener)), channels(store.load())
 {
@@ -46,7 +57,7 @@ std::optional<Channel> ChannelDirectory::add(const ChannelSettings &settings)
     ChannelList all = list();
     if (all.size() >= maximumChannels)
         return {};
-    all.push_back({.id = store.add(settings), .settings = settings});
+    all.push_back({.id = kept([&] { return store.add(settings); }), .settings = settings});
     const Channel added = all.back();
     show(std::move(all));
     return added;
@@ -59,7 +70,7 @@ bool ChannelDirectory::remove(const QString &id, const std::function<bool(const 
     const auto found = withId(all, id);
     if (found == all.end() || !mayGo(*found))
         return false;
-    store.remove(id);
+    kept([&] { store.remove(id); });
     all.erase(found);
     show(std::move(all));
     return true;
@@ -102,13 +113,11 @@ void ChannelDirectory::keep(const Channel &before, const Channel &after) const
     if (before.settings == after.settings && before.run == after.run)
         return;
     try {
-        store.save(after);
-    } catch (const std::runtime_error &error) {
+        kept([&] { store.save(after); });
+    } catch (const CORBA::PERSIST_STORE &) {
         if (before.settings != after.settings)
             throw;
         // A full disk must not keep a replay from ending.
-        traceAt(TraceLevel::Normal, sourceName,
-                [&] { return QStringLiteral("a channel cannot be kept: %1").arg(QString::fromUtf8(error.what())); });
     }
 }
 

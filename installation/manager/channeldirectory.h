@@ -14,7 +14,8 @@ namespace installation
 ///
 /// A state that somebody has entered here belongs to him until he leaves it: commands on a channel hold no lock while
 /// they ask others.
-/// Thread: any; a change waits for the disk, never for a remote call.
+/// Thread: any; a change waits for the disk, never for a remote call.  Errors: a channel that is new, goes or has other
+/// settings stays as it was when that cannot be kept, and it throws CORBA::PERSIST_STORE.
 class ChannelDirectory
 {
 public:
@@ -30,13 +31,11 @@ public:
     std::optional<Channel> find(const QString &id) const;
 
     /// Without result when there are as many as can be.
-    /// @throws std::runtime_error when it cannot be kept.
     std::optional<Channel> add(const ChannelSettings &settings);
     /// False when @p mayGo does not hold, or there is no such channel.
     bool remove(const QString &id, const std::function<bool(const Channel &)> &mayGo);
-    /// The channel as @p edit has left it; without result when it answered false or there is no such channel. Changed
-    /// settings that cannot be kept stay as they were, and it throws std::runtime_error; what it is doing counts
-    /// without the disk, too.
+    /// The channel as @p edit has left it; without result when it answered false or there is no such channel. What a
+    /// channel is doing counts without the disk, too.
     std::optional<Channel> change(const QString &id, const std::function<bool(Channel &)> &edit);
     /// As above, for the channel of all of them that @p choose points to; null: none.
     std::optional<Channel> changeOne(const std::function<Channel *(ChannelList &)> &choose);
@@ -44,6 +43,7 @@ public:
     void noteError(const QString &id, quint32 code, const QString &text);
 
 private:
+    template <typename Work> static auto kept(Work work);
     void keep(const Channel &before, const Channel &after) const;
     void show(ChannelList newChannels);
 

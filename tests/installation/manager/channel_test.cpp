@@ -1,6 +1,7 @@
 #include "tests/installation/manager/channelfixture.h"
 
 #include "installation/manager/channelmanager.h"
+#include "installation/manager/database.h"
 
 using namespace installation;
 using testing::Contains;
@@ -130,6 +131,20 @@ TEST_F(ChannelTest, IsThereAgainWhenTheManagerHasStartedAgain)
     EXPECT_EQ(channel(id).settings, settings);
     EXPECT_STREQ(CORBA::String_var(object(id)->getChannelID()), id.toUtf8().constData());
     EXPECT_THAT(peer->trouble.calls(), Contains("goingDown"));
+}
+
+TEST_F(ChannelTest, StaysAsItIsWhenItCannotBeKept)
+{
+    const QString id = add(receiverChannel());
+    const ChannelSettings before = channel(id).settings;
+    Database(folder.filePath(QStringLiteral("channels.sqlite"))).run(QStringLiteral("DROP TABLE channel"));
+    EXPECT_THROW(object(id)->setName("renamed"), CORBA::PERSIST_STORE);
+    EXPECT_THROW(object(id)->removeChannel(), CORBA::PERSIST_STORE);
+    EXPECT_THROW(add(managerChannel()), CORBA::PERSIST_STORE);
+    EXPECT_EQ(channel(id).settings, before);
+    EXPECT_EQ(list().size(), 1u);
+    EXPECT_EQ(startReplay(0, 1000, 0), 0u);
+    EXPECT_EQ(replay()->StopReplay("REC1", "R1"), 0u);
 }
 
 TEST_F(ChannelTest, NeverGetsAnIdForTheSecondTime)
