@@ -1,6 +1,7 @@
 #include "tests/installation/manager/fakechannelmanager.h"
 #include "tests/installation/manager/managerfixture.h"
 #include "tests/installation/manager/samplereceiver.h"
+#include "tests/installation/manager/samplesource.h"
 
 #include "tests/installation/cco/testorb.h"
 
@@ -215,12 +216,70 @@ TEST_F(LiveChannels, HaveAChannelManagerConnect)
         const CORBA::Object_var object = activation.reference();
         const TQ_KRV::IF_KRV_c_ChanMan_var reference = TQ_KRV::IF_KRV_c_ChanMan::_unchecked_narrow(object);
         CORBA::String_var id;
-        const TQ_KRV::IF_KRV_c_Chan_var made = manager->registerChannel(
-            reference, TQ_KRV::drHF_20k, TQ_KRV::dfRAW, true, true, "managed", id.out());
+        const TQ_KRV::IF_KRV_c_Chan_var made =
+            manager->registerChannel(reference, TQ_KRV::drHF_20k, TQ_KRV::dfRAW, true, true, "managed", id.out());
         made->setRequestedSampleRate(fullSpeed, 0);
         EXPECT_EQ(start(0, size), 0u);
         EXPECT_TRUE(QTest::qWaitFor([&] { return program->bytes == size; }, patienceMs));
         EXPECT_TRUE(becomes(State::Idle));
+        service.reset();
+    }
+    program->_remove_ref();
+}
+
+TEST_F(LiveChannels, RecordWhatASourceHas)
+{
+    const SampleSource source(10000);
+    const auto channel = registerReceiver(source.address(), 0);
+    channel->startRecording(0, L"evening", 0);
+    const QByteArray id = this->channel().run.recordId.toLatin1();
+    EXPECT_TRUE(becomes(State::Idle)); // with the end of the source
+    TQ_KRV::struRECORD_DATA_var made;
+    ASSERT_EQ(
+        TQ_KRV::IF_KORVE_Admin_var(manager->getKorveAdminInterface())->getRecord("REC1", id.constData(), made.out()),
+        0u);
+    EXPECT_EQ(made->size, 10000u);
+    EXPECT_EQ(textOf(made->recordName), QStringLiteral("evening"));
+    EXPECT_EQ(made->recordStatus, TQ_KRV::rsIDLE);
+}
+
+TEST_F(LiveChannels, StopARecordingWithAComment)
+{
+    const SampleSource source(1ull << 40);
+    const auto channel = registerReceiver(source.address(), 0);
+    channel->startRecording(1, L"", 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return this->channel().progress.sizeBytes > 0; }, patienceMs));
+    const QByteArray id = this->channel().run.recordId.toLatin1();
+    EXPECT_EQ(status(id), TQ_KRV::rsRECORDING);
+    channel->stopRecording(L"enough");
+    EXPECT_EQ(status(id), TQ_KRV::rsIDLE);
+    EXPECT_EQ(this->channel().run.state, State::Idle);
+}
+
+TEST_F(LiveChannels, TellThatASourceIsNotThere)
+{
+    const auto channel = registerReceiver(receiver.address(), 0);
+    receiver.hangUp();
+    EXPECT_THROW(channel->startRecording(0, L"", 0), TQ_KRV::IF_KRV_c_Chan::exChan);
+    EXPECT_EQ(this->channel().error.code, 902u);
+    EXPECT_TRUE(this->channel().run.isIdle());
+}
+
+TEST_F(LiveChannels, ListenForAProgramWithoutASource)
+{
+    const auto program = new FakeChannelManager;
+    program->_add_ref();
+    {
+        const Activation activation(TestOrb::instance().insPoa(), "SendingManager", program);
+        const CORBA::Object_var object = activation.reference();
+        const TQ_KRV::IF_KRV_c_ChanMan_var reference = TQ_KRV::IF_KRV_c_ChanMan::_unchecked_narrow(object);
+        CORBA::String_var id;
+        const TQ_KRV::IF_KRV_c_Chan_var made =
+            manager->registerChannel(reference, TQ_KRV::drHF_20k, TQ_KRV::dfRAW, true, true, "managed", id.out());
+        made->startRecording(0, L"", 0);
+        const SampleSource source(static_cast<quint16>(program->startedPort), 4000);
+        EXPECT_TRUE(becomes(State::Idle));
+        EXPECT_EQ(channel().progress.sizeBytes, 4000u);
         service.reset();
     }
     program->_remove_ref();
