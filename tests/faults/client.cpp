@@ -71,6 +71,7 @@ const std::map<std::string, Client::Command> &Client::commands()
     static const std::map<std::string, Command> all = [] {
         std::map<std::string, Command> both = recordCommands();
         both.insert(deviceCommands().begin(), deviceCommands().end());
+        both.insert(replayCommands().begin(), replayCommands().end());
         both.insert(otherCommands().begin(), otherCommands().end());
         return both;
     }();
@@ -133,6 +134,48 @@ const std::map<std::string, Client::Command> &Client::deviceCommands()
              unsigned short port = 0;
              return toldTruth(c.admin->pelinConnectionParameter(host, port));
          }},
+    };
+    return all;
+}
+
+GuiToServerReplayCorbaHandler &Client::replayOfDevice()
+{
+    replay->Initialize(device);
+    return *replay;
+}
+
+std::string Client::startReplay(unsigned long long begin, unsigned long long end)
+{
+    return told(replayOfDevice().StartReplay(device, record, KORVE_RecordData::HF_20k, begin, end, 1));
+}
+
+std::string Client::registerChannel(bool isForReplay)
+{
+    const TQ_KRV::IF_KRV_c_KRV_var manager = handler->GetKorveInterface();
+    CORBA::String_var id;
+    const TQ_KRV::IF_KRV_c_Chan_var channel = manager->registerReceiverChannel(
+        TQ_KRV::IF_KRV_c_ChanMan::_nil(), TQ_KRV::eDATARATE_CLASS(), TQ_KRV::eDATA_FORMAT(), !isForReplay, isForReplay,
+        "C1", "REC1", TQ_KRV::TCP_IF, "127.0.0.1:9", id.out());
+    return toldTruth(!CORBA::is_nil(channel));
+}
+
+const std::map<std::string, Client::Command> &Client::replayCommands()
+{
+    static const std::map<std::string, Command> all{
+        {"StartReplay", [](Client &c) { return c.startReplay(0, 8); }},
+        {"StartReplayOfNothing", [](Client &c) { return c.startReplay(0, 0); }},
+        {"StartReplayAtItsEnd", [](Client &c) { return c.startReplay(8, 8); }},
+        {"StartReplayBackwards", [](Client &c) { return c.startReplay(8, 4); }},
+        {"StartReplayReceivers",
+         [](Client &c) {
+             return told(c.replayOfDevice().StartReplay(device, c.record, KORVE_RecordData::HF_20k, 0, 8, 1,
+                                                        KORVE_XML::NetIfParams::UDP_IF));
+         }},
+        {"PauseReplay", [](Client &c) { return told(c.replayOfDevice().PauseReplay(device, c.record)); }},
+        {"ContinueReplay", [](Client &c) { return told(c.replayOfDevice().ContinueReplay(device, c.record)); }},
+        {"StopReplay", [](Client &c) { return told(c.replayOfDevice().StopReplay(device, c.record)); }},
+        {"registerChannelForRecording", [](Client &c) { return c.registerChannel(false); }},
+        {"registerChannel", [](Client &c) { return c.registerChannel(true); }},
     };
     return all;
 }

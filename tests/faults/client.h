@@ -32,10 +32,16 @@ private:
     static const std::map<std::string, Command> &commands();
     static const std::map<std::string, Command> &recordCommands();
     static const std::map<std::string, Command> &deviceCommands();
+    static const std::map<std::string, Command> &replayCommands();
     static const std::map<std::string, Command> &otherCommands();
 
     /// As new ones, without what they have fetched.
     void makeHandlers();
+    std::string startReplay(unsigned long long begin, unsigned long long end);
+    /// Of the device, as far as it can be had.
+    KorveGUI::GuiToServerReplayCorbaHandler &replayOfDevice();
+    /// A receiver for replays or a source of recordings, at an address where nobody is.
+    std::string registerChannel(bool isForReplay);
 
     const QString record;
     const std::shared_ptr<Station> station;

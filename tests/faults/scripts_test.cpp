@@ -7,6 +7,8 @@
 #include <QDir>
 #include <QFile>
 
+#include <set>
+
 using KorveManagement::TraceError;
 using testing::ElementsAreArray;
 
@@ -86,3 +88,22 @@ TEST_P(ScriptTest, GivesNumberTraceAndSentenceOfEachRow)
 
 INSTANTIATE_TEST_SUITE_P(Scripts, ScriptTest, testing::ValuesIn(allScripts()),
                          [](const auto &info) { return info.param.substr(0, info.param.find('.')); });
+
+TEST(AllScripts, ProduceEveryNumberThatHasASentenceAndOneThatHasNone)
+{
+    std::set<std::string> produced;
+    std::vector<std::string> missing;
+    for (const std::string &script : allScripts())
+        for (const ScriptRow &row : rowsOf(script)) {
+            if (row.flow.empty())
+                continue;
+            const std::vector<std::string> known = sentences::numbersOf(row.flow);
+            const bool isKnown = std::find(known.begin(), known.end(), row.outcome) != known.end();
+            produced.insert(row.flow + ' ' + (isKnown ? row.outcome : "other"));
+        }
+    for (const std::string &flow : sentences::flows())
+        for (const std::string &number : sentences::numbersOf(flow))
+            if (produced.count(flow + ' ' + number) == 0)
+                missing.push_back(flow + ' ' + number);
+    EXPECT_THAT(missing, testing::IsEmpty());
+}
