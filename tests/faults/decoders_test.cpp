@@ -1,4 +1,5 @@
 #include "common/errorlogging.h"
+#include "idl/lumbalandatacom.hh"
 #include "tests/appruntime/capturedtraces.h"
 #include "tests/faults/faultyinstallation.h"
 
@@ -6,7 +7,7 @@
 
 #include <functional>
 
-using testing::ElementsAre;
+using testing::Contains;
 
 namespace
 {
@@ -35,6 +36,27 @@ class Decoders : public FaultyInstallation
 protected:
     using Log = std::function<unsigned long(const CORBA::UserException &)>;
 
+    static unsigned long deviceLog(const CORBA::UserException &exception)
+    {
+        return KorveDevice::ErrorLogging().userException(exception, QStringLiteral("Comment"), QStringLiteral("REC1"),
+                                                         QStringLiteral("R1"));
+    }
+    static unsigned long channelLog(const CORBA::UserException &exception)
+    {
+        return KorveChannel::ErrorLogging().userException(exception, QStringLiteral("Flag"), QStringLiteral("C1"));
+    }
+    /// Of one call for each, with the traces that belong to it; @p scope stands before the words of the kinds.
+    static void expectEachKind(const char *exception, const std::string &what, const std::string &scope,
+                               const std::function<void()> &call)
+    {
+        const bool isOfDevice = what.find("Channel") == what.npos;
+        for (const Kind &kind : kindsOf(exception)) {
+            CapturedTraces traces(32);
+            EXPECT_EQ(numberOf(call, isOfDevice ? deviceLog : channelLog), kind.number);
+            EXPECT_THAT(traces.texts(), Contains(what + " failed with exception: User exception: " + scope +
+                                                 kind.word.toStdString() + ": why"));
+        }
+    }
     /// One line for each kind, with the text "why".
     static QByteArray scriptOf(const char *operation, const char *exception)
     {
@@ -63,40 +85,44 @@ TEST_F(Decoders, KnowEachKindThatARecorderRaises)
 {
     start(scriptOf("recorder setRecordComment", "exKorve"));
     const TQ_KORVE::IF_Control_var control = recorder();
-    const auto call = [&] { control->setRecordComment("R1", TQ_KORVE::wideText()); };
-    for (const Kind &kind : kindsOf("exKorve")) {
-        CapturedTraces traces(32);
-        const Log log = [](const CORBA::UserException &exception) {
-            return KorveDevice::ErrorLogging().userException(exception, QStringLiteral("Comment"),
-                                                             QStringLiteral("REC1"), QStringLiteral("R1"));
-        };
-        EXPECT_EQ(numberOf(call, log), kind.number);
-        EXPECT_THAT(traces.texts(), ElementsAre("Comment for Device/Record REC1/R1 failed with exception: User "
-                                                "exception: TQ_KORVE::exKorve::" +
-                                                kind.word.toStdString() + ": why"));
-    }
+    expectEachKind("exKorve", "Comment for Device/Record REC1/R1", "TQ_KORVE::exKorve::",
+                   [&] { control->setRecordComment("R1", TQ_KORVE::wideText()); });
+}
+
+TEST_F(Decoders, KnowEachKindThatALinkRaises)
+{
+    start(scriptOf("recorder waitForConnectionOnIf", "exLLDC"));
+    const std::string id = importRecord();
+    const TQ_KORVE::IF_Control_var control = recorder();
+    const TQ_KORVE::IF_ReplaySession_var session =
+        control->getReplaySessionById(id.c_str(), TQ_KORVE_IT::IF_Korve_IT::_nil());
+    const LLDCmodule::LLDC_Interface_Transmitter_var link = LLDCmodule::LLDC_Interface_Transmitter::_narrow(session);
+    expectEachKind("exLLDC", "Comment for Device/Record REC1/R1", "LLDCmodule::exLLDC::",
+                   [&] { link->waitForConnectionOnIf(LLDCmodule::struConnectionParams{}, 0); });
 }
 
 TEST_F(Decoders, KnowEachKindThatChannelsAreRefusedWith)
 {
     start(scriptOf("registerChannel", "exGen"));
     const TQ_KRV::IF_KRV_c_KRV_var main = manager();
-    const auto call = [&] {
+    expectEachKind("exGen", "Flag for Channel 'C1'", "TQ_KRV::exGen::", [&] {
         CORBA::String_var id;
         main->registerChannel(TQ_KRV::IF_KRV_c_ChanMan::_nil(), TQ_KRV::eDATARATE_CLASS(), TQ_KRV::eDATA_FORMAT(), true,
                               true, "C1", id.out());
-    };
-    for (const Kind &kind : kindsOf("exGen")) {
-        CapturedTraces traces(32);
-        const Log log = [](const CORBA::UserException &exception) {
-            return KorveChannel::ErrorLogging().userException(exception, QStringLiteral("Register"),
-                                                              QStringLiteral("C1"));
-        };
-        EXPECT_EQ(numberOf(call, log), kind.number);
-        EXPECT_THAT(traces.texts(), ElementsAre("Register for Channel 'C1' failed with exception: User exception: "
-                                                "TQ_KRV::exGen::" +
-                                                kind.word.toStdString() + ": why"));
-    }
+    });
+}
+
+TEST_F(Decoders, KnowEachKindThatAChannelRaises)
+{
+    start(scriptOf("setRecordFlag", "exChan"));
+    importRecord();
+    const TQ_KRV::IF_KRV_c_KRV_var main = manager();
+    CORBA::String_var id;
+    const TQ_KRV::IF_KRV_c_Chan_var channel = main->registerReceiverChannel(
+        TQ_KRV::IF_KRV_c_ChanMan::_nil(), TQ_KRV::eDATARATE_CLASS(), TQ_KRV::eDATA_FORMAT(), true, true, "C1", "REC1",
+        TQ_KRV::TCP_IF, "127.0.0.1:9", id.out());
+    expectEachKind("exChan", "Flag for Channel 'C1'", "TQ_KRV::IF_KRV_c_Chan::exChan::",
+                   [&] { channel->setRecordFlag(true); });
 }
 
 TEST_F(Decoders, HaveANumberForExceptionsOfNoFamily)
@@ -108,5 +134,5 @@ TEST_F(Decoders, HaveANumberForExceptionsOfNoFamily)
     };
     CapturedTraces traces(32);
     EXPECT_EQ(numberOf([&] { TQ_KRV::seqRECORD_DATA_var(main->getAllRecords("REC1")); }, log), 212u);
-    EXPECT_THAT(traces.texts(), ElementsAre("List for Device REC1 failed with exception: User exception: undefined"));
+    EXPECT_THAT(traces.texts(), Contains("List for Device REC1 failed with exception: User exception: undefined"));
 }
