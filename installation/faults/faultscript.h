@@ -50,7 +50,11 @@ struct Answer {
 struct KillProcess {
     bool isAfterwards;
 };
-using CallAction = std::variant<Pass, Delay, RaiseUser, RaiseSystem, Answer, KillProcess>;
+/// As kill -9, at a random moment of that time from the call's arrival on, while the servant works or after that.
+struct KillSometime {
+    std::chrono::milliseconds within;
+};
+using CallAction = std::variant<Pass, Delay, RaiseUser, RaiseSystem, Answer, KillProcess, KillSometime>;
 
 struct CallFault {
     std::string role; ///< empty for all that have the operation

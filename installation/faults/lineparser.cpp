@@ -146,10 +146,17 @@ CallAction LineParser::takeAction(std::string &role, const std::string &operatio
     if (takeIf("answer"))
         return takeAnswer(role, operation);
     require("kill");
-    const std::string when = take("\"before\" or \"after\"");
-    if (when != "before" && when != "after")
-        refuse("\"before\" or \"after\" is missing behind \"kill\"");
-    return KillProcess{when == "after"};
+    return takeKill();
+}
+
+CallAction LineParser::takeKill()
+{
+    if (takeIf("within"))
+        return KillSometime{takeTime()};
+    const bool isAfterwards = takeIf("after");
+    if (!isAfterwards && !takeIf("before"))
+        refuse("\"before\", \"after\" or \"within\" is missing behind \"kill\"");
+    return KillProcess{isAfterwards};
 }
 
 CallAction LineParser::takeException()

@@ -23,6 +23,7 @@ private:
     std::string takeOperation(const std::string &role);
     CallAction takeAction(std::string &role, const std::string &operation);
     CallAction takeException();
+    CallAction takeKill();
     unsigned takeKind(const UserException &exception);
     /// Only the role whose operation has such an answer is meant.
     Answer takeAnswer(std::string &role, const std::string &operation);

@@ -7,6 +7,8 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <random>
+#include <thread>
 
 namespace installation::faults
 {
@@ -19,6 +21,12 @@ namespace
 {
     ::raise(SIGKILL);
     std::abort(); // never reached
+}
+
+std::chrono::microseconds momentWithin(std::chrono::microseconds time)
+{
+    std::random_device random;
+    return std::chrono::microseconds(std::uniform_int_distribution<std::int64_t>(0, time.count())(random));
 }
 
 class Strike
@@ -36,6 +44,14 @@ public:
         if (action.isAfterwards)
             serveToTheEnd();
         die();
+    }
+    void operator()(const KillSometime &action) const
+    {
+        std::thread([moment = momentWithin(action.within)] {
+            std::this_thread::sleep_for(moment);
+            die();
+        }).detach();
+        call.interceptedCall(&servant);
     }
 
 private:

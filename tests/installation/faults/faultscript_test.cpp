@@ -110,6 +110,7 @@ TEST(FaultScriptTest, KnowsAllActions)
     EXPECT_EQ(actionOf<Answer>("on deleteRecord answer 0").number, 0u);
     EXPECT_FALSE(actionOf<KillProcess>("on getRecord kill before").isAfterwards);
     EXPECT_TRUE(actionOf<KillProcess>("on getRecord kill after").isAfterwards);
+    EXPECT_EQ(actionOf<KillSometime>("on getRecord kill within 5ms").within, 5ms);
     EXPECT_THROW(actionOf<RaiseSystem>("on getRecord raise COMM_FAILURE").raise(), CORBA::COMM_FAILURE);
     EXPECT_THROW(actionOf<RaiseSystem>("on getRecord raise TRANSIENT once").raise(), CORBA::TRANSIENT);
 }
@@ -167,7 +168,7 @@ INSTANTIATE_TEST_SUITE_P(
         Refusal{"OperationOfOthers", "on recorder StartReplay delay 1s", "the recorder has no operation \"StartReplay\""},
         Refusal{"OperationOfClients", "on goingDown delay 1s", "no service has an operation \"goingDown\""},
         Refusal{"NoAction", "on getRecord", "\"kill\" is missing"},
-        Refusal{"OtherKill", "on getRecord kill now", "\"before\" or \"after\" is missing behind \"kill\""},
+        Refusal{"OtherKill", "on getRecord kill now", "\"before\", \"after\" or \"within\" is missing behind \"kill\""},
         Refusal{"OtherException", "on getRecord raise exNone 0", "no exception is called \"exNone\""},
         Refusal{"NoKind", "on getRecord raise exKorve", "the kind of the exception is missing"},
         Refusal{"HighKind", "on getRecord raise exKorve 35", "exKorve has no kind \"35\""},
