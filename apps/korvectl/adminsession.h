@@ -34,6 +34,7 @@ public:
     QStringList showRecord() const { return {QStringLiteral("record"), QStringLiteral("show"), line.device, line.record}; }
 
     const ManagerSession &manager() const { return session; }
+    const CentralService &centralService() const { return service; }
 
 private:
     void perform(const Deed &deed, const Operation &operation);

@@ -4,11 +4,16 @@
 #include "apps/korvectl/devicescommand.h"
 #include "apps/korvectl/doctorcommand.h"
 #include "apps/korvectl/errorscommand.h"
+#include "apps/korvectl/exportcommand.h"
 #include "apps/korvectl/notecommands.h"
 #include "apps/korvectl/recordcommands.h"
+#include "apps/korvectl/recordingcommands.h"
 #include "apps/korvectl/recordscommand.h"
+#include "apps/korvectl/replaycommands.h"
+#include "apps/korvectl/spectrumcommand.h"
 #include "apps/korvectl/timecommands.h"
 #include "apps/korvectl/treecommands.h"
+#include "apps/korvectl/watchcommand.h"
 
 #include <map>
 
@@ -31,8 +36,18 @@ ExitCode run(const CommandLine &line)
         {Command::BookmarksList, listBookmarks},
         {Command::BookmarksAdd, addBookmark},
         {Command::BookmarksRemove, removeBookmark},
+        {Command::RecordStart, startRecording},
+        {Command::RecordStop, stopRecording},
+        {Command::ReplayStart, startReplay},
+        {Command::ReplayPause, pauseReplay},
+        {Command::ReplayContinue, continueReplay},
+        {Command::ReplayStop, stopReplay},
+        {Command::ReplayStatus, showReplays},
+        {Command::Spectrum, showSpectrum},
+        {Command::Export, exportRecord},
         {Command::TimeGet, getTime},
         {Command::TimeSet, setTime},
+        {Command::Watch, watchStates},
         {Command::Errors, explainError},
         {Command::TreeList, listTree},
         {Command::TreeGet, getFromTree},

@@ -1,5 +1,6 @@
 #include "apps/korvectl/completecommand.h"
 
+#include "apps/korvectl/channelstates.h"
 #include "apps/korvectl/completion.h"
 #include "apps/korvectl/console.h"
 #include "apps/korvectl/managersession.h"
@@ -51,6 +52,15 @@ QStringList records(const CentralService &service, const QString &subsystem, con
     return ids;
 }
 
+QStringList channels(const CentralService &service, const QString &subsystem)
+{
+    QStringList ids;
+    const QVector<ChannelState> found = ChannelStates(service, subsystem, patience).channels();
+    for (const ChannelState &state : found)
+        ids << state.id;
+    return ids;
+}
+
 /// The items of the node that the path @p begun is in.
 QStringList paths(const CentralService &service, const QString &subsystem, const QString &begun)
 {
@@ -66,7 +76,8 @@ QStringList paths(const CentralService &service, const QString &subsystem, const
 
 bool isName(const std::string &parameter)
 {
-    return parameter == "DEVICE" || parameter == "RECORD" || parameter == "PATH" || parameter == "SUBSYSTEM";
+    return parameter == "DEVICE" || parameter == "RECORD" || parameter == "CHANNEL" || parameter == "PATH" ||
+           parameter == "SUBSYSTEM";
 }
 
 QStringList namesFor(const Completion &completion)
@@ -80,6 +91,8 @@ QStringList namesFor(const Completion &completion)
             return devices(service, subsystem);
         if (completion.parameter == "RECORD")
             return records(service, subsystem, QString::fromStdString(completion.device));
+        if (completion.parameter == "CHANNEL")
+            return channels(service, subsystem);
         if (completion.parameter == "PATH")
             return paths(service, subsystem, completion.begun);
         service.localSubsystem(Deadline(patience));

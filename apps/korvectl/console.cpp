@@ -2,22 +2,11 @@
 
 #include <iostream>
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace korvectl
 {
-
-namespace
-{
-
-bool hasColours()
-{
-    static const bool has = ::isatty(STDOUT_FILENO) == 1 && qEnvironmentVariableIsEmpty("NO_COLOR") &&
-                            qgetenv("TERM") != QByteArrayLiteral("dumb");
-    return has;
-}
-
-} // namespace
 
 bool print(const QString &result)
 {
@@ -33,6 +22,20 @@ void complain(const QString &sentence)
 void complain(const Failure &failure)
 {
     complain(QString::fromUtf8(failure.what()));
+}
+
+bool hasColours()
+{
+    static const bool has = ::isatty(STDOUT_FILENO) == 1 && qEnvironmentVariableIsEmpty("NO_COLOR") &&
+                            qgetenv("TERM") != QByteArrayLiteral("dumb");
+    return has;
+}
+
+TerminalSize terminalSize()
+{
+    winsize size{};
+    const bool isKnown = ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 && size.ws_row > 0;
+    return isKnown ? TerminalSize{size.ws_col, size.ws_row} : TerminalSize();
 }
 
 QString inRed(const QString &text)

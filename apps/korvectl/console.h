@@ -11,7 +11,16 @@ bool print(const QString &result);
 void complain(const QString &sentence);
 void complain(const Failure &failure);
 
-/// @p text in red where standard output is a terminal and NO_COLOR is not set; else as it is.
+/// Whether standard output is a terminal and NO_COLOR is not set.
+bool hasColours();
+/// In letters; that of a usual terminal, where standard output is none.
+struct TerminalSize {
+    int columns = 80;
+    int rows = 24;
+};
+TerminalSize terminalSize();
+
+/// @p text in red where there are colours; else as it is.
 QString inRed(const QString &text);
 
 } // namespace korvectl

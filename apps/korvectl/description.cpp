@@ -38,7 +38,12 @@ Description::Description()
     describeOptions();
     describeLists();
     syntax::describeRecord(app, line);
+    syntax::describeReplay(app, line);
+    syntax::describeSpectrum(app, line);
+    syntax::describeExport(app, line);
     syntax::describeTime(app, line);
+    describeWatch(*add(app, "watch", "Tell of the states of records as they change, until interrupted",
+                       Command::Watch));
     syntax::describeErrors(app, line);
     describeTree();
     add(app, "doctor", "Check each link to the devices, and say what to do about the first that is broken",

@@ -1,10 +1,14 @@
 #include "apps/korvectl/recordsyntax.h"
 
+#include "objectmodel/korve_recorddata.h"
+
 namespace korvectl::syntax
 {
 
 namespace
 {
+
+using KORVE_XML::KORVE_RecordData;
 
 constexpr const char *momentHelp = "A time in UTC such as 2026-11-21T12:32:22.629123Z, microseconds since 1970, or "
                                    "+1.5s after the record's beginning";
@@ -34,6 +38,51 @@ void takeSections(CLI::App &command, CommandLine &line)
         ->type_name("");
 }
 
+std::optional<QString> parsedRate(const QString &word)
+{
+    return KORVE_RecordData::GetDataRates().contains(word) ? std::optional(word) : std::nullopt;
+}
+
+/// The last five are none that a manager can name.
+std::optional<QString> parsedFormat(const QString &word)
+{
+    const QStringList formats = KORVE_RecordData::GetDataFormats().mid(0, KORVE_RecordData::IQBW + 1);
+    return formats.contains(word) ? std::optional(word) : std::nullopt;
+}
+
+void describeStart(CLI::App &parent, CommandLine &line)
+{
+    CLI::App &start = *add(parent, line, "start", "Record samples from a network source", Command::RecordStart);
+    identifier(start, "DEVICE", line.device, "The id of the device");
+    text(start, "NAME", line.name, "The name of the new record");
+    value(start, "--from", line.link.peer, Endpoint::parsed, "Where the samples come from", "HOST:PORT, an IPv4 address")
+        ->required()
+        ->type_name("HOST:PORT");
+    start.add_flag("--udp", line.link.isUdp, "The source sends datagrams to the device");
+    value(start, "--rate", line.recording.dataRate, parsedRate, "The data-rate class; VUHF_1M by default",
+          "a data rate, such as HF_4M or VUHF_1M")
+        ->type_name("CLASS");
+    value(start, "--sample-rate", line.recording.sampleRateHz, parsedNumber, "Samples per second; that of the class",
+          "a number of samples per second")
+        ->type_name("HZ");
+    value(start, "--format", line.recording.dataFormat, parsedFormat, "The data format; RAW by default",
+          "a data format, such as RAW or DIGITAL_AUDIO")
+        ->type_name("FORMAT");
+    start.add_option("--loop", line.recording.loopMiB, "Keep only the last so many MiB")
+        ->type_name("MIB")
+        ->check(CLI::Range(1, 1 << 30).description(""));
+    start.add_option("--duration", line.recording.durationS, "End after so many seconds")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(1, 1 << 30).description(""));
+}
+
+void describeStop(CLI::App &parent, CommandLine &line)
+{
+    CLI::App &stop = *add(parent, line, "stop", "End a recording, and remove its channel", Command::RecordStop);
+    identifier(stop, "CHANNEL", line.channel, "The id of the channel, as `record start` told it");
+    text(stop, "--comment", line.text, "Becomes an entry of the record's history")->type_name("TEXT");
+}
+
 void describeHistory(CLI::App &parent, CommandLine &line)
 {
     CLI::App &history = *addGroup(parent, "history", "What was done with a record, and when");
@@ -60,7 +109,7 @@ void describeBookmarks(CLI::App &parent, CommandLine &line)
 
 void describeRecord(CLI::App &parent, CommandLine &line)
 {
-    CLI::App &group = *addGroup(parent, "record", "Look at one record, or change it");
+    CLI::App &group = *addGroup(parent, "record", "Look at one record, change it, or make one");
     addForRecord(group, line, "show", "Show all that is known of it", Command::RecordShow);
     text(*addForRecord(group, line, "comment", "Set its comment, which is its name", Command::RecordComment), "TEXT",
          line.text, "The comment");
@@ -75,6 +124,8 @@ void describeRecord(CLI::App &parent, CommandLine &line)
     addForRecord(group, line, "delete", "Delete it, for good", Command::RecordDelete);
     describeHistory(group, line);
     describeBookmarks(group, line);
+    describeStart(group, line);
+    describeStop(group, line);
 }
 
 } // namespace korvectl::syntax

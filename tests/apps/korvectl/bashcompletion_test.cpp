@@ -24,7 +24,7 @@ QStringList offered(const QString &line, const QString &word)
 TEST(BashCompletion, ListsTheCommands)
 {
     EXPECT_EQ(offered(QStringLiteral("korvectl "), QString()).join(u' '),
-              QLatin1String("devices records record time errors tree doctor completion"));
+              QLatin1String("devices records record replay spectrum export time watch errors tree doctor completion"));
     EXPECT_EQ(offered(QStringLiteral("korvectl tree w"), QStringLiteral("w")), QStringList{QStringLiteral("watch")});
     EXPECT_EQ(offered(QStringLiteral("korvectl --js"), QStringLiteral("--js")), QStringList{QStringLiteral("--json")});
     EXPECT_EQ(offered(QStringLiteral("korvectl x"), QStringLiteral("x")), QStringList());

@@ -29,10 +29,10 @@ std::vector<std::string> candidates(const char *line)
 
 TEST(Completion, ListsTheCommandsThatTheHelpShows)
 {
-    EXPECT_THAT(candidates("korvectl "), ElementsAre("devices", "records", "record", "time", "errors", "tree", "doctor", "completion"));
+    EXPECT_THAT(candidates("korvectl "), ElementsAre("devices", "records", "record", "replay", "spectrum", "export", "time", "watch", "errors", "tree", "doctor", "completion"));
     EXPECT_THAT(candidates("korvectl d"), ElementsAre("devices", "doctor"));
     EXPECT_THAT(candidates("korvectl --json --timeout 3 tree "), ElementsAre("ls", "get", "watch"));
-    EXPECT_THAT(candidates("KORVE_CCO=a korvectl re"), ElementsAre("records", "record"));
+    EXPECT_THAT(candidates("KORVE_CCO=a korvectl re"), ElementsAre("records", "record", "replay"));
 }
 
 TEST(Completion, ListsTheOptionsOfACommandAndOfAll)
@@ -64,5 +64,5 @@ TEST(Completion, HasNothingForWhatIsFreeOrWrong)
     EXPECT_THAT(candidates("korvectl --timeout "), IsEmpty());
     EXPECT_THAT(candidates("korvectl devices "), IsEmpty());
     EXPECT_THAT(candidates("korvectl nonsense --nothing x"), IsEmpty());
-    EXPECT_THAT(candidates(""), ElementsAre("devices", "records", "record", "time", "errors", "tree", "doctor", "completion"));
+    EXPECT_THAT(candidates(""), ElementsAre("devices", "records", "record", "replay", "spectrum", "export", "time", "watch", "errors", "tree", "doctor", "completion"));
 }

@@ -10,9 +10,13 @@ constexpr int patienceMs = 30000;
 }
 
 FollowClient::FollowClient(const QStringList &furtherArguments)
+    : FollowClient({QStringLiteral("records"), QStringLiteral("--follow")}, furtherArguments)
 {
-    const QStringList arguments{QStringLiteral("records"), QStringLiteral("--follow"), QStringLiteral("--json")};
-    process.start(QStringLiteral(KORVECTL_PROGRAM), arguments + furtherArguments);
+}
+
+FollowClient::FollowClient(const QStringList &command, const QStringList &furtherArguments)
+{
+    process.start(QStringLiteral(KORVECTL_PROGRAM), command + QStringList{QStringLiteral("--json")} + furtherArguments);
 }
 
 FollowClient::~FollowClient()

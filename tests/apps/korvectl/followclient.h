@@ -4,11 +4,14 @@
 #include <QProcess>
 #include <QStringList>
 
-/// `korvectl records --follow --json` as a process, and the events that it prints. It is killed with this object.
+/// `korvectl` as a process, told to stay, and the events that it prints as JSON. It is killed with this object.
 class FollowClient
 {
 public:
+    /// Of `records --follow --json`.
     explicit FollowClient(const QStringList &furtherArguments);
+    /// Of @p command, with `--json`.
+    FollowClient(const QStringList &command, const QStringList &furtherArguments);
     ~FollowClient();
 
     /// Passes the events up to one of that kind. False when none comes for long.

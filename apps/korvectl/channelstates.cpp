@@ -1,0 +1,179 @@
+#include "apps/korvectl/channelstates.h"
+
+#include "apps/korvectl/jsontext.h"
+#include "apps/korvectl/mirroredpart.h"
+#include "apps/korvectl/table.h"
+
+#include "korvebase/valuenames.h"
+#include "korvebase/valuetreepaths.h"
+#include "objectmodel/admin.h"
+#include "valuetreelib/node.h"
+#include "valuetreelib/valuenumeric.h"
+
+#include <QEventLoop>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace korvectl
+{
+
+namespace
+{
+
+namespace name = korve::name;
+
+QString textAt(const QString &path, QLatin1String valueName)
+{
+    const values::ValueBase *const value = values::Tree::Instance().findValue(path + valueName);
+    return value ? value->GetStringValue() : QString();
+}
+
+double numberAt(const QString &path, QLatin1String valueName)
+{
+    const auto *const value =
+        dynamic_cast<const values::Value<double> *>(values::Tree::Instance().findValue(path + valueName));
+    return value ? value->GetValue() : 0;
+}
+
+ChannelState channelAt(const QString &id)
+{
+    const QString path = korve::path::channel + u'/' + id + u'/';
+    ChannelState state{id, textAt(path, name::ChannelName)};
+    state.device = textAt(path, name::DeviceID);
+    state.record = textAt(path, name::RecordID);
+    state.recordName = textAt(path, name::RecordName);
+    state.replay = textAt(path, name::ReplayMode);
+    state.recording = textAt(path, name::AllRecordReplayModes);
+    state.beginUs = numberAt(path, name::ReplayBegin);
+    state.endUs = numberAt(path, name::ReplayEnd);
+    state.positionUs = numberAt(path, name::CurrentReplayPosition);
+    state.error = textAt(path, name::ErrorCode);
+    return state;
+}
+
+/// What it does, in a word or two.
+QString wordsFor(const ChannelState &state)
+{
+    if (state.isRecording())
+        return state.recording;
+    return state.replay.mid(state.replay.lastIndexOf(u' ') + 1).toLower();
+}
+
+QString percent(const ChannelState &state)
+{
+    const auto progress = state.progress();
+    return progress ? QStringLiteral("%1 %").arg(*progress * 100, 0, 'f', 1) : QString();
+}
+
+QJsonObject objectOf(const ChannelState &state)
+{
+    QJsonObject object{{QStringLiteral("channel"), state.id},
+                       {QStringLiteral("name"), state.name},
+                       {QStringLiteral("device"), state.device},
+                       {QStringLiteral("record"), state.record},
+                       {QStringLiteral("recordName"), state.recordName},
+                       {QStringLiteral("replay"), state.replay},
+                       {QStringLiteral("recording"), state.recording},
+                       {QStringLiteral("beginUs"), state.beginUs},
+                       {QStringLiteral("endUs"), state.endUs},
+                       {QStringLiteral("positionUs"), state.positionUs},
+                       {QStringLiteral("error"), state.error}};
+    if (const auto progress = state.progress())
+        object.insert(QStringLiteral("progress"), *progress);
+    return object;
+}
+
+} // namespace
+
+bool ChannelState::isReplaying() const
+{
+    static const QString idle = KORVE_XML::Admin::GetGUIReplayModes().constFirst();
+    return !replay.isEmpty() && replay != idle;
+}
+
+bool ChannelState::isRecording() const
+{
+    static const QString stopped = KORVE_XML::Admin::GetRecordReplayAllModess().constLast();
+    return !recording.isEmpty() && recording != stopped;
+}
+
+std::optional<double> ChannelState::progress() const
+{
+    if (!isReplaying() || endUs <= beginUs)
+        return {};
+    return std::clamp((positionUs - beginUs) / (endUs - beginUs), 0.0, 1.0);
+}
+
+QString channelsTable(const QVector<ChannelState> &channels)
+{
+    Table table({{QStringLiteral("CHANNEL")},
+                 {QStringLiteral("NAME")},
+                 {QStringLiteral("STATE")},
+                 {QStringLiteral("DEVICE")},
+                 {QStringLiteral("RECORD")},
+                 {QStringLiteral("DONE"), Qt::AlignRight},
+                 {QStringLiteral("LAST ERROR")}});
+    for (const ChannelState &state : channels)
+        table.addRow({state.id, state.name, wordsFor(state), state.device, state.record, percent(state), state.error});
+    return table.text();
+}
+
+QString channelsJson(const QVector<ChannelState> &channels)
+{
+    QJsonArray array;
+    for (const ChannelState &state : channels)
+        array.append(objectOf(state));
+    return jsonText(array);
+}
+
+ChannelStates::ChannelStates(const CentralService &service, const QString &subsystem, std::chrono::milliseconds timeout)
+    : timeout(timeout)
+{
+    const VtConnectData server = treeServerOf(service, subsystem, Deadline(timeout));
+    mirror = mirrored(server, korve::path::channel, timeout);
+    if (!mirror)
+        throw Failure(ExitCode::NotReachable, QStringLiteral("The value tree at %1 did not answer %2.")
+                                                  .arg(textOf(server), Deadline(timeout).words()));
+}
+
+QVector<ChannelState> ChannelStates::channels() const
+{
+    QVector<ChannelState> found;
+    const values::Node *const node = values::Tree::Instance().findNode(korve::path::channel);
+    if (!node)
+        return found;
+    for (const values::TreeItem *const item : node->GetTreeItems())
+        if (item->isNode())
+            found << channelAt(item->GetPathName().section(u'/', -1));
+    std::sort(found.begin(), found.end(),
+              [](const ChannelState &left, const ChannelState &right) { return left.id < right.id; });
+    return found;
+}
+
+std::optional<ChannelState> ChannelStates::waitFor(const Condition &holds) const
+{
+    constexpr std::chrono::milliseconds betweenLooks{20};
+    std::optional<ChannelState> found;
+    const auto look = [&] {
+        const QVector<ChannelState> all = channels();
+        const auto position = std::find_if(all.begin(), all.end(), holds);
+        if (position != all.end())
+            found = *position;
+        return found.has_value();
+    };
+    if (look())
+        return found;
+    QEventLoop loop;
+    QTimer looks;
+    QObject::connect(&looks, &QTimer::timeout, &loop, [&] {
+        if (look())
+            loop.quit();
+    });
+    looks.start(betweenLooks);
+    QTimer::singleShot(timeout, &loop, &QEventLoop::quit);
+    loop.exec();
+    return found;
+}
+
+} // namespace korvectl

@@ -1,0 +1,105 @@
+#include "apps/korvectl/exportcommand.h"
+
+#include "apps/korvectl/activation.h"
+#include "apps/korvectl/adminsession.h"
+#include "apps/korvectl/console.h"
+#include "apps/korvectl/exportrun.h"
+#include "apps/korvectl/exportservant.h"
+#include "apps/korvectl/interruption.h"
+#include "apps/korvectl/jsontext.h"
+#include "apps/korvectl/progressline.h"
+#include "apps/korvectl/table.h"
+#include "apps/korvectl/units.h"
+
+#include "connectionmanagement/guitoserverexportcorbahandler.h"
+
+#include <QEventLoop>
+#include <QTimer>
+
+namespace korvectl
+{
+
+namespace
+{
+
+using KorveGUI::GuiToServerExportCorbaHandler;
+using ActiveExport = Activation<TQ_KRV::IF_ExportCallback, ExportServant>;
+
+QString tableOf(const ExportFolder &folder, const QVector<ExportedFile> &files)
+{
+    Table table({{QStringLiteral("FILE")},
+                 {QStringLiteral("SIZE"), Qt::AlignRight},
+                 {QStringLiteral("FETCHED"), Qt::AlignRight}});
+    for (const ExportedFile &file : files)
+        table.addRow({folder.path(file.name), units::bytes(file.size), units::bytes(file.size - file.begin)});
+    return table.text();
+}
+
+QJsonObject objectOf(const CommandLine &line, const ExportFolder &folder, const QVector<ExportedFile> &files)
+{
+    QJsonArray array;
+    for (const ExportedFile &file : files)
+        array.append(QJsonObject{{QStringLiteral("path"), folder.path(file.name)},
+                                 {QStringLiteral("sizeBytes"), jsonNumber(file.size)},
+                                 {QStringLiteral("fetchedBytes"), jsonNumber(file.size - file.begin)}});
+    return {{QStringLiteral("device"), line.device},
+            {QStringLiteral("record"), line.record},
+            {QStringLiteral("files"), array}};
+}
+
+/// Runs the event loop until the export is over, or was interrupted, or nothing more comes of it.
+void waitFor(ExportRun &run, std::chrono::milliseconds patience)
+{
+    QEventLoop loop;
+    Interruption interruption;
+    ProgressLine progress;
+    QTimer silence;
+    silence.setSingleShot(true);
+    silence.start(patience);
+    QObject::connect(&run, &ExportRun::si_alive, &silence, [&silence] { silence.start(); });
+    QObject::connect(&run, &ExportRun::si_progress, &loop,
+                     [&](const QString &name, quint64 received, quint64 size) { progress.show(name, received, size); });
+    QObject::connect(&run, &ExportRun::si_over, &loop, &QEventLoop::quit);
+    QObject::connect(&interruption, &Interruption::si_interrupted, &loop, &QEventLoop::quit);
+    QObject::connect(&silence, &QTimer::timeout, &loop, &QEventLoop::quit);
+    if (!run.isOver())
+        loop.exec();
+}
+
+[[noreturn]] void failWith(const CommandLine &line, const QString &sentence)
+{
+    const QStringList again{QStringLiteral("export"), line.device, line.record, QStringLiteral("--to"),
+                            line.folder.isEmpty() ? QStringLiteral(".") : line.folder};
+    throw Failure(ExitCode::Failed, QStringLiteral("%1 What is there is kept; to go on from there: %2")
+                                        .arg(sentence, commandText(line, again)));
+}
+
+void perform(const CommandLine &line, const GuiToServerExportCorbaHandler &handler, ExportRun &run)
+{
+    ActiveExport callback(new ExportServant(run, line.device, line.record));
+    if (!handler.exportRecord(callback.reference()))
+        failWith(line, QStringLiteral("The manager did not begin the export of record %1 on %2; -v shows why.")
+                           .arg(line.record, line.device));
+    waitFor(run, line.timeout);
+    if (run.isOver())
+        return;
+    handler.cancelExport(callback->id());
+    failWith(line, QStringLiteral("The export of record %1 on %2 was interrupted, or nothing more came of it.").arg(line.record, line.device));
+}
+
+} // namespace
+
+ExitCode exportRecord(const CommandLine &line)
+{
+    AdminSession admin(line);
+    admin.record(); // for the reason, if there is none
+    const ExportFolder folder(line.folder);
+    ExportRun run(folder, line.timeout);
+    perform(line, GuiToServerExportCorbaHandler(admin.manager().handler()), run);
+    if (!run.complaint().isEmpty())
+        failWith(line, run.complaint());
+    print(line.json ? jsonText(objectOf(line, folder, run.files())) : tableOf(folder, run.files()));
+    return ExitCode::Success;
+}
+
+} // namespace korvectl

@@ -1,0 +1,59 @@
+#include "apps/korvectl/framereceiver.h"
+
+#include "apps/korvectl/failure.h"
+#include "apps/korvectl/ownaddress.h"
+
+#include <QTcpSocket>
+
+namespace korvectl
+{
+
+FrameReceiver::FrameReceiver()
+{
+    if (!server.listen(listeningAddress()))
+        throw Failure(ExitCode::Failed,
+                      QStringLiteral("Nothing can be received here: %1.").arg(server.errorString()));
+}
+
+QString FrameReceiver::host() const
+{
+    return reachableAddress();
+}
+
+Spectrum FrameReceiver::receive(std::chrono::milliseconds patience)
+{
+    const int patienceMs = static_cast<int>(patience.count());
+    if (!server.waitForNewConnection(patienceMs))
+        throw Failure(ExitCode::NotReachable, QStringLiteral("The device did not connect to %1:%2.")
+                                                  .arg(host(), QString::number(port())));
+    QTcpSocket *const socket = server.nextPendingConnection(); // the server's
+    apps::SpectrumReader reader;
+    Spectrum spectrum;
+    try {
+        while (!reader.isComplete()) {
+            if (socket->bytesAvailable() == 0 && !socket->waitForReadyRead(patienceMs))
+                reader.requireComplete();
+            reader.add(socket->readAll());
+            while (const auto line = reader.next())
+                spectrum.lines << *line;
+        }
+    } catch (const apps::SpectrumError &error) {
+        throw Failure(ExitCode::Failed, QStringLiteral("The spectrum did not come whole: %1 (%2).")
+                                            .arg(error.text(), socket->errorString()));
+    }
+    spectrum.head = *reader.head();
+    return spectrum;
+}
+
+double Spectrum::lowestFrequency() const
+{
+    const double step = static_cast<double>(head.sampleRateHz) / head.fftSize;
+    return head.isComplex() ? static_cast<double>(head.tunerFrequencyHz) - head.fftSize / 2 * step : 0;
+}
+
+double Spectrum::highestFrequency() const
+{
+    return lowestFrequency() + static_cast<double>(head.sampleRateHz) / head.fftSize * (head.valuesPerLine - 1);
+}
+
+} // namespace korvectl

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "apps/spectrum/spectrumreader.h"
+
+#include <QTcpServer>
+
+#include <chrono>
+
+namespace korvectl
+{
+
+/// A whole overview spectrum.
+struct Spectrum {
+    apps::SpectrumHead head;
+    QVector<apps::SpectrumLine> lines;
+
+    /// In Hz, of the first value and of the last.
+    double lowestFrequency() const;
+    double highestFrequency() const;
+};
+
+/// A socket of this program's own to which a device sends one overview spectrum.
+///
+/// Thread: main; blocks.  Errors: throws Failure.
+class FrameReceiver
+{
+public:
+    /// Listens where the references of this program lead, too.
+    FrameReceiver();
+
+    QString host() const;
+    quint16 port() const { return server.serverPort(); }
+    /// Waits for the device, and for each part of the spectrum, at most for @p patience.
+    Spectrum receive(std::chrono::milliseconds patience);
+
+private:
+    QTcpServer server;
+};
+
+} // namespace korvectl

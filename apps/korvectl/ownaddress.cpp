@@ -1,0 +1,40 @@
+#include "apps/korvectl/ownaddress.h"
+
+#include "apps/korvectl/failure.h"
+
+#include "orbconnection/orbhandler.h"
+
+#include <QHostInfo>
+
+namespace korvectl
+{
+
+namespace
+{
+
+QHostAddress resolved(const QString &nameOrDigits)
+{
+    const QHostAddress digits(nameOrDigits);
+    if (digits.protocol() == QAbstractSocket::IPv4Protocol)
+        return digits;
+    const QList<QHostAddress> found = QHostInfo::fromName(nameOrDigits).addresses();
+    for (const QHostAddress &address : found)
+        if (address.protocol() == QAbstractSocket::IPv4Protocol)
+            return address;
+    throw Failure(ExitCode::Failed,
+                  QStringLiteral("%1 has no IPv4 address, which devices need; see KORVE_ADDRESS.").arg(nameOrDigits));
+}
+
+} // namespace
+
+QHostAddress listeningAddress()
+{
+    return resolved(CorbaCommon::OrbHandler::Instance().settings().address);
+}
+
+QString reachableAddress()
+{
+    return resolved(CorbaCommon::OrbHandler::Instance().settings().published()).toString();
+}
+
+} // namespace korvectl

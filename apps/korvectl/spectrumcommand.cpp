@@ -1,0 +1,141 @@
+#include "apps/korvectl/spectrumcommand.h"
+
+#include "apps/korvectl/adminsession.h"
+#include "apps/korvectl/console.h"
+#include "apps/korvectl/framereceiver.h"
+#include "apps/korvectl/jsontext.h"
+#include "apps/korvectl/recordscale.h"
+#include "apps/korvectl/spectrumpicture.h"
+#include "apps/korvectl/units.h"
+
+#include <array>
+
+namespace korvectl
+{
+
+namespace
+{
+
+using KorveDataTypes::eFFT_Window;
+
+constexpr std::array windowNames{"rectangle", "hamming", "hanning", "kaiser", "blackman"}; // in the order of the type
+
+eFFT_Window windowNamed(const QString &name)
+{
+    const auto found = std::find(windowNames.begin(), windowNames.end(), name);
+    return static_cast<eFFT_Window>(found - windowNames.begin());
+}
+
+unsigned linesFor(const CommandLine &line)
+{
+    constexpr unsigned usualHeight = 512;
+    if (line.spectrum.lineCount > 0)
+        return static_cast<unsigned>(line.spectrum.lineCount);
+    if (line.json || !line.spectrum.picture.isEmpty())
+        return usualHeight;
+    const auto rows = static_cast<unsigned>(std::max(8, terminalSize().rows - 4)); // what is written above, and the prompt
+    return hasColours() ? 2 * rows : rows;
+}
+
+Spectrum fetch(const CommandLine &line)
+{
+    AdminSession admin(line);
+    const ByteRange range = RecordScale(admin.record()).rangesOf(line.sections).first();
+    FrameReceiver receiver;
+    admin.ask(Flow::Admin, QStringLiteral("asking for the spectrum of %1").arg(admin.recordWords()),
+              [&](AdminSession::Handler &handler) {
+                  return handler.overviewSpectrumStreamed(
+                      line.device, line.record, static_cast<long long>(range.begin), static_cast<long long>(range.end),
+                      linesFor(line), line.spectrum.fftSize, windowNamed(line.spectrum.window), receiver.host(),
+                      receiver.port());
+              });
+    return receiver.receive(line.timeout);
+}
+
+QString megahertz(double hertz)
+{
+    return QStringLiteral("%1 MHz").arg(hertz / 1e6, 0, 'f', 6);
+}
+
+QString description(const Spectrum &spectrum, const SpectrumPicture &picture)
+{
+    return QStringLiteral("%1 to %2 from left to right, %3 to %4 dBFS from dark to bright\n%5 to %6 from top to bottom\n")
+        .arg(megahertz(spectrum.lowestFrequency()), megahertz(spectrum.highestFrequency()),
+             QString::number(static_cast<double>(picture.floorLevel()), 'f', 1),
+             QString::number(static_cast<double>(picture.ceilingLevel()), 'f', 1),
+             units::exactInstant(spectrum.lines.first().timestampUs), // there is one at least
+             units::exactInstant(spectrum.lines.last().timestampUs));
+}
+
+QJsonObject headObject(const CommandLine &line, const Spectrum &spectrum)
+{
+    const apps::SpectrumHead &head = spectrum.head;
+    return {{QStringLiteral("device"), line.device},
+            {QStringLiteral("record"), line.record},
+            {QStringLiteral("fftSize"), static_cast<qint64>(head.fftSize)},
+            {QStringLiteral("values"), static_cast<qint64>(head.valuesPerLine)},
+            {QStringLiteral("lowestFrequencyHz"), spectrum.lowestFrequency()},
+            {QStringLiteral("highestFrequencyHz"), spectrum.highestFrequency()},
+            {QStringLiteral("startBytes"), jsonNumber(head.startPosition)},
+            {QStringLiteral("stopBytes"), jsonNumber(head.stopPosition)},
+            {QStringLiteral("sampleRateHz"), jsonNumber(head.sampleRateHz)}};
+}
+
+QJsonArray linesArray(const Spectrum &spectrum)
+{
+    QJsonArray lines;
+    for (const apps::SpectrumLine &line : spectrum.lines) {
+        QJsonArray values;
+        for (const float value : line.levels)
+            values.append(static_cast<double>(value));
+        lines.append(QJsonObject{{QStringLiteral("positionBytes"), jsonNumber(line.position)},
+                                 {QStringLiteral("timeUs"), jsonNumber(line.timestampUs)},
+                                 {QStringLiteral("dBFS"), values}});
+    }
+    return lines;
+}
+
+void writePicture(const CommandLine &line, const Spectrum &spectrum)
+{
+    const SpectrumPicture picture(spectrum.lines);
+    if (!picture.image().save(line.spectrum.picture, "PNG"))
+        throw Failure(ExitCode::Failed, QStringLiteral("%1 cannot be written.").arg(line.spectrum.picture));
+    QJsonObject object = headObject(line, spectrum);
+    object.insert(QStringLiteral("picture"), line.spectrum.picture);
+    print(line.json ? jsonText(object)
+                    : QStringLiteral("%1: %2 x %3 points\n")
+                              .arg(line.spectrum.picture)
+                              .arg(picture.image().width())
+                              .arg(picture.image().height()) +
+                          description(spectrum, picture));
+}
+
+void writeNumbers(const CommandLine &line, const Spectrum &spectrum)
+{
+    QJsonObject object = headObject(line, spectrum);
+    object.insert(QStringLiteral("lines"), linesArray(spectrum));
+    print(jsonText(object));
+}
+
+void writeBlocks(const Spectrum &spectrum)
+{
+    const SpectrumPicture picture(spectrum.lines, terminalSize().columns);
+    print(description(spectrum, picture) +
+          (hasColours() ? colouredBlocks(picture.image()) : shadedBlocks(picture.image())));
+}
+
+} // namespace
+
+ExitCode showSpectrum(const CommandLine &line)
+{
+    const Spectrum spectrum = fetch(line);
+    if (!line.spectrum.picture.isEmpty())
+        writePicture(line, spectrum);
+    else if (line.json)
+        writeNumbers(line, spectrum);
+    else
+        writeBlocks(spectrum);
+    return ExitCode::Success;
+}
+
+} // namespace korvectl

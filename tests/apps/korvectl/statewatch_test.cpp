@@ -1,0 +1,81 @@
+#include "tests/apps/korvectl/followclient.h"
+#include "tests/apps/korvectl/recordfixture.h"
+
+#include "orbconnection/orbhandler.h"
+
+#include <QtTest/QTest>
+
+#include <csignal>
+
+namespace
+{
+
+constexpr char folder[] = "CCO/LocalSystem/LocalSubSystem/CentralServices/KorveManager/Callbacks/";
+
+/// Of records' states, by what the manager would tell and by what it tells.
+class StateWatch : public RecordFixture
+{
+protected:
+    static QStringList watches()
+    {
+        const CCO::IF_CCO_c_var service = CorbaCommon::OrbHandler::Instance().centralService(std::chrono::seconds(5));
+        const CCO::seqString_var names = service->ResolveValues(folder, CCO::rtInstallation);
+        QStringList found;
+        for (CORBA::ULong position = 0; position < names->length(); ++position)
+            found << QString::fromUtf8(names.in()[position]);
+        return found;
+    }
+    static TQ_KRV::IF_RecordStateChangeCallback_ptr watch(const QString &name)
+    {
+        const CORBA::Object_var object = CorbaCommon::OrbHandler::Instance().ResolveInterfaceViaCCO(
+            (folder + name).toUtf8().constData(), QString());
+        return TQ_KRV::IF_RecordStateChangeCallback::_narrow(object);
+    }
+    static void tell(const char *record, TQ_KRV::eRECORD_STATUS status)
+    {
+        const QStringList names = watches();
+        ASSERT_EQ(names.size(), 1);
+        const TQ_KRV::IF_RecordStateChangeCallback_var callback = watch(names.first());
+        ASSERT_FALSE(CORBA::is_nil(callback));
+        callback->NotifyStateChange("REC1", record, "a name", status);
+    }
+    static std::string word(const FollowClient &client, const char *key)
+    {
+        return client.lastEvent()[QLatin1String(key)].toString().toStdString();
+    }
+    static QStringList watching() { return {QStringLiteral("watch")}; }
+};
+
+TEST_F(StateWatch, TellsOfEachState)
+{
+    FollowClient client(watching(), words("--count 3"));
+    ASSERT_TRUE(client.waitForEvent("watching")) << client.errors().toStdString();
+    for (const auto &[status, text] : {std::pair(TQ_KRV::rsREADY_FOR_REPLAY, "READY_FOR_REPLAY"),
+                                       std::pair(TQ_KRV::rsREPLAYING, "REPLAYING"), std::pair(TQ_KRV::rsIDLE, "IDLE")}) {
+        tell("R-told", status);
+        while (client.waitForEvent("state") && word(client, "record") != "R-told")
+            continue; // the manager tells of others
+        EXPECT_EQ(word(client, "status"), text);
+        EXPECT_EQ(word(client, "device"), "REC1");
+        EXPECT_EQ(word(client, "name"), "a name");
+    }
+    EXPECT_EQ(client.waitForEnd(), 0) << client.errors().toStdString();
+}
+
+TEST_F(StateWatch, TakesItsNameBackWhenItIsInterrupted)
+{
+    FollowClient client(watching(), {});
+    ASSERT_TRUE(client.waitForEvent("watching")) << client.errors().toStdString();
+    EXPECT_EQ(watches().size(), 1);
+    EXPECT_EQ(client.end(SIGINT), 0);
+    EXPECT_TRUE(QTest::qWaitFor([] { return watches().isEmpty(); }, 30000));
+}
+
+TEST_F(StateWatch, IsOfTheLocalSubsystemAlone)
+{
+    const Run run = ask(words("watch --subsystem Elsewhere"));
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(isOneSentence(run.errors)) << run.errors.toStdString();
+}
+
+} // namespace
