@@ -94,7 +94,10 @@ Answer ChannelCalls::add(const ChannelWish &wish)
 Answer ChannelCalls::find(const QString &id)
 {
     return answerOf("getKorveChannelInterface", [&] {
-        channel = handler->GetKorveChannelInterface(id);
+        const TQ_KRV::IF_KRV_c_KRV_var manager = handler->GetKorveInterface();
+        if (CORBA::is_nil(manager))
+            return number::serverNotAvailable;
+        channel = manager->getKorveChannelInterface(latin1(id)); // the handler would give the first one for all
         channelId = id;
         return CORBA::is_nil(channel) ? noChannel : number::success;
     });

@@ -4,6 +4,7 @@
 #include "apps/korvectl/mirroredpart.h"
 #include "apps/korvectl/table.h"
 
+#include "korvebase/errordescriptor.h"
 #include "korvebase/valuenames.h"
 #include "korvebase/valuetreepaths.h"
 #include "objectmodel/admin.h"
@@ -66,6 +67,12 @@ QString percent(const ChannelState &state)
     return progress ? QStringLiteral("%1 %").arg(*progress * 100, 0, 'f', 1) : QString();
 }
 
+QString errorOf(const ChannelState &state)
+{
+    return state.errorNumber() == 0 ? QString()
+                                    : QStringLiteral("%1 %2").arg(QString::number(state.errorNumber()), state.errorText());
+}
+
 QJsonObject objectOf(const ChannelState &state)
 {
     QJsonObject object{{QStringLiteral("channel"), state.id},
@@ -78,13 +85,24 @@ QJsonObject objectOf(const ChannelState &state)
                        {QStringLiteral("beginUs"), state.beginUs},
                        {QStringLiteral("endUs"), state.endUs},
                        {QStringLiteral("positionUs"), state.positionUs},
-                       {QStringLiteral("error"), state.error}};
+                       {QStringLiteral("errorNumber"), static_cast<qint64>(state.errorNumber())},
+                       {QStringLiteral("error"), state.errorText()}};
     if (const auto progress = state.progress())
         object.insert(QStringLiteral("progress"), *progress);
     return object;
 }
 
 } // namespace
+
+unsigned long ChannelState::errorNumber() const
+{
+    return error.isEmpty() ? 0 : ErrorDescriptor().GetErrorCode(error).errorCode.toULong();
+}
+
+QString ChannelState::errorText() const
+{
+    return error.isEmpty() ? QString() : ErrorDescriptor().GetErrorCode(error).message;
+}
 
 bool ChannelState::isReplaying() const
 {
@@ -115,7 +133,7 @@ QString channelsTable(const QVector<ChannelState> &channels)
                  {QStringLiteral("DONE"), Qt::AlignRight},
                  {QStringLiteral("LAST ERROR")}});
     for (const ChannelState &state : channels)
-        table.addRow({state.id, state.name, wordsFor(state), state.device, state.record, percent(state), state.error});
+        table.addRow({state.id, state.name, wordsFor(state), state.device, state.record, percent(state), errorOf(state)});
     return table.text();
 }
 

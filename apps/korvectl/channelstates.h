@@ -25,7 +25,11 @@ struct ChannelState {
     double beginUs = 0; ///< of the section that is replayed, since 1970
     double endUs = 0;
     double positionUs = 0;
-    QString error{}; ///< the last one; empty: none
+    QString error{}; ///< the last one, as the tree has it; empty: none
+
+    /// 0 for none.
+    unsigned long errorNumber() const;
+    QString errorText() const;
 
     bool isReplaying() const;
     bool isRecording() const;

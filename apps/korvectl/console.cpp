@@ -1,5 +1,7 @@
 #include "apps/korvectl/console.h"
 
+#include "apps/korvectl/displaywidth.h"
+
 #include <iostream>
 
 #include <sys/ioctl.h>
@@ -16,7 +18,7 @@ bool print(const QString &result)
 
 void complain(const QString &sentence)
 {
-    std::cerr << "korvectl: " << sentence.toStdString() << std::endl;
+    std::cerr << "korvectl: " << printable(sentence).toStdString() << std::endl;
 }
 
 void complain(const Failure &failure)

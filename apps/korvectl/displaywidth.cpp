@@ -1,8 +1,8 @@
 #include "apps/korvectl/displaywidth.h"
 
-#include <QString>
 #include <QVector>
 
+#include <algorithm>
 #include <clocale>
 #include <cwchar>
 
@@ -40,6 +40,15 @@ int displayWidth(const QString &text)
         width += own < 0 ? 1 : own; // one that is not known is drawn as some sign
     }
     return width;
+}
+
+QString printable(QString text)
+{
+    const auto movesCursor = [](QChar character) {
+        return character.category() == QChar::Other_Control || character.category() == QChar::Other_Format;
+    };
+    std::replace_if(text.begin(), text.end(), movesCursor, QChar(u'?'));
+    return text;
 }
 
 } // namespace korvectl

@@ -6,6 +6,8 @@
 #include "apps/korvectl/jsontext.h"
 #include "apps/korvectl/managersession.h"
 
+#include <algorithm>
+
 namespace korvectl
 {
 
@@ -14,8 +16,9 @@ namespace
 
 using KORVE_XML::KORVE_RecordData;
 
-/// A recording that has ended by itself, as the number of the channel's exception says.
+/// Of a channel's exceptions: also for a recording that has ended by itself.
 constexpr unsigned long channelNotActive = 802;
+constexpr unsigned long rangeError = 805; ///< the last of these
 
 QString channelsCommand(const CommandLine &line)
 {
@@ -33,16 +36,34 @@ ChannelWish wishFor(const CommandLine &line)
             line.link.isUdp};
 }
 
-void begin(const CommandLine &line, ChannelCalls &calls)
+/// The exceptions of channels tell little; the tree tells the cause, if there is another.
+Answer withCause(const Answer &answer, const QString &channel, const ChannelStates &states, const QString &errorBefore)
+{
+    if (answer.number < channelNotActive || answer.number > rangeError)
+        return answer;
+    const auto told = states.waitFor([&](const ChannelState &state) {
+        return state.id == channel && state.errorNumber() != 0 && state.error != errorBefore;
+    });
+    return told ? Answer{told->errorNumber(), false} : answer;
+}
+
+QString errorOf(const ChannelStates &states, const QString &channel)
+{
+    const QVector<ChannelState> all = states.channels();
+    const auto found =
+        std::find_if(all.begin(), all.end(), [&](const ChannelState &state) { return state.id == channel; });
+    return found == all.end() ? QString() : found->error;
+}
+
+void begin(const CommandLine &line, ChannelCalls &calls, const ChannelStates &states)
 {
     const Deed registering{Flow::Channel, QStringLiteral("registering a channel for a recording on %1").arg(line.device),
                            line.device, channelsCommand(line)};
     require(calls.add(wishFor(line)), registering);
-    Answer answer;
-    if (line.recording.sampleRateHz > 0)
-        answer = calls.setSampleRate(line.recording.sampleRateHz, 0);
+    const QString errorBefore = errorOf(states, calls.id());
+    Answer answer = calls.setSampleRate(line.recording.sampleRateHz, 0);
     if (answer.number == 0)
-        answer = calls.startRecording(line.recording, line.name);
+        answer = withCause(calls.startRecording(line.recording, line.name), calls.id(), states, errorBefore);
     if (answer.number != 0 && !answer.isUnknown)
         calls.remove(); // else it may be in use
     require(answer, {Flow::StartRecording, QStringLiteral("starting a recording on %1").arg(line.device), line.device,
@@ -66,8 +87,8 @@ ExitCode startRecording(const CommandLine &line)
     const CentralService service(line.timeout);
     const ManagerSession session(service, line.subsystem, line.timeout);
     ChannelCalls calls(session.handler());
-    begin(line, calls);
     const ChannelStates states(service, line.subsystem, line.timeout);
+    begin(line, calls, states);
     const auto state = states.waitFor(
         [&](const ChannelState &candidate) { return candidate.id == calls.id() && !candidate.record.isEmpty(); });
     return report(line, state.value_or(ChannelState{calls.id(), {}, line.device}), "Recording:");

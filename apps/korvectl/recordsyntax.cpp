@@ -1,5 +1,6 @@
 #include "apps/korvectl/recordsyntax.h"
 
+#include "korvebase/corbatoclientconverter.h"
 #include "objectmodel/korve_recorddata.h"
 
 namespace korvectl::syntax
@@ -38,9 +39,15 @@ void takeSections(CLI::App &command, CommandLine &line)
         ->type_name("");
 }
 
+/// Of some rates managers know nothing: another one would go out.
 std::optional<QString> parsedRate(const QString &word)
 {
-    return KORVE_RecordData::GetDataRates().contains(word) ? std::optional(word) : std::nullopt;
+    namespace ToManager = KorveCommon::CorbaToClientConverter;
+    if (!KORVE_RecordData::GetDataRates().contains(word))
+        return {};
+    const auto rate = KORVE_RecordData().NameToDataRate(word);
+    const auto sent = ToManager::convertDataRateClassFromClient(ToManager::convertDataRateClassFromXml(rate));
+    return sent == rate ? std::optional(word) : std::nullopt;
 }
 
 /// The last five are none that a manager can name.
@@ -60,7 +67,7 @@ void describeStart(CLI::App &parent, CommandLine &line)
         ->type_name("HOST:PORT");
     start.add_flag("--udp", line.link.isUdp, "The source sends datagrams to the device");
     value(start, "--rate", line.recording.dataRate, parsedRate, "The data-rate class; VUHF_1M by default",
-          "a data rate, such as HF_4M or VUHF_1M")
+          "a data rate that managers know, such as HF_4M or VUHF_1M")
         ->type_name("CLASS");
     value(start, "--sample-rate", line.recording.sampleRateHz, parsedNumber, "Samples per second; that of the class",
           "a number of samples per second")

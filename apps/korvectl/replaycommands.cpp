@@ -70,24 +70,19 @@ quint64 rateFor(const Speed &speed, const RecordScale &scale)
     return static_cast<quint64>(std::llround(rate));
 }
 
-/// A channel for one replay to one receiver. What is left of an earlier one to the same receiver goes first.
+/// A channel for one replay to one receiver. The manager knows one that is left of an earlier one again, by its name.
+/// Those that are left of replays to others go first, or it would give this replay to one of them.
 class ReceiverChannel
 {
 public:
-    ReceiverChannel(const CommandLine &line, AdminSession &admin, const ChannelStates &states)
-        : line(line), admin(admin), states(states), calls(admin.manager().handler())
-    {
-    }
+    ReceiverChannel(const CommandLine &line, const AdminSession &admin) : line(line), calls(admin.manager().handler()) {}
 
-    void add(const KORVE_RecordData &record, quint64 rate)
+    void add(const KORVE_RecordData &record, quint64 rate, const ChannelStates &states)
     {
-        const ChannelWish wish = wishFor(line, record);
-        removeLeftOvers(wish.name());
+        removeLeftOvers(states);
         Deed deed = deedOf(line, Flow::Channel, QStringLiteral("registering a channel for"));
         deed.check = commandText(line, {QStringLiteral("replay"), QStringLiteral("status")});
-        require(calls.add(wish), deed);
-        if (rate == 0)
-            return;
+        require(calls.add(wishFor(line, record)), deed);
         const Answer answer = calls.setSampleRate(rate, RecordScale(record).sampleBytes());
         removeUnless(answer);
         require(answer, deedOf(line, Flow::Channel, QStringLiteral("setting the speed of")));
@@ -95,25 +90,24 @@ public:
     /// After what nobody knows the outcome of, it may be in use.
     void removeUnless(const Answer &answer)
     {
-        if (answer.number != 0 && !answer.isUnknown && !calls.id().isEmpty())
+        if (answer.number != 0 && !answer.isUnknown)
             calls.remove();
     }
     const QString &id() const { return calls.id(); }
     void remove() { calls.remove(); }
 
 private:
-    void removeLeftOvers(const QString &name)
+    /// One that has not done anything yet may be just about to.
+    void removeLeftOvers(const ChannelStates &states)
     {
         const QVector<ChannelState> all = states.channels();
         for (const ChannelState &state : all)
-            if (ChannelCalls old(admin.manager().handler()); state.name == name && state.isIdle())
-                if (old.find(state.id).number == 0)
-                    old.remove();
+            if (isNameOfOurs(state.name) && state.isIdle() && !state.record.isEmpty() &&
+                calls.find(state.id).number == 0)
+                calls.remove();
     }
 
     const CommandLine &line;
-    AdminSession &admin;
-    const ChannelStates &states;
     ChannelCalls calls;
 };
 
@@ -127,7 +121,9 @@ struct Part {
 /// The manager takes the first channel that it may, which need not be the one of this command.
 void requireOurs(const CommandLine &line, Handler &handler, ReceiverChannel &receiver, const ChannelStates &states)
 {
-    const auto used = states.waitFor([&](const ChannelState &state) { return isOfRecord(state, line); });
+    const auto used = states.waitFor([&](const ChannelState &state) {
+        return isOfRecord(state, line) && (state.isReplaying() || state.id == receiver.id()); // which may be over by now
+    });
     if (!used || used->id == receiver.id())
         return;
     handler.StopReplay(line.device, line.record);
@@ -164,8 +160,8 @@ ExitCode startToAny(const CommandLine &line, Handler &handler, const Part &part)
 ExitCode startTo(const CommandLine &line, AdminSession &admin, Handler &handler, const Part &part)
 {
     const ChannelStates states(admin.centralService(), line.subsystem, line.timeout);
-    ReceiverChannel receiver(line, admin, states);
-    receiver.add(part.record, part.rate);
+    ReceiverChannel receiver(line, admin);
+    receiver.add(part.record, part.rate, states);
     const unsigned long number = handler.StartReplay(line.device, line.record, part.record.GetDataRate(),
                                                      part.range.begin, part.range.end, line.link.replayCount,
                                                      line.link.isUdp ? NetIfParams::UDP_IF : NetIfParams::TCP_IF);

@@ -10,16 +10,7 @@ namespace korvectl
 namespace
 {
 
-QString printable(QString text)
-{
-    const auto movesCursor = [](QChar character) {
-        return character.category() == QChar::Other_Control || character.category() == QChar::Other_Format;
-    };
-    std::replace_if(text.begin(), text.end(), movesCursor, QChar(u'?'));
-    return text;
-}
-
-QStringList printable(const QStringList &cells)
+QStringList allPrintable(const QStringList &cells)
 {
     QStringList row;
     for (const QString &cell : cells)
@@ -44,7 +35,7 @@ QString withoutBlanksAtEnd(QString line)
 void Table::addRow(const QStringList &cells)
 {
     Q_ASSERT(cells.size() == columns.size());
-    rows << printable(cells);
+    rows << allPrintable(cells);
 }
 
 QString Table::text() const
@@ -60,7 +51,7 @@ QString Table::text() const
 
 QString Table::line(const QStringList &cells) const
 {
-    return drawn(printable(cells));
+    return drawn(allPrintable(cells));
 }
 
 QString Table::drawn(const QStringList &cells) const

@@ -99,6 +99,49 @@ TEST(Request, CopiesSections)
     EXPECT_EQ(copy.line->name, QLatin1String("parts"));
 }
 
+TEST(Request, ReplaysToAnAddress)
+{
+    const Parsed start({"replay", "start", "REC1", "R1", "--to", "10.0.0.7:9000", "--udp", "--range", "1s:2s", "--count",
+                        "0", "--speed", "max"});
+    ASSERT_TRUE(start.line);
+    EXPECT_EQ(start.line->command, Command::ReplayStart);
+    EXPECT_EQ(start.line->link.peer, (Endpoint{QStringLiteral("10.0.0.7"), 9000}));
+    EXPECT_TRUE(start.line->link.isUdp);
+    EXPECT_EQ(start.line->link.replayCount, 0u);
+    EXPECT_TRUE(start.line->link.speed.isUnlimited);
+    EXPECT_EQ(start.line->sections.size(), 1);
+    EXPECT_FALSE(Parsed({"replay", "start", "REC1", "R1"}).line->link.peer);
+    EXPECT_EQ(Parsed({"replay", "status"}).line->command, Command::ReplayStatus);
+    EXPECT_EQ(Parsed({"replay", "status", "REC1", "R1"}).line->record, QLatin1String("R1"));
+}
+
+TEST(Request, RecordsFromAnAddress)
+{
+    const Parsed start({"record", "start", "REC1", "a name", "--from", "10.0.0.7:9000", "--rate", "HF_4M",
+                        "--sample-rate", "8000", "--format", "DIGITAL_AUDIO", "--loop", "5", "--duration", "60"});
+    ASSERT_TRUE(start.line);
+    EXPECT_EQ(start.line->command, Command::RecordStart);
+    EXPECT_EQ(start.line->name, QLatin1String("a name"));
+    EXPECT_EQ(start.line->recording.dataRate, QLatin1String("HF_4M"));
+    EXPECT_EQ(start.line->recording.dataFormat, QLatin1String("DIGITAL_AUDIO"));
+    EXPECT_EQ(start.line->recording.sampleRateHz, 8000u);
+    EXPECT_EQ(start.line->recording.loopMiB, 5u);
+    EXPECT_EQ(start.line->recording.durationS, 60u);
+    EXPECT_EQ(Parsed({"record", "stop", "7", "--comment", "enough"}).line->text, QLatin1String("enough"));
+}
+
+TEST(Request, ShowsSpectraAndExports)
+{
+    const Parsed spectrum({"spectrum", "REC1", "R1", "--fft", "4096", "--lines", "9", "--window", "kaiser", "--png", "p"});
+    ASSERT_TRUE(spectrum.line);
+    EXPECT_EQ(spectrum.line->spectrum.fftSize, 4096u);
+    EXPECT_EQ(spectrum.line->spectrum.lineCount, 9u);
+    EXPECT_EQ(spectrum.line->spectrum.window, QLatin1String("kaiser"));
+    EXPECT_EQ(spectrum.line->spectrum.picture, QLatin1String("p"));
+    EXPECT_EQ(Parsed({"export", "REC1", "R1", "--to", "folder"}).line->folder, QLatin1String("folder"));
+    EXPECT_EQ(Parsed({"watch", "--count", "2"}).line->changeLimit, 2);
+}
+
 TEST(Request, IsForTheClockOrAnExplanation)
 {
     EXPECT_EQ(Parsed({"time", "get", "REC1"}).line->command, Command::TimeGet);
@@ -139,6 +182,19 @@ INSTANTIATE_TEST_SUITE_P(Lines, WrongRequest,
                                          std::vector<std::string>{"record", "copy", "REC1", "R1", "5:3"},
                                          std::vector<std::string>{"record", "history", "remove", "REC1", "R1", "soon"},
                                          std::vector<std::string>{"time", "set", "REC1", "+1s"},
+                                         std::vector<std::string>{"replay", "start", "REC1", "R1", "--to", "here:1"},
+                                         std::vector<std::string>{"replay", "start", "REC1", "R1", "--udp"},
+                                         std::vector<std::string>{"replay", "start", "REC1", "R1", "--speed", "2"},
+                                         std::vector<std::string>{"replay", "start", "REC1", "R1", "--count", "-1"},
+                                         std::vector<std::string>{"record", "start", "REC1", "name"},
+                                         std::vector<std::string>{"record", "start", "REC1", "name", "--from", "1.2.3.4:0"},
+                                         std::vector<std::string>{"record", "start", "REC1", "name", "--from", "1.2.3.4:5",
+                                                                  "--format", "SPECIAL"},
+                                         std::vector<std::string>{"record", "start", "REC1", "name", "--from", "1.2.3.4:5",
+                                                                  "--rate", "HF_8M"},
+                                         std::vector<std::string>{"spectrum", "REC1", "R1", "--fft", "1"},
+                                         std::vector<std::string>{"spectrum", "REC1", "R1", "--window", "round"},
+                                         std::vector<std::string>{"export", "REC1"},
                                          std::vector<std::string>{"errors", "-1"},
                                          std::vector<std::string>{"errors", "1", "--flow", "Nothing"},
                                          std::vector<std::string>{"completion", "fish"}));

@@ -48,6 +48,7 @@ TEST(Completion, KnowsWhatIsExpected)
     EXPECT_EQ(completed("korvectl records ").parameter, "DEVICE");
     EXPECT_EQ(completed("korvectl records REC1 ").parameter, "");
     EXPECT_EQ(completed("korvectl record show REC1 R").parameter, "RECORD");
+    EXPECT_EQ(completed("korvectl record stop ").parameter, "CHANNEL");
     EXPECT_EQ(completed("korvectl record history add 'REC 1' ").device, "REC 1");
     EXPECT_THAT(candidates("korvectl record bookmarks "), ElementsAre("list", "add", "remove"));
     EXPECT_THAT(candidates("korvectl record deletable REC1 R1 o"), ElementsAre("on", "off"));

@@ -42,6 +42,12 @@ bool FollowClient::waitForAnyEvent()
     return true;
 }
 
+bool FollowClient::hasEvent()
+{
+    process.waitForReadyRead(0);
+    return process.canReadLine();
+}
+
 int FollowClient::end(int signal)
 {
     ::kill(static_cast<pid_t>(process.processId()), signal);

@@ -96,6 +96,17 @@ TEST_F(RecordCommand, DeletesARecordUnlessThatIsForbidden)
     EXPECT_FALSE(recordIds().contains(id));
 }
 
+TEST_F(RecordCommand, CopiesSections)
+{
+    const QJsonObject copied = object(askFor("record copy REC1 RECORD 0:2kB 0.5s:0.75s --name parts --json"));
+    const QString copy = copied[QStringLiteral("copy")].toString();
+    const QJsonObject made = object(ask(words("record show --json REC1") << copy));
+    EXPECT_EQ(made[QStringLiteral("sizeBytes")].toInt(), 2000 + 4000);
+    EXPECT_EQ(made[QStringLiteral("name")].toString(), QLatin1String("parts"));
+    isRefused(askFor("record copy REC1 RECORD 0:4kB 2kB:6kB"), "Id: 10027 : ");
+    EXPECT_EQ(askFor("record copy REC1 RECORD 0:16kB 2s:3s").exitCode, 1) << "behind the end";
+}
+
 TEST_F(RecordCommand, SaysThatARecordIsUnknown)
 {
     for (const char *const line : {"record show REC1", "record delete REC1", "record bookmarks list REC1"})
@@ -124,6 +135,15 @@ TEST_F(RecordCommand, ReadsTheClock)
     const Run run = askFor("time get REC1");
     EXPECT_TRUE(run.output.startsWith(QLatin1String("DEVICE"))) << run.output.toStdString();
     EXPECT_EQ(askFor("time get REC9").exitCode, 3);
+}
+
+TEST_F(RecordCommand, SetsTheClock)
+{
+    const QJsonObject set = object(askFor("time set REC1 2030-01-01T00:00:00 --json"));
+    EXPECT_TRUE(set[QStringLiteral("time")].toString().startsWith(QLatin1String("2030-01-01T00:0")));
+    EXPECT_FALSE(set[QStringLiteral("synchronized")].toBool());
+    const QJsonObject back = object(askFor("time set REC1 now --json"));
+    EXPECT_LT(std::abs(back[QStringLiteral("aheadS")].toDouble()), 60);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "orbconnection/orbhandler.h"
 
+#include <QTcpServer>
 #include <QtTest/QTest>
 
 #include <csignal>
@@ -60,6 +61,28 @@ TEST_F(StateWatch, TellsOfEachState)
         EXPECT_EQ(word(client, "name"), "a name");
     }
     EXPECT_EQ(client.waitForEnd(), 0) << client.errors().toStdString();
+}
+
+TEST_F(StateWatch, HearsOfReplaysFromTheManager)
+{
+    FollowClient client(watching(), {});
+    ASSERT_TRUE(client.waitForEvent("watching")) << client.errors().toStdString();
+    QTcpServer receiver;
+    ASSERT_TRUE(receiver.listen(QHostAddress(address())));
+    const QString target = QStringLiteral("%1:%2").arg(address()).arg(receiver.serverPort());
+    ASSERT_EQ(askFor("replay start REC1 RECORD --speed 0.01 --to", target).exitCode, 0);
+    constexpr int tries = 100; // the manager finds new watches within a second
+    for (int number = 0; number < tries && !client.hasEvent(); ++number) {
+        EXPECT_EQ(askFor("replay pause REC1 RECORD").exitCode, 0);
+        EXPECT_EQ(askFor("replay continue REC1 RECORD").exitCode, 0);
+    }
+    EXPECT_TRUE(client.waitForEvent("state"));
+    EXPECT_EQ(word(client, "record"), recordId.toStdString());
+    EXPECT_EQ(askFor("replay stop REC1 RECORD").exitCode, 0);
+    while (word(client, "status") != "IDLE" && client.waitForEvent("state"))
+        continue;
+    EXPECT_EQ(word(client, "status"), "IDLE");
+    EXPECT_EQ(client.end(SIGINT), 0);
 }
 
 TEST_F(StateWatch, TakesItsNameBackWhenItIsInterrupted)

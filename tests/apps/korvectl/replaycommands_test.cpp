@@ -1,0 +1,134 @@
+#include "tests/apps/korvectl/recordfixture.h"
+
+#include <QElapsedTimer>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QUdpSocket>
+#include <QtTest/QTest>
+
+namespace
+{
+
+constexpr int patienceMs = 30000;
+constexpr int wholeBytes = 16000;
+
+/// Beside a receiver of samples.
+class ReplayCommand : public RecordFixture
+{
+protected:
+    ReplayCommand() { EXPECT_TRUE(receiver.listen(QHostAddress(address()))); }
+
+    QString target() const { return QStringLiteral("%1:%2").arg(address()).arg(receiver.serverPort()); }
+    Run start(const char *further) const
+    {
+        const QStringList command = words("replay start REC1") << recordId << QStringLiteral("--to") << target();
+        return ask(command + words(further));
+    }
+    /// What comes over the next connection, until @p count bytes are there, or its end.
+    QByteArray received(int count)
+    {
+        if (!socket && !receiver.waitForNewConnection(patienceMs))
+            return {};
+        if (!socket)
+            socket = receiver.nextPendingConnection();
+        QByteArray bytes = socket->readAll();
+        while (bytes.size() < count && socket->waitForReadyRead(patienceMs))
+            bytes += socket->readAll();
+        return bytes;
+    }
+    static QJsonArray channels() { return array(ask(words("replay status --json"))); }
+    static std::string replayState()
+    {
+        const QJsonArray all = array(askFor("replay status REC1 RECORD --json"));
+        return all.isEmpty() ? "none" : all.first().toObject()[QStringLiteral("replay")].toString().toStdString();
+    }
+    static bool becomes(const std::string &state)
+    {
+        QElapsedTimer clock;
+        clock.start();
+        while (replayState() != state)
+            if (clock.elapsed() > patienceMs)
+                return false;
+        return true;
+    }
+    static bool isIdle()
+    {
+        return QTest::qWaitFor(
+            [] { return record()[QStringLiteral("status")].toString() == QLatin1String("IDLE"); }, patienceMs);
+    }
+
+    QTcpServer receiver;
+    QTcpSocket *socket = nullptr;
+};
+
+TEST_F(ReplayCommand, SendsTheRecordToAnAddress)
+{
+    const Run run = start("--speed max");
+    ASSERT_EQ(run.exitCode, 0) << run.errors.toStdString();
+    EXPECT_TRUE(run.output.contains(target())) << run.output.toStdString();
+    EXPECT_EQ(received(wholeBytes).size(), wholeBytes);
+    EXPECT_TRUE(becomes("Replay Idle"));
+    EXPECT_TRUE(isIdle());
+}
+
+TEST_F(ReplayCommand, SendsASectionSoOften)
+{
+    const Run run = start("--speed max --count 3 --range 0.25s:0.5s");
+    ASSERT_EQ(run.exitCode, 0) << run.errors.toStdString();
+    EXPECT_EQ(received(wholeBytes).size(), 3 * 4000);
+    EXPECT_TRUE(isIdle());
+}
+
+TEST_F(ReplayCommand, PausesContinuesAndStops)
+{
+    ASSERT_EQ(start("--speed 0.1 --count 0").exitCode, 0);
+    EXPECT_TRUE(becomes("Replay Running"));
+    EXPECT_FALSE(received(1).isEmpty());
+    const Run paused = askFor("replay pause REC1 RECORD");
+    EXPECT_EQ(paused.exitCode, 0) << paused.errors.toStdString();
+    EXPECT_TRUE(becomes("Replay Paused"));
+    EXPECT_TRUE(askFor("replay status REC1 RECORD").output.contains(QLatin1String("paused")));
+    const Run continued = askFor("replay continue REC1 RECORD --json");
+    EXPECT_EQ(object(continued)[QStringLiteral("replay")].toString(), QLatin1String("continued"));
+    EXPECT_TRUE(becomes("Replay Running"));
+    const Run stopped = askFor("replay stop REC1 RECORD");
+    EXPECT_EQ(stopped.exitCode, 0) << stopped.errors.toStdString();
+    EXPECT_TRUE(isIdle());
+    EXPECT_EQ(replayState(), "none") << "the channel is to go with its replay";
+}
+
+TEST_F(ReplayCommand, SendsDatagrams)
+{
+    QUdpSocket datagrams;
+    ASSERT_TRUE(datagrams.bind(QHostAddress(address())));
+    const QString where = QStringLiteral("%1:%2").arg(address()).arg(datagrams.localPort());
+    const Run run = askFor("replay start REC1 RECORD --udp --to", where);
+    ASSERT_EQ(run.exitCode, 0) << run.errors.toStdString();
+    EXPECT_TRUE(datagrams.waitForReadyRead(patienceMs));
+    askFor("replay stop REC1 RECORD"); // it may be over by now
+    EXPECT_TRUE(isIdle());
+}
+
+TEST_F(ReplayCommand, TellsWhyItCannot)
+{
+    for (const auto &[line, number] :
+         {std::pair("replay pause REC1 RECORD", "Id: 771 : "), std::pair("replay stop REC1 RECORD", "Id: 760 : "),
+          std::pair("replay continue REC1 RECORD", "Id: 767 : "), std::pair("replay start REC1 R-no", "Id: 501 : ")}) {
+        const Run run = askFor(line);
+        EXPECT_EQ(run.exitCode, 3) << line;
+        EXPECT_EQ(run.errors.count(u'\n'), 1);
+        EXPECT_TRUE(run.errors.contains(QLatin1String(number))) << run.errors.toStdString();
+    }
+}
+
+TEST_F(ReplayCommand, LeavesNoChannelBehindWhenNobodyListens)
+{
+    const int before = channels().size();
+    receiver.close();
+    const Run run = askFor("replay start REC1 RECORD --to", QStringLiteral("%1:1").arg(address()));
+    EXPECT_EQ(run.exitCode, 3) << run.errors.toStdString();
+    EXPECT_TRUE(run.errors.contains(QLatin1String("Id: 902 : "))) << run.errors.toStdString();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return channels().size() == before; }, patienceMs));
+}
+
+} // namespace
