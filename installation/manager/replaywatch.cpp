@@ -34,9 +34,9 @@ bool ReplayWatch::look(const QString &channelId, quint64 runNumber) const
     showPosition(*channel);
     const Finding finding = find(*channel);
     if (finding == Finding::Gone)
-        finish(*channel);
-    else if (finding == Finding::Paused && !isPaused)
-        finishFaulty(*channel);
+        finish(*channel, {});
+    else if (finding == Finding::Paused && !isPaused) // a recorder pauses by itself only when its link has failed
+        finish(*channel, ChannelFailure(failure::linkFault, QStringLiteral("the receiver has gone")));
     return true;
 }
 
@@ -74,30 +74,27 @@ ReplayWatch::Finding ReplayWatch::find(const Channel &channel) const
     }
 }
 
-/// A replay that is over is over, whether or not the recorder hears of its end. False when somebody was faster.
-bool ReplayWatch::finish(const Channel &channel) const
+/// A replay that is over is over, whether or not the recorder hears of its end.
+void ReplayWatch::finish(const Channel &channel, const std::optional<ChannelFailure> &cause) const
 {
     const auto held = context.enter(channel, State::ReplayStopping);
     if (!held)
-        return false;
+        return; // somebody was faster
+    if (cause)
+        tellFault(channel, *cause); // before it is idle: whoever waits for that finds the cause
     try {
         end.finish(*held, channel.run.state, true);
     } catch (const ChannelFailure &failure) {
         context.noteFailure(channel.id, failure);
     }
-    return true;
 }
 
-/// A recorder pauses by itself only when its link has failed.
-void ReplayWatch::finishFaulty(const Channel &channel) const
+void ReplayWatch::tellFault(const Channel &channel, const ChannelFailure &fault) const
 {
-    const ChannelFailure lost(failure::linkFault, QStringLiteral("the receiver has gone"));
-    if (!finish(channel))
-        return; // a command has paused it
-    context.noteFailure(channel.id, lost);
+    context.noteFailure(channel.id, fault);
     context.channelManager(channel).tell([&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) {
-        manager->KorveRecordReplaySessionFault(channel.id.toUtf8().constData(), lost.number(),
-                                               lost.text().toUtf8().constData());
+        manager->KorveRecordReplaySessionFault(channel.id.toUtf8().constData(), fault.number(),
+                                               fault.text().toUtf8().constData());
     });
 }
 
@@ -113,7 +110,7 @@ bool ReplayWatch::adopt(const QString &channelId, quint64 runNumber, bool &isAdo
     const bool wasWhole = channel->run.state == State::ReplayRunning || channel->run.state == State::ReplayPaused ||
                           channel->run.state == State::ReplayPausing;
     if (finding == Finding::Gone || !wasWhole)
-        finish(*channel);
+        finish(*channel, {});
     else
         context.enter(*channel, finding == Finding::Running ? State::ReplayRunning : State::ReplayPaused);
     return true;

@@ -23,8 +23,8 @@ private:
     bool look(const QString &channelId, quint64 runNumber) const;
     void showPosition(const Channel &channel) const;
     Finding find(const Channel &channel) const;
-    bool finish(const Channel &channel) const;
-    void finishFaulty(const Channel &channel) const;
+    void finish(const Channel &channel, const std::optional<ChannelFailure> &cause) const;
+    void tellFault(const Channel &channel, const ChannelFailure &fault) const;
     bool adopt(const QString &channelId, quint64 runNumber, bool &isAdopted) const;
 
     using State = ChannelRun::State;
