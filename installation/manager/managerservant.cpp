@@ -189,9 +189,11 @@ void ManagerServant::cancelExport(const char *exportId)
         fail(Failure::Request_Failed, QStringLiteral("no export %1 is running").arg(QString::fromUtf8(exportId)));
 }
 
-void ManagerServant::restorePelinFileGroup(const char *deviceId, const char *, const char *fileGroup)
+void ManagerServant::restorePelinFileGroup(const char *deviceId, const char *recordId, const char *fileGroup)
 {
     known(deviceId);
+    if (*recordId == '\0') // any other may be one that only the archive has
+        fail(Failure::Invalid_RecordId, QStringLiteral("no record is named"));
     fail(Failure::Request_Failed,
          QStringLiteral("file group %1 cannot be restored: this manager takes nothing back from an archive")
              .arg(QString::fromUtf8(fileGroup)));

@@ -197,6 +197,8 @@ TEST_F(ManagerService, RefusesWhatItDoesNotServe)
     ASSERT_TRUE(becomesAvailable("REC1"));
     EXPECT_EQ(kindRaisedBy([&] { manager->cancelExport("1"); }), Kinds::Request_Failed);
     EXPECT_EQ(kindRaisedBy([&] { manager->restorePelinFileGroup("REC2", "", ""); }), Kinds::Invalid_DeviceId);
+    EXPECT_EQ(kindRaisedBy([&] { manager->restorePelinFileGroup("REC1", "", "G1"); }), Kinds::Invalid_RecordId);
+    EXPECT_EQ(kindRaisedBy([&] { manager->restorePelinFileGroup("REC1", "R1", "G1"); }), Kinds::Request_Failed);
 }
 
 TEST_F(ManagerService, ServesChannelsAndReplay)
