@@ -79,11 +79,12 @@ protected:
     void startManagerWithChannels()
     {
         service.reset();
-        service.emplace(configuration, TestOrb::instance().insPoa(), cco, DeviceWatch::Listener(),
-                        [this](const ChannelList &channels, const CommandError &) {
-                            const std::scoped_lock lock(mutex);
-                            shown = channels;
-                        });
+        ManagerListeners listeners;
+        listeners.channels = [this](const ChannelList &channels, const CommandError &) {
+            const std::scoped_lock lock(mutex);
+            shown = channels;
+        };
+        service.emplace(configuration, TestOrb::instance().insPoa(), cco, listeners);
         const CORBA::Object_var object = service->reference();
         manager = TQ_KRV::IF_KRV_c_KRV::_narrow(object);
     }
