@@ -29,6 +29,8 @@ public:
     void ask(Flow flow, const QString &words, const Operation &operation);
     /// Of the command line.
     KORVE_XML::KORVE_RecordData record(Flow flow = Flow::Admin);
+    /// The number of the answer instead.
+    unsigned long find(KORVE_XML::KORVE_RecordData &record) { return handler.getRecord(line.device, line.record, record); }
     /// "record R1 on REC1"
     QString recordWords() const;
     QStringList showRecord() const { return {QStringLiteral("record"), QStringLiteral("show"), line.device, line.record}; }

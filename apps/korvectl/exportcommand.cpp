@@ -94,7 +94,7 @@ ExitCode exportRecord(const CommandLine &line)
     AdminSession admin(line);
     admin.record(); // for the reason, if there is none
     const ExportFolder folder(line.folder);
-    ExportRun run(folder, line.timeout);
+    ExportRun run(folder, OwnAddress::ofReferences(), line.timeout);
     perform(line, GuiToServerExportCorbaHandler(admin.manager().handler()), run);
     if (!run.complaint().isEmpty())
         failWith(line, run.complaint());

@@ -1,7 +1,6 @@
 #include "apps/korvectl/exportrun.h"
 
 #include "apps/korvectl/failure.h"
-#include "apps/korvectl/ownaddress.h"
 
 #include <algorithm>
 
@@ -22,12 +21,12 @@ QString ExportRun::beginFile(const QString &name, quint64 size)
         file(name) = {name, size, begin.value_or(size), !begin};
         if (!begin)
             return {};
-        receiver = std::make_unique<FileReceiver>(folder.partPath(name), *begin, size);
+        receiver = std::make_unique<FileReceiver>(folder.partPath(name), *begin, size, address.listening);
         connect(receiver.get(), &FileReceiver::si_received, this, [this, name] {
             Q_EMIT si_alive();
             Q_EMIT si_progress(name, receiver->received(), receiver->size());
         });
-        return QStringLiteral("%1:%2/%3").arg(reachableAddress()).arg(receiver->port()).arg(*begin);
+        return QStringLiteral("%1:%2/%3").arg(address.reachable).arg(receiver->port()).arg(*begin);
     } catch (const Failure &failure) {
         fail(QString::fromUtf8(failure.what()));
         return {};
@@ -57,7 +56,7 @@ void ExportRun::end(bool isSuccess, const QString &text)
 {
     over = true;
     if (!isSuccess)
-        fail(QStringLiteral("The manager says: %1.").arg(text.isEmpty() ? QStringLiteral("the export failed") : text));
+        reason = QStringList{reason, QStringLiteral("The manager says: %1.").arg(text)}.join(u' ').trimmed();
     Q_EMIT si_over();
 }
 

@@ -2,6 +2,7 @@
 
 #include "apps/korvectl/exportfolder.h"
 #include "apps/korvectl/filereceiver.h"
+#include "apps/korvectl/ownaddress.h"
 
 #include <QStringList>
 #include <QVector>
@@ -25,8 +26,11 @@ class ExportRun : public QObject
 {
     Q_OBJECT
 public:
-    /// Waits for what is on its way at most for @p patience.
-    ExportRun(const ExportFolder &folder, std::chrono::milliseconds patience) : folder(folder), patience(patience) {}
+    /// Borrows @p folder. Waits for what is on its way at most for @p patience.
+    ExportRun(const ExportFolder &folder, const OwnAddress &address, std::chrono::milliseconds patience)
+        : folder(folder), address(address), patience(patience)
+    {
+    }
 
     // As the manager calls them, in their order.
     void setFiles(const QStringList &names);
@@ -51,6 +55,7 @@ private:
     void fail(const QString &sentence);
 
     const ExportFolder &folder;
+    const OwnAddress address;
     const std::chrono::milliseconds patience;
     QStringList announced;
     QVector<ExportedFile> exported;

@@ -1,20 +1,20 @@
 #include "apps/korvectl/filereceiver.h"
 
 #include "apps/korvectl/failure.h"
-#include "apps/korvectl/ownaddress.h"
 
 #include <QTcpSocket>
 
 namespace korvectl
 {
 
-FileReceiver::FileReceiver(const QString &path, quint64 begin, quint64 size) : file(path), count(begin), wanted(size)
+FileReceiver::FileReceiver(const QString &path, quint64 begin, quint64 size, const QHostAddress &address)
+    : file(path), count(begin), wanted(size)
 {
     const bool isOpen = file.open(QIODevice::ReadWrite) && file.resize(static_cast<qint64>(begin)) &&
                         file.seek(static_cast<qint64>(begin));
     if (!isOpen)
         throw Failure(ExitCode::Failed, QStringLiteral("%1 cannot be written: %2.").arg(path, file.errorString()));
-    if (!server.listen(listeningAddress()))
+    if (!server.listen(address))
         throw Failure(ExitCode::Failed,
                       QStringLiteral("Nothing can be received here: %1.").arg(server.errorString()));
     connect(&server, &QTcpServer::newConnection, this, &FileReceiver::accept);

@@ -18,8 +18,8 @@ class FileReceiver : public QObject
 {
     Q_OBJECT
 public:
-    /// Writes behind the first @p begin bytes of the file at @p path, which is to have @p size.
-    FileReceiver(const QString &path, quint64 begin, quint64 size);
+    /// Writes behind the first @p begin bytes of the file at @p path, which is to have @p size. Listens at @p address.
+    FileReceiver(const QString &path, quint64 begin, quint64 size, const QHostAddress &address);
 
     quint16 port() const { return server.serverPort(); }
     quint64 received() const { return count; }

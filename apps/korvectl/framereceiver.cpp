@@ -1,7 +1,6 @@
 #include "apps/korvectl/framereceiver.h"
 
 #include "apps/korvectl/failure.h"
-#include "apps/korvectl/ownaddress.h"
 
 #include <QTcpSocket>
 
@@ -10,14 +9,9 @@ namespace korvectl
 
 FrameReceiver::FrameReceiver()
 {
-    if (!server.listen(listeningAddress()))
+    if (!server.listen(address.listening))
         throw Failure(ExitCode::Failed,
                       QStringLiteral("Nothing can be received here: %1.").arg(server.errorString()));
-}
-
-QString FrameReceiver::host() const
-{
-    return reachableAddress();
 }
 
 Spectrum FrameReceiver::receive(std::chrono::milliseconds patience)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/korvectl/ownaddress.h"
 #include "apps/spectrum/spectrumreader.h"
 
 #include <QTcpServer>
@@ -28,12 +29,13 @@ public:
     /// Listens where the references of this program lead, too.
     FrameReceiver();
 
-    QString host() const;
+    const QString &host() const { return address.reachable; }
     quint16 port() const { return server.serverPort(); }
     /// Waits for the device, and for each part of the spectrum, at most for @p patience.
     Spectrum receive(std::chrono::milliseconds patience);
 
 private:
+    const OwnAddress address = OwnAddress::ofReferences();
     QTcpServer server;
 };
 

@@ -27,14 +27,10 @@ QHostAddress resolved(const QString &nameOrDigits)
 
 } // namespace
 
-QHostAddress listeningAddress()
+OwnAddress OwnAddress::ofReferences()
 {
-    return resolved(CorbaCommon::OrbHandler::Instance().settings().address);
-}
-
-QString reachableAddress()
-{
-    return resolved(CorbaCommon::OrbHandler::Instance().settings().published()).toString();
+    const CorbaCommon::OrbSettings &settings = CorbaCommon::OrbHandler::Instance().settings();
+    return {resolved(settings.address), resolved(settings.published()).toString()};
 }
 
 } // namespace korvectl

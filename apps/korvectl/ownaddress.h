@@ -5,9 +5,13 @@
 namespace korvectl
 {
 
-/// Where sockets of this program listen: at the address of its ORB. @throws Failure when that has no IPv4 address.
-QHostAddress listeningAddress();
-/// Where others reach them, in digits. @throws Failure
-QString reachableAddress();
+/// Where sockets of this program are, so that devices find them.
+struct OwnAddress {
+    QHostAddress listening;
+    QString reachable; ///< in digits
+
+    /// As the references of this program. @throws Failure when these are not at an IPv4 address.
+    static OwnAddress ofReferences();
+};
 
 } // namespace korvectl

@@ -17,6 +17,9 @@ namespace
 using Handler = AdminSession::Handler;
 using KORVE_XML::KORVE_RecordData;
 
+/// The manager's number for a record that is not there.
+constexpr unsigned long unknownRecord = 501;
+
 QJsonObject objectOf(const CommandLine &line)
 {
     return {{QStringLiteral("device"), line.device}, {QStringLiteral("record"), line.record}};
@@ -55,14 +58,12 @@ void explainKept(AdminSession &admin, const CommandLine &line)
     const QString check = commandText(line, admin.showRecord());
     const QString unknown = QStringLiteral("The outcome of deleting %1 is unknown: %2. Check it with: %3");
     KORVE_RecordData record;
-    try {
-        record = admin.record();
-    } catch (const Failure &failure) {
-        if (failure.exitCode == ExitCode::Refused)
-            return; // it is known no more
+    const unsigned long number = admin.find(record);
+    if (number == unknownRecord)
+        return; // so it has been deleted
+    if (number != 0)
         throw Failure(ExitCode::Unknown,
-                      unknown.arg(admin.recordWords(), QStringLiteral("the manager does not answer any more"), check));
-    }
+                      unknown.arg(admin.recordWords(), sentenceFor(number, Flow::Admin, line.record), check));
     const QString reason = obstacle(record);
     if (reason.isEmpty())
         throw Failure(

@@ -128,6 +128,13 @@ TEST_F(RecordCommand, SaysThatTheOutcomeIsUnknownAndHowToCheckIt)
     EXPECT_EQ(ask(check.split(u' ')).exitCode, 0);
 }
 
+TEST_F(RecordCommand, IsCompletedByTheServices)
+{
+    const Run offered = ask({QStringLiteral("complete"), QStringLiteral("--"),
+                             QStringLiteral("korvectl record show REC1 "), QString::fromLatin1("")});
+    EXPECT_TRUE(offered.output.split(u'\n').contains(recordId)) << offered.output.toStdString();
+}
+
 TEST_F(RecordCommand, ReadsTheClock)
 {
     const QJsonObject before = object(askFor("time get REC1 --json"));

@@ -36,7 +36,6 @@ protected:
             bytes += socket->readAll();
         return bytes;
     }
-    static QJsonArray channels() { return array(ask(words("replay status --json"))); }
     static std::string replayState()
     {
         const QJsonArray all = array(askFor("replay status REC1 RECORD --json"));
@@ -121,14 +120,27 @@ TEST_F(ReplayCommand, TellsWhyItCannot)
     }
 }
 
+TEST_F(ReplayCommand, SaysThatNobodyKnowsWhetherItStopped)
+{
+    ASSERT_EQ(start("--speed 0.1 --count 0").exitCode, 0);
+    shared->recorder->suspend(); // so that the manager does not answer before the client has lost its patience
+    const Run run = askFor("replay stop REC1 RECORD --timeout 1");
+    shared->recorder->resume();
+    EXPECT_EQ(run.exitCode, 6) << run.errors.toStdString();
+    EXPECT_FALSE(run.errors.contains(QLatin1String("failed"))) << run.errors.toStdString();
+    const QString check = run.errors.trimmed().section(QStringLiteral("Check it with: korvectl "), -1);
+    EXPECT_EQ(check, QStringLiteral("replay status REC1 %1").arg(recordId));
+    askFor("replay stop REC1 RECORD"); // unless it was stopped after all
+    EXPECT_TRUE(isIdle());
+}
+
 TEST_F(ReplayCommand, LeavesNoChannelBehindWhenNobodyListens)
 {
-    const int before = channels().size();
-    receiver.close();
-    const Run run = askFor("replay start REC1 RECORD --to", QStringLiteral("%1:1").arg(address()));
+    const QString nobody = QStringLiteral("%1:1").arg(address());
+    const Run run = askFor("replay start REC1 RECORD --to", nobody);
     EXPECT_EQ(run.exitCode, 3) << run.errors.toStdString();
     EXPECT_TRUE(run.errors.contains(QLatin1String("Id: 902 : "))) << run.errors.toStdString();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return channels().size() == before; }, patienceMs));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !ask(words("replay status")).output.contains(nobody); }, patienceMs));
 }
 
 } // namespace

@@ -1,0 +1,90 @@
+#include "apps/korvectl/exportrun.h"
+
+#include <QSignalSpy>
+#include <QTcpSocket>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+using namespace korvectl;
+using std::chrono::milliseconds;
+
+namespace
+{
+
+const QString data = QStringLiteral("R1.sigmf-data");
+
+/// An export that the test plays the manager and the device of.
+class Export : public testing::Test
+{
+protected:
+    /// What a device does that is told @p target: connects, sends and closes.
+    void send(const QString &target, const QByteArray &bytes)
+    {
+        device.connectToHost(target.section(u':', 0, 0), target.section(u':', 1).section(u'/', 0, 0).toUShort());
+        ASSERT_TRUE(device.waitForConnected());
+        device.write(bytes);
+        ASSERT_TRUE(device.waitForBytesWritten());
+        device.disconnectFromHost();
+    }
+    qint64 partSize() const { return QFileInfo(folder.partPath(data)).size(); }
+
+    const QTemporaryDir place;
+    const ExportFolder folder{place.path()};
+    ExportRun run{folder, {QHostAddress(QHostAddress::LocalHost), QStringLiteral("127.0.0.1")}, milliseconds(2000)};
+    QTcpSocket device;
+};
+
+} // namespace
+
+TEST_F(Export, IsWholeWhenAllThatWasAnnouncedHasCome)
+{
+    QSignalSpy over(&run, &ExportRun::si_over);
+    run.setFiles({data});
+    send(run.beginFile(data, 10), QByteArray(10, 'x'));
+    run.endFile(data, true);
+    run.end(true, QString());
+    EXPECT_EQ(run.complaint(), QString());
+    EXPECT_EQ(QFileInfo(folder.path(data)).size(), 10);
+    EXPECT_EQ(over.count(), 1);
+}
+
+TEST_F(Export, GoesOnWhereTheLastOneEnded)
+{
+    const QString target = run.beginFile(data, 10);
+    EXPECT_TRUE(target.endsWith(QLatin1String("/0")));
+    send(target, "0123");
+    run.endFile(data, true);
+    EXPECT_EQ(partSize(), 4);
+    const QString rest = run.beginFile(data, 10);
+    EXPECT_TRUE(rest.endsWith(QLatin1String("/4")));
+    send(rest, "456789");
+    run.endFile(data, true);
+    EXPECT_EQ(run.files().last().begin, 4u);
+    EXPECT_TRUE(run.files().last().isWhole);
+    EXPECT_EQ(run.beginFile(data, 10), QString()) << "it is not wanted any more";
+}
+
+TEST_F(Export, DoesNotTakeMoreThanWasTold)
+{
+    send(run.beginFile(data, 3), "0123456789");
+    run.endFile(data, true);
+    EXPECT_FALSE(run.files().last().isWhole);
+    EXPECT_TRUE(run.complaint().contains(QLatin1String("did not come whole"))) << run.complaint().toStdString();
+    EXPECT_FALSE(QFileInfo::exists(folder.path(data)));
+}
+
+TEST_F(Export, TellsWhatTheManagerSays)
+{
+    run.setFiles({data});
+    EXPECT_TRUE(run.complaint().contains(data)) << "announced, and not there";
+    run.end(false, QStringLiteral("the recorder refuses"));
+    EXPECT_EQ(run.complaint(), QLatin1String("The manager says: the recorder refuses."));
+    EXPECT_TRUE(run.isOver());
+}
+
+TEST_F(Export, WantsNoFileOfAnImpossibleName)
+{
+    EXPECT_EQ(run.beginFile(QStringLiteral("../elsewhere"), 3), QString());
+    EXPECT_TRUE(run.complaint().contains(QLatin1String("no usable name")));
+}
