@@ -32,10 +32,18 @@ QString withoutBlanksAtEnd(QString line)
 
 } // namespace
 
+Table::Table(const QVector<Column> &columns) : columns(columns)
+{
+    for (Column &column : this->columns)
+        column.leastWidth = std::max(column.leastWidth, displayWidth(column.title));
+}
+
 void Table::addRow(const QStringList &cells)
 {
     Q_ASSERT(cells.size() == columns.size());
     rows << allPrintable(cells);
+    for (int column = 0; column < columns.size(); ++column)
+        columns[column].leastWidth = std::max(columns[column].leastWidth, displayWidth(rows.last()[column]));
 }
 
 QString Table::text() const
@@ -59,18 +67,10 @@ QString Table::drawn(const QStringList &cells) const
     QStringList padded;
     for (int column = 0; column < columns.size(); ++column) {
         const bool isRight = columns[column].alignment == Qt::AlignRight;
-        const QString blanks = padding(width(column), cells[column]);
+        const QString blanks = padding(columns[column].leastWidth, cells[column]);
         padded << (isRight ? blanks + cells[column] : cells[column] + blanks);
     }
     return withoutBlanksAtEnd(padded.join(QLatin1String("  "))) + u'\n';
-}
-
-int Table::width(int column) const
-{
-    int widest = std::max(columns[column].leastWidth, displayWidth(columns[column].title));
-    for (const QStringList &row : rows)
-        widest = std::max(widest, displayWidth(row[column]));
-    return widest;
 }
 
 } // namespace korvectl

@@ -18,7 +18,7 @@ public:
         int leastWidth = 0;
     };
 
-    explicit Table(const QVector<Column> &columns) : columns(columns) {}
+    explicit Table(const QVector<Column> &columns);
 
     /// One cell for each column.
     void addRow(const QStringList &cells);
@@ -29,9 +29,8 @@ public:
 
 private:
     QString drawn(const QStringList &cells) const;
-    int width(int column) const;
 
-    QVector<Column> columns;
+    QVector<Column> columns; ///< as wide as what is in them
     QVector<QStringList> rows;
 };
 

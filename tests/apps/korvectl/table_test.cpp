@@ -45,3 +45,13 @@ TEST(Table, DrawsFurtherLinesAsWideAsItIs)
     EXPECT_EQ(table.line({QStringLiteral("longer"), QStringLiteral("y")}).toStdString(), "longer  y\n");
     EXPECT_EQ(table.text().toStdString(), "A     B\n");
 }
+
+TEST(Table, MayHaveManyRows)
+{
+    constexpr int many = 100'000; // would take hours, were each row compared with each
+    Table table({{QStringLiteral("A")}, {QStringLiteral("B")}});
+    for (int row = 0; row < many; ++row)
+        table.addRow({QString::number(row), QStringLiteral("b")});
+    EXPECT_EQ(table.text().count(u'\n'), many + 1);
+    EXPECT_TRUE(table.text().endsWith(QLatin1String("\n99999  b\n")));
+}
