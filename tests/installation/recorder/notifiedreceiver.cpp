@@ -1,5 +1,7 @@
 #include "tests/installation/recorder/notifiedreceiver.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <chrono>
 
@@ -9,7 +11,8 @@ std::vector<NotifiedReceiver::Notification> NotifiedReceiver::upTo(bool isStatus
         return one.isStatus == isStatus && one.notification == notification;
     };
     std::unique_lock lock(mutex);
-    changed.wait_for(lock, std::chrono::minutes(1), [&] { return std::ranges::any_of(all, isMeant); });
+    EXPECT_TRUE(changed.wait_for(lock, std::chrono::minutes(1), [&] { return std::ranges::any_of(all, isMeant); }))
+        << "no notification " << notification;
     const auto found = std::ranges::find_if(all, isMeant);
     return {all.begin(), found == all.end() ? found : found + 1};
 }

@@ -69,9 +69,9 @@ TEST_F(Recording, TakesDatagrams)
 TEST_F(Recording, EndsWithACommentThatIsKept)
 {
     open();
+    NotifiedReceiver &told = announced();
     SamplePeer peer = sender();
     peer.send(pattern(4000));
-    NotifiedReceiver &told = announced();
     told.upTo(true, rsRECORDING);
     const QString comment = QString::fromUtf8("enough \xF0\x9F\x93\xBB");
     session->endRecordingSession(wide(comment));
