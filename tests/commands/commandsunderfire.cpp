@@ -5,6 +5,8 @@
 
 #include <QDateTime>
 
+#include <algorithm>
+
 using KORVE_XML::KORVE_RecordData;
 
 namespace
@@ -96,6 +98,62 @@ int isTimeSet(World &world, int round)
     return time >= timeToSet(round) && time < timeToSet(round) + hourUs ? 1 : 0;
 }
 
+bool byReplay(const World &world)
+{
+    return world.replay->OutcomeIsUnknown();
+}
+
+template <TQ_KORVE::eRECORD_STATUS status> int isNow(World &world, int)
+{
+    return world.status() == status ? 1 : 0;
+}
+
+void beIdle(World &world, int)
+{
+    world.openChannel();
+    world.recorder->setRecordIdle(world.recordUtf8);
+}
+
+void beReplayed(World &world, int)
+{
+    world.openChannel();
+    world.replayAnew();
+}
+
+void bePaused(World &world, int round)
+{
+    beReplayed(world, round);
+    world.replay->PauseReplay(world.device, world.record);
+}
+
+std::vector<CommandUnderFire> replayCommands()
+{
+    return {
+        {"StartReplay", beIdle, [](World &w, int) { return w.startReplay(); }, isNow<TQ_KORVE::rsREPLAYING>, byReplay},
+        {"PauseReplay", beReplayed, [](World &w, int) { return w.replay->PauseReplay(w.device, w.record); },
+         isNow<TQ_KORVE::rsREADY_FOR_REPLAY>, byReplay},
+        {"ContinueReplay", bePaused, [](World &w, int) { return w.replay->ContinueReplay(w.device, w.record); },
+         isNow<TQ_KORVE::rsREPLAYING>, byReplay},
+        {"StopReplay", beReplayed, [](World &w, int) { return w.replay->StopReplay(w.device, w.record); },
+         isNow<TQ_KORVE::rsIDLE>, byReplay},
+    };
+}
+
+/// Something to delete.
+void copyAtRecorder(World &world, int round)
+{
+    TQ_KORVE::seqFILE_PART part;
+    part.length(1);
+    part[0] = {0, 1000};
+    const CORBA::String_var id = world.recorder->copyRecord(world.recordUtf8, part, deviceText(nameOf(round)));
+    world.copies[round] = id.in();
+}
+
+unsigned long deleteCopy(World &world, int round)
+{
+    return world.exports->deleteRecord(world.device, QString::fromUtf8(world.copies[round])) ? 0 : 1;
+}
+
 std::vector<CommandUnderFire> changingCommands()
 {
     return {
@@ -128,6 +186,9 @@ std::vector<CommandUnderFire> changingCommands()
              return w.admin->copyRecord(w.device, w.record, 0, 1000, QString::fromStdString(copyName(round)));
          },
          [](World &w, int round) { return w.records(copyName(round)); }, byAdmin},
+        {"deleteRecord", copyAtRecorder, deleteCopy,
+         [](World &w, int round) { return w.has(w.copies[round]) ? 0 : 1; },
+         [](const World &) { return true; }},
         {"SetDeviceTime", nothing,
          [](World &w, int round) { return w.admin->SetDeviceTime(w.device, timeToSet(round)); }, isTimeSet, byAdmin},
     };
@@ -154,7 +215,7 @@ unsigned long askForRecord(World &w, int)
 {
     KORVE_RecordData record;
     const unsigned long number = w.admin->getRecord(w.device, w.record, record);
-    return answered(w, number, record.GetRecordID() == w.record && record.GetSize() == 200000);
+    return answered(w, number, record.GetRecordID() == w.record && record.GetSize() == World::recordBytes);
 }
 
 unsigned long askForRecords(World &w, int)
@@ -180,6 +241,12 @@ unsigned long askForFormat(World &w, int)
     return answered(w, error.isEmpty() ? 0 : 1, format == QLatin1String("DIGITAL_AUDIO"));
 }
 
+unsigned long askForDevice(World &w, int)
+{
+    const QString device = w.exports->deviceID(QString::fromLatin1(qgetenv("KORVE_ADDRESS")));
+    return answered(w, device.isEmpty() ? 1 : 0, device == w.device);
+}
+
 unsigned long askForArchive(World &w, int)
 {
     QString host;
@@ -199,7 +266,9 @@ const std::vector<CommandUnderFire> &commandsUnderFire()
 {
     static const std::vector<CommandUnderFire> all = [] {
         std::vector<CommandUnderFire> commands = changingCommands();
+        std::ranges::move(replayCommands(), std::back_inserter(commands));
         commands.push_back(question("getRecord", askForRecord));
+        commands.push_back(question("deviceID", askForDevice));
         commands.push_back(question("getAllRecords", askForRecords));
         commands.push_back(question("GetDeviceTime", askForTime));
         commands.push_back(question("recordDataFormat", askForFormat));

@@ -30,6 +30,7 @@ protected:
 
     static void startAgain()
     {
+        process("manager")->kill(); // returns when it has gone and its port is free
         process("manager") = start("manager");
         ASSERT_TRUE(managerKnowsTheDevice());
     }

@@ -95,6 +95,7 @@ TEST_P(OddIdentifier, OfADeviceIsUnknown)
     const QString &odd = GetParam().text;
     EXPECT_THAT(numbers(odd, world.record), Each(Eq(10002u)));
     EXPECT_EQ(world.admin->SaveBookmarksToKorve(odd, world.record, {}), 211u);
+    EXPECT_EQ(numberOfRecord(odd, world.record), 500u);
     EXPECT_FALSE(world.exports->deleteRecord(odd, world.record));
     EXPECT_EQ(world.exports->deviceID(odd), QString());
     QVector<KORVE_RecordData> records;

@@ -3,6 +3,8 @@
 #include "korvebase/korveconfiguration.h"
 #include "orbconnection/orbhandler.h"
 
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QtTest/QTest>
 
 #include <algorithm>
@@ -34,6 +36,22 @@ template <typename Sequence, typename Matches> int countIf(const Sequence &seque
     for (CORBA::ULong i = 0; i < sequence.length(); ++i)
         count += matches(sequence[i]) ? 1 : 0;
     return count;
+}
+
+/// Of one that takes all connections: always the same one, so that the manager knows the channel again.
+QByteArray addressOfReceiver()
+{
+    static QTcpServer receiver;
+    const QHostAddress host(QString::fromLatin1(qgetenv("KORVE_ADDRESS")));
+    if (!receiver.isListening()) {
+        QObject::connect(&receiver, &QTcpServer::newConnection, &receiver, [] {
+            while (QTcpSocket *const connection = receiver.nextPendingConnection())
+                QObject::connect(connection, &QTcpSocket::disconnected, connection, &QObject::deleteLater);
+        });
+        if (!receiver.listen(host))
+            throw std::runtime_error("nobody can listen");
+    }
+    return host.toString().toLatin1() + ':' + QByteArray::number(receiver.serverPort());
 }
 
 } // namespace
@@ -99,6 +117,43 @@ int World::records() const
 {
     const TQ_KORVE::seqMETA_DATA_var all = recorder->listAllRecords();
     return static_cast<int>(all->length());
+}
+
+TQ_KORVE::eRECORD_STATUS World::status() const
+{
+    const TQ_KORVE::struMETA_DATA_var told = recorder->getMetaData(recordUtf8);
+    return static_cast<TQ_KORVE::eRECORD_STATUS>(told->recordStatus);
+}
+
+bool World::has(const QByteArray &recordId) const
+{
+    const TQ_KORVE::seqMETA_DATA_var all = recorder->listAllRecords();
+    return countIf(all.in(), [&](const auto &told) { return recordId == told.recordID.in(); }) > 0;
+}
+
+void World::openChannel()
+{
+    if (hasChannel)
+        return;
+    const QByteArray address = addressOfReceiver();
+    const TQ_KRV::IF_KRV_c_KRV_var korve = manager->GetKorveInterface();
+    CORBA::String_var id;
+    const TQ_KRV::IF_KRV_c_Chan_var channel = korve->registerReceiverChannel(
+        TQ_KRV::IF_KRV_c_ChanMan::_nil(), TQ_KRV::drHF_20k, TQ_KRV::dfTIMEDOMAIN_DATA, false, true, "receiver", "REC1",
+        TQ_KRV::TCP_IF, address, id.out());
+    hasChannel = true;
+}
+
+unsigned long World::startReplay()
+{
+    return replay->StartReplay(device, record, KORVE_XML::KORVE_RecordData::VUHF_200k, 0, recordBytes, 0);
+}
+
+void World::replayAnew()
+{
+    recorder->setRecordIdle(recordUtf8);
+    if (!QTest::qWaitFor([this] { return startReplay() == 0; }, patienceMs))
+        throw std::runtime_error("the record is not replayed: " + std::to_string(startReplay()));
 }
 
 quint64 World::deviceTime() const

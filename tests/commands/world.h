@@ -7,6 +7,7 @@
 #include "connectionmanagement/korveguitoservercorbahandler.h"
 #include "idl/korve.hh"
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -30,10 +31,20 @@ public:
     int records(const std::string &name) const;
     int records() const;
     quint64 deviceTime() const;
+    TQ_KORVE::eRECORD_STATUS status() const;
+    bool has(const QByteArray &recordId) const;
+
+    /// A channel that takes replays, and never reads them.
+    void openChannel();
+    /// Ends what the recorder does with the record, and has it replayed anew.
+    void replayAnew();
+    unsigned long startReplay();
 
     /// Of a command that only asks.
     int rightAnswers = 0;
+    std::map<int, QByteArray> copies; ///< of the record, by their rounds
 
+    static constexpr unsigned long long recordBytes = 200000;
     const QString device = QStringLiteral("REC1");
     const QString record;
     const QByteArray recordUtf8 = record.toUtf8();
@@ -43,6 +54,9 @@ public:
     std::unique_ptr<KorveGUI::GuiToServerAdminCorbaHandler> admin;
     std::unique_ptr<KorveGUI::GuiToServerReplayCorbaHandler> replay;
     std::unique_ptr<KorveGUI::GuiToServerExportCorbaHandler> exports;
+
+private:
+    bool hasChannel = false;
 };
 
 /// A text as recorders take it.
