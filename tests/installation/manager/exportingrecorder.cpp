@@ -56,7 +56,7 @@ TQ_KORVE::struMETA_DATA *ExportingRecorder::getMetaData(Text recordId)
 {
     if (recordId != std::string("R1"))
         throw TQ_KORVE::exKorve(TQ_KORVE::ekINVALID_RECORD_ID, "there is no such record");
-    TQ_KORVE::struMETA_DATA_var metaData = new TQ_KORVE::struMETA_DATA;
+    TQ_KORVE::struMETA_DATA_var metaData = new TQ_KORVE::struMETA_DATA(); // zero, where nothing is said
     metaData->recordID = recordId;
     metaData->size = files.begin()->second.size();
     return metaData._retn();
@@ -67,10 +67,13 @@ TQ_KORVE::seqMETA_DATA *ExportingRecorder::listAllRecordsOnArchDev(Text place)
     if (place != std::string("export:R1"))
         throw TQ_KORVE::exKorve(TQ_KORVE::ekINVALID_RECORD_ID, "there is no such record");
     TQ_KORVE::seqMETA_DATA_var list = new TQ_KORVE::seqMETA_DATA;
+    list->length(static_cast<CORBA::ULong>(files.size()));
+    CORBA::ULong position = 0;
     for (const auto &[name, bytes] : files) {
-        list->length(list->length() + 1);
-        list[list->length() - 1].recordID = name.c_str();
-        list[list->length() - 1].size = bytes.size();
+        TQ_KORVE::struMETA_DATA &entry = list[position++];
+        entry = TQ_KORVE::struMETA_DATA(); // a sequence leaves numbers as they are
+        entry.recordID = name.c_str();
+        entry.size = bytes.size();
     }
     return list._retn();
 }
