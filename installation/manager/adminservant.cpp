@@ -68,9 +68,9 @@ TQ_KORVE::eFFT_WINDOWING_MODES toDeviceWindow(TQ_KRV::eFFT_WINDOWING_MODES windo
 void raiseFor(CORBA::ULong number)
 {
     if (number == numberOf(TQ_KORVE::ekCONNECTION_FAILURE))
-        throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE);
+        throw CORBA::TRANSIENT(0, CORBA::COMPLETED_NO);
     if (number != 0)
-        throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_MAYBE);
+        throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_MAYBE); // what could be done is done
 }
 
 /// The device takes the address as a number.
@@ -92,13 +92,13 @@ AdminServant::AdminServant(std::shared_ptr<const DeviceDirectory> directory, std
 
 CORBA::ULong AdminServant::removeHistoryEntry(const char *deviceId, const char *recordId, CORBA::ULongLong timestamp)
 {
-    return handOn("removeHistoryEntry", deviceId,
+    return change("removeHistoryEntry", deviceId,
                   [&](TQ_KORVE::IF_Control_ptr recorder) { recorder->removeHistoryEntry(recordId, timestamp); });
 }
 
 CORBA::ULong AdminServant::addHistory(const char *deviceId, const char *recordId, const CORBA::WChar *text)
 {
-    return handOn("addHistory", deviceId,
+    return change("addHistory", deviceId,
                   [&](TQ_KORVE::IF_Control_ptr recorder) { recorder->addHistory(recordId, toDeviceText(text)); });
 }
 
@@ -107,21 +107,21 @@ CORBA::ULong AdminServant::copyRecord(const char *deviceId, const char *recordId
                                       CORBA::String_out newRecordId)
 {
     newRecordId = CORBA::string_dup("");
-    return handOn("copyRecord", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+    return change("copyRecord", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
         newRecordId = recorder->copyRecord(recordId, toDeviceParts(sections), toDeviceText(name));
     });
 }
 
 CORBA::ULong AdminServant::setRecordComment(const char *deviceId, const char *recordId, const CORBA::WChar *comment)
 {
-    return handOn("setRecordComment", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+    return change("setRecordComment", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
         recorder->setRecordComment(recordId, toDeviceText(comment));
     });
 }
 
 CORBA::ULong AdminServant::setRecordDeletableFlag(const char *deviceId, const char *recordId, CORBA::Boolean deletable)
 {
-    return handOn("setRecordDeletableFlag", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+    return change("setRecordDeletableFlag", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
         if (deletable)
             recorder->setDeletableFlagOfRecord(recordId);
         else
@@ -131,14 +131,14 @@ CORBA::ULong AdminServant::setRecordDeletableFlag(const char *deviceId, const ch
 
 void AdminServant::addBookmarks(const char *deviceId, const char *recordId, const TQ_KRV::seqBookmarks &bookmarks)
 {
-    raiseFor(handOn("addBookmarks", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+    raiseFor(change("addBookmarks", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
         addBookmarksAt(recorder, recordId, bookmarks, callLimit);
     }));
 }
 
 void AdminServant::deleteBookmarks(const char *deviceId, const char *recordId, const TQ_KRV::seqBookmarks &bookmarks)
 {
-    raiseFor(handOn("deleteBookmarks", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+    raiseFor(change("deleteBookmarks", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
         removeBookmarksAt(recorder, recordId, bookmarks, callLimit);
     }));
 }
@@ -147,7 +147,7 @@ CORBA::ULong AdminServant::getDeviceTime(const char *deviceId, CORBA::ULongLong 
 {
     time = 0;
     synchronized = false;
-    return handOn("getDeviceTime", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+    return ask("getDeviceTime", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
         synchronized = recorder->isSynchronizedByNTP();
         time = recorder->getSystemTime();
     });
@@ -155,7 +155,7 @@ CORBA::ULong AdminServant::getDeviceTime(const char *deviceId, CORBA::ULongLong 
 
 CORBA::ULong AdminServant::setDeviceTime(const char *deviceId, CORBA::ULongLong time)
 {
-    return handOn("setDeviceTime", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) { recorder->setSystemTime(time); });
+    return change("setDeviceTime", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) { recorder->setSystemTime(time); });
 }
 
 CORBA::ULong AdminServant::getOverviewSpectrumStreamed(const char *deviceId, const char *recordId,
@@ -164,7 +164,7 @@ CORBA::ULong AdminServant::getOverviewSpectrumStreamed(const char *deviceId, con
                                                        TQ_KRV::eFFT_WINDOWING_MODES window, const char *ipAddress,
                                                        CORBA::UShort port)
 {
-    return handOn("getOverviewSpectrumStreamed", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+    return change("getOverviewSpectrumStreamed", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
         recorder->getOverviewSpectrumStreamed(recordId, startPosition, stopPosition, lineCount, fftSize,
                                               toDeviceWindow(window), addressNumber(ipAddress), port);
     });
@@ -173,7 +173,7 @@ CORBA::ULong AdminServant::getOverviewSpectrumStreamed(const char *deviceId, con
 CORBA::ULong AdminServant::getRecord(const char *deviceId, const char *recordId, TQ_KRV::struRECORD_DATA_out record)
 {
     TQ_KRV::struRECORD_DATA_var found;
-    const CORBA::ULong number = handOn("getRecord", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+    const CORBA::ULong number = ask("getRecord", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
         found = ToClient::toCorbaRecordData(wholeRecord(recorder, recordId));
     });
     if (number == numberOf(TQ_KORVE::ekINVALID_RECORD_ID))
@@ -192,7 +192,7 @@ CORBA::ULong AdminServant::recordNumber(CORBA::ULong number, const char *deviceI
 
 CORBA::ULong AdminServant::requestRecordDataDetail(const char *deviceId, const char *recordId)
 {
-    return handOn("requestRecordDataDetail", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+    return ask("requestRecordDataDetail", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
         wholeRecord(recorder, recordId); // what cannot be read has no details to look at
         if (recordListener)
             recordListener(QString::fromUtf8(deviceId), QString::fromUtf8(recordId));
@@ -202,13 +202,31 @@ CORBA::ULong AdminServant::requestRecordDataDetail(const char *deviceId, const c
 CORBA::Boolean AdminServant::deleteRecord(const char *deviceId, const char *recordId)
 {
     CORBA::Boolean isDeleted = false;
-    handOn("deleteRecord", deviceId,
+    change("deleteRecord", deviceId,
            [&](TQ_KORVE::IF_Control_ptr recorder) { isDeleted = recorder->removeRecord(recordId); });
     return isDeleted;
 }
 
+/// For what must not be told as failed when it may have been done.
 template <typename Request>
-CORBA::ULong AdminServant::handOn(const char *operation, const char *deviceId, Request request) const
+CORBA::ULong AdminServant::change(const char *operation, const char *deviceId, Request request) const
+{
+    bool mayBeDone = false;
+    const CORBA::ULong number = ask(operation, deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+        try {
+            request(recorder);
+        } catch (const CORBA::SystemException &error) {
+            mayBeDone = error.completed() != CORBA::COMPLETED_NO;
+            throw;
+        }
+    });
+    if (mayBeDone)
+        throw CORBA::COMM_FAILURE(0, CORBA::COMPLETED_MAYBE);
+    return number;
+}
+
+template <typename Request>
+CORBA::ULong AdminServant::ask(const char *operation, const char *deviceId, Request request) const
 {
     try {
         const TQ_KORVE::IF_Control_var recorder = recorderOf(deviceId);

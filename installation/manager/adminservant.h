@@ -15,10 +15,11 @@ namespace installation
 ///
 /// Numbers: 0, or 10000 plus the kind of the recorder's `exKorve`. Its kinds also say what the manager finds itself:
 /// `ekINVALID_VALUE` an unknown device or a text that is no address, `ekCONNECTION_FAILURE` a recorder that does not
-/// answer, `ekRECORD_CORRUPTED` a record that the object model refuses. `getRecord` gives 500 for an unknown device and
-/// 502 for one that does not answer instead. `requestRecordDataDetail` reads the record before it tells that there is
-/// something to look at. The two operations on bookmarks have no number to give: they raise `CORBA::TRANSIENT` for a
-/// recorder that does not answer and `CORBA::BAD_PARAM` for everything else.
+/// answer and has done nothing, `ekRECORD_CORRUPTED` a record that the object model refuses. `getRecord` gives 500 for
+/// an unknown device and 502 for one that does not answer instead. `requestRecordDataDetail` reads the record before it
+/// tells that there is something to look at. The two operations on bookmarks have no number to give: they raise
+/// `CORBA::TRANSIENT` for a recorder that does not answer and `CORBA::BAD_PARAM` for everything else.
+/// What acts, and what a recorder that went silent may have done, raises `CORBA::COMM_FAILURE`, which may be completed.
 /// Thread: any; each question to a recorder is limited.
 class AdminServant : public POA_TQ_KRV::IF_KORVE_Admin
 {
@@ -50,7 +51,8 @@ public:
     CORBA::Boolean deleteRecord(const char *deviceId, const char *recordId) override;
 
 private:
-    template <typename Request> CORBA::ULong handOn(const char *operation, const char *deviceId, Request request) const;
+    template <typename Request> CORBA::ULong change(const char *operation, const char *deviceId, Request request) const;
+    template <typename Request> CORBA::ULong ask(const char *operation, const char *deviceId, Request request) const;
     CORBA::ULong recordNumber(CORBA::ULong number, const char *deviceId) const;
     TQ_KORVE::IF_Control_var recorderOf(const char *deviceId) const;
 

@@ -46,6 +46,10 @@ template <typename Change> void doneOneByOne(const TQ_KORVE::seqBookmarks &bookm
             change(bookmarks[position]);
         } catch (const TQ_KORVE::exKorve &one) {
             refusal = one;
+        } catch (const CORBA::SystemException &) {
+            if (position == 0)
+                throw;
+            throw CORBA::COMM_FAILURE(0, CORBA::COMPLETED_MAYBE); // those before it have been asked for
         }
     }
     if (refusal)

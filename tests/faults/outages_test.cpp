@@ -60,10 +60,12 @@ TEST_F(Outages, WhenTheCommandIsDoneAndNotAnswered)
     EXPECT_EQ(comment(), L"words");
 }
 
-TEST_F(Outages, OfTheRecorderAreTheManagersToTell)
+TEST_F(Outages, OfTheRecorderLeaveItUnknownWhatIsDone)
 {
     run("on recorder setRecordComment kill before\n");
-    EXPECT_EQ(client->run("SetRecordComment"), "10009");
+    EXPECT_EQ(client->run("SetRecordComment"), "211");
+    EXPECT_TRUE(client->outcomeIsUnknown());
+    EXPECT_EQ(client->run("SetRecordComment"), "10009"); // nobody is there
     EXPECT_FALSE(client->outcomeIsUnknown());
 }
 

@@ -1,0 +1,135 @@
+#include "tests/installation/manager/fakerecorder.h"
+#include "tests/installation/manager/managerfixture.h"
+#include "tests/installation/manager/servedobject.h"
+
+#include <atomic>
+
+namespace
+{
+
+constexpr CORBA::ULong unreachable = 10009;
+
+TQ_KRV::seqBookmarks bookmarksAt(std::initializer_list<CORBA::ULongLong> timestamps)
+{
+    TQ_KRV::seqBookmarks bookmarks;
+    for (const CORBA::ULongLong timestamp : timestamps) {
+        bookmarks.length(bookmarks.length() + 1);
+        bookmarks[bookmarks.length() - 1].timestamp = timestamp;
+        bookmarks[bookmarks.length() - 1].bookmark = L"mark";
+    }
+    return bookmarks;
+}
+
+/// A recorder that fails, perhaps after it has done what it was asked.
+class FailingRecorder : public FakeRecorder
+{
+public:
+    static constexpr CORBA::ULongLong goodTime = 77; ///< a bookmark there can be added
+
+    void failAs(CORBA::CompletionStatus completion) { completed = completion; }
+
+    void setRecordComment(Text, const TQ_KORVE::wideText &) override { fail(); }
+    void addHistory(Text, const TQ_KORVE::wideText &) override { fail(); }
+    void removeHistoryEntry(Text, CORBA::ULongLong) override { fail(); }
+    void setDeletableFlagOfRecord(Text) override { fail(); }
+    CORBA::Boolean removeRecord(Text) override { fail(); }
+    char *copyRecord(Text, const TQ_KORVE::seqFILE_PART &, const TQ_KORVE::wideText &) override { fail(); }
+    CORBA::ULongLong setSystemTime(CORBA::ULongLong) override { fail(); }
+    void addBookmark(Text, CORBA::ULongLong timestampUs, const TQ_KORVE::wideText &) override
+    {
+        if (timestampUs != goodTime)
+            fail();
+    }
+    void removeBookmark(Text, CORBA::ULongLong) override { fail(); }
+    CORBA::Boolean isSynchronizedByNTP() override { fail(); }
+
+private:
+    [[noreturn]] void fail() const { throw CORBA::TRANSIENT(0, completed); }
+
+    std::atomic<CORBA::CompletionStatus> completed = CORBA::COMPLETED_MAYBE; // set by the test, read by the ORB
+};
+
+/// Everything that changes something, at a recorder that fails.
+class FailingChanges : public ManagerFixture
+{
+protected:
+    using Change = std::function<CORBA::ULong()>;
+
+    std::map<std::string, Change> changes()
+    {
+        return {{"comment", [this] { return admin->setRecordComment("FAILING", "R1", L"text"); }},
+                {"history", [this] { return admin->addHistory("FAILING", "R1", L"text"); }},
+                {"no history", [this] { return admin->removeHistoryEntry("FAILING", "R1", 1); }},
+                {"flag", [this] { return admin->setRecordDeletableFlag("FAILING", "R1", true); }},
+                {"time", [this] { return admin->setDeviceTime("FAILING", 1); }},
+                {"copy", [this] {
+                     CORBA::String_var copy;
+                     return admin->copyRecord("FAILING", "R1", {}, L"copy", copy.out());
+                 }}};
+    }
+    void serve(CORBA::CompletionStatus completion)
+    {
+        startManager();
+        failing.emplace(cco, "KorveRecorder/FAILING/IF_Control");
+        (*failing)->failAs(completion);
+        ASSERT_TRUE(becomesAvailable("FAILING"));
+    }
+    ~FailingChanges() override { service.reset(); }
+    void addBookmarks(std::initializer_list<CORBA::ULongLong> times)
+    {
+        admin->addBookmarks("FAILING", "R1", bookmarksAt(times));
+    }
+    void deleteBookmark() { admin->deleteBookmarks("FAILING", "R1", bookmarksAt({10})); }
+
+    std::optional<ServedObject<FailingRecorder>> failing;
+};
+
+/// What a call raises of the ORB says whether it may have been carried out; without result when it raises nothing.
+template <typename Exception> std::optional<CORBA::CompletionStatus> completionBy(const std::function<void()> &call)
+{
+    try {
+        call();
+    } catch (const Exception &error) {
+        return error.completed();
+    }
+    return {};
+}
+
+} // namespace
+
+TEST_F(FailingChanges, AreUnknownWhenTheyMayHaveBeenDone)
+{
+    using Failure = CORBA::COMM_FAILURE;
+    serve(CORBA::COMPLETED_MAYBE);
+    for (const auto &[name, change] : changes())
+        EXPECT_EQ(completionBy<Failure>(change), CORBA::COMPLETED_MAYBE) << name;
+    EXPECT_EQ(completionBy<Failure>([&] { admin->deleteRecord("FAILING", "R1"); }), CORBA::COMPLETED_MAYBE);
+    EXPECT_EQ(completionBy<Failure>([&] { addBookmarks({10}); }), CORBA::COMPLETED_MAYBE);
+    EXPECT_EQ(completionBy<Failure>([&] { deleteBookmark(); }), CORBA::COMPLETED_MAYBE);
+}
+
+TEST_F(FailingChanges, HaveFailedWhenNothingWasDone)
+{
+    using Failure = CORBA::TRANSIENT;
+    serve(CORBA::COMPLETED_NO);
+    for (const auto &[name, change] : changes())
+        EXPECT_EQ(change(), unreachable) << name;
+    EXPECT_FALSE(admin->deleteRecord("FAILING", "R1"));
+    EXPECT_EQ(completionBy<Failure>([&] { addBookmarks({10}); }), CORBA::COMPLETED_NO);
+    EXPECT_EQ(completionBy<Failure>([&] { deleteBookmark(); }), CORBA::COMPLETED_NO);
+}
+
+TEST_F(FailingChanges, AreToldFromQuestions)
+{
+    serve(CORBA::COMPLETED_MAYBE);
+    CORBA::ULongLong time = 0;
+    CORBA::Boolean synchronized = false;
+    EXPECT_EQ(admin->getDeviceTime("FAILING", time, synchronized), unreachable);
+}
+
+TEST_F(FailingChanges, OfBookmarksAreUnknownBehindTheFirst)
+{
+    serve(CORBA::COMPLETED_NO);
+    const auto firstOfTwo = [&] { addBookmarks({FailingRecorder::goodTime, 10}); };
+    EXPECT_EQ(completionBy<CORBA::COMM_FAILURE>(firstOfTwo), CORBA::COMPLETED_MAYBE);
+}
