@@ -102,6 +102,25 @@ void askRecorder(ChannelCommand command, const std::function<void()> &calls)
     }
 }
 
+void orderRecorder(ChannelCommand command, const std::function<void()> &calls)
+{
+    bool mayBeDone = false;
+    try {
+        askRecorder(command, [&] {
+            try {
+                calls();
+            } catch (const CORBA::SystemException &error) {
+                mayBeDone = error.completed() != CORBA::COMPLETED_NO;
+                throw;
+            }
+        });
+    } catch (const ChannelFailure &failure) {
+        if (!mayBeDone)
+            throw;
+        throw ChannelFailure(failure.number(), failure.text(), ChannelFailure::Outcome::Unknown);
+    }
+}
+
 void askChannelManager(const std::function<void()> &calls)
 {
     try {

@@ -47,13 +47,21 @@ inline constexpr quint32 noConnectionId = 855;
 class ChannelFailure : public std::runtime_error
 {
 public:
-    ChannelFailure(quint32 number, const QString &text) : std::runtime_error(text.toStdString()), code(number) {}
+    enum class Outcome { NotDone, Unknown };
+
+    ChannelFailure(quint32 number, const QString &text, Outcome outcome = Outcome::NotDone)
+        : std::runtime_error(text.toStdString()), code(number), outcome(outcome)
+    {
+    }
 
     quint32 number() const { return code; }
     QString text() const { return QString::fromUtf8(what()); }
+    /// It may have been carried out all the same.
+    bool isOutcomeUnknown() const { return outcome == Outcome::Unknown; }
 
 private:
     quint32 code;
+    Outcome outcome;
 };
 
 /// The same exceptions of a recorder mean something else in each of them.
@@ -61,6 +69,8 @@ enum class ChannelCommand { StartReplay, PauseReplay, ContinueReplay, StopReplay
 
 /// Makes calls to a recorder; whatever it raises leaves as a ChannelFailure with the number that @p command has for it.
 void askRecorder(ChannelCommand command, const std::function<void()> &calls);
+/// As above, for calls that carry the command out: the failure tells whether the recorder may have done so.
+void orderRecorder(ChannelCommand command, const std::function<void()> &calls);
 /// Makes calls to a channel manager; as above.
 void askChannelManager(const std::function<void()> &calls);
 

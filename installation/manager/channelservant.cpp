@@ -59,6 +59,8 @@ template <typename Command> void orExChan(Command command)
     try {
         command();
     } catch (const ChannelFailure &failure) {
+        if (failure.isOutcomeUnknown()) // a kind would say that nothing was done
+            throw CORBA::COMM_FAILURE(0, CORBA::COMPLETED_MAYBE);
         const QByteArray text = failure.text().toUtf8();
         throw exChan(kindOf(failure.number()), text.constData());
     }

@@ -41,8 +41,8 @@ std::optional<ChannelFailure> RecordingEnd::endSession(const Channel &held, cons
     if (held.run.session.isEmpty())
         return {};
     try {
-        askRecorder(ChannelCommand::StopRecording,
-                    [&] { RecordingLink(held.run, context.timing.callLimit).end(comment); });
+        orderRecorder(ChannelCommand::StopRecording,
+                      [&] { RecordingLink(held.run, context.timing.callLimit).end(comment); });
         return {};
     } catch (const ChannelFailure &failure) {
         return failure;

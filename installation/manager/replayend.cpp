@@ -41,15 +41,17 @@ void ReplayEnd::finishLink(const Channel &held, ChannelRun::State before, bool f
             throw *failed;
 }
 
-void ReplayEnd::undo(const Channel &held) const
+bool ReplayEnd::undo(const Channel &held) const
 {
     const Channel channel = context.running(held.id, held.run.number).value_or(held);
+    bool mayPlay = false;
     if (!channel.run.session.isEmpty()) {
-        closeLink(channel);
+        mayPlay = closeLink(channel).has_value() && channel.run.connection != 0;
         context.channelManager(channel).tell(
             [&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->disconnect(channel.id.toUtf8().constData()); });
     }
     context.leave(channel);
+    return !mayPlay;
 }
 
 std::optional<ChannelFailure> ReplayEnd::closeLink(const Channel &held) const
@@ -57,7 +59,7 @@ std::optional<ChannelFailure> ReplayEnd::closeLink(const Channel &held) const
     if (held.run.session.isEmpty())
         return {};
     try {
-        askRecorder(ChannelCommand::StopReplay, [&] { ReplayLink(held.run, context.timing.callLimit).close(); });
+        orderRecorder(ChannelCommand::StopReplay, [&] { ReplayLink(held.run, context.timing.callLimit).close(); });
         return {};
     } catch (const ChannelFailure &failure) {
         return failure;

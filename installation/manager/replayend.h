@@ -17,8 +17,8 @@ public:
     /// the replay has ended. A recorder that does not answer leaves the run in state @p before, unless @p forced.
     /// @throws ChannelFailure
     void finish(const Channel &held, ChannelRun::State before, bool forced) const;
-    /// Takes back what has been begun of a run; whatever fails is left to the recorder.
-    void undo(const Channel &held) const;
+    /// Takes back what has been begun of a run; whatever fails is left to the recorder. False when it may still play.
+    bool undo(const Channel &held) const;
 
 private:
     void finishXg(const Channel &held) const;

@@ -125,9 +125,10 @@ void ReplayRun::begin(const Channel &held, const ReplayOrder &order, TQ_KORVE::I
             watch.lookAfter(*entered);
         else
             end.undo(connected); // stopped by force meanwhile
-    } catch (const ChannelFailure &) {
-        end.undo(held);
-        throw;
+    } catch (const ChannelFailure &failure) {
+        if (end.undo(held))
+            throw;
+        throw ChannelFailure(failure.number(), failure.text(), ChannelFailure::Outcome::Unknown);
     }
 }
 
@@ -179,7 +180,7 @@ void ReplayRun::pause(const QString &deviceId, const QString &recordId)
         if (!held)
             throw ChannelFailure(failure::nothingToPause, QStringLiteral("record %1 is not replayed").arg(recordId));
         orBackTo(State::ReplayRunning, *held,
-                 [&] { askRecorder(PauseReplay, [&] { ReplayLink(held->run, context.timing.callLimit).pause(); }); });
+                 [&] { orderRecorder(PauseReplay, [&] { ReplayLink(held->run, context.timing.callLimit).pause(); }); });
         context.enter(*held, State::ReplayPaused);
     });
 }
@@ -193,7 +194,7 @@ void ReplayRun::goOn(const QString &deviceId, const QString &recordId)
         if (!held)
             throw ChannelFailure(failure::nothingToContinue, QStringLiteral("record %1 is not paused").arg(recordId));
         orBackTo(State::ReplayPaused, *held, [&] {
-            askRecorder(ContinueReplay, [&] { ReplayLink(held->run, context.timing.callLimit).start(); });
+            orderRecorder(ContinueReplay, [&] { ReplayLink(held->run, context.timing.callLimit).start(); });
         });
         context.enter(*held, State::ReplayRunning);
     });
@@ -227,8 +228,8 @@ void ReplayRun::stopForeign(const QString &deviceId, const QString &recordId) co
         const TQ_KORVE::eRECORD_STATUS status = RecordView::of(recorder, recordId).status;
         if (status != TQ_KORVE::rsREPLAYING && status != TQ_KORVE::rsREADY_FOR_REPLAY)
             throw ChannelFailure(failure::notReplaying, QStringLiteral("record %1 is not replayed").arg(recordId));
-        recorder->setRecordIdle(recordId.toUtf8().constData());
     });
+    orderRecorder(StopReplay, [&] { recorder->setRecordIdle(recordId.toUtf8().constData()); });
 }
 
 std::optional<Channel> ReplayRun::replaying(const QString &deviceId, const QString &recordId) const
@@ -253,8 +254,10 @@ template <typename Work> void ReplayRun::orBackTo(State before, const Channel &h
 {
     try {
         work();
-    } catch (const ChannelFailure &) {
-        context.enter(held, before);
+    } catch (const ChannelFailure &failure) {
+        // The next look takes a pause for what it is when the replay goes on; taken for running, one that is paused
+        // would count as failed.
+        context.enter(held, failure.isOutcomeUnknown() ? State::ReplayPaused : before);
         throw;
     }
 }

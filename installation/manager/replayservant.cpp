@@ -62,6 +62,8 @@ CORBA::ULong ReplayServant::answer(const char *operation, const char *recordId, 
             return QStringLiteral("%1 of record %2: %3")
                 .arg(QLatin1String(operation), textOf(recordId), failure.text());
         });
+        if (failure.isOutcomeUnknown()) // a number would say that nothing was done
+            throw CORBA::COMM_FAILURE(0, CORBA::COMPLETED_MAYBE);
         return failure.number();
     }
 }

@@ -11,7 +11,8 @@ namespace installation
 
 /// Replay for the clients of the manager: finds a channel, and tells in a number what came of it.
 ///
-/// One object for all devices: each operation names its own.
+/// One object for all devices: each operation names its own. What a recorder that went silent may have done raises
+/// `CORBA::COMM_FAILURE`, which may be completed.
 /// Thread: any; see ReplayRun.
 class ReplayServant : public POA_TQ_KRV::IF_KORVE_Replay
 {

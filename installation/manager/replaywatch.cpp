@@ -37,6 +37,8 @@ bool ReplayWatch::look(const QString &channelId, quint64 runNumber) const
         finish(*channel, {});
     else if (finding == Finding::Paused && !isPaused) // a recorder pauses by itself only when its link has failed
         finish(*channel, ChannelFailure(failure::linkFault, QStringLiteral("the receiver has gone")));
+    else if (finding == Finding::Running && isPaused) // the recorder did not tell what became of a command
+        context.enter(*channel, State::ReplayRunning);
     return true;
 }
 

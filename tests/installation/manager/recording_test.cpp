@@ -139,6 +139,9 @@ TEST_F(Recording, GoesOnWhenTheRecorderCannotBeToldToStop)
     const QString id = add(receiverChannel());
     object(id)->startRecording(0, L"", 0);
     recorder->trouble->plant("endRecordingSession", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE); });
+    EXPECT_THROW(object(id)->stopRecording(L""), CORBA::COMM_FAILURE); // it may have been told
+    EXPECT_EQ(channel(id).run.state, State::Recording);
+    recorder->trouble->plant("endRecordingSession", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_NO); });
     EXPECT_THROW(object(id)->stopRecording(L""), Chan::exChan);
     EXPECT_EQ(channel(id).run.state, State::Recording);
     recorder->trouble->plant("endRecordingSession", {});

@@ -2,6 +2,8 @@
 
 #include <QtTest/QTest>
 
+#include <algorithm>
+
 using namespace installation;
 
 namespace
@@ -131,10 +133,49 @@ TEST_F(Replay, GoesOnWhenTheRecorderCannotBeToldToStop)
     const QString id = add(receiverChannel());
     ASSERT_EQ(startReplay(0, 1000, 0), 0u);
     recorder->trouble->plant("endReplaySession", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE); });
+    EXPECT_THROW(replay()->StopReplay("REC1", "R1"), CORBA::COMM_FAILURE); // it may have been told
+    EXPECT_EQ(channel(id).run.state, State::ReplayRunning);
+    recorder->trouble->plant("endReplaySession", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_NO); });
     EXPECT_EQ(replay()->StopReplay("REC1", "R1"), 756u);
     EXPECT_EQ(channel(id).run.state, State::ReplayRunning);
     recorder->trouble->plant("endReplaySession", {});
     EXPECT_EQ(replay()->StopReplay("REC1", "R1"), 0u);
+}
+
+TEST_F(Replay, GoesOnWhenItWasNotPausedAfterAll)
+{
+    const QString id = add(receiverChannel());
+    ASSERT_EQ(startReplay(0, 1000, 0), 0u);
+    recorder->trouble->plant("stopDataTransfer", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE); });
+    EXPECT_THROW(replay()->PauseReplay("REC1", "R1"), CORBA::COMM_FAILURE);
+    EXPECT_TRUE(becomes(id, State::ReplayRunning));
+}
+
+TEST_F(Replay, IsPausedWhenNobodyHeardOfThePause)
+{
+    const QString id = add(receiverChannel());
+    ASSERT_EQ(startReplay(0, 1000, 0), 0u);
+    recorder->trouble->plant("stopDataTransfer", [this] { // done, and not answered
+        recorder->record("R1")->become(TQ_KORVE::rsREADY_FOR_REPLAY);
+        throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE);
+    });
+    EXPECT_THROW(replay()->PauseReplay("REC1", "R1"), CORBA::COMM_FAILURE);
+    const auto looks = [this] { return std::ranges::count(recorder->trouble->calls(), "getCurrentFilePosition"); };
+    const auto before = looks();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return looks() > before + 2; }, patienceMs));
+    EXPECT_EQ(channel(id).run.state, State::ReplayPaused);
+    EXPECT_EQ(replay()->ContinueReplay("REC1", "R1"), 0u);
+}
+
+TEST_F(Replay, HasNotStartedWhenItCouldBeTakenBack)
+{
+    const QString id = add(receiverChannel());
+    recorder->trouble->plant("startDataTransfer", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE); });
+    EXPECT_EQ(startReplay(), 756u);
+    EXPECT_EQ(recorder->record("R1")->statusNow(), TQ_KORVE::rsIDLE);
+    recorder->trouble->plant("endReplaySession", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_NO); });
+    EXPECT_THROW(startReplay(), CORBA::COMM_FAILURE);
+    EXPECT_EQ(channel(id).run.state, State::Idle);
 }
 
 TEST_F(Replay, StopsWhatNoChannelKnowsOf)

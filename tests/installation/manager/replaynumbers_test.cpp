@@ -317,7 +317,7 @@ INSTANTIATE_TEST_SUITE_P(
                         })},
                     Row{"RecorderGone", 756, whileReplaying([](ReplayNumbers &test) {
                             test.device().trouble->plant("endReplaySession",
-                                                         [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE); });
+                                                         [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_NO); });
                             return test.stop();
                         }),
                         true}),
