@@ -17,6 +17,8 @@ trap 'exit 143' TERM
 folder=$(mktemp -d -t korve-demo.XXXXXX)
 # shellcheck source=docs/demo/installation.sh
 source "$here/installation.sh"
+# shellcheck source=docs/demo/commands.sh
+source "$here/commands.sh"
 
 coproc lease { exec setpriv --pdeathsig KILL -- python3 -B "$here/lease.py"; }
 # shellcheck disable=SC2154 # coproc sets it
@@ -30,5 +32,6 @@ show_import
 show_client_listing
 show_first_program
 show_loss_and_return
+show_commands
 stop_everything
 headline "That was all, and all of it is stopped"
