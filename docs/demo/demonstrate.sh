@@ -19,6 +19,8 @@ folder=$(mktemp -d -t korve-demo.XXXXXX)
 source "$here/installation.sh"
 # shellcheck source=docs/demo/commands.sh
 source "$here/commands.sh"
+# shellcheck source=docs/demo/trouble.sh
+source "$here/trouble.sh"
 
 coproc lease { exec setpriv --pdeathsig KILL -- python3 -B "$here/lease.py"; }
 # shellcheck disable=SC2154 # coproc sets it
@@ -33,5 +35,6 @@ show_client_listing
 show_first_program
 show_loss_and_return
 show_commands
+show_trouble
 stop_everything
 headline "That was all, and all of it is stopped"
