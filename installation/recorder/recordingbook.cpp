@@ -94,6 +94,13 @@ void RecordingBook::close(const RecordingProgress &progress, const QStringList &
     });
 }
 
+void RecordingBook::remark(const Note &note)
+{
+    store.ask([id = recordId, note](RecordStore &records) {
+        records.change(id, [&](Record &record) { addNoteAfter(record.history, note, maximumNotes); });
+    });
+}
+
 void closeRecording(RecordStore &records, const RecordSummary &record)
 {
     const bool isInOrder = quint64(fileStatus(records.samplesPath(record.id)).st_size) < record.sizeBytes;

@@ -22,7 +22,7 @@ struct RecordingProgress {
 ///
 /// Until it is closed it is stored as a recording of what is on the disk for certain, so that the end of the process at
 /// any moment leaves a record of that.
-/// Thread: one; waits for the store thread.  Errors: throws RecorderError.
+/// Thread: one, remark() any; waits for the store thread.  Errors: throws RecorderError.
 class RecordingBook
 {
 public:
@@ -32,6 +32,8 @@ public:
     void note(const RecordingProgress &progress);
     /// Nothing follows. Puts a loop in order; @p remarks become entries of the history.
     void close(const RecordingProgress &progress, const QStringList &remarks);
+    /// One more entry of the history, at any time.
+    void remark(const Note &note);
 
 private:
     StoreThread &store;

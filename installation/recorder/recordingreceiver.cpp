@@ -43,12 +43,20 @@ void RecordingReceiver::stop()
 
 void RecordingReceiver::end(const QString &lastComment, std::chrono::milliseconds limit)
 {
-    std::unique_lock lock(mutex);
-    if (!ending)
-        comment = lastComment;
-    ending = true;
-    wakeup.wake();
-    changed.wait_for(lock, limit, [this] { return complete; });
+    bool isLate = false;
+    {
+        std::unique_lock lock(mutex);
+        isLate = commentsTaken;
+        if (!isLate && !lastComment.isEmpty())
+            comments.append(lastComment);
+        ending = true;
+        wakeup.wake();
+        changed.wait_for(lock, limit, [this] { return complete; });
+        if (notClosed)
+            throw *notClosed;
+    }
+    if (isLate && !lastComment.isEmpty())
+        book.remark({clockUs(), lastComment});
 }
 
 quint32 RecordingReceiver::connectTo(const SampleLink::Address &address, const Source &from)
@@ -213,8 +221,8 @@ void RecordingReceiver::close()
     QStringList remarks;
     {
         const std::scoped_lock lock(mutex);
-        if (!comment.isEmpty())
-            remarks.append(comment);
+        remarks = comments;
+        commentsTaken = true;
     }
     if (!trouble.isEmpty())
         remarks.append(QStringLiteral("The recording ended by itself: %1").arg(trouble));
@@ -222,6 +230,8 @@ void RecordingReceiver::close()
         closeWith(remarks);
     } catch (const RecorderError &error) { // the next start of the recorder closes what is stored
         traceAt(TraceLevel::Normal, sourceName, [&] { return error.text(); });
+        const std::scoped_lock lock(mutex);
+        notClosed = error;
     }
 }
 

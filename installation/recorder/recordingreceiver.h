@@ -1,5 +1,6 @@
 #pragma once
 
+#include "installation/recorder/recordererror.h"
 #include "installation/recorder/recordingbook.h"
 #include "installation/recorder/recordingwriter.h"
 #include "installation/recorder/samplelink.h"
@@ -11,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 namespace installation::recorder
@@ -49,7 +51,9 @@ public:
     quint16 listenOn(const SampleLink::Address &own, const Source &source);
     void disconnect(quint32 linkId);
     void swapBytes(bool wanted);
-    /// Ends the recording with this comment, if it is one; waits for the record to be complete, but no longer than @p limit.
+    /// Ends the recording with this comment, if it is one, also when it is ending already; waits for the record to be
+    /// complete, but no longer than @p limit.
+    /// @throws RecorderError when it could not be completed, or the comment not be kept.
     void end(const QString &comment, std::chrono::milliseconds limit);
     std::optional<SampleLink::Address> linkInUse() const;
 
@@ -81,7 +85,9 @@ private:
     std::shared_ptr<SampleLink> link;
     quint32 linkId = 0;
     Source source;
-    QString comment;
+    QStringList comments;
+    bool commentsTaken = false;
+    std::optional<RecorderError> notClosed;
     bool swapped = false;
     bool ending = false;
     bool complete = false;
