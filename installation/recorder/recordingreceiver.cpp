@@ -26,19 +26,16 @@ RecordingReceiver::RecordingReceiver(std::unique_ptr<RecordingWriter> writer, Re
     : writer(std::move(writer)), book(std::move(book)), clockUs(std::move(clockUs)), listener(std::move(listener)),
       buffer(bufferBytes, Qt::Uninitialized)
 {
-    thread = std::thread(&RecordingReceiver::run, this); // last: everything that it uses is there
+    begin([this] { run(); });
 }
 
-void RecordingReceiver::stop()
+void RecordingReceiver::askToEnd()
 {
     {
         const std::scoped_lock lock(mutex);
         ending = true;
     }
     wakeup.wake();
-    const std::scoped_lock lock(stopping);
-    if (thread.joinable())
-        thread.join();
 }
 
 void RecordingReceiver::end(const QString &lastComment, std::chrono::milliseconds limit)

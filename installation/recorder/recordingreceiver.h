@@ -13,7 +13,6 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <thread>
 
 namespace installation::recorder
 {
@@ -43,7 +42,6 @@ public:
                       Listener listener);
     ~RecordingReceiver() override { stop(); }
     RecordingReceiver(const RecordingReceiver &) = delete;
-    void stop() override;
 
     /// Connects to the source and returns the number of the link. By UDP an empty-handed datagram tells it where we are.
     quint32 connectTo(const SampleLink::Address &address, const Source &source);
@@ -58,6 +56,7 @@ public:
     std::optional<SampleLink::Address> linkInUse() const;
 
 private:
+    void askToEnd() override;
     void run();
     bool receive();
     SampleLink::Wait wait(const std::shared_ptr<SampleLink> &current) const;
@@ -91,8 +90,6 @@ private:
     bool swapped = false;
     bool ending = false;
     bool complete = false;
-    std::mutex stopping;
-    std::thread thread;
 };
 
 } // namespace installation::recorder

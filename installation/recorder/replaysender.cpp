@@ -21,19 +21,16 @@ constexpr const char *sourceName = "installation/recorder/replaysender";
 ReplaySender::ReplaySender(std::unique_ptr<ReplaySource> samples, Listener listener)
     : source(std::move(samples)), listener(std::move(listener)), place(source->sizeBytes(), source->sampleBytes())
 {
-    thread = std::thread(&ReplaySender::run, this); // last: everything that it uses is there
+    begin([this] { run(); });
 }
 
-void ReplaySender::stop()
+void ReplaySender::askToEnd()
 {
     {
         const std::scoped_lock lock(mutex);
         ending = true;
     }
     wakeup.wake();
-    const std::scoped_lock lock(stopping);
-    if (thread.joinable())
-        thread.join();
 }
 
 ReplaySender::Link ReplaySender::connectTo(const SampleLink::Address &peer, quint32 samplesPerSecond)

@@ -12,7 +12,6 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <thread>
 
 namespace installation::recorder
 {
@@ -41,7 +40,6 @@ public:
     ReplaySender(std::unique_ptr<ReplaySource> source, Listener listener);
     ~ReplaySender() override { stop(); }
     ReplaySender(const ReplaySender &) = delete;
-    void stop() override;
 
     Link connectTo(const SampleLink::Address &peer, quint32 samplesPerSecond);
     Link listenOn(const SampleLink::Address &own, quint32 samplesPerSecond);
@@ -58,6 +56,7 @@ public:
     const ReplaySource &samples() const { return *source; }
 
 private:
+    void askToEnd() override;
     struct Pause {
         std::shared_ptr<SampleLink> link; ///< none: only a command goes on
         short events = 0;
@@ -90,8 +89,6 @@ private:
     bool swapped = false;
     bool playing = false;
     bool ending = false;
-    std::mutex stopping;
-    std::thread thread;
 };
 
 } // namespace installation::recorder

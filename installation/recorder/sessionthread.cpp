@@ -1,0 +1,19 @@
+#include "installation/recorder/sessionthread.h"
+
+namespace installation::recorder
+{
+
+void SessionThread::begin(std::function<void()> work)
+{
+    thread = std::thread(std::move(work));
+}
+
+void SessionThread::stop()
+{
+    askToEnd();
+    const std::scoped_lock lock(stopping);
+    if (thread.joinable())
+        thread.join();
+}
+
+} // namespace installation::recorder
