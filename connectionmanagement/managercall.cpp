@@ -1,7 +1,11 @@
 #include "connectionmanagement/managercall.h"
 
 #include "common/errorlogging.h"
+#include "common/exceptionfamily.h"
 #include "coresupport/trace.h"
+
+#include <algorithm>
+#include <array>
 
 using TQ_KRV::IF_KRV_c_KRV;
 
@@ -9,22 +13,14 @@ namespace KorveGUI
 {
 namespace
 {
+constexpr std::array refusals{"Invalid Device ID - ", "Invalid Address - ", "Invalid Record ID - ", "Request Failed - "};
+static_assert(refusals.size() == IF_KRV_c_KRV::Request_Failed + 1, "the kinds of the wire, in its order");
+
+/// A kind that the wire does not have is a request that failed.
 QString wordsOf(const IF_KRV_c_KRV::exKRV &refusal)
 {
-    const auto prefix = [kind = refusal.kind] {
-        switch (kind) {
-        case IF_KRV_c_KRV::Invalid_DeviceId:
-            return QStringLiteral("Invalid Device ID - ");
-        case IF_KRV_c_KRV::Invalid_Address:
-            return QStringLiteral("Invalid Address - ");
-        case IF_KRV_c_KRV::Invalid_RecordId:
-            return QStringLiteral("Invalid Record ID - ");
-        case IF_KRV_c_KRV::Request_Failed:
-            break;
-        }
-        return QStringLiteral("Request Failed - ");
-    };
-    return prefix() + QString::fromUtf8(refusal.text.in());
+    const unsigned long kind = std::min<unsigned long>(::numberOf(refusal.kind), IF_KRV_c_KRV::Request_Failed);
+    return QLatin1String(refusals[kind]) + QString::fromUtf8(refusal.text.in());
 }
 
 const char *nameOf(const RemoteFailure &failure)

@@ -5,6 +5,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cstring>
+
 using namespace KorveGUI;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -24,6 +26,15 @@ const IF_KRV_c_Chan::exChan channelException(IF_KRV_c_Chan::Range_Error, "why");
 const IF_KRV_c_KRV::exKRV refusal(IF_KRV_c_KRV::Invalid_Address, "no %1");
 const CORBA::TRANSIENT transient;
 const CORBA::COMM_FAILURE lost;
+
+/// The kind may be none of the enumeration's, so it is put into the exception byte by byte.
+IF_KRV_c_KRV::exKRV refusalOf(int kind, const char *text)
+{
+    IF_KRV_c_KRV::exKRV refused(IF_KRV_c_KRV::Request_Failed, text);
+    static_assert(sizeof refused.kind == sizeof kind);
+    std::memcpy(&refused.kind, &kind, sizeof kind);
+    return refused;
+}
 
 RemoteFailure user(const CORBA::UserException &e)
 {
@@ -98,7 +109,7 @@ TEST(ManagerRefusal, IsTracedInItsOwnWordsAlone)
                                                   {2, "Invalid Record ID - "}, {3, "Request Failed - "},
                                                   {4, "Request Failed - "},    {-1, "Request Failed - "}};
     for (const auto &[kind, words] : kinds) {
-        const IF_KRV_c_KRV::exKRV refused(static_cast<IF_KRV_c_KRV::eKRVKind>(kind), "no %1 \xc3\xa4");
+        const IF_KRV_c_KRV::exKRV refused = refusalOf(kind, "no %1 \xc3\xa4");
         CapturedTraces traces(32);
         traceManagerFailure(user(refused), ofRecord, QStringLiteral("deviceID(%2)"), source);
         const std::string line = "deviceID(%2): " + std::string(words) + "no %1 \xc3\xa4";
