@@ -106,10 +106,12 @@ CORBA::ULong AdminServant::copyRecord(const char *deviceId, const char *recordId
                                       const TQ_KRV::seqCopySection &sections, const CORBA::WChar *name,
                                       CORBA::String_out newRecordId)
 {
-    newRecordId = CORBA::string_dup("");
-    return change("copyRecord", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
-        newRecordId = recorder->copyRecord(recordId, toDeviceParts(sections), toDeviceText(name));
+    CORBA::String_var made = CORBA::string_dup(""); // an out-parameter would not let go of what it has
+    const CORBA::ULong number = change("copyRecord", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+        made = recorder->copyRecord(recordId, toDeviceParts(sections), toDeviceText(name));
     });
+    newRecordId = made._retn();
+    return number;
 }
 
 CORBA::ULong AdminServant::setRecordComment(const char *deviceId, const char *recordId, const CORBA::WChar *comment)
