@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <future>
+#include <memory>
 
 using namespace installation::recorder;
 
@@ -31,7 +32,7 @@ void waitForStop(const std::stop_token &stop)
 TEST(LongWork, HasAFewPlaces)
 {
     Jobs jobs("tests", 2);
-    std::optional<Jobs::Place> first = jobs.takePlace();
+    auto first = std::make_unique<Jobs::Place>(jobs.takePlace());
     const Jobs::Place second = jobs.takePlace();
     EXPECT_EQ(refusalOf(jobs), TQ_KORVE::ekRESSOURCES_EXHAUSTED);
     first.reset();
