@@ -1,5 +1,6 @@
 #include "installation/recorder/notificationqueue.h"
 
+#include "installation/cco/liveness.h"
 #include "installation/cco/orbaccess.h"
 
 namespace installation::recorder
@@ -22,6 +23,8 @@ TQ_KORVE_IT::IF_Korve_IT_ptr limited(TQ_KORVE_IT::IF_Korve_IT_ptr receiver, std:
 NotificationQueue::NotificationQueue(TQ_KORVE_IT::IF_Korve_IT_ptr receiver, std::chrono::milliseconds callLimit)
     : receiver(limited(receiver, callLimit))
 {
+    // A receiver may have the address of a process that was killed; over a connection to that one, what is told is lost.
+    queue.add({"a new receiver", [this, callLimit] { objectAnswers(this->receiver, callLimit); }});
 }
 
 void NotificationQueue::tell(const std::string &recordId, Notification notification)
