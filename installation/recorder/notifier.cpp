@@ -75,7 +75,8 @@ void Notifier::tellOne(Receiver receiver, Change change, const QString &recordId
     if (CORBA::is_nil(receiver))
         return;
     const std::scoped_lock lock(mutex);
-    const Listener &listener = listenerFor(receiver);
+    const Listener *const known = knownFor(receiver);
+    const Listener &listener = known ? *known : add(receiver);
     if (!listener.isWanted(recordId))
         listener.queue->tell(recordId.toStdString(), notificationOf(change, recordId, text));
     retireUnused(); // which ends when it has told
@@ -88,16 +89,27 @@ std::size_t Notifier::receiverCount()
     return listeners.size();
 }
 
-Notifier::Listener &Notifier::listenerFor(Receiver receiver)
+/// Null when it is to hear of nothing so far.
+Notifier::Listener *Notifier::knownFor(Receiver receiver)
 {
     forgetFinished();
     const auto found = std::ranges::find_if(listeners, [receiver](const Listener &listener) {
         return (listener.everything || !listener.recordIds.empty()) && listener.queue->isFor(receiver);
     });
-    if (found != listeners.end())
-        return *found;
+    return found == listeners.end() ? nullptr : &*found;
+}
+
+Notifier::Listener &Notifier::listenerFor(Receiver receiver)
+{
+    if (Listener *const known = knownFor(receiver))
+        return *known;
     if (listeners.size() >= maximumReceivers)
         throw RecorderError(TQ_KORVE::ekRESSOURCES_EXHAUSTED, QStringLiteral("too many receivers of notifications"));
+    return add(receiver);
+}
+
+Notifier::Listener &Notifier::add(Receiver receiver)
+{
     listeners.push_back({std::make_unique<NotificationQueue>(receiver, callLimit)});
     return listeners.back();
 }

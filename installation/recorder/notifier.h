@@ -40,7 +40,8 @@ public:
 
     void tellStatus(const QString &recordId, const QString &name, RecordStatus status);
     void tellChange(Change change, const QString &recordId, const QString &text);
-    /// Tells @p receiver alone, which may be nil, unless it hears of that record anyhow.
+    /// Tells @p receiver alone, which may be nil, unless it hears of that record anyhow. It is the end of some work, so
+    /// that there are never many of them, and nobody is refused.
     void tellOne(Receiver receiver, Change change, const QString &recordId, const QString &text);
     std::size_t receiverCount();
 
@@ -53,6 +54,8 @@ private:
         bool isWanted(const QString &recordId) const { return everything || recordIds.contains(recordId); }
     };
 
+    Listener *knownFor(Receiver receiver);
+    Listener &add(Receiver receiver);
     Listener &listenerFor(Receiver receiver);
     NotificationQueue::Notification notificationOf(Change change, const QString &recordId, const QString &text);
     void tell(const QString &recordId, const NotificationQueue::Notification &notification);

@@ -16,6 +16,7 @@ namespace
 constexpr CORBA::ULong added = 0;
 constexpr CORBA::ULong removed = 1;
 constexpr CORBA::ULong changed = 2;
+constexpr CORBA::ULong transferFinished = 3;
 
 class Notification : public RecordingTest
 {
@@ -109,6 +110,24 @@ TEST_F(Notification, HasALimitedNumberOfReceivers)
     EXPECT_EQ(kindOf([&] { IF_RecordingSession_var(control->createRecordingSession(drHF_20k, 0, dfRAW, receivers.back())); }),
               ekRESSOURCES_EXHAUSTED);
     EXPECT_EQ(seqMETA_DATA_var(control->getActiveSessions())->length(), 0u);
+    for (const auto &one : receivers)
+        orb->deactivate(one);
+}
+
+TEST_F(Notification, ReachesWhoAskedForSomethingAlsoWhenThereAreManyReceivers)
+{
+    Notifier notifier([] { return quint64(1); });
+    NotifiedReceiver *last = nullptr;
+    std::vector<PortableServer::ServantBase_var> servants;
+    std::vector<TQ_KORVE_IT::IF_Korve_IT_var> receivers;
+    for (std::size_t i = 0; i <= Notifier::maximumReceivers; ++i) {
+        servants.emplace_back(last = new NotifiedReceiver);
+        receivers.emplace_back(orb->activate(*last));
+    }
+    for (std::size_t i = 0; i < Notifier::maximumReceivers; ++i)
+        notifier.announce(receivers[i]);
+    notifier.tellOne(receivers.back(), Notifier::Change::TransferFinished, "R1", {});
+    EXPECT_EQ(last->upTo(false, transferFinished).size(), 1u);
     for (const auto &one : receivers)
         orb->deactivate(one);
 }
