@@ -22,9 +22,10 @@ using Clock = std::chrono::steady_clock;
 } // namespace
 
 RecordingReceiver::RecordingReceiver(std::unique_ptr<RecordingWriter> writer, RecordingBook book,
-                                     std::function<quint64()> clockUs, Listener listener)
+                                     std::function<quint64()> clockUs, Listener listener,
+                                     std::chrono::milliseconds linkLimit)
     : writer(std::move(writer)), book(std::move(book)), clockUs(std::move(clockUs)), listener(std::move(listener)),
-      buffer(bufferBytes, Qt::Uninitialized)
+      linkLimit(linkLimit), buffer(bufferBytes, Qt::Uninitialized)
 {
     begin([this] { run(); });
 }
@@ -144,7 +145,7 @@ bool RecordingReceiver::receive()
         current = link;
     }
     const bool goesOn = !current || (!current->hasPeer() && !current->tryAccept()) || take(*current, isLast);
-    if (isLast || !goesOn)
+    if (isLast || !goesOn || isForgotten(current.get()))
         return false;
     if (writer->end() != syncedEnd && Clock::now() >= nextSync)
         sync();
@@ -152,11 +153,23 @@ bool RecordingReceiver::receive()
     return true;
 }
 
+/// A manager that ends while it begins a recording does not know of it afterwards, and nobody else does.
+bool RecordingReceiver::isForgotten(const SampleLink *current)
+{
+    if (current)
+        linkWantedBy.reset();
+    else if (!linkWantedBy)
+        linkWantedBy = Clock::now() + linkLimit;
+    return linkWantedBy && Clock::now() >= *linkWantedBy;
+}
+
 SampleLink::Wait RecordingReceiver::wait(const std::shared_ptr<SampleLink> &current) const
 {
     std::optional<std::chrono::nanoseconds> limit;
     if (writer->end() != syncedEnd)
         limit = nextSync - Clock::now();
+    else if (linkWantedBy)
+        limit = *linkWantedBy - Clock::now();
     return SampleLink::await(current.get(), POLLIN, wakeup, limit);
 }
 

@@ -37,9 +37,11 @@ public:
 
     static constexpr std::chrono::milliseconds connectLimit{2000};
     static constexpr std::chrono::milliseconds syncInterval{500};
+    static constexpr std::chrono::milliseconds usualLinkLimit{60'000};
 
+    /// Ends by itself when there is no link for @p linkLimit, since then whoever wanted to record has gone.
     RecordingReceiver(std::unique_ptr<RecordingWriter> writer, RecordingBook book, std::function<quint64()> clockUs,
-                      Listener listener);
+                      Listener listener, std::chrono::milliseconds linkLimit = usualLinkLimit);
     ~RecordingReceiver() override { stop(); }
     RecordingReceiver(const RecordingReceiver &) = delete;
 
@@ -59,6 +61,7 @@ private:
     void askToEnd() override;
     void run();
     bool receive();
+    bool isForgotten(const SampleLink *current);
     SampleLink::Wait wait(const std::shared_ptr<SampleLink> &current) const;
     bool take(SampleLink &from, bool isLast);
     void store(qint64 count);
@@ -73,12 +76,14 @@ private:
     RecordingBook book;
     const std::function<quint64()> clockUs;
     const Listener listener;
+    const std::chrono::milliseconds linkLimit;
     Wakeup wakeup;
-    QByteArray buffer;                                 // this and the four below are the thread's alone
+    QByteArray buffer;                                 // this and the five below are the thread's alone
     quint64 firstUs = 0;                               // 0 before the first sample
     quint64 syncedEnd = 0;
     std::chrono::steady_clock::time_point nextSync;
     QString trouble;
+    std::optional<std::chrono::steady_clock::time_point> linkWantedBy; ///< while there is none
     mutable std::mutex mutex; // guards the rest
     std::condition_variable changed;
     std::shared_ptr<SampleLink> link;

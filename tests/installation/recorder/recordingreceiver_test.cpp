@@ -36,7 +36,7 @@ protected:
         });
         made = record;
     }
-    void start()
+    void start(std::chrono::milliseconds linkLimit = RecordingReceiver::usualLinkLimit)
     {
         const QString path = store.ask([id = id](RecordStore &records) { return records.samplesPath(id); });
         receiver.emplace(std::make_unique<RecordingWriter>(path, sampleLayout(made), 0), RecordingBook(store, id),
@@ -48,7 +48,8 @@ protected:
                                                      [this] {
                                                          ended.set_value();
                                                          mayGo.get_future().wait_for(patience);
-                                                     }});
+                                                     }},
+                         linkLimit);
     }
     /// Sends some samples and hangs up; returns when the recording is being closed.
     void recordToItsEnd()
@@ -84,6 +85,14 @@ TEST_F(Receiving, KeepsACommentThatComesWhileItEndsByItself)
     receiver->end("enough", std::chrono::milliseconds(0));
     EXPECT_EQ(history(), QStringList{"enough"});
     mayGo.set_value();
+}
+
+TEST_F(Receiving, EndsWhenNobodyWantsToRecord)
+{
+    mayGo.set_value();
+    start(std::chrono::milliseconds(20));
+    EXPECT_EQ(ended.get_future().wait_for(patience), std::future_status::ready);
+    EXPECT_TRUE(store.ask([](RecordStore &records) { return records.records(); }).isEmpty());
 }
 
 TEST_F(Receiving, SaysThatItsRecordCouldNotBeClosed)
