@@ -1,6 +1,7 @@
 #include "installation/manager/recordingend.h"
 
 #include "installation/manager/recordinglink.h"
+#include "installation/manager/recordview.h"
 
 namespace installation
 {
@@ -36,13 +37,23 @@ void RecordingEnd::undo(const Channel &held) const
     context.leave(channel);
 }
 
+/// Of a recording whose source was faster than the one who stopped it.
+void RecordingEnd::keepComment(const Channel &held, const QString &comment) const
+{
+    const TQ_KORVE::IF_Control_var recorder = context.recorder(held.run.deviceId, failure::notConnected);
+    recorder->addHistory(held.run.recordId.toUtf8().constData(), deviceTextOf(comment));
+}
+
 std::optional<ChannelFailure> RecordingEnd::endSession(const Channel &held, const QString &comment) const
 {
     if (held.run.session.isEmpty())
         return {};
     try {
-        orderRecorder(ChannelCommand::StopRecording,
-                      [&] { RecordingLink(held.run, context.timing.callLimit).end(comment); });
+        orderRecorder(ChannelCommand::StopRecording, [&] {
+            const bool isEnded = RecordingLink(held.run, context.timing.callLimit).end(comment);
+            if (!isEnded && !comment.isEmpty())
+                keepComment(held, comment);
+        });
         return {};
     } catch (const ChannelFailure &failure) {
         return failure;

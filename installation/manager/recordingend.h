@@ -21,6 +21,7 @@ public:
     void undo(const Channel &held) const;
 
 private:
+    void keepComment(const Channel &held, const QString &comment) const;
     std::optional<ChannelFailure> endSession(const Channel &held, const QString &comment) const;
 
     const RunContext &context;

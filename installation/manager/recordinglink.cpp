@@ -65,11 +65,13 @@ quint32 RecordingLink::listen(quint32 sampleRate, bool datagrams, quint16 port)
     return session->setupNetworkServerEx(sampleRate, datagrams ? byDatagrams : byStream, port);
 }
 
-void RecordingLink::end(const QString &comment)
+bool RecordingLink::end(const QString &comment)
 {
     try {
         session->endRecordingSession(deviceTextOf(comment));
-    } catch (const CORBA::OBJECT_NOT_EXIST &) { // the recorder has ended it first
+        return true;
+    } catch (const CORBA::OBJECT_NOT_EXIST &) {
+        return false;
     }
 }
 

@@ -28,8 +28,8 @@ public:
     quint32 connectTo(const TQ_KRV::struNetIf &source, quint32 sampleRate);
     /// Listens for a source, on @p port or any; the port.
     quint32 listen(quint32 sampleRate, bool datagrams, quint16 port);
-    /// A session that the recorder has ended first is nothing to complain about.
-    void end(const QString &comment);
+    /// False when the recorder has ended the session first, and has not kept the comment.
+    bool end(const QString &comment);
 
 private:
     RecordingLink(CORBA::Object_ptr object, std::chrono::milliseconds limit);

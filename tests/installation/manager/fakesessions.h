@@ -22,6 +22,7 @@ struct FakeRecord {
     std::string name;
     quint64 size = 1000000;
     std::string comment;
+    std::string history;
     CORBA::ULong connectionId = 9; ///< of a recording; 0: none comes about
 
     TQ_KORVE::eRECORD_STATUS statusNow()

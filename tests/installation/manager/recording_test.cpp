@@ -148,6 +148,15 @@ TEST_F(Recording, GoesOnWhenTheRecorderCannotBeToldToStop)
     EXPECT_NO_THROW(object(id)->stopRecording(L""));
 }
 
+TEST_F(Recording, KeepsTheCommentWhenItsSourceHasEndedItFirst)
+{
+    const QString id = add(receiverChannel());
+    object(id)->startRecording(0, L"", 0);
+    recorder->trouble->plant("endRecordingSession", [] { throw CORBA::OBJECT_NOT_EXIST(0, CORBA::COMPLETED_NO); });
+    EXPECT_NO_THROW(object(id)->stopRecording(L"enough"));
+    EXPECT_EQ(recorder->record(newRecord)->history, "enough");
+}
+
 TEST_F(Recording, NeedsAChannelThatIsEnabled)
 {
     ChannelSettings settings = receiverChannel();

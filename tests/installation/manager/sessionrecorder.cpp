@@ -77,6 +77,13 @@ public:
         for (CORBA::ULong position = 0; position < text.length(); ++position)
             found->name += static_cast<char>(text[position]);
     }
+    void addHistory(Text recordId, const TQ_KORVE::wideText &text) override
+    {
+        const auto found = known(recordId);
+        const std::scoped_lock lock(found->mutex);
+        for (CORBA::ULong position = 0; position < text.length(); ++position)
+            found->history += static_cast<char>(text[position]);
+    }
     void setRecordIdle(Text recordId) override
     {
         trouble->meet("setRecordIdle");
