@@ -135,10 +135,17 @@ void ReplayRun::begin(const Channel &held, const ReplayOrder &order, TQ_KORVE::I
 Channel ReplayRun::connectXg(const Channel &held) const
 {
     bool isStarted = false;
-    context.channelManager(held).ask([&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) {
-        isStarted = manager->startXgReplay(held.run.recordId.toUtf8().constData(), held.run.begin, held.run.end,
-                                           held.run.count);
-    });
+    const ChannelManager peer = context.channelManager(held);
+    try {
+        peer.ask([&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) {
+            isStarted = manager->startXgReplay(held.run.recordId.toUtf8().constData(), held.run.begin, held.run.end,
+                                               held.run.count);
+        });
+    } catch (const ChannelFailure &failure) {
+        if (failure.number() == failure::channelManagerGone) // it may have started nevertheless
+            peer.tell([](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->stopXgReplay(); });
+        throw;
+    }
     if (!isStarted)
         throw ChannelFailure(failure::noDataFlow, QStringLiteral("the channel manager did not start the replay"));
     return held;

@@ -119,6 +119,16 @@ TEST_F(Replay, LeavesTheXgInterfaceToTheChannelManager)
     EXPECT_THAT(peer->trouble.calls(), testing::ElementsAre("startXgReplay", "stopXgReplay"));
 }
 
+TEST_F(Replay, OnTheXgInterfaceIsStoppedWhenNobodyKnowsWhetherItStarted)
+{
+    ChannelSettings settings = managerChannel();
+    settings.interfaceType = TQ_KRV::TQXG_IF;
+    add(settings);
+    peer->trouble.plant("startXgReplay", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE); });
+    EXPECT_EQ(startReplay(), 770u);
+    EXPECT_THAT(peer->trouble.calls(), testing::ElementsAre("startXgReplay", "stopXgReplay"));
+}
+
 TEST_F(Replay, StopsWithAChannelManagerThatHasGone)
 {
     const QString id = add(managerChannel());
