@@ -26,15 +26,17 @@ void RecordingEnd::finish(const Channel &held, const QString &comment, bool forc
         throw *failed;
 }
 
-void RecordingEnd::undo(const Channel &held) const
+bool RecordingEnd::undo(const Channel &held) const
 {
     const Channel channel = context.running(held.id, held.run.number).value_or(held);
+    bool mayRecord = false;
     if (!channel.run.session.isEmpty()) {
-        endSession(channel, {});
+        mayRecord = endSession(channel, {}).has_value();
         context.channelManager(channel).tell(
             [&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->disconnect(channel.id.toUtf8().constData()); });
     }
     context.leave(channel);
+    return !mayRecord;
 }
 
 /// Of a recording whose source was faster than the one who stopped it.

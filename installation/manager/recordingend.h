@@ -17,8 +17,8 @@ public:
     /// unless @p forced.
     /// @throws ChannelFailure
     void finish(const Channel &held, const QString &comment, bool forced) const;
-    /// Takes back what has been begun of a run; whatever fails is left to the recorder.
-    void undo(const Channel &held) const;
+    /// Takes back what has been begun of a run; whatever fails is left to the recorder. False when it may still record.
+    bool undo(const Channel &held) const;
 
 private:
     void keepComment(const Channel &held, const QString &comment) const;

@@ -48,9 +48,10 @@ void RecordingRun::start(const QString &channelId, const RecordingOrder &order)
                 watch.lookAfter(*entered);
             else
                 end.undo(recording); // stopped by force meanwhile
-        } catch (const ChannelFailure &) {
-            end.undo(held);
-            throw;
+        } catch (const ChannelFailure &failure) {
+            if (end.undo(held))
+                throw;
+            throw ChannelFailure(failure.number(), failure.text(), ChannelFailure::Outcome::Unknown);
         }
     } catch (const ChannelFailure &failure) {
         context.noteFailure(channelId, failure);

@@ -148,6 +148,15 @@ TEST_F(Recording, GoesOnWhenTheRecorderCannotBeToldToStop)
     EXPECT_NO_THROW(object(id)->stopRecording(L""));
 }
 
+TEST_F(Recording, MayHaveStartedWhenItCannotBeTakenBack)
+{
+    const QString id = add(receiverChannel());
+    recorder->trouble->plant("connectToIf", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE); });
+    recorder->trouble->plant("endRecordingSession", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_NO); });
+    EXPECT_THROW(object(id)->startRecording(0, L"", 0), CORBA::COMM_FAILURE);
+    EXPECT_TRUE(channel(id).run.isIdle());
+}
+
 TEST_F(Recording, KeepsTheCommentWhenItsSourceHasEndedItFirst)
 {
     const QString id = add(receiverChannel());
