@@ -1,5 +1,6 @@
 #pragma once
 
+#include "installation/recorder/storeanswer.h"
 #include "installation/recorder/storerequest.h"
 
 #include <QString>
@@ -36,12 +37,14 @@ public:
     template <typename Work> auto ask(Work work) -> std::invoke_result_t<Work &, RecordStore &>
     {
         using Result = std::invoke_result_t<Work &, RecordStore &>;
-        const auto task = std::make_shared<std::packaged_task<Result(RecordStore &)>>(std::move(work));
-        std::future<Result> result = task->get_future();
+        using Answer = StoreAnswer<Result>;
+        const auto task = std::make_shared<std::packaged_task<Answer(RecordStore &)>>(
+            [work = std::move(work)](RecordStore &store) mutable { return Answer::of(work, store); });
+        std::future<Answer> answer = task->get_future();
         const auto request = post([task](RecordStore &store) { (*task)(store); });
-        if (result.wait_for(limit) != std::future_status::ready)
+        if (answer.wait_for(limit) != std::future_status::ready)
             giveUp(*request);
-        return result.get();
+        return answer.get().take();
     }
 
 private:
