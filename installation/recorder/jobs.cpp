@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <csignal>
+#include <system_error>
 
 namespace installation::recorder
 {
@@ -55,12 +56,17 @@ void Jobs::start(Place place, Work work)
     const std::scoped_lock lock(mutex);
     joinFinished();
     Job &job = jobs.emplace_back();
-    job.thread = std::thread([this, &job, held = std::move(place), work = std::move(work)]() mutable {
-        blockBrokenPipes();
-        run(job, work);
-        work = nullptr;
-        const Place last = std::move(held); // given back before the work counts as done
-    });
+    try {
+        job.thread = std::thread([this, &job, held = std::move(place), work = std::move(work)]() mutable {
+            blockBrokenPipes();
+            run(job, work);
+            work = nullptr;
+            const Place last = std::move(held); // given back before the work counts as done
+        });
+    } catch (const std::system_error &error) {
+        jobs.pop_back();
+        throw RecorderError(TQ_KORVE::ekPTHREAD_FAILURE, QString::fromUtf8(error.what()));
+    }
 }
 
 void Jobs::run(Job &job, const Work &work)

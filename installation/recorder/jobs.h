@@ -44,6 +44,7 @@ public:
     /// `ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE` after stop().
     Place takePlace();
     /// Does @p work on a thread; what it throws is traced. Work that comes after stop() is asked to end at once.
+    /// @throws RecorderError (`ekPTHREAD_FAILURE`) when there is no thread to be had.
     void start(Place place, Work work);
     /// Asks all work to end and waits until it has. There is no way back.
     void stop();
