@@ -59,7 +59,7 @@ struct RecordCopier::Copy {
     QVector<FilePart> parts;
     Record record;
     Ended ended;
-    std::promise<void> outcome;
+    std::promise<std::optional<RecorderError>> outcome; ///< a value: what is thrown belongs to one thread alone
 };
 
 RecordCopier::RecordCopier(std::shared_ptr<StoreThread> store, const DeviceClock &clock, Claim claim, Timing timing)
@@ -99,10 +99,11 @@ QString RecordCopier::copy(const QString &sourceId, const QVector<FilePart> &par
     const std::shared_ptr<Copy> copy = prepare(sourceId, parts, name);
     copy->ended = ended;
     const QString copyId = copy->reserved.id();
-    std::future<void> outcome = copy->outcome.get_future();
+    std::future<std::optional<RecorderError>> outcome = copy->outcome.get_future();
     jobs.start(std::move(place), [this, copy](const std::stop_token &cancellation) { perform(*copy, cancellation); });
     if (outcome.wait_for(timing.patience) == std::future_status::ready)
-        outcome.get();
+        if (const std::optional<RecorderError> failure = outcome.get())
+            throw RecorderError(*failure);
     return copyId;
 }
 
@@ -121,11 +122,11 @@ void RecordCopier::perform(Copy &copy, const std::stop_token &cancellation) cons
         to.sync();
         copy.reserved.adopt(copy.record);
         tell(QString());
-        copy.outcome.set_value();
+        copy.outcome.set_value(std::nullopt);
     } catch (const RecorderError &error) {
         copy.reserved.giveBack();
         tell(error.text());
-        copy.outcome.set_exception(std::make_exception_ptr(error));
+        copy.outcome.set_value(error);
     }
 }
 
