@@ -174,10 +174,8 @@ bool ReplaySender::step(Pause &pause)
     pause.link = playing ? link : nullptr;
     if (!pause.link)
         return true;
-    if (!link->hasPeer() && !link->tryAccept()) {
-        pause.events = POLLIN;
+    if (!hasPeer(pause))
         return true;
-    }
     if (place.left() == 0 && !place.beginNextPass()) {
         lock.unlock();
         return finish();
@@ -185,6 +183,22 @@ bool ReplaySender::step(Pause &pause)
     if (const quint64 bytes = dueBytes(pause))
         deliver(lock, bytes, pause);
     return true;
+}
+
+/// False while nobody has come.
+bool ReplaySender::hasPeer(Pause &pause)
+{
+    if (link->hasPeer())
+        return true;
+    try {
+        if (link->tryAccept())
+            return true;
+        pause.events = POLLIN;
+    } catch (const LinkError &error) {
+        pause.link.reset();
+        fail(error);
+    }
+    return false;
 }
 
 bool ReplaySender::finish()

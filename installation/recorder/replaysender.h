@@ -65,6 +65,7 @@ private:
 
     void run();
     bool step(Pause &pause);
+    bool hasPeer(Pause &pause);
     bool finish();
     quint64 dueBytes(Pause &pause);
     void deliver(std::unique_lock<std::mutex> &lock, quint64 bytes, Pause &pause);

@@ -141,8 +141,11 @@ bool SampleLink::tryAccept()
         return peerIsThere;
     }
     const int accepted = ::accept4(descriptor, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
-    if (accepted < 0)
-        return false;
+    if (accepted < 0) {
+        if (isWait(errno) || errno == ECONNABORTED)
+            return false;
+        fail(errno, QStringLiteral("cannot take a connection")); // it would be there again at once, and for ever
+    }
     ::close(std::exchange(descriptor, accepted)); // one peer is all there is
     peerIsThere = true;
     return true;

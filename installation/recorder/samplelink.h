@@ -43,6 +43,7 @@ public:
     bool hasPeer() const { return peerIsThere; }
 
     /// Takes the peer if one has come by now.
+    /// @throws LinkError with `ekIfError` when there is one that cannot be taken.
     bool tryAccept();
     /// How many of these bytes are on their way; 0 when there is no room at present. By UDP all are one datagram.
     qint64 trySend(const char *bytes, qint64 size);
