@@ -1,3 +1,4 @@
+#include "tests/installation/manager/bookmarksat.h"
 #include "tests/installation/manager/fakerecorder.h"
 #include "tests/installation/manager/filesink.h"
 #include "tests/installation/manager/managerfixture.h"
@@ -17,17 +18,6 @@ constexpr CORBA::ULong unreachable = 10009;
 constexpr CORBA::ULong unknownRecord = 10012;
 constexpr CORBA::ULong inconsistentCopy = 10027;
 constexpr CORBA::ULong notSupported = 10019;
-
-TQ_KRV::seqBookmarks bookmarksAt(std::initializer_list<CORBA::ULongLong> timestamps)
-{
-    TQ_KRV::seqBookmarks bookmarks;
-    for (const CORBA::ULongLong timestamp : timestamps) {
-        bookmarks.length(bookmarks.length() + 1);
-        bookmarks[bookmarks.length() - 1].timestamp = timestamp;
-        bookmarks[bookmarks.length() - 1].bookmark = L"mark";
-    }
-    return bookmarks;
-}
 
 /// A recorder that knows only the device's own contract.
 class BookmarkRecorder : public FakeRecorder

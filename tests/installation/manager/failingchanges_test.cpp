@@ -1,3 +1,4 @@
+#include "tests/installation/manager/bookmarksat.h"
 #include "tests/installation/manager/fakerecorder.h"
 #include "tests/installation/manager/managerfixture.h"
 #include "tests/installation/manager/servedobject.h"
@@ -8,17 +9,6 @@ namespace
 {
 
 constexpr CORBA::ULong unreachable = 10009;
-
-TQ_KRV::seqBookmarks bookmarksAt(std::initializer_list<CORBA::ULongLong> timestamps)
-{
-    TQ_KRV::seqBookmarks bookmarks;
-    for (const CORBA::ULongLong timestamp : timestamps) {
-        bookmarks.length(bookmarks.length() + 1);
-        bookmarks[bookmarks.length() - 1].timestamp = timestamp;
-        bookmarks[bookmarks.length() - 1].bookmark = L"mark";
-    }
-    return bookmarks;
-}
 
 /// A recorder that fails, perhaps after it has done what it was asked.
 class FailingRecorder : public FakeRecorder
