@@ -25,8 +25,6 @@ class ControlServant : public UnservedControl
 public:
     /// In units of 16 bits.
     static constexpr CORBA::ULong longestText = 65535;
-    /// Bookmarks of one record, and entries of its history.
-    static constexpr int maximumNotes = 100000;
 
     ControlServant(std::shared_ptr<StoreThread> store, std::shared_ptr<DeviceOperations> operations,
                    std::shared_ptr<Sessions> sessions, std::string firmwareVersion);

@@ -10,6 +10,9 @@
 namespace installation::recorder
 {
 
+/// Bookmarks of one record, and entries of its history.
+constexpr int maximumNotes = 100000;
+
 // Bookmarks and history entries: at most one per time stamp.  Errors: throws RecorderError, the list stays as it was.
 
 /// Puts @p note in its place. A note of that time is there already: `ekBOOKMARK_ALREADY_EXISTS`.

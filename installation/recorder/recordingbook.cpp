@@ -17,8 +17,6 @@ namespace
 
 using KORVE_XML::KORVE_RecordData;
 
-constexpr int maximumNotes = 100000;
-
 /// When the sample at @p position came, counted from the first one.
 quint64 timeAt(const RecordingProgress &progress, quint64 position, quint64 sampleBytes)
 {
