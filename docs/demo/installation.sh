@@ -23,7 +23,7 @@ record_of() {
 }
 
 # client_has COUNT PATTERN: whether the client has printed so many such lines.
-client_has() { (($(grep -cE "$2" "$folder/client.output") >= $1)); }
+client_has() { (($(grep -cE "$2" "$folder/client.output" || true) >= $1)); }
 
 # Shows what the client has printed since it was last shown.
 show_client() {

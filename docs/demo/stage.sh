@@ -1,10 +1,9 @@
 # What all parts of the demonstration use: its processes, its words, and ways to wait; sourced by demonstrate.sh.
 # shellcheck shell=bash
-# shellcheck disable=SC2154 # demonstrate.sh sets build and here
+# shellcheck disable=SC2154 # demonstrate.sh sets build, here and folder
 
 readonly patienceMs=30000     # for everything that has no limit of its own
 readonly stopPatienceMs=10000 # then it is killed
-folder=''
 declare -A process=() # by name: a role, or the device of a recorder
 faults=()             # the option that names a fault script, for services that are started from now on
 part=0
@@ -49,18 +48,12 @@ stop() {
     wait $id 2>/dev/null || true
 }
 
-# Clients first: they would tell of the loss of the others. Who interrupts twice is not to interrupt this.
+# The services; whoever talks to another ends before it.
 stop_everything() {
-    trap '' HUP INT TERM
-    local name id
-    for name in korvectl client receiver manager west east cco lease; do
-        [[ -z ${process[$name]:-} ]] || stop "$name"
+    local name
+    for name in manager west east cco; do
+        stop "$name"
     done
-    for id in $(jobs -p); do # one that was interrupted before it had its name
-        process[nameless]=$id
-        stop nameless KILL
-    done
-    [[ -z $folder ]] || rm -rf "$folder"
 }
 
 # wait_until NAME SENTENCE COMMAND...: until the command succeeds; with the sentence it dies when it does not for long,

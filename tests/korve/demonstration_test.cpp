@@ -30,7 +30,10 @@ protected:
 
     void start(const QString &buildFolder)
     {
-        process.start(QStringLiteral(DEMONSTRATION), {buildFolder});
+        const QDir demonstration(QStringLiteral(DEMONSTRATION));
+        process.start(QStringLiteral("python3"),
+                      {QStringLiteral("-B"), demonstration.filePath(QStringLiteral("alone.py")),
+                       demonstration.filePath(QStringLiteral("demonstrate.sh")), buildFolder});
         ASSERT_TRUE(process.waitForStarted(patienceMs));
     }
     void awaitOutput(const QByteArray &text)
