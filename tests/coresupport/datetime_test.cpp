@@ -1,31 +1,19 @@
 #include "coresupport/datetime.h"
 
+#include "tests/support/processtimezone.h"
+
 #include <gtest/gtest.h>
 
-#include <QByteArray>
-
-#include <ctime>
 #include <limits>
 
 namespace
 {
 constexpr quint64 sampleUs = 1'700'000'000'123'456; // 2023-11-14 22:13:20.123456 UTC
 
-/// Puts the process two hours east of Greenwich, without summer time, for the life of a test.
+/// Without summer time.
 class TwoHoursEast : public testing::Test
 {
-protected:
-    TwoHoursEast() { setZone("TST-02:00"); }
-    ~TwoHoursEast() override { setZone(before); }
-    static void setZone(const QByteArray &zone)
-    {
-        if (zone.isNull())
-            qunsetenv("TZ");
-        else
-            qputenv("TZ", zone);
-        tzset();
-    }
-    const QByteArray before = qgetenv("TZ");
+    const ProcessTimeZone zone{"TST-02:00"};
 };
 
 TEST_F(TwoHoursEast, TimeStampIsPrintedInUtcUnlessToldOtherwise)

@@ -1,10 +1,9 @@
 #include "korvebase/timestrings.h"
 
+#include "tests/support/processtimezone.h"
+
 #include <gtest/gtest.h>
 
-#include <QByteArray>
-
-#include <ctime>
 #include <limits>
 
 namespace
@@ -24,21 +23,9 @@ void PrintTo(const Zone &zone, std::ostream *out)
     *out << zone.rule;
 }
 
-/// Puts the process into a time zone for the life of a test.
 class TimeText : public testing::TestWithParam<Zone>
 {
-protected:
-    TimeText() { setZone(GetParam().rule); }
-    ~TimeText() override { setZone(before); }
-    static void setZone(const QByteArray &zone)
-    {
-        if (zone.isNull())
-            qunsetenv("TZ");
-        else
-            qputenv("TZ", zone);
-        tzset();
-    }
-    const QByteArray before = qgetenv("TZ");
+    const ProcessTimeZone zone{GetParam().rule};
 };
 
 INSTANTIATE_TEST_SUITE_P(Zones, TimeText,
