@@ -15,19 +15,10 @@ bool covers(const std::string &wanted, const std::string &name)
     return wanted.empty() || wanted == name || (wanted.ends_with('/') && name.starts_with(wanted));
 }
 
-CCO::Callback_ptr limited(CCO::Callback_ptr callback, std::chrono::milliseconds limit)
-{
-    const CORBA::Object_var own = withCallLimit(callback, limit);
-    const CCO::Callback_ptr narrowed = CCO::Callback::_unchecked_narrow(own);
-    // Narrowing has made one more reference, which does not inherit the limit.
-    omniORB::setClientCallTimeout(narrowed, static_cast<CORBA::ULong>(limit.count()));
-    return narrowed;
-}
-
 } // namespace
 
 CallbackQueue::CallbackQueue(CCO::Callback_ptr callback, Interests interests, std::chrono::milliseconds callLimit)
-    : receiver(limited(callback, callLimit)), interests(std::move(interests))
+    : receiver(withCallLimit<CCO::Callback>(callback, callLimit)), interests(std::move(interests))
 {
 }
 

@@ -54,7 +54,7 @@ bool objectAnswers(CORBA::Object_ptr object, std::chrono::milliseconds limit)
     // The ORB keeps its connections to a process that has been killed. The first call on each of them fails, also when
     // another process serves the same object by now; one that nobody serves is TRANSIENT on a new connection.
     constexpr int mostDeadConnections = 8;
-    const CORBA::Object_var limited = withCallLimit(object, limit);
+    const CORBA::Object_var limited = withCallLimit<CORBA::Object>(object, limit);
     for (int dead = 0; dead < mostDeadConnections; ++dead) {
         try {
             return exists(limited);

@@ -1,7 +1,7 @@
 #include "installation/manager/bookmarklist.h"
 
 #include "installation/contracts/bookmarks.hh"
-#include "installation/manager/limitedreference.h"
+#include "installation/cco/orbaccess.h"
 #include "installation/manager/recorddescription.h"
 
 #include <optional>
@@ -29,7 +29,7 @@ TQ_KORVE::seqBookmarks toDeviceBookmarks(const TQ_KRV::seqBookmarks &bookmarks)
 template <typename Change>
 bool isDoneAtOnce(TQ_KORVE::IF_Control_ptr recorder, std::chrono::milliseconds limit, Change change)
 {
-    const KORVE_INSTALLATION::IF_BookmarkControl_var own = limitedReference<IF_BookmarkControl>(recorder, limit);
+    const KORVE_INSTALLATION::IF_BookmarkControl_var own = withCallLimit<IF_BookmarkControl>(recorder, limit);
     try {
         change(own.in());
         return true;

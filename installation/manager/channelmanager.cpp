@@ -1,7 +1,7 @@
 #include "installation/manager/channelmanager.h"
 
 #include "installation/manager/channelfailure.h"
-#include "installation/manager/limitedreference.h"
+#include "installation/cco/orbaccess.h"
 
 #include "coresupport/trace.h"
 
@@ -17,7 +17,7 @@ ChannelManager::ChannelManager(const ChannelSettings &settings, std::chrono::mil
 {
     const CORBA::Object_var object = referenceFrom(settings.channelManager);
     if (!CORBA::is_nil(object))
-        reference = limitedReference<TQ_KRV::IF_KRV_c_ChanMan>(object, limit);
+        reference = withCallLimit<TQ_KRV::IF_KRV_c_ChanMan>(object, limit);
 }
 
 void ChannelManager::ask(const Calls &calls) const

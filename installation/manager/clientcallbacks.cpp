@@ -1,6 +1,6 @@
 #include "installation/manager/clientcallbacks.h"
 
-#include "installation/manager/limitedreference.h"
+#include "installation/cco/orbaccess.h"
 #include "installation/manager/storagestatus.h"
 
 #include "coresupport/trace.h"
@@ -18,7 +18,7 @@ constexpr const char *sourceName = "installation/manager/clientcallbacks";
 
 template <typename Interface> CallbackClients::Narrow narrowTo(std::chrono::milliseconds limit)
 {
-    return [limit](CORBA::Object_ptr object) { return limitedReference<Interface>(object, limit); };
+    return [limit](CORBA::Object_ptr object) { return withCallLimit<Interface>(object, limit); };
 }
 
 /// Without result for a device that tells what no XML can carry.

@@ -1,6 +1,6 @@
 #include "installation/manager/devicewatch.h"
 
-#include "installation/manager/limitedreference.h"
+#include "installation/cco/orbaccess.h"
 
 #include "coresupport/trace.h"
 #include "orbconnection/publishedendpoint.h"
@@ -97,8 +97,8 @@ bool DeviceWatch::take(const QString &id, CORBA::Object_ptr recorder)
         return false;
     watched.reference = reference;
     watched.isNew = true;
-    watched.device.control = limitedReference<TQ_KORVE::IF_Control>(recorder, timing.callLimit);
-    watched.forStatus = limitedReference<TQ_KORVE::IF_Control>(recorder, timing.statusLimit);
+    watched.device.control = withCallLimit<TQ_KORVE::IF_Control>(recorder, timing.callLimit);
+    watched.forStatus = withCallLimit<TQ_KORVE::IF_Control>(recorder, timing.statusLimit);
     const QString address = CorbaCommon::publishedEndpoint(recorder).host;
     const bool isNews = watched.device.id != id || watched.device.address != address;
     watched.device.id = id;

@@ -1,6 +1,6 @@
 #include "installation/manager/exportorder.h"
 
-#include "installation/manager/limitedreference.h"
+#include "installation/cco/orbaccess.h"
 
 #include <QRegularExpression>
 #include <QStringList>
@@ -23,7 +23,7 @@ QString textOf(char *owned)
 ExportOrder orderOf(TQ_KRV::IF_ExportCallback_ptr exporter, std::chrono::milliseconds limit)
 {
     ExportOrder order;
-    order.exporter = limitedReference<TQ_KRV::IF_ExportCallback>(exporter, limit);
+    order.exporter = withCallLimit<TQ_KRV::IF_ExportCallback>(exporter, limit);
     order.id = textOf(order.exporter->exportID());
     order.device = textOf(order.exporter->deviceID());
     order.record = textOf(order.exporter->recordID());

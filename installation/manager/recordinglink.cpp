@@ -2,7 +2,7 @@
 
 #include "installation/manager/channelmanager.h"
 #include "installation/manager/devicerate.h"
-#include "installation/manager/limitedreference.h"
+#include "installation/cco/orbaccess.h"
 #include "installation/manager/recordview.h"
 #include "installation/manager/replaylink.h"
 
@@ -39,8 +39,8 @@ RecordingLink::RecordingLink(CORBA::Object_ptr object, std::chrono::milliseconds
 {
     if (CORBA::is_nil(object))
         throw CORBA::OBJECT_NOT_EXIST(0, CORBA::COMPLETED_NO);
-    session = limitedReference<TQ_KORVE::IF_RecordingSession>(object, limit);
-    receiver = limitedReference<LLDCmodule::LLDC_Interface_Receiver>(object, limit);
+    session = withCallLimit<TQ_KORVE::IF_RecordingSession>(object, limit);
+    receiver = withCallLimit<LLDCmodule::LLDC_Interface_Receiver>(object, limit);
 }
 
 QString RecordingLink::recordId() const

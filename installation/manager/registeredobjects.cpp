@@ -1,6 +1,6 @@
 #include "installation/manager/registeredobjects.h"
 
-#include "installation/manager/limitedreference.h"
+#include "installation/cco/orbaccess.h"
 
 #include "coresupport/trace.h"
 
@@ -17,7 +17,7 @@ constexpr const char *sourceName = "installation/manager/registeredobjects";
 RegisteredObjects::RegisteredObjects(CCO::IF_CCO_c_ptr service, const std::string &folder,
                                      std::chrono::milliseconds limit)
     : folder("CCO/LocalSystem/LocalSubSystem/CentralServices/" + folder),
-      service(limitedReference<CCO::IF_CCO_c>(service, limit))
+      service(withCallLimit<CCO::IF_CCO_c>(service, limit))
 {
 }
 

@@ -1,7 +1,7 @@
 #include "installation/manager/replaylink.h"
 
 #include "installation/manager/channelmanager.h"
-#include "installation/manager/limitedreference.h"
+#include "installation/cco/orbaccess.h"
 #include "installation/manager/receiveraddress.h"
 
 #include <algorithm>
@@ -32,8 +32,8 @@ ReplayLink::ReplayLink(CORBA::Object_ptr object, quint32 connection, std::chrono
 {
     if (CORBA::is_nil(object))
         throw CORBA::OBJECT_NOT_EXIST(0, CORBA::COMPLETED_NO);
-    session = limitedReference<TQ_KORVE::IF_ReplaySession>(object, limit);
-    transmitter = limitedReference<LLDCmodule::LLDC_Interface_Transmitter>(object, limit);
+    session = withCallLimit<TQ_KORVE::IF_ReplaySession>(object, limit);
+    transmitter = withCallLimit<LLDCmodule::LLDC_Interface_Transmitter>(object, limit);
 }
 
 void ReplayLink::setSection(const ChannelRun &run)

@@ -6,24 +6,11 @@
 namespace installation::recorder
 {
 
-namespace
-{
-
-TQ_KORVE_IT::IF_Korve_IT_ptr limited(TQ_KORVE_IT::IF_Korve_IT_ptr receiver, std::chrono::milliseconds limit)
-{
-    const CORBA::Object_var own = withCallLimit(receiver, limit);
-    const TQ_KORVE_IT::IF_Korve_IT_ptr narrowed = TQ_KORVE_IT::IF_Korve_IT::_unchecked_narrow(own);
-    // Narrowing has made one more reference, which does not inherit the limit.
-    omniORB::setClientCallTimeout(narrowed, static_cast<CORBA::ULong>(limit.count()));
-    return narrowed;
-}
-
-} // namespace
-
 NotificationQueue::NotificationQueue(TQ_KORVE_IT::IF_Korve_IT_ptr receiver, std::chrono::milliseconds callLimit)
-    : receiver(limited(receiver, callLimit))
+    : receiver(withCallLimit<TQ_KORVE_IT::IF_Korve_IT>(receiver, callLimit))
 {
-    // A receiver may have the address of a process that was killed; over a connection to that one, what is told is lost.
+    // A receiver may have the address of a process that was killed; over a connection to that one, what is told is
+    // lost.
     queue.add({"a new receiver", [this, callLimit] { objectAnswers(this->receiver, callLimit); }});
 }
 
