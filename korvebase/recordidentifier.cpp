@@ -1,6 +1,28 @@
 #include "korvebase/recordidentifier.h"
 
 #include <QDataStream>
+#include <QIODevice>
+#include <QtEndian>
+
+namespace
+{
+
+/// Looks at the length before the stream does, which would make room for up to 2 MiB and only then miss the bytes.
+bool readText(QDataStream &stream, QString &text)
+{
+    constexpr quint32 nullText = 0xFFFFFFFF;
+    QIODevice &block = *stream.device();
+    char head[sizeof nullText];
+    if (block.peek(head, sizeof head) != sizeof head)
+        return false;
+    const auto length = qFromBigEndian<quint32>(head);
+    if (length != nullText && length > block.bytesAvailable() - qint64(sizeof head))
+        return false;
+    stream >> text;
+    return stream.status() == QDataStream::Ok;
+}
+
+} // namespace
 
 namespace korve
 {
@@ -35,8 +57,7 @@ bool CharStreamForm<korve::RecordIdentifier>::read(CharStreamReader &in, korve::
     QString subSystem;
     QString deviceID;
     QString recordID;
-    stream >> subSystem >> deviceID >> recordID;
-    if (stream.status() != QDataStream::Ok)
+    if (!readText(stream, subSystem) || !readText(stream, deviceID) || !readText(stream, recordID))
         return false;
     value = korve::RecordIdentifier(subSystem, deviceID, recordID);
     return true;
