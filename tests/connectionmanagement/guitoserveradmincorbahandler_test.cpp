@@ -314,4 +314,21 @@ TEST_F(AdminHandler, SendsAnEmptyListForCopiesWithoutParts)
     EXPECT_EQ(commands.CopyRecord(d1, r1, copied, TQ_KRV::seqFILE_PART_var(), "none"), 0u);
     EXPECT_THAT(admin->calls, ElementsAre("copyRecord D1 R1  none"));
 }
+
+TEST_F(AdminHandler, IsNotAvailableWithoutAnInterfaceFromTheManager)
+{
+    manager.trouble = [] { throw CORBA::NO_RESOURCES(); };
+    ASSERT_TRUE(handler->IsConnected());
+    EXPECT_FALSE(commands.Initialize());
+    EXPECT_EQ(commands.SetRecordComment(d1, r1, "x"), 101u);
+    EXPECT_FALSE(commands.restorePelinFilegroup(d1, r1, "G1"));
+    manager.trouble = [] {};
+    EXPECT_EQ(commands.SetRecordComment(d1, r1, "x"), 0u);
+}
+
+TEST_F(AdminHandler, SendsIdentifiersInLatin1AndTextsWhole)
+{
+    EXPECT_EQ(commands.SetRecordComment(QString::fromUtf8("Dä"), QString::fromUtf8("R€"), QString::fromUtf8("ä€")), 0u);
+    EXPECT_THAT(admin->calls, ElementsAre("setRecordComment D\xe4 R? <e4><20ac>"));
+}
 } // namespace

@@ -6,6 +6,8 @@
 #include "tests/connectionmanagement/handlerfixture.h"
 #include "tests/connectionmanagement/keyedservant.h"
 
+#include <thread>
+
 using namespace KorveGUI;
 using TQ_KRV::IF_KORVE_Admin;
 using TQ_KRV::IF_KRV_c_KRV;
@@ -195,5 +197,29 @@ TEST_F(ExportHandler, RefusesAnExporterThatIsNotThere)
     EXPECT_FALSE(commands.exportRecord(TQ_KRV::IF_ExportCallback::_nil()));
     EXPECT_EQ(take(traces).back(), "CORBA System Exception");
     EXPECT_THAT(manager.calls, IsEmpty());
+}
+
+TEST_F(ExportHandler, MayBeCalledFromTheExportersThread)
+{
+    admin->number = 1;
+    std::thread exporting([this] {
+        EXPECT_TRUE(commands.connected());
+        EXPECT_EQ(commands.deviceID("1.2.3.4"), QStringLiteral("D1.2.3.4"));
+        EXPECT_TRUE(exportIt());
+        EXPECT_TRUE(commands.cancelExport(exportId));
+        EXPECT_TRUE(commands.deleteRecord(d1, r1));
+        EXPECT_EQ(commands.recordDataFormat(d1, r1, error), QString());
+    });
+    exporting.join();
+    EXPECT_EQ(error, QStringLiteral("unexpected error ID 1"));
+    EXPECT_THAT(admin->calls, ElementsAre("deleteRecord D1 R1", "getRecord D1 R1"));
+}
+
+TEST_F(ExportHandler, SendsIdentifiersInLatin1)
+{
+    EXPECT_FALSE(commands.deleteRecord(QString::fromUtf8("Dä"), QString::fromUtf8("R€")));
+    EXPECT_THAT(admin->calls, ElementsAre("deleteRecord D\xe4 R?"));
+    EXPECT_TRUE(commands.cancelExport(QString::fromUtf8("ä@€")));
+    EXPECT_EQ(manager.calls.back(), "cancelExport \xe4@?");
 }
 } // namespace

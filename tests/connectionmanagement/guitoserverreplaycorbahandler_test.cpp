@@ -9,6 +9,7 @@ using namespace KorveGUI;
 using KORVE_XML::KORVE_RecordData;
 using KORVE_XML::NetIfParams;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using Commands = GuiToServerReplayCorbaHandler;
 
@@ -137,5 +138,23 @@ TEST_F(ReplayHandler, RemembersTheDeviceAlsoWhenItHasNoInterface)
     EXPECT_TRUE(commands.Initialize(d2));
     EXPECT_EQ(commands.StopReplay(d1, r1), 0u);
     EXPECT_THAT(otherReplay->calls, ElementsAre("StopReplay D1 R1"));
+}
+
+TEST_F(ReplayHandler, ConvertsNothingBeforeThereIsAnInterface)
+{
+    const auto noneOfTheManagers = static_cast<KORVE_RecordData::DataRate>(4);
+    CapturedTraces traces(32);
+    EXPECT_EQ(commands.StartReplay(d1, r1, noneOfTheManagers, 0, 8, 1), 101u);
+    EXPECT_THAT(take(traces), IsEmpty());
+    ASSERT_TRUE(commands.Initialize(d1));
+    EXPECT_EQ(commands.StartReplay(d1, r1, noneOfTheManagers, 0, 8, 1), 0u);
+    EXPECT_THAT(take(traces), ElementsAre(HasSubstr("invalid datarateclass 4")));
+}
+
+TEST_F(ReplayHandler, SendsIdentifiersInLatin1)
+{
+    ASSERT_TRUE(commands.Initialize(d1));
+    EXPECT_EQ(commands.PauseReplay(QString::fromUtf8("Dä"), QString::fromUtf8("R€")), 0u);
+    EXPECT_THAT(replay->calls, ElementsAre("PauseReplay D\xe4 R?"));
 }
 } // namespace

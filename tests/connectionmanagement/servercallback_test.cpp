@@ -1,11 +1,13 @@
 #include "connectionmanagement/servercallback.h"
 
 #include "connectionmanagement/ichannelstatechangedlistener.h"
+#include "tests/appruntime/capturedtraces.h"
 #include "tests/connectionmanagement/liveinstallation.h"
 
 #include <QCoreApplication>
 #include <QThread>
 
+#include <stdexcept>
 #include <thread>
 #include <type_traits>
 
@@ -174,6 +176,16 @@ TEST_F(RecordStates, ReachNobodyOnceTheServantIsGone)
     callback = nullptr;
     runPosted();
     EXPECT_THAT(diary, IsEmpty());
+}
+
+TEST_F(RecordStates, AreSaidToBeTheServantsWhenAListenerIsInTrouble)
+{
+    callback->AddChannelStateChangeListener(&listener);
+    listener.whenTold = [] { throw std::runtime_error("trouble"); };
+    notify(TQ_KRV::rsIDLE);
+    CapturedTraces traces(32);
+    EXPECT_NO_THROW(runPosted());
+    EXPECT_THAT(traces.texts(), ElementsAre("Exception in an event of connectionmanagement/servercallback: trouble"));
 }
 
 TEST(RecordStatesServant, IsOneOfTheManagersCallback)
