@@ -23,9 +23,11 @@ class KorveGuiToServerCorbaHandler;
 /// The administration of records: bookmarks, history, copies, comments, the deletable flag, device time, the overview
 /// spectrum, and the return of archived file groups.
 ///
-/// Times are microseconds since 1970, UTC; positions are bytes within the record's samples. Some operations stand here
-/// twice, for two kinds of callers: they differ in their trace names and in what a user exception answers.
-/// Thread: main. Every command blocks for one remote call, at most for the ORB's call limit.
+/// Times are microseconds since 1970, UTC; positions are bytes within the record's samples. Identifiers go out in
+/// Latin-1, other letters as "?"; texts go out whole. Some operations stand here twice, for two kinds of callers: they
+/// differ in their trace names and in what a user exception answers.
+/// Thread: main. Every command blocks for one remote call, at most for the ORB's call limit, and before that for those
+/// that fetch its interface when it has none.
 /// Errors: each command answers 0, the manager's number, or one of errornumber.h and of the exception decoders;
 /// TraceError words it. Arguments that are filled keep what they had when the number is not 0. Nothing is called twice.
 class KORVEBASE_EXPORT GuiToServerAdminCorbaHandler : public QObject

@@ -17,7 +17,8 @@ class KorveGuiToServerCorbaHandler;
 ///
 /// Thread: main, or the exporter's while nobody else uses or changes the connection. Every operation blocks for its
 /// remote calls, each at most for the ORB's call limit.
-/// Errors: traced; answered by false or an empty text.
+/// Errors: traced; answered by false or an empty text, also where the answer was lost and the manager may have acted.
+/// Identifiers go out in Latin-1, other letters as "?".
 class KORVEBASE_EXPORT GuiToServerExportCorbaHandler : public QObject
 {
     Q_OBJECT

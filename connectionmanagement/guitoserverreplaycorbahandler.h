@@ -18,7 +18,9 @@ class KorveGuiToServerCorbaHandler;
 ///
 /// The manager's replay interface is fetched when it is first needed, and again when the connection changes; one that
 /// belongs to another device of the same manager serves as well. Positions are bytes within the record's samples.
-/// Thread: main. Every command blocks for one remote call, at most for the ORB's call limit.
+/// Identifiers go out in Latin-1, other letters as "?".
+/// Thread: main. Every command blocks for one remote call, at most for the ORB's call limit, and before that for those
+/// that fetch its interface when it has none.
 /// Errors: each command answers 0, the manager's number, or one of errornumber.h and of the exception decoders;
 /// TraceError with the flows StartReplay and ControlReplay words it. Nothing is called twice.
 class KORVEBASE_EXPORT GuiToServerReplayCorbaHandler : public QObject
@@ -35,7 +37,8 @@ public:
     /// Fetches the interface for @p deviceId, which is remembered for later tries and for the traces.
     bool Initialize(const QString &deviceId);
 
-    /// Replays @p count times from @p start to @p stop; 0 means again and again.
+    /// Replays @p count times from @p start to @p stop; 0 means again and again. Of the count 32 bits go out. A @p rate
+    /// that the manager does not know is traced and goes out as the lowest.
     unsigned long StartReplay(const QString &deviceId, const QString &recordId, const DataRate &rate,
                               unsigned long long start, unsigned long long stop, unsigned long count);
     /// As above, to a receiver with an interface of that type.

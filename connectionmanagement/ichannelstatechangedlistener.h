@@ -7,7 +7,7 @@
 
 namespace KorveCommon
 {
-/// Hears of the states of all devices' records.
+/// Hears of the states of all devices' records, on the main thread. May remove itself meanwhile.
 class KORVEBASE_EXPORT IChannelStateChangedListener
 {
 public:

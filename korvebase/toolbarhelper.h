@@ -22,7 +22,8 @@ public:
     virtual ~ToolbarHelper();
     static ToolbarHelper &Instance();
 
-    /// "(100) " and the message, in the language that the application had when the first one was asked for.
+    /// "(100) " and the message, in the language that the application had when the first one was asked for. Where there
+    /// is none, it says so.
     QString ErrorId2Text(unsigned int id, errorIdContext context);
 
 private:
