@@ -31,7 +31,9 @@ void ReplayEnd::finishLink(const Channel &held, ChannelRun::State before, bool f
         tell(held, [&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->stoppingDataTransfer(id.constData()); });
     const auto notClosed = closeLink(held);
     if (notClosed && notClosed->number() == failure::notConnected && !forced) {
-        context.enter(held, before); // it may still be going on
+        // It may still be going on; the next look finds that out. Taken for running, one whose link is dropped would
+        // count as failed.
+        context.enter(held, notClosed->isOutcomeUnknown() ? ChannelRun::State::ReplayPaused : before);
         throw *notClosed;
     }
     const auto notLeft = tell(held, [&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->disconnect(id.constData()); });
@@ -59,10 +61,21 @@ std::optional<ChannelFailure> ReplayEnd::closeLink(const Channel &held) const
     if (held.run.session.isEmpty())
         return {};
     try {
-        orderRecorder(ChannelCommand::StopReplay, [&] { ReplayLink(held.run, context.timing.callLimit).close(); });
+        orderRecorder(ChannelCommand::StopReplay, [&] { close(held); });
         return {};
     } catch (const ChannelFailure &failure) {
         return failure;
+    }
+}
+
+void ReplayEnd::close(const Channel &held) const
+{
+    ReplayLink link(held.run, context.timing.callLimit);
+    try {
+        link.close();
+    } catch (const CORBA::SystemException &) { // the next try goes on from there
+        context.note(held, [&](Channel &channel) { channel.run.connection = link.connection(); });
+        throw;
     }
 }
 

@@ -24,6 +24,7 @@ private:
     void finishXg(const Channel &held) const;
     void finishLink(const Channel &held, ChannelRun::State before, bool forced) const;
     std::optional<ChannelFailure> closeLink(const Channel &held) const;
+    void close(const Channel &held) const;
     std::optional<ChannelFailure> tell(const Channel &held, const ChannelManager::Calls &calls) const;
 
     const RunContext &context;

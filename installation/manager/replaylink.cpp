@@ -78,10 +78,23 @@ quint64 ReplayLink::position() const
 void ReplayLink::close()
 {
     try {
-        if (id != 0)
+        const bool hadLink = id != 0;
+        if (hadLink)
             endConnection();
-        session->endReplaySession();
+        id = 0;
+        endSession(hadLink);
     } catch (const CORBA::OBJECT_NOT_EXIST &) { // the recorder has ended it first
+    }
+}
+
+void ReplayLink::endSession(bool isLinkDropped)
+{
+    try {
+        session->endReplaySession();
+    } catch (const CORBA::SystemException &error) {
+        if (CORBA::OBJECT_NOT_EXIST::_downcast(&error) || !isLinkDropped)
+            throw;
+        throw CORBA::COMM_FAILURE(0, CORBA::COMPLETED_MAYBE); // half of it has been done
     }
 }
 

@@ -29,7 +29,9 @@ public:
     void start();
     void pause();
     quint64 position() const;
-    /// Drops the link and ends the session. A link that is gone is nothing to complain about.
+    /// Drops the link and ends the session. What is gone already is nothing to complain about. One that fails between
+    /// the two may be tried again; it has no connection() any more, and raises what may be completed, since nothing is
+    /// sent from then on.
     void close();
 
     QString reference() const;
@@ -39,6 +41,7 @@ private:
     ReplayLink(CORBA::Object_ptr object, quint32 connection, std::chrono::milliseconds limit);
     void setSection(const ChannelRun &run);
     void endConnection();
+    void endSession(bool isLinkDropped);
 
     TQ_KORVE::IF_ReplaySession_var session;
     LLDCmodule::LLDC_Interface_Transmitter_var transmitter; // the same object

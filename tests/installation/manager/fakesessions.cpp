@@ -94,6 +94,10 @@ void FakeReplaySession::finish()
 void FakeReplaySession::endConnection(CORBA::ULong)
 {
     trouble->meet("endConnection");
+    const std::scoped_lock lock(mutex);
+    if (playing)
+        record->become(TQ_KORVE::rsREADY_FOR_REPLAY);
+    playing = false;
 }
 
 LLDCmodule::struConnectionParams

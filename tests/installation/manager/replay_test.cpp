@@ -18,6 +18,13 @@ protected:
     {
         return QTest::qWaitFor([&] { return channel(id).progress.position > position; }, patienceMs);
     }
+    /// Waits until the manager has looked so many times more.
+    bool areTaken(int looks)
+    {
+        const auto taken = [this] { return std::ranges::count(recorder->trouble->calls(), "getCurrentFilePosition"); };
+        const auto before = taken();
+        return QTest::qWaitFor([&] { return taken() >= before + looks; }, patienceMs);
+    }
 };
 
 } // namespace
@@ -142,14 +149,28 @@ TEST_F(Replay, GoesOnWhenTheRecorderCannotBeToldToStop)
 {
     const QString id = add(receiverChannel());
     ASSERT_EQ(startReplay(0, 1000, 0), 0u);
-    recorder->trouble->plant("endReplaySession", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE); });
+    recorder->trouble->plant("endConnection", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE); });
     EXPECT_THROW(replay()->StopReplay("REC1", "R1"), CORBA::COMM_FAILURE); // it may have been told
-    EXPECT_EQ(channel(id).run.state, State::ReplayRunning);
-    recorder->trouble->plant("endReplaySession", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_NO); });
+    EXPECT_TRUE(becomes(id, State::ReplayRunning));
+    recorder->trouble->plant("endConnection", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_NO); });
     EXPECT_EQ(replay()->StopReplay("REC1", "R1"), 756u);
     EXPECT_EQ(channel(id).run.state, State::ReplayRunning);
+    recorder->trouble->plant("endConnection", {});
+    EXPECT_EQ(replay()->StopReplay("REC1", "R1"), 0u);
+}
+
+TEST_F(Replay, IsHalfStoppedWhenItsSessionCouldNotBeEnded)
+{
+    const QString id = add(receiverChannel());
+    ASSERT_EQ(startReplay(0, 1000, 0), 0u);
+    recorder->trouble->plant("endReplaySession", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_NO); });
+    EXPECT_THROW(replay()->StopReplay("REC1", "R1"), CORBA::COMM_FAILURE); // a number would say that nothing was done
+    ASSERT_TRUE(areTaken(3));
+    EXPECT_EQ(channel(id).run.state, State::ReplayPaused); // no fault of the receiver's
     recorder->trouble->plant("endReplaySession", {});
     EXPECT_EQ(replay()->StopReplay("REC1", "R1"), 0u);
+    EXPECT_EQ(channel(id).run.state, State::Idle);
+    EXPECT_EQ(std::ranges::count(recorder->trouble->calls(), "endConnection"), 1); // there was no link any more
 }
 
 TEST_F(Replay, GoesOnWhenItWasNotPausedAfterAll)
@@ -170,9 +191,7 @@ TEST_F(Replay, IsPausedWhenNobodyHeardOfThePause)
         throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE);
     });
     EXPECT_THROW(replay()->PauseReplay("REC1", "R1"), CORBA::COMM_FAILURE);
-    const auto looks = [this] { return std::ranges::count(recorder->trouble->calls(), "getCurrentFilePosition"); };
-    const auto before = looks();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return looks() > before + 2; }, patienceMs));
+    ASSERT_TRUE(areTaken(3));
     EXPECT_EQ(channel(id).run.state, State::ReplayPaused);
     EXPECT_EQ(replay()->ContinueReplay("REC1", "R1"), 0u);
 }

@@ -316,7 +316,7 @@ INSTANTIATE_TEST_SUITE_P(
                             return test.stop();
                         })},
                     Row{"RecorderGone", 756, whileReplaying([](ReplayNumbers &test) {
-                            test.device().trouble->plant("endReplaySession",
+                            test.device().trouble->plant("endConnection",
                                                          [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_NO); });
                             return test.stop();
                         }),
