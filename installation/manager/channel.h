@@ -39,6 +39,12 @@ struct ChannelSettings {
         return all;
     }
     bool allows(const QString &deviceId) const { return deviceGroups.isEmpty() || devices().contains(deviceId); }
+    /// There is never more than one channel of a name at an endpoint. Those without a name are all different.
+    bool isNamedLike(const ChannelSettings &other) const
+    {
+        return !name.isEmpty() && name == other.name && interfaceType == other.interfaceType &&
+               receiverAddress == other.receiverAddress;
+    }
 };
 
 /// What a channel is doing. Kept on the disk, so that a manager that starts again finds it.

@@ -18,6 +18,18 @@ auto withId(ChannelList &channels, const QString &id)
     return std::find_if(channels.begin(), channels.end(), [&](const Channel &channel) { return channel.id == id; });
 }
 
+/// One that has got another name must not have got that of another channel.
+void refuseDouble(const ChannelList &all, const Channel &before, const Channel &after)
+{
+    if (before.settings.name == after.settings.name)
+        return;
+    const bool isDouble = std::any_of(all.begin(), all.end(), [&](const Channel &other) {
+        return other.id != after.id && other.settings.isNamedLike(after.settings);
+    });
+    if (isDouble)
+        throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_NO);
+}
+
 } // namespace
 
 template <typename Work> auto ChannelDirectory::kept(Work work)
@@ -51,12 +63,30 @@ std::optional<Channel> ChannelDirectory::find(const QString &id) const
     return found == all.end() ? std::nullopt : std::optional(*found);
 }
 
-std::optional<Channel> ChannelDirectory::add(const ChannelSettings &settings)
+ChannelDirectory::Entry ChannelDirectory::enter(const ChannelSettings &settings,
+                                                const std::function<bool(const Channel &)> &mayRenew)
 {
     const std::scoped_lock order(changing);
     ChannelList all = list();
-    if (all.size() >= maximumChannels)
-        return {};
+    const auto known = std::find_if(all.begin(), all.end(), [&](const Channel &channel) {
+        return channel.settings.isNamedLike(settings);
+    });
+    if (known == all.end())
+        return all.size() < maximumChannels ? Entry{Entry::State::Added, add(std::move(all), settings)}
+                                            : Entry{Entry::State::Full};
+    if (!mayRenew(*known))
+        return {Entry::State::Taken, *known};
+    const Channel before = *known;
+    known->settings = settings;
+    const Channel renewed = *known;
+    keep(before, renewed);
+    show(std::move(all));
+    return {Entry::State::Renewed, renewed};
+}
+
+/// To @p all that there are.
+Channel ChannelDirectory::add(ChannelList all, const ChannelSettings &settings)
+{
     all.push_back({.id = kept([&] { return store.add(settings); }), .settings = settings});
     const Channel added = all.back();
     show(std::move(all));
@@ -92,7 +122,9 @@ std::optional<Channel> ChannelDirectory::changeOne(const std::function<Channel *
     if (!chosen)
         return {};
     const Channel after = *chosen;
-    keep(*find(after.id), after);
+    const Channel before = *find(after.id);
+    refuseDouble(all, before, after);
+    keep(before, after);
     show(std::move(all));
     return after;
 }

@@ -15,7 +15,8 @@ namespace installation
 /// A state that somebody has entered here belongs to him until he leaves it: commands on a channel hold no lock while
 /// they ask others.
 /// Thread: any; a change waits for the disk, never for a remote call.  Errors: a channel that is new, goes or has other
-/// settings stays as it was when that cannot be kept, and it throws CORBA::PERSIST_STORE.
+/// settings stays as it was when that cannot be kept, and it throws CORBA::PERSIST_STORE; CORBA::BAD_PARAM when it would
+/// be named like another one.
 class ChannelDirectory
 {
 public:
@@ -30,8 +31,15 @@ public:
     ChannelList list() const;
     std::optional<Channel> find(const QString &id) const;
 
-    /// Without result when there are as many as can be.
-    std::optional<Channel> add(const ChannelSettings &settings);
+    struct Entry {
+        enum class State { Added, Renewed, Taken, Full };
+        State state;
+        Channel channel{}; ///< Full: none
+    };
+    /// The channel that is named like @p settings says, with these settings from now on if @p mayRenew holds for it;
+    /// when there is none, a new one. Of those who ask for the same at a time, one gets the new channel, and the others
+    /// find it. @p mayRenew must neither block nor call back.
+    Entry enter(const ChannelSettings &settings, const std::function<bool(const Channel &)> &mayRenew);
     /// False when @p mayGo does not hold, or there is no such channel.
     bool remove(const QString &id, const std::function<bool(const Channel &)> &mayGo);
     /// The channel as @p edit has left it; without result when it answered false or there is no such channel. What a
@@ -44,6 +52,7 @@ public:
 
 private:
     template <typename Work> static auto kept(Work work);
+    Channel add(ChannelList all, const ChannelSettings &settings);
     void keep(const Channel &before, const Channel &after) const;
     void show(ChannelList newChannels);
 

@@ -17,10 +17,10 @@ void ChannelObjects::serve(const QString &id)
         if (const auto objects = weak.lock())
             objects->remove(leaving, forced);
     };
-    auto object = std::make_shared<const Activation>(poa, "KorveChannel/" + id.toStdString(),
-                                                     new ChannelServant(id, core, removal));
-    const std::scoped_lock lock(mutex);
-    objects.emplace(id, std::move(object));
+    const std::scoped_lock lock(mutex); // also while it is made, which calls nobody: there is only one for a key
+    if (!objects.contains(id))
+        objects.emplace(id, std::make_shared<const Activation>(poa, "KorveChannel/" + id.toStdString(),
+                                                               new ChannelServant(id, core, removal)));
 }
 
 TQ_KRV::IF_KRV_c_Chan_ptr ChannelObjects::find(const QString &id) const

@@ -18,6 +18,7 @@ public:
     ChannelObjects(PortableServer::POA_ptr poa, std::shared_ptr<ChannelCore> core);
     ChannelObjects(const ChannelObjects &) = delete;
 
+    /// Once, however often it is asked for.
     void serve(const QString &id);
     /// Nil for an unknown id; the caller releases it.
     TQ_KRV::IF_KRV_c_Chan_ptr find(const QString &id) const;

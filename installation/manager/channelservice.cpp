@@ -37,45 +37,37 @@ ChannelService::Registered ChannelService::registerChannel(const ChannelSettings
             refuse(TQ_KRV::No_Korve_Device_Available, "there is no such device");
     if (core->context.devices->ids().isEmpty())
         refuse(TQ_KRV::No_Korve_Device_Available, "no device has been found yet");
-    const QString id = addOrRenew(settings).id;
+    const QString id = addOrRenew(settings);
+    objects->serve(id); // whoever finds a new channel first
     return {channel(id), id};
 }
 
-Channel ChannelService::addOrRenew(const ChannelSettings &settings)
+QString ChannelService::addOrRenew(const ChannelSettings &settings)
 {
-    for (const Channel &known : core->context.channels->list()) {
-        if (!canBeRenewed(known, settings))
-            continue;
-        const auto renewed = core->context.channels->change(known.id, [&](Channel &channel) {
-            channel.settings = settings;
-            return channel.run.isIdle();
+    using enum ChannelDirectory::Entry::State;
+    for (QString gone;;) { // a program that has gone; at first nobody, whose channels are for everybody
+        const auto entry = core->context.channels->enter(settings, [&](const Channel &known) {
+            return known.settings.channelManager == settings.channelManager || known.settings.channelManager == gone;
         });
-        if (renewed)
-            return *renewed;
+        if (entry.state == Full)
+            refuse(TQ_KRV::Maximum_Number_Channels_Reached, "there are as many channels as can be");
+        if (entry.state != Taken)
+            return entry.channel.id;
+        if (hasProgram(entry.channel))
+            refuse(TQ_KRV::Invalid_Interface, "another program has a channel of this name");
+        gone = entry.channel.settings.channelManager; // unless somebody else is faster with the next step
     }
-    const auto added = core->context.channels->add(settings);
-    if (!added)
-        refuse(TQ_KRV::Maximum_Number_Channels_Reached, "there are as many channels as can be");
-    objects->serve(added->id);
-    return *added;
 }
 
-bool ChannelService::canBeRenewed(const Channel &channel, const ChannelSettings &settings) const
+bool ChannelService::hasProgram(const Channel &channel) const
 {
-    const ChannelSettings &known = channel.settings;
-    const bool isSame = !known.name.isEmpty() && known.name == settings.name &&
-                        known.interfaceType == settings.interfaceType &&
-                        known.receiverAddress == settings.receiverAddress && channel.run.isIdle();
-    if (!isSame || known.channelManager == settings.channelManager)
-        return isSame;
-    bool isGone = false;
+    bool isGone = true;
     try {
         core->context.channelManager(channel).ask(
             [&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { isGone = manager->_non_existent(); });
-    } catch (const ChannelFailure &) {
-        isGone = true;
+    } catch (const ChannelFailure &) { // it does not answer
     }
-    return isGone;
+    return !isGone;
 }
 
 TQ_KRV::IF_KORVE_Replay_ptr ChannelService::replay(const QString &deviceId) const

@@ -25,7 +25,8 @@ public:
     ~ChannelService();
     ChannelService(const ChannelService &) = delete;
 
-    /// A channel of the same name takes the place of one whose channel manager has gone, or that is the same endpoint.
+    /// One of the same name at the same endpoint is the same channel, with other settings from now on, unless it belongs
+    /// to another program that is still there.
     /// @throws TQ_KRV::exGen
     Registered registerChannel(const ChannelSettings &settings);
     /// Nil for an unknown id; the caller releases it.
@@ -34,8 +35,8 @@ public:
     TQ_KRV::IF_KORVE_Replay_ptr replay(const QString &deviceId) const;
 
 private:
-    Channel addOrRenew(const ChannelSettings &settings);
-    bool canBeRenewed(const Channel &channel, const ChannelSettings &settings) const;
+    QString addOrRenew(const ChannelSettings &settings);
+    bool hasProgram(const Channel &channel) const;
     void tellAll(const std::function<void(TQ_KRV::IF_KRV_c_ChanMan_ptr)> &calls) const;
 
     const std::shared_ptr<ChannelCore> core;

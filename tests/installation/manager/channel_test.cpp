@@ -2,6 +2,10 @@
 
 #include "installation/manager/channelmanager.h"
 #include "installation/manager/database.h"
+#include "tests/installation/cco/testorb.h"
+
+#include <future>
+#include <latch>
 
 using namespace installation;
 using testing::Contains;
@@ -35,6 +39,30 @@ protected:
     {
         const std::scoped_lock lock(mutex);
         return shown;
+    }
+    ChannelSettings ofAnotherProgram(ChannelSettings settings)
+    {
+        settings.channelManager = textOfReference(CORBA::Object_var(recorder->reference())); // any other object
+        return settings;
+    }
+    /// The ids, in their order; an empty one where it is refused.
+    std::vector<QString> addAtOnce(const std::vector<ChannelSettings> &all)
+    {
+        std::latch ready(static_cast<std::ptrdiff_t>(all.size()));
+        std::vector<std::future<QString>> adding;
+        for (const ChannelSettings &settings : all)
+            adding.push_back(std::async(std::launch::async, [&] {
+                ready.arrive_and_wait();
+                try {
+                    return add(settings);
+                } catch (const TQ_KRV::exGen &) {
+                    return QString();
+                }
+            }));
+        std::vector<QString> ids;
+        for (auto &one : adding)
+            ids.push_back(one.get());
+        return ids;
     }
 };
 
@@ -101,19 +129,60 @@ TEST_F(ChannelTest, IsTheSameForTheSameEndpoint)
     EXPECT_NE(add(settings), id);
 }
 
-TEST_F(ChannelTest, IsAnotherOneForAnotherProgram)
+TEST_F(ChannelTest, IsTheSameWhileItReplays)
+{
+    ChannelSettings settings = receiverChannel();
+    const QString id = add(settings);
+    ASSERT_EQ(startReplay(0, 1000, 0), 0u);
+    settings.sampleRate = 8000;
+    EXPECT_EQ(add(settings), id);
+    EXPECT_EQ(channel(id).settings.sampleRate, 8000u);
+    EXPECT_EQ(channel(id).run.state, State::ReplayRunning);
+}
+
+TEST_F(ChannelTest, IsNotForAnotherProgram)
+{
+    const ChannelSettings settings = managerChannel();
+    const QString id = add(settings);
+    EXPECT_EQ(kindRaisedBy<TQ_KRV::exGen>([&] { add(ofAnotherProgram(settings)); }), TQ_KRV::Invalid_Interface);
+    EXPECT_EQ(channel(id).settings, settings);
+}
+
+TEST_F(ChannelTest, IsTheSameForAllWhoAskAtATime)
+{
+    const std::vector<QString> ids = addAtOnce(std::vector<ChannelSettings>(8, receiverChannel()));
+    EXPECT_EQ(list().size(), 1u);
+    EXPECT_THAT(ids, testing::Each(list().front().id));
+}
+
+TEST_F(ChannelTest, IsTakenOverByOneOfTwoAtATime)
+{
+    const ChannelSettings settings = managerChannel();
+    ChannelSettings old = settings;
+    old.channelManager = textOfReference(CORBA::Object_var(TestOrb::instance().insPoa()->create_reference_with_id(
+        PortableServer::ObjectId_var(PortableServer::string_to_ObjectId("gone")), "IDL:omg.org/CORBA/Object:1.0")));
+    const QString id = add(old);
+    const std::vector<QString> ids = addAtOnce({settings, ofAnotherProgram(settings)});
+    EXPECT_THAT(ids, testing::UnorderedElementsAre(id, QString())); // the other one is refused
+    EXPECT_EQ(list().size(), 1u);
+}
+
+TEST_F(ChannelTest, GetsNoNameThatAnotherOneHas)
 {
     ChannelSettings settings = managerChannel();
+    add(settings);
+    settings.name = QStringLiteral("other");
     const QString id = add(settings);
-    settings.channelManager = textOfReference(CORBA::Object_var(recorder->reference())); // any other object
-    EXPECT_NE(add(settings), id);
+    EXPECT_THROW(object(id)->setName("managed"), CORBA::BAD_PARAM);
+    EXPECT_EQ(channel(id).settings.name, QStringLiteral("other"));
+    EXPECT_NO_THROW(object(id)->setName(""));
 }
 
 TEST_F(ChannelTest, IsTakenOverFromAProgramThatHasGone)
 {
     ChannelSettings settings = managerChannel();
     const QString id = add(settings);
-    settings.channelManager = textOfReference(CORBA::Object_var(recorder->reference()));
+    settings = ofAnotherProgram(settings);
     peerActivation.reset();
     EXPECT_EQ(add(settings), id);
     EXPECT_EQ(channel(id).settings, settings);
