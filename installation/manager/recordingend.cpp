@@ -12,8 +12,8 @@ void RecordingEnd::finish(const Channel &held, const QString &comment, bool forc
     const ChannelManager peer = context.channelManager(held);
     peer.tell([&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->stopDataFlow(id.constData()); });
     const auto failed = endSession(held, comment);
-    if (failed && failed->number() == failure::notConnected && !forced) {
-        context.enter(held, ChannelRun::State::Recording); // it may still be going on
+    if (failed && !forced && mayGoOn(held, *failed)) {
+        context.enter(held, ChannelRun::State::Recording);
         throw *failed;
     }
     peer.tell([&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->disconnect(id.constData()); });
@@ -37,6 +37,24 @@ bool RecordingEnd::undo(const Channel &held) const
     }
     context.leave(channel);
     return !mayRecord;
+}
+
+/// A recorder that does not answer, or that refused the comment, still records.
+bool RecordingEnd::mayGoOn(const Channel &held, const ChannelFailure &failed) const
+{
+    if (failed.number() == failure::notConnected)
+        return true;
+    try {
+        const TQ_KORVE::IF_Control_var recorder = context.recorder(held.run.deviceId, failure::notConnected);
+        const TQ_KORVE::eRECORD_STATUS status = RecordView::of(recorder, held.run.recordId).status;
+        return status == TQ_KORVE::rsRECORDING || status == TQ_KORVE::rsREADY_FOR_RECORDING;
+    } catch (const TQ_KORVE::exKorve &) { // without a sample there is no record any more
+        return false;
+    } catch (const CORBA::SystemException &) {
+        return true;
+    } catch (const ChannelFailure &) {
+        return true;
+    }
 }
 
 /// Of a recording whose source was faster than the one who stopped it.

@@ -52,6 +52,21 @@ void SampleReceiver::hangUp()
         ::shutdown(now, SHUT_RDWR);
 }
 
+QByteArray SampleReceiver::content() const
+{
+    const std::scoped_lock lock(mutex);
+    return kept;
+}
+
+void SampleReceiver::keep(const char *bytes, ssize_t count)
+{
+    if (count <= 0)
+        return;
+    const std::scoped_lock lock(mutex);
+    kept.append(bytes, static_cast<int>(count));
+    received += static_cast<quint64>(count);
+}
+
 void SampleReceiver::run()
 {
     while (!stopped) {
@@ -59,7 +74,7 @@ void SampleReceiver::run()
         std::array<char, 4096> buffer;
         for (ssize_t count = 1; count > 0 && !stopped;) {
             count = ::recv(connection, buffer.data(), buffer.size(), 0);
-            received += static_cast<quint64>(std::max<ssize_t>(count, 0));
+            keep(buffer.data(), count);
         }
         if (const int done = connection.exchange(-1); done >= 0)
             ::close(done);

@@ -6,10 +6,11 @@
 
 #include <algorithm>
 #include <stdexcept>
-#include <string>
 
 namespace
 {
+
+constexpr quint64 pieceBytes = 1 << 16;
 
 sockaddr_in loopback(quint16 port)
 {
@@ -66,14 +67,24 @@ QString SampleSource::address() const
     return QStringLiteral("127.0.0.1:%1").arg(ntohs(address.sin_port));
 }
 
+QByteArray SampleSource::content(quint64 begin, qsizetype count)
+{
+    QByteArray bytes(static_cast<int>(count), Qt::Uninitialized);
+    for (quint64 i = 0; i < static_cast<quint64>(count); ++i)
+        bytes[static_cast<int>(i)] = static_cast<char>((begin + i) * 2654435761u >> 24);
+    return bytes;
+}
+
 void SampleSource::send(int connection) const
 {
-    const std::string piece(1000, 's');
     for (quint64 sent = 0; sent < bytes;) {
-        const ssize_t count =
-            ::send(connection, piece.data(), std::min<quint64>(piece.size(), bytes - sent), MSG_NOSIGNAL);
-        if (count <= 0)
-            return;
-        sent += static_cast<quint64>(count);
+        const QByteArray piece = content(sent, static_cast<qsizetype>(std::min<quint64>(pieceBytes, bytes - sent)));
+        for (int begin = 0; begin < piece.size();) {
+            const ssize_t count = ::send(connection, piece.data() + begin, piece.size() - begin, MSG_NOSIGNAL);
+            if (count <= 0)
+                return;
+            begin += static_cast<int>(count);
+        }
+        sent += static_cast<quint64>(piece.size());
     }
 }

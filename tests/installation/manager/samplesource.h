@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 #include <thread>
@@ -17,6 +18,8 @@ public:
 
     /// As "HOST:PORT".
     QString address() const;
+    /// What any source sends from its @p begin on: bytes of which no section of a few MiB looks like another.
+    static QByteArray content(quint64 begin, qsizetype count);
 
 private:
     void send(int connection) const;
