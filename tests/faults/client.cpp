@@ -69,11 +69,12 @@ std::string Client::run(const std::string &command)
 const std::map<std::string, Client::Command> &Client::commands()
 {
     static const std::map<std::string, Command> all = [] {
-        std::map<std::string, Command> both = recordCommands();
-        both.insert(deviceCommands().begin(), deviceCommands().end());
-        both.insert(replayCommands().begin(), replayCommands().end());
-        both.insert(otherCommands().begin(), otherCommands().end());
-        return both;
+        std::map<std::string, Command> each = recordCommands();
+        for (const auto &more : {deviceCommands(), channelCommands(), exportCommands(), connectionCommands(),
+                                 replayCommands("", &Client::replayOfDevice),
+                                 replayCommands("OfNobody", &Client::replayOfNobody)})
+            each.insert(more.begin(), more.end());
+        return each;
     }();
     return all;
 }
@@ -144,6 +145,12 @@ GuiToServerReplayCorbaHandler &Client::replayOfDevice()
     return *replay;
 }
 
+GuiToServerReplayCorbaHandler &Client::replayOfNobody()
+{
+    replay = std::make_unique<GuiToServerReplayCorbaHandler>(handler);
+    return *replay;
+}
+
 std::string Client::startReplay(unsigned long long begin, unsigned long long end)
 {
     return told(replayOfDevice().StartReplay(device, record, KORVE_RecordData::HF_20k, begin, end, 1));
@@ -159,28 +166,37 @@ std::string Client::registerChannel(bool isForReplay)
     return toldTruth(!CORBA::is_nil(channel));
 }
 
-const std::map<std::string, Client::Command> &Client::replayCommands()
+std::map<std::string, Client::Command> Client::replayCommands(const std::string &ending,
+                                                              GuiToServerReplayCorbaHandler &(Client::*handler)())
+{
+    const auto start = [](GuiToServerReplayCorbaHandler &replay, const QString &record) {
+        return replay.StartReplay(device, record, KORVE_RecordData::HF_20k, 0, 8, 1);
+    };
+    const auto startByDatagrams = [](GuiToServerReplayCorbaHandler &replay, const QString &record) {
+        return replay.StartReplay(device, record, KORVE_RecordData::HF_20k, 0, 8, 1, KORVE_XML::NetIfParams::UDP_IF);
+    };
+    return {
+        {"StartReplay" + ending, [=](Client &c) { return told(start((c.*handler)(), c.record)); }},
+        {"StartReplayReceivers" + ending, [=](Client &c) { return told(startByDatagrams((c.*handler)(), c.record)); }},
+        {"PauseReplay" + ending, [=](Client &c) { return told((c.*handler)().PauseReplay(device, c.record)); }},
+        {"ContinueReplay" + ending, [=](Client &c) { return told((c.*handler)().ContinueReplay(device, c.record)); }},
+        {"StopReplay" + ending, [=](Client &c) { return told((c.*handler)().StopReplay(device, c.record)); }},
+    };
+}
+
+const std::map<std::string, Client::Command> &Client::channelCommands()
 {
     static const std::map<std::string, Command> all{
-        {"StartReplay", [](Client &c) { return c.startReplay(0, 8); }},
         {"StartReplayOfNothing", [](Client &c) { return c.startReplay(0, 0); }},
         {"StartReplayAtItsEnd", [](Client &c) { return c.startReplay(8, 8); }},
         {"StartReplayBackwards", [](Client &c) { return c.startReplay(8, 4); }},
-        {"StartReplayReceivers",
-         [](Client &c) {
-             return told(c.replayOfDevice().StartReplay(device, c.record, KORVE_RecordData::HF_20k, 0, 8, 1,
-                                                        KORVE_XML::NetIfParams::UDP_IF));
-         }},
-        {"PauseReplay", [](Client &c) { return told(c.replayOfDevice().PauseReplay(device, c.record)); }},
-        {"ContinueReplay", [](Client &c) { return told(c.replayOfDevice().ContinueReplay(device, c.record)); }},
-        {"StopReplay", [](Client &c) { return told(c.replayOfDevice().StopReplay(device, c.record)); }},
         {"registerChannelForRecording", [](Client &c) { return c.registerChannel(false); }},
         {"registerChannel", [](Client &c) { return c.registerChannel(true); }},
     };
     return all;
 }
 
-const std::map<std::string, Client::Command> &Client::otherCommands()
+const std::map<std::string, Client::Command> &Client::exportCommands()
 {
     static const std::map<std::string, Command> all{
         {"getAllRecords",
@@ -197,6 +213,24 @@ const std::map<std::string, Client::Command> &Client::otherCommands()
              QString error;
              const QString format = c.exporting->recordDataFormat(device, c.record, error);
              return (format + error).toStdString();
+         }},
+    };
+    return all;
+}
+
+const std::map<std::string, Client::Command> &Client::connectionCommands()
+{
+    static const std::map<std::string, Command> all{
+        {"disconnect",
+         [](Client &c) {
+             c.handler->Shutdown();
+             return toldTruth(c.handler->IsConnected());
+         }},
+        {"reconnect", [](Client &c) { return toldTruth(c.handler->ReconnectToServer()); }},
+        {"forget",
+         [](Client &c) {
+             c.makeHandlers();
+             return toldTruth(true);
          }},
         // A command whose handler has fetched nothing yet, or whose connection was made again behind its back.
         {"firstAddHistory",

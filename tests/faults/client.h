@@ -28,18 +28,25 @@ public:
     bool isConnected() const { return handler->IsConnected(); }
 
 private:
+    using GuiToServerReplayCorbaHandler = KorveGUI::GuiToServerReplayCorbaHandler;
     using Command = std::function<std::string(Client &)>;
     static const std::map<std::string, Command> &commands();
     static const std::map<std::string, Command> &recordCommands();
     static const std::map<std::string, Command> &deviceCommands();
-    static const std::map<std::string, Command> &replayCommands();
-    static const std::map<std::string, Command> &otherCommands();
+    static const std::map<std::string, Command> &channelCommands();
+    static const std::map<std::string, Command> &exportCommands();
+    static const std::map<std::string, Command> &connectionCommands();
+    /// Those of a replay, their names with @p ending behind them, given to what @p handler answers.
+    static std::map<std::string, Command> replayCommands(const std::string &ending,
+                                                         GuiToServerReplayCorbaHandler &(Client::*handler)());
 
     /// As new ones, without what they have fetched.
     void makeHandlers();
     std::string startReplay(unsigned long long begin, unsigned long long end);
     /// Of the device, as far as it can be had.
-    KorveGUI::GuiToServerReplayCorbaHandler &replayOfDevice();
+    GuiToServerReplayCorbaHandler &replayOfDevice();
+    /// That has not been told of a device.
+    GuiToServerReplayCorbaHandler &replayOfNobody();
     /// A receiver for replays or a source of recordings, at an address where nobody is.
     std::string registerChannel(bool isForReplay);
 
@@ -47,7 +54,7 @@ private:
     const std::shared_ptr<Station> station;
     const std::shared_ptr<KorveGUI::KorveGuiToServerCorbaHandler> handler;
     std::unique_ptr<KorveGUI::GuiToServerAdminCorbaHandler> admin;
-    std::unique_ptr<KorveGUI::GuiToServerReplayCorbaHandler> replay;
+    std::unique_ptr<GuiToServerReplayCorbaHandler> replay;
     std::unique_ptr<KorveGUI::GuiToServerExportCorbaHandler> exporting;
     FakeExporter exporter;
     TQ_KRV::IF_ExportCallback_var exporterReference;

@@ -1,4 +1,5 @@
 #include "tests/appruntime/capturedtraces.h"
+#include "tests/faults/branches.h"
 #include "tests/faults/client.h"
 #include "tests/faults/faultyinstallation.h"
 #include "tests/faults/scripttable.h"
@@ -9,7 +10,6 @@
 
 #include <set>
 
-using KorveManagement::TraceError;
 using testing::ElementsAreArray;
 
 namespace
@@ -21,6 +21,15 @@ std::vector<std::string> allScripts()
     for (const QString &file : QDir(scriptPath({})).entryList({QStringLiteral("*.faults")}, QDir::Files, QDir::Name))
         names.push_back(file.toStdString());
     return names;
+}
+
+std::vector<ScriptRow> allRows()
+{
+    std::vector<ScriptRow> rows;
+    for (const std::string &script : allScripts())
+        for (const ScriptRow &row : rowsOf(script))
+            rows.push_back(row);
+    return rows;
 }
 
 /// Others trace, too, such as that a central object service answers.
@@ -69,8 +78,7 @@ protected:
     }
     static void expectSentence(const std::string &number, const std::string &flow)
     {
-        const QString read = TraceError::toText(std::stoul(number), sentences::typeOf(flow), QStringLiteral("R 1"));
-        EXPECT_EQ(read.toStdString(), sentences::sentence(flow, number, "R 1"));
+        EXPECT_EQ(sentences::read(flow, number, "R 1"), sentences::sentence(flow, number, "R 1"));
     }
 
     std::string recordId;
@@ -92,18 +100,38 @@ INSTANTIATE_TEST_SUITE_P(Scripts, ScriptTest, testing::ValuesIn(allScripts()),
 TEST(AllScripts, ProduceEveryNumberThatHasASentenceAndOneThatHasNone)
 {
     std::set<std::string> produced;
+    for (const ScriptRow &row : allRows()) {
+        if (row.flow.empty())
+            continue;
+        const std::vector<std::string> known = sentences::numbersOf(row.flow);
+        const bool isKnown = std::find(known.begin(), known.end(), row.outcome) != known.end();
+        produced.insert(row.flow + ' ' + (isKnown ? row.outcome : "other"));
+    }
     std::vector<std::string> missing;
-    for (const std::string &script : allScripts())
-        for (const ScriptRow &row : rowsOf(script)) {
-            if (row.flow.empty())
-                continue;
-            const std::vector<std::string> known = sentences::numbersOf(row.flow);
-            const bool isKnown = std::find(known.begin(), known.end(), row.outcome) != known.end();
-            produced.insert(row.flow + ' ' + (isKnown ? row.outcome : "other"));
-        }
     for (const std::string &flow : sentences::flows())
         for (const std::string &number : sentences::numbersOf(flow))
             if (produced.count(flow + ' ' + number) == 0)
                 missing.push_back(flow + ' ' + number);
     EXPECT_THAT(missing, testing::IsEmpty());
+}
+
+TEST(AllScripts, TakeEveryBranchOfTheHandlers)
+{
+    const std::vector<ScriptRow> rows = allRows();
+    std::vector<std::string> missing;
+    for (const Branch &branch : allBranches())
+        if (std::none_of(rows.begin(), rows.end(), [&](const ScriptRow &row) { return branch.isTakenBy(row); }))
+            missing.push_back(told(branch));
+    EXPECT_THAT(missing, testing::IsEmpty());
+}
+
+TEST(AllTables, OfErrorTextsBelongToAFlow)
+{
+    std::set<std::string> flows;
+    for (const std::string &flow : sentences::flows())
+        flows.insert(QString::fromStdString(flow).toLower().toStdString() + ".txt");
+    std::set<std::string> tables;
+    for (const QString &file : QDir(QStringLiteral(ERROR_TEXTS)).entryList(QDir::Files))
+        tables.insert(file.toStdString());
+    EXPECT_EQ(tables, flows);
 }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "korvebase/traceerror.h"
-
 #include <string>
 #include <vector>
 
@@ -9,9 +7,10 @@
 namespace sentences
 {
 
-/// All flows by the names that scripts use, such as "StartReplay".
+/// All flows by the names that scripts use, such as "StartReplay", and the two contexts of toolbars.
 const std::vector<std::string> &flows();
-KorveManagement::TraceError::MethodCallType typeOf(const std::string &flow);
+/// What the code that is tested says of @p number in that flow; as sentence().
+std::string read(const std::string &flow, const std::string &number, const std::string &text);
 /// The numbers that the flow has sentences for, and "other".
 std::vector<std::string> numbersOf(const std::string &flow);
 /// What is read of @p number in that flow, whether it has a sentence or gets that of all others; @p text stands where
