@@ -3,10 +3,13 @@
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QtTest/QTest>
 
 #include <gmock/gmock.h>
 
 #include <csignal>
+
+#include <sys/file.h>
 
 using testing::HasSubstr;
 
@@ -32,6 +35,13 @@ protected:
     }
     Run doctor() const { return run(QStringLiteral(KORVECTL_PROGRAM), {QStringLiteral("doctor")}, folder.path()); }
     QString pidFile() const { return folder.filePath(QStringLiteral("korve/installation.pid")); }
+    /// Waits until no process holds the file any more: one that was killed does so for a moment.
+    bool isLeft() const
+    {
+        QFile file(pidFile());
+        const auto canBeHeld = [&] { return ::flock(file.handle(), LOCK_EX | LOCK_NB) == 0; };
+        return file.open(QIODevice::ReadOnly) && QTest::qWaitFor(canBeHeld, patienceMs);
+    }
     /// 0 when there is none.
     pid_t keptProcess() const
     {
@@ -97,6 +107,7 @@ TEST_F(UpAndDown, AreNotFooledByWhatAKilledOneLeft)
     ASSERT_EQ(korve("up").exitCode, 0);
     const pid_t killed = keptProcess();
     ::kill(killed, SIGKILL);
+    ASSERT_TRUE(isLeft());
     EXPECT_THAT(korve("down").output, HasSubstr("not running"));
     QProcess stranger; // a number may be another process's by now
     stranger.start(QStringLiteral("cat"), QStringList());
