@@ -1,5 +1,7 @@
 #include "installation/manager/export.h"
 
+#include "installation/manager/limitedreference.h"
+
 #include "coresupport/trace.h"
 
 #include <QUrl>
@@ -130,26 +132,16 @@ void Export::transferTo(const StreamAddress &address, const File &file)
     made("the recorder", [&] {
         device.control.in()->copyRecordToArchDevEx(order.record.toUtf8().constData(), destination.constData(), hearer);
     });
-    waitForEnd(device);
+    waitForEnd(device, destination);
 }
 
-void Export::waitForEnd(const Device &device)
+void Export::waitForEnd(const Device &device, const QByteArray &destination)
 {
-    using Clock = std::chrono::steady_clock;
-    Clock::time_point lastSeen = Clock::now();
-    int silences = 0;
+    Patience patience;
     Transfer::State state{};
     while ((state = transfer->wait(timing.lookInterval)) == Transfer::State::Running) {
-        const auto now = directory->find(device.id);
-        if (!now || !now->control.in()->_is_equivalent(device.control))
-            fail(QStringLiteral("the recorder has restarted"));
-        if (now->available)
-            lastSeen = Clock::now();
-        if (Clock::now() - lastSeen > timing.exportSilenceLimit)
-            fail(QStringLiteral("the recorder is silent"));
-        silences = exporterAnswers() ? 0 : silences + 1;
-        if (silences >= silencesUntilGivenUp)
-            fail(QStringLiteral("the exporter does not answer any more"));
+        checkRecorder(device, destination, patience);
+        checkExporter(patience);
     }
     if (state == Transfer::State::Cancelled)
         fail(QStringLiteral("the export was cancelled"));
@@ -157,13 +149,47 @@ void Export::waitForEnd(const Device &device)
         fail(transfer->reason());
 }
 
-bool Export::exporterAnswers() const
+void Export::checkRecorder(const Device &device, const QByteArray &destination, Patience &patience) const
 {
+    const auto now = directory->find(device.id);
+    if (!now || !now->control.in()->_is_equivalent(device.control))
+        fail(QStringLiteral("the recorder has restarted"));
+    const auto moment = Patience::Clock::now();
+    if (now->available)
+        patience.recorderSeen = moment;
+    if (moment - patience.recorderSeen > timing.exportSilenceLimit)
+        fail(QStringLiteral("the recorder is silent"));
+    if (!now->available || !isOver(device, destination))
+        patience.overSince.reset();
+    else if (moment - patience.overSince.emplace(patience.overSince.value_or(moment)) > timing.exportEndLimit)
+        fail(QStringLiteral("the recorder does not send any more and has not told how it ended"));
+}
+
+/// False also for a recorder that does not say.
+bool Export::isOver(const Device &device, const QByteArray &destination) const
+{
+    const QByteArray place = "sending:" + order.record.toUtf8();
     try {
-        CORBA::String_var(order.exporter->exportID());
+        const TQ_KORVE::IF_Control_var recorder =
+            limitedReference<TQ_KORVE::IF_Control>(device.control, timing.statusLimit);
+        const TQ_KORVE::seqMETA_DATA_var going = recorder->listAllRecordsOnArchDev(place.constData());
+        for (CORBA::ULong position = 0; position < going->length(); ++position)
+            if (destination == going.in()[position].recordID.in())
+                return false;
         return true;
     } catch (const CORBA::Exception &) {
         return false;
+    }
+}
+
+void Export::checkExporter(Patience &patience) const
+{
+    try {
+        CORBA::String_var(order.exporter->exportID());
+        patience.exporterSilences = 0;
+    } catch (const CORBA::Exception &) {
+        if (++patience.exporterSilences >= silencesUntilGivenUp)
+            fail(QStringLiteral("the exporter does not answer any more"));
     }
 }
 

@@ -8,11 +8,14 @@
 
 #include <QVector>
 
+#include <optional>
+
 namespace installation
 {
 
 /// One export: tells the exporter what files the record has, asks it for each where it is to go, has the recorder send
-/// it there, and says how it went.
+/// it there, and says how it went. The recorder tells the end of each file; it is also asked now and then whether it
+/// still sends, so that an end that was not told does not keep the export for good.
 ///
 /// It ends with the first file that fails. A file that the exporter does not want is passed over. An exporter that does
 /// not answer three times in a row, a recorder that has restarted or is silent for the export's silence limit, and
@@ -36,13 +39,24 @@ private:
         quint64 size = 0;
     };
 
+    /// How long what is wrong has lasted, while a file is being sent.
+    struct Patience {
+        using Clock = std::chrono::steady_clock;
+
+        Clock::time_point recorderSeen = Clock::now();
+        std::optional<Clock::time_point> overSince{}; ///< the recorder sends no more
+        int exporterSilences = 0;
+    };
+
     void exportFiles();
     QVector<File> files() const;
     void tellFiles(const QVector<File> &files) const;
     void send(const File &file);
     void transferTo(const StreamAddress &address, const File &file);
-    void waitForEnd(const Device &device);
-    bool exporterAnswers() const;
+    void waitForEnd(const Device &device, const QByteArray &destination);
+    void checkRecorder(const Device &device, const QByteArray &destination, Patience &patience) const;
+    bool isOver(const Device &device, const QByteArray &destination) const;
+    void checkExporter(Patience &patience) const;
     Device recorderNow() const;
     void finish(bool success, const QString &text) const;
 

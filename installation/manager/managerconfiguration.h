@@ -24,6 +24,7 @@ struct ManagerConfiguration {
         std::chrono::milliseconds callLimit{8000};    ///< of a call to a device for a client, whose own limit is 10 s
         std::chrono::milliseconds runInterval{200};   ///< between two looks at a replay or a recording
         std::chrono::milliseconds exportSilenceLimit{30000}; ///< of a recorder, after which an export ends
+        std::chrono::milliseconds exportEndLimit{10000};     ///< until a transfer that is over must have been told
     };
 
     QString workstationName;

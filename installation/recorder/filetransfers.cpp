@@ -6,6 +6,8 @@
 #include "installation/recorder/storethread.h"
 
 #include <future>
+#include <list>
+#include <mutex>
 #include <optional>
 
 namespace installation::recorder
@@ -37,6 +39,35 @@ quint64 remaining(const File &file, const TransferTarget &target)
 
 } // namespace
 
+/// The transfers that go on.
+class FileTransfers::UnderWay : public std::enable_shared_from_this<UnderWay>
+{
+public:
+    /// It is listed for as long as the answer lives.
+    std::shared_ptr<void> add(const QString &recordId, const RecordFile &transfer)
+    {
+        const std::scoped_lock lock(mutex);
+        const auto place = all.insert(all.end(), {recordId, transfer});
+        return {nullptr, [self = shared_from_this(), place](void *) {
+                    const std::scoped_lock lock(self->mutex);
+                    self->all.erase(place);
+                }};
+    }
+    QVector<RecordFile> of(const QString &recordId) const
+    {
+        const std::scoped_lock lock(mutex);
+        QVector<RecordFile> found;
+        for (const auto &[record, transfer] : all)
+            if (record == recordId)
+                found.append(transfer);
+        return found;
+    }
+
+private:
+    mutable std::mutex mutex;
+    std::list<std::pair<QString, RecordFile>> all;
+};
+
 struct FileTransfers::Transfer {
     explicit Transfer(File file) : file(std::move(file)) {}
 
@@ -44,16 +75,21 @@ struct FileTransfers::Transfer {
     quint64 offset = 0;
     quint64 count = 0;
     std::optional<OutgoingConnection> connection;
+    std::shared_ptr<void> listed;
 };
 
 FileTransfers::FileTransfers(std::shared_ptr<StoreThread> store, const OutgoingConnection::Timing &timing)
-    : store(std::move(store)), timing(timing), jobs(QStringLiteral("transfers"), maximumTransfers)
+    : store(std::move(store)), timing(timing), underWay(std::make_shared<UnderWay>()),
+      jobs(QStringLiteral("transfers"), maximumTransfers)
 {
 }
 
 QVector<RecordFile> FileTransfers::list(const QString &archiveDevice) const
 {
-    return store->ask([id = recordOfListing(archiveDevice)](RecordStore &records) { return records.files(id); });
+    const TransferListing wanted = TransferListing::ofText(archiveDevice);
+    if (wanted.isOfTransfers)
+        return underWay->of(wanted.recordId);
+    return store->ask([id = wanted.recordId](RecordStore &records) { return records.files(id); });
 }
 
 std::shared_ptr<FileTransfers::Transfer> FileTransfers::open(const QString &recordId,
@@ -72,6 +108,7 @@ void FileTransfers::start(const QString &recordId, const QString &url, const End
     Jobs::Place place = jobs.takePlace();
     const std::shared_ptr<Transfer> transfer = open(recordId, target);
     transfer->connection.emplace(target.host, target.port, jobs.stopToken(), timing);
+    transfer->listed = underWay->add(recordId, {url, {}, transfer->count});
     jobs.start(std::move(place), [transfer, ended](const std::stop_token &) {
         QString failure;
         try {
@@ -82,6 +119,7 @@ void FileTransfers::start(const QString &recordId, const QString &url, const End
         }
         transfer->connection.reset();
         ended(failure);
+        transfer->listed.reset();
     });
 }
 

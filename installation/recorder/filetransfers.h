@@ -28,7 +28,8 @@ public:
 
     explicit FileTransfers(std::shared_ptr<StoreThread> store, const OutgoingConnection::Timing &timing = {});
 
-    /// The files of the record in "export:RECORDID".
+    /// The files of the record in "export:RECORDID". For "sending:RECORDID" those that are being sent, by their targets
+    /// and the bytes that are to be sent; each until its end has been told.
     QVector<RecordFile> list(const QString &archiveDevice) const;
     /// Connects to the target in @p url, and sends the file of the record from there on a thread of its own.
     void start(const QString &recordId, const QString &url, const Ended &ended);
@@ -38,11 +39,13 @@ public:
     void stop() { jobs.stop(); }
 
 private:
+    class UnderWay;
     struct Transfer;
     std::shared_ptr<Transfer> open(const QString &recordId, const TransferTarget &target) const;
 
     const std::shared_ptr<StoreThread> store;
     const OutgoingConnection::Timing timing;
+    const std::shared_ptr<UnderWay> underWay;
     Jobs jobs;
 };
 

@@ -55,12 +55,15 @@ TransferTarget TransferTarget::ofUrl(const QString &text)
             count(text, query, QStringLiteral("size"))};
 }
 
-QString recordOfListing(const QString &text)
+TransferListing TransferListing::ofText(const QString &text)
 {
-    const QString prefix = QStringLiteral("export:");
-    if (!text.startsWith(prefix) || text.size() == prefix.size())
-        throw refusal(text, "export:RECORDID is expected");
-    return text.mid(prefix.size());
+    const int colon = text.indexOf(QLatin1Char(':'));
+    const QString prefix = text.left(colon);
+    const bool isOfTransfers = prefix == QLatin1String("sending");
+    const TransferListing listing{text.mid(colon + 1), isOfTransfers};
+    if (colon < 0 || (prefix != QLatin1String("export") && !isOfTransfers) || listing.recordId.isEmpty())
+        throw refusal(text, "export:RECORDID or sending:RECORDID is expected");
+    return listing;
 }
 
 } // namespace installation::recorder

@@ -17,8 +17,13 @@ struct TransferTarget {
     static TransferTarget ofUrl(const QString &text);
 };
 
-/// The record whose files are wanted by "export:RECORDID".
-/// @throws RecorderError with `ekINVALID_VALUE` for what is not in this form.
-QString recordOfListing(const QString &text);
+/// What is to be listed: the files of a record by "export:RECORDID", or those that are being sent by "sending:RECORDID".
+struct TransferListing {
+    QString recordId;
+    bool isOfTransfers = false;
+
+    /// @throws RecorderError with `ekINVALID_VALUE` for what is in neither form.
+    static TransferListing ofText(const QString &text);
+};
 
 } // namespace installation::recorder

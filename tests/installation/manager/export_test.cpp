@@ -45,6 +45,19 @@ protected:
         return exporter->notes.have(3) &&
                QTest::qWaitFor([&] { return exporter->sinks["R1.sigmf-data"]->isConnected(); }, 20000);
     }
+    void limitEnds()
+    {
+        configuration.timing.exportEndLimit = std::chrono::milliseconds(100);
+        startManager();
+        ASSERT_TRUE(becomesAvailable("EXPORTER"));
+    }
+    /// The recorder is asked for longer than that limit, and the export goes on.
+    bool waitsOn()
+    {
+        const int before = fake->questions;
+        const bool isAsked = QTest::qWaitFor([&] { return fake->questions > before + 20; }, 20000);
+        return isAsked && !isStarted();
+    }
     bool isStarted()
     {
         try {
@@ -225,6 +238,37 @@ TEST_F(Export, EndsWhenTheRecorderStaysSilent)
     ASSERT_TRUE(isSending(exporter));
     fake.die();
     EXPECT_EQ(exporter->end(), "end badly: the recorder is silent");
+}
+
+TEST_F(Export, EndsWhenTheEndOfATransferIsNotTold)
+{
+    limitEnds();
+    fake->tellsEnds = false;
+    start();
+    EXPECT_EQ(exporter->end(),
+              "end badly: the recorder does not send any more and has not told how it ended");
+    EXPECT_EQ(exporter->notes.all().at(3), "bad R1.sigmf-data");
+}
+
+TEST_F(Export, WaitsForARecorderThatStillSends)
+{
+    limitEnds();
+    fake->hangs = true;
+    start();
+    ASSERT_TRUE(isSending(exporter));
+    EXPECT_TRUE(waitsOn());
+    exporter->sinks["R1.sigmf-data"]->close();
+    EXPECT_EQ(exporter->end(), "end badly: the connection has been closed");
+}
+
+TEST_F(Export, WaitsForARecorderThatDoesNotSayWhatItSends)
+{
+    limitEnds();
+    fake->hangs = true;
+    fake->tellsTransfers = false;
+    start();
+    ASSERT_TRUE(isSending(exporter));
+    EXPECT_TRUE(waitsOn());
 }
 
 TEST_F(Export, RunsOnlyOnceAtATime)

@@ -64,6 +64,9 @@ TQ_KORVE::struMETA_DATA *ExportingRecorder::getMetaData(Text recordId)
 
 TQ_KORVE::seqMETA_DATA *ExportingRecorder::listAllRecordsOnArchDev(Text place)
 {
+    if (place == std::string("sending:R1") && tellsTransfers)
+        return transfers();
+    questions += place == std::string("sending:R1");
     if (place != std::string("export:R1"))
         throw TQ_KORVE::exKorve(TQ_KORVE::ekINVALID_RECORD_ID, "there is no such record");
     TQ_KORVE::seqMETA_DATA_var list = new TQ_KORVE::seqMETA_DATA;
@@ -78,6 +81,19 @@ TQ_KORVE::seqMETA_DATA *ExportingRecorder::listAllRecordsOnArchDev(Text place)
     return list._retn();
 }
 
+TQ_KORVE::seqMETA_DATA *ExportingRecorder::transfers()
+{
+    TQ_KORVE::seqMETA_DATA_var list = new TQ_KORVE::seqMETA_DATA;
+    const std::scoped_lock lock(senderMutex);
+    list->length(sending.empty() ? 0 : 1);
+    if (!sending.empty()) {
+        list[0u] = TQ_KORVE::struMETA_DATA();
+        list[0u].recordID = sending.c_str();
+    }
+    ++questions;
+    return list._retn();
+}
+
 void ExportingRecorder::copyRecordToArchDevEx(Text, Text destination, Receiver receiver)
 {
     const QUrl url(QString::fromUtf8(destination));
@@ -88,6 +104,7 @@ void ExportingRecorder::copyRecordToArchDevEx(Text, Text destination, Receiver r
     const std::string rest = bytes.substr(query.queryItemValue(QStringLiteral("offset")).toULongLong());
     const int connection = connectTo(url);
     const std::scoped_lock lock(senderMutex);
+    sending = destination;
     senders.emplace_back([this, connection, rest,
                           hearer = TQ_KORVE_IT::IF_Korve_IT_var(TQ_KORVE_IT::IF_Korve_IT::_duplicate(receiver))] {
         send(connection, rest, hearer.in());
@@ -102,6 +119,12 @@ void ExportingRecorder::send(int connection, const std::string &bytes, Receiver 
     else
         isSent = sendAll(connection, bytes);
     ::close(connection);
+    {
+        const std::scoped_lock lock(senderMutex);
+        sending.clear();
+    }
+    if (!tellsEnds)
+        return;
     TQ_KORVE_IT::struNotification notification{};
     notification.notification = isSent ? transferDone : transferFailed;
     notification.recordId = "R1";

@@ -23,10 +23,18 @@ public:
                                              {"R1.sigmf-meta", "{\"meta\": 1}"}};
     /// Sends nothing, until the exporter closes the connection.
     std::atomic<bool> hangs = false;
+    /// Tells how a transfer has ended.
+    std::atomic<bool> tellsEnds = true;
+    /// Tells what it is sending. Another recorder may not.
+    std::atomic<bool> tellsTransfers = true;
+    /// How often it has been asked what it is sending.
+    std::atomic<int> questions = 0;
 
 private:
+    TQ_KORVE::seqMETA_DATA *transfers();
     void send(int connection, const std::string &bytes, Receiver receiver);
 
-    std::mutex senderMutex;
+    std::mutex senderMutex; // guards what follows
+    std::string sending;    ///< where to; empty: nowhere
     std::vector<std::thread> senders;
 };

@@ -76,7 +76,7 @@ TEST_F(Transfer, BeginsWithTheListOfFiles)
     EXPECT_EQ(files[1].name, record + ".sigmf-data");
     EXPECT_EQ(files[1].sizeBytes, quint64(samples.size()));
     EXPECT_EQ(kindOf([&] { transfers.list("export:R0"); }), TQ_KORVE::ekINVALID_RECORD_ID);
-    for (const char *device : {"", "export:", "tape:R0", "R0"})
+    for (const char *device : {"", "export:", "sending:", "tape:R0", "R0"})
         EXPECT_EQ(kindOf([&] { transfers.list(device); }), TQ_KORVE::ekINVALID_VALUE) << device;
 }
 
@@ -98,6 +98,24 @@ TEST_F(Transfer, ToAReceiverMayBeWaitedFor)
     std::future<QByteArray> taken = std::async(std::launch::async, [&] { return receiver.takeAll(); });
     transfers.send(record, url(files[1], 0, receiver.port()));
     EXPECT_EQ(taken.get(), samples);
+}
+
+TEST_F(Transfer, IsListedUntilItsEndHasBeenTold)
+{
+    Receiver receiver;
+    const QString target = url(files[1], 1, receiver.port());
+    std::promise<int> listed;
+    transfers.start(record, target,
+                    [&](const QString &) { listed.set_value(transfers.list("sending:" + record).size()); });
+    const QVector<RecordFile> going = transfers.list("sending:" + record);
+    ASSERT_EQ(going.size(), 1);
+    EXPECT_EQ(going[0].name, target);
+    EXPECT_EQ(going[0].sizeBytes, quint64(samples.size() - 1));
+    EXPECT_TRUE(transfers.list("sending:R0").isEmpty());
+    receiver.takeAll();
+    EXPECT_EQ(listed.get_future().get(), 1);
+    transfers.stop();
+    EXPECT_TRUE(transfers.list("sending:" + record).isEmpty());
 }
 
 TEST_F(Transfer, IsRefusedWhenTheRecordHasChanged)
