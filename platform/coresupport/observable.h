@@ -25,6 +25,8 @@ public:
     /// Moves @p observer to the front, or adds it there. During a notification this takes effect when that ends.
     void MakeFirstObserver(IObserver *observer);
 
+    bool hasObservers() const { return !observers.empty(); }
+
     /// Calls all observers but @p originator. An exception of an observer ends the round and reaches the caller.
     void NotifyObservers(TChangeCode code, IObserver *originator);
 

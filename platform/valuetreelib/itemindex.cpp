@@ -8,42 +8,41 @@ namespace values
 {
 namespace
 {
-unsigned hashOf(const QString &path)
+unsigned hashOf(QStringView path)
 {
     return qHash(path, static_cast<unsigned>(qGlobalQHashSeed()));
 }
 } // namespace
 
-TreeItem *ItemIndex::find(const QString &path) const
+TreeItem *ItemIndex::find(QStringView path) const
 {
-    if (slots.empty())
-        return nullptr;
-    const unsigned hash = hashOf(path);
-    for (std::size_t position = hash & (slots.size() - 1); slots[position].item; position = next(position)) {
-        if (slots[position].hash == hash && slots[position].item->path == path)
-            return slots[position].item;
-    }
-    return nullptr;
+    return slots.empty() ? nullptr : slots[placeOf(path, hashOf(path))].item;
 }
 
-void ItemIndex::insert(TreeItem &item)
+bool ItemIndex::insert(TreeItem &item)
 {
-    if (8 * ++count > 7 * slots.size())
+    if (8 * (count + 1) > 7 * slots.size())
         grow();
-    place({&item, hashOf(item.path)});
+    const unsigned hash = hashOf(item.path);
+    Slot &slot = slots[placeOf(item.path, hash)];
+    if (slot.item)
+        return false;
+    slot = {&item, hash};
+    ++count;
+    return true;
 }
 
-void ItemIndex::place(const Slot &slot)
+std::size_t ItemIndex::placeOf(QStringView path, unsigned hash) const
 {
-    std::size_t position = slot.hash & (slots.size() - 1);
-    while (slots[position].item)
+    std::size_t position = home(hash);
+    while (slots[position].item && (slots[position].hash != hash || slots[position].item->path != path))
         position = next(position);
-    slots[position] = slot;
+    return position;
 }
 
 void ItemIndex::erase(const TreeItem &item)
 {
-    std::size_t hole = hashOf(item.path) & (slots.size() - 1);
+    std::size_t hole = home(hashOf(item.path));
     while (slots[hole].item != &item)
         hole = next(hole);
     // Whoever was pushed past the hole moves up, so that every search still ends at a free slot.
@@ -63,8 +62,12 @@ void ItemIndex::grow()
     std::vector<Slot> old(slots.empty() ? 64 : 2 * slots.size());
     old.swap(slots);
     for (const Slot &slot : old) {
-        if (slot.item)
-            place(slot);
+        if (!slot.item)
+            continue;
+        std::size_t position = home(slot.hash);
+        while (slots[position].item)
+            position = next(position);
+        slots[position] = slot;
     }
 }
 } // namespace values

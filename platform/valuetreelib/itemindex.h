@@ -14,10 +14,10 @@ class ItemIndex
 {
 public:
     /// Null when there is none. @p path must be normalised to be found.
-    TreeItem *find(const QString &path) const;
+    TreeItem *find(QStringView path) const;
 
-    /// There is none of this path yet.
-    void insert(TreeItem &item);
+    /// False, when there is one of this path already, which stays.
+    bool insert(TreeItem &item);
     void erase(const TreeItem &item);
 
 private:
@@ -26,8 +26,10 @@ private:
         unsigned hash = 0;
     };
 
+    std::size_t home(unsigned hash) const { return hash & (slots.size() - 1); }
     std::size_t next(std::size_t position) const { return (position + 1) & (slots.size() - 1); }
-    void place(const Slot &slot);
+    /// The slot of the item at @p path, or the free one where it would stand.
+    std::size_t placeOf(QStringView path, unsigned hash) const;
     void grow();
 
     std::vector<Slot> slots; // a power of two of them, at most seven eighths taken

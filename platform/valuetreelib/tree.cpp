@@ -9,6 +9,8 @@
 #include "valuetreelib/treelisteners.h"
 #include "valuetreelib/treepath.h"
 
+#include <QVarLengthArray>
+
 namespace values
 {
 namespace
@@ -60,11 +62,11 @@ public:
     /// Items that are added together, below one node that was there before.
     struct Addition {
         Node *grown = nullptr;
-        std::vector<TreeItem *> items; // nodes before what is below them
+        QVarLengthArray<TreeItem *, 8> items; // nodes before what is below them
     };
 
-    Node *ensureNode(const QString &path, Addition &addition);
-    void hook(Node &parent, std::unique_ptr<TreeItem> item, ItemIndex &index, Addition &addition);
+    Node *ensureNode(QStringView path, Addition &addition);
+    void hook(Node &parent, std::unique_ptr<TreeItem> item, Addition &addition);
     void tell(const Addition &addition, IObserver *originator);
     void remove(TreeItem &item, IObserver *originator);
     void removeBelowRoot(IObserver *originator);
@@ -76,10 +78,10 @@ public:
     TreeListeners listeners;
 };
 
-Node *Tree::Private::ensureNode(const QString &path, Addition &addition)
+Node *Tree::Private::ensureNode(QStringView path, Addition &addition)
 {
-    std::vector<QString> missing;
-    QString above = path;
+    std::vector<QStringView> missing;
+    QStringView above = path;
     TreeItem *found;
     while (!(found = nodes.find(above))) {
         missing.push_back(above);
@@ -88,16 +90,16 @@ Node *Tree::Private::ensureNode(const QString &path, Addition &addition)
     auto *node = static_cast<Node *>(found);
     addition.grown = node;
     for (; !missing.empty(); missing.pop_back()) {
-        auto *const child = new Node(missing.back(), tree);
-        hook(*node, std::unique_ptr<TreeItem>(child), nodes, addition);
+        auto *const child = new Node(missing.back().toString(), tree);
+        hook(*node, std::unique_ptr<TreeItem>(child), addition);
+        nodes.insert(*child);
         node = child;
     }
     return node;
 }
 
-void Tree::Private::hook(Node &parent, std::unique_ptr<TreeItem> item, ItemIndex &index, Addition &addition)
+void Tree::Private::hook(Node &parent, std::unique_ptr<TreeItem> item, Addition &addition)
 {
-    index.insert(*item);
     addition.items.push_back(item.get());
     parent.hook(std::move(item));
 }
@@ -107,6 +109,8 @@ void Tree::Private::tell(const Addition &addition, IObserver *originator)
     for (TreeItem *item : addition.items)
         listeners.itemAdded(*item, originator);
     // The added nodes gained children too, but nobody can observe them yet.
+    if (!addition.grown->hasObservers())
+        return;
     const ItemGuard guard(*addition.grown);
     addition.grown->NotifyObservers(ChangeCodeChildAdded, originator);
     if (guard.isAlive())
@@ -163,15 +167,15 @@ bool Tree::addValueAt(const QString &givenPath, std::unique_ptr<ValueBase> value
         refuse(givenPath, "a value needs a name");
         return false;
     }
-    const QString path = normalizedPath(givenPath);
-    if (isTooDeep(path) || d->values.find(path)) {
-        refuse(path, isTooDeep(path) ? "too deep" : "there is such a value");
+    value->path = normalizedPath(givenPath);
+    const bool tooDeep = isTooDeep(value->path);
+    if (tooDeep || !d->values.insert(*value)) {
+        refuse(value->path, tooDeep ? "too deep" : "there is such a value");
         return false;
     }
-    value->path = path;
     Private::Addition addition;
-    Node *const parent = d->ensureNode(values::parentPath(path), addition);
-    d->hook(*parent, std::move(value), d->values, addition);
+    Node *const parent = d->ensureNode(values::parentPath(value->path), addition);
+    d->hook(*parent, std::move(value), addition);
     d->tell(addition, originator);
     return true;
 }

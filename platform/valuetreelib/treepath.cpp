@@ -8,11 +8,15 @@ namespace values
 {
 bool isNormalizedPath(const QString &path)
 {
-    if (!path.startsWith(u'/'))
+    const ushort *const units = path.utf16();
+    const int last = path.size() - 1;
+    if (last < 0 || units[0] != u'/')
         return false;
-    const auto areSlashes = [](QChar a, QChar b) { return a == u'/' && b == u'/'; };
-    return path.size() == 1
-        || (!path.endsWith(u'/') && std::adjacent_find(path.begin(), path.end(), areSlashes) == path.end());
+    // To the end in any case: so the processor looks at many at a time.
+    ushort found = last > 0 && units[last] == u'/';
+    for (int i = 0; i < last; ++i)
+        found |= static_cast<ushort>((units[i] == u'/') & (units[i + 1] == u'/'));
+    return !found;
 }
 
 QString normalizedPath(const QString &path)
@@ -28,10 +32,9 @@ QString normalizedPath(const QString &path)
     return normalized.isEmpty() ? QStringLiteral("/") : normalized;
 }
 
-QString parentPath(const QString &path)
+QStringView parentPath(QStringView path)
 {
-    const int end = path.lastIndexOf(u'/');
-    return end <= 0 ? QStringLiteral("/") : path.left(end);
+    return path.left(std::max<qsizetype>(path.lastIndexOf(u'/'), 1));
 }
 
 bool isPathBelow(const QString &path, const QString &top)

@@ -9,6 +9,6 @@ QString normalizedPath(const QString &path);
 bool isNormalizedPath(const QString &path);
 
 /// For normalised paths: the path of what stands above, and whether one stands (anywhere) below @p top, at any depth.
-QString parentPath(const QString &path);
+QStringView parentPath(QStringView path);
 bool isPathBelow(const QString &path, const QString &top);
 } // namespace values

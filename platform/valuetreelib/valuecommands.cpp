@@ -36,11 +36,14 @@ bool ValueBase::SetCommandString(std::string_view frames, IObserver *originator)
     if (frame && in.isAtEnd()) // as nearly always: nothing to guard against
         return SetCommandString(frame->command, frame->payload, originator);
 
-    const ItemGuard guard(*this);
+    // Nobody can end a value that nobody has seen yet, as those of a snapshot are.
+    std::optional<ItemGuard> guard;
+    if (parentNode || hasObservers())
+        guard.emplace(*this);
     for (; frame; frame = nextFrame(in)) {
         if (!SetCommandString(frame->command, frame->payload, originator))
             return false;
-        if (in.isAtEnd() || !guard.isAlive())
+        if (in.isAtEnd() || (guard && !guard->isAlive()))
             return true;
     }
     if (frames.empty())

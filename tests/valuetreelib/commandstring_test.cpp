@@ -341,4 +341,13 @@ TEST_F(CommandString, SurvivesAnObserverThatRemovesTheValueBetweenFrames)
     EXPECT_TRUE(inTree->SetCommandString(bytes("03 01 00 61 02 08 02"), nullptr));
     EXPECT_THAT(taken(), ElementsAre("v 3", "v 2", "v 18"));
 }
+
+TEST_F(CommandString, SurvivesAnObserverThatEndsAValueOfNoTreeBetweenFrames)
+{
+    auto value = std::make_unique<TextValue>();
+    value->AddObserver(&observer);
+    observer.react = [&value] { value.reset(); };
+    EXPECT_TRUE(value->SetCommandString(bytes("03 01 00 61 02 08 02"), nullptr));
+    EXPECT_THAT(taken(), ElementsAre("v 3"));
+}
 } // namespace
