@@ -12,17 +12,6 @@ QString prefixOf(const QString &path)
 }
 } // namespace
 
-void MirroredValues::bind(quint32 id, values::ValueBase *value)
-{
-    const quint32 known = this->id(value);
-    if (known == 0)
-        notInPlace.push_back(value);
-    else if (known != id)
-        earlierIds.insert(value, known);
-    idsByValue.insert(value, id);
-    valuesById.insert(id, value);
-}
-
 void MirroredValues::removeValue(const QString &path)
 {
     const auto place = sorted().find(path);
@@ -40,11 +29,7 @@ void MirroredValues::removeBelow(const QString &path)
 
 void MirroredValues::clear()
 {
-    places.clear();
-    notInPlace.clear();
-    valuesById.clear();
-    idsByValue.clear();
-    earlierIds.clear();
+    *this = MirroredValues();
 }
 
 std::vector<QString> MirroredValues::paths() const
@@ -65,8 +50,25 @@ std::vector<values::ValueBase *> MirroredValues::valuesBelow(const QString &path
     return found;
 }
 
+void MirroredValues::enter() const
+{
+    entered.valuesById.reserve(notEntered.size());
+    entered.idsByValue.reserve(notEntered.size());
+    for (const auto &[id, value] : notEntered) {
+        const quint32 known = entered.idsByValue.value(value);
+        if (known == 0)
+            notInPlace.push_back(value);
+        else if (known != id)
+            entered.earlierIds.insert(value, known);
+        entered.idsByValue.insert(value, id);
+        entered.valuesById.insert(id, value);
+    }
+    notEntered.clear();
+}
+
 MirroredValues::Places &MirroredValues::sorted() const
 {
+    tables();
     for (values::ValueBase *const value : notInPlace)
         places[value->GetPathName()] = value;
     notInPlace.clear();
@@ -76,12 +78,12 @@ MirroredValues::Places &MirroredValues::sorted() const
 MirroredValues::Places::iterator MirroredValues::remove(Places::iterator place)
 {
     const values::ValueBase *const value = place->second;
-    const auto earlier = earlierIds.values(value);
+    const auto earlier = entered.earlierIds.values(value);
     for (const quint32 id : earlier)
-        valuesById.remove(id);
-    earlierIds.remove(value);
-    valuesById.remove(id(value));
-    idsByValue.remove(value);
+        entered.valuesById.remove(id);
+    entered.earlierIds.remove(value);
+    entered.valuesById.remove(id(value));
+    entered.idsByValue.remove(value);
     return places.erase(place);
 }
 } // namespace mirror

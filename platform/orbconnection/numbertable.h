@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <type_traits>
 #include <utility>
@@ -20,11 +22,16 @@ public:
         const Slot &slot = slots[placeOf(key)];
         return slot.key ? slot.value : Value();
     }
+    /// Makes room for @p keys in all.
+    void reserve(std::size_t keys)
+    {
+        if (4 * keys > 3 * slots.size())
+            grow(std::bit_ceil(std::max<std::size_t>(64, 4 * keys / 3 + 1)));
+    }
     /// Replaces what the key had.
     void insert(Key key, Value value)
     {
-        if (4 * (count + 1) > 3 * slots.size())
-            grow();
+        reserve(count + 1);
         Slot &slot = slots[placeOf(key)];
         count += !slot.key;
         slot = {key, value};
@@ -66,9 +73,9 @@ private:
             place = next(place);
         return place;
     }
-    void grow()
+    void grow(std::size_t size)
     {
-        std::vector<Slot> old(slots.empty() ? 64 : 2 * slots.size());
+        std::vector<Slot> old(size);
         old.swap(slots);
         for (const Slot &slot : old)
             if (slot.key)

@@ -30,6 +30,20 @@ TEST(NumberTable, HoldsWhatAMapHoldsThroughEveryChange)
         EXPECT_EQ(table.value(key), map.contains(key) ? map[key] : 0);
 }
 
+TEST(NumberTable, KeepsItsEntriesWhenRoomIsReserved)
+{
+    NumberTable<unsigned, unsigned> table;
+    for (const unsigned room : {0u, 1u, 48u, 49u, 5000u, 10u}) {
+        table.insert(room + 1, room);
+        table.reserve(room);
+        for (const unsigned earlier : {0u, 1u, 48u, 49u, 5000u, 10u}) {
+            ASSERT_EQ(table.value(earlier + 1), earlier);
+            if (earlier == room)
+                break;
+        }
+    }
+}
+
 TEST(NumberTable, KeepsItsEntriesWhenItGrows)
 {
     NumberTable<unsigned, unsigned> table;
