@@ -12,8 +12,7 @@ constexpr char sourceName[] = "orbconnection/batchwriter";
 std::size_t mostBytes(const Record &record)
 {
     constexpr std::size_t numbers = 32;
-    constexpr std::size_t utf8BytesPerUnit = 3;
-    return numbers + utf8BytesPerUnit * (record.path.size() + record.typeName.size()) + record.frames.size();
+    return numbers + record.path.size() + record.typeName.size() + record.frames.size();
 }
 } // namespace
 
@@ -23,7 +22,7 @@ void BatchWriter::write(const Record &record)
     if (batchHeaderBytes + most > maximumBytes) {
         traceAt(TraceLevel::Normal, sourceName, [&] {
             return QStringLiteral("%1 bytes of \"%2\" are too many for a batch")
-                .arg(QString::number(most), record.path);
+                .arg(QString::number(most), textOf(record.path));
         });
         return;
     }

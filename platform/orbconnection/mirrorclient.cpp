@@ -175,7 +175,7 @@ void MirrorClient::commandRecorded(values::ValueBase &value, const values::Value
 
 void MirrorClient::announce(values::ValueBase &value)
 {
-    const std::optional<QString> relative = path.relative(value.GetPathName());
+    const std::optional<QByteArray> relative = path.relative(value.GetPathName());
     if (known.id(&value) != 0 || !relative)
         return;
     const quint32 id = clientIdBit | ++lastOwnId;

@@ -115,7 +115,7 @@ void MirrorClient::removeAllBelowBut(const std::vector<QString> &kept, const QSt
 
 bool MirrorClient::applyValue(const Record &record)
 {
-    if (record.id == 0 || (record.id & clientIdBit) || record.path.isEmpty())
+    if (record.id == 0 || (record.id & clientIdBit) || record.path.empty())
         return false;
     const QString absolute = path.absolute(record.path);
     if (absolute == ownValuePath)
@@ -129,7 +129,7 @@ bool MirrorClient::applyValue(const Record &record)
     }
     if (value) {
         traceAt(TraceLevel::Normal, sourceName,
-                [&] { return QStringLiteral("%1 becomes a %2, as at the server").arg(absolute, record.typeName); });
+                [&] { return QStringLiteral("%1 becomes a %2, as at the server").arg(absolute, textOf(record.typeName)); });
         tree.removeValue(absolute, this);
     }
     incomingId = record.id;

@@ -1,30 +1,46 @@
 #include "orbconnection/mirroredpath.h"
 
+#include "orbconnection/mirrorwire.h"
+
+#include <QStringBuilder>
 #include <QStringList>
 
 namespace mirror
 {
+namespace
+{
+bool isAscii(std::string_view text)
+{
+    unsigned char bits = 0;
+    for (const char character : text)
+        bits |= static_cast<unsigned char>(character);
+    return bits < 0x80;
+}
+} // namespace
+
 MirroredPath::MirroredPath(const QString &path)
     : topPath(u'/' + path.split(u'/', Qt::SkipEmptyParts).join(u'/')),
       prefix(topPath.endsWith(u'/') ? topPath : topPath + u'/')
 {
 }
 
-QString MirroredPath::absolute(const QString &relative) const
+QString MirroredPath::absolute(std::string_view relative) const
 {
-    if (relative.isEmpty())
+    if (relative.empty())
         return topPath;
-    QString path;
-    path.reserve(prefix.size() + relative.size()); // exactly: values keep it
-    return path.append(prefix).append(relative);
+    // In one piece and exactly as long as it has to be: values keep it.
+    if (isAscii(relative))
+        return prefix % QLatin1String(relative.data(), static_cast<int>(relative.size()));
+    // Behind the "/", as a byte order mark at the beginning of a text would be lost.
+    return topPath.left(prefix.size() - 1) % textOf('/' + std::string(relative));
 }
 
-std::optional<QString> MirroredPath::relative(const QString &absolute) const
+std::optional<QByteArray> MirroredPath::relative(const QString &absolute) const
 {
     if (absolute == topPath)
-        return QString();
+        return QByteArray();
     if (!absolute.startsWith(prefix))
         return std::nullopt;
-    return absolute.mid(prefix.size());
+    return QStringView(absolute).mid(prefix.size()).toUtf8();
 }
 } // namespace mirror

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <optional>
+#include <string_view>
 
 namespace mirror
 {
@@ -15,10 +16,10 @@ public:
 
     /// "/a/b", "/" for the root.
     const QString &top() const { return topPath; }
-    /// "" stands for the node itself.
-    QString absolute(const QString &relative) const;
-    /// Of an absolute path at or below the node; nothing for any other.
-    std::optional<QString> relative(const QString &absolute) const;
+    /// Of a path as a record has it: in UTF-8, and "" stands for the node itself.
+    QString absolute(std::string_view relative) const;
+    /// As a record is to have it, of an absolute path at or below the node; nothing for any other.
+    std::optional<QByteArray> relative(const QString &absolute) const;
 
 private:
     QString topPath;

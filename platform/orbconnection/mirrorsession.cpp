@@ -97,7 +97,8 @@ void MirrorSession::itemRemoved(values::TreeItem &item, IObserver *)
     }
     known.removeBelow(gone);
     // A node above takes the mirrored one with it.
-    write({.kind = RecordKind::NodeGone, .path = path.relative(gone).value_or(QString())});
+    const QByteArray relative = path.relative(gone).value_or(QByteArray());
+    write({.kind = RecordKind::NodeGone, .path = viewOf(relative)});
 }
 
 void MirrorSession::valueChanged(const values::ValueChange &change)
@@ -128,11 +129,11 @@ void MirrorSession::write(const Record &record)
 
 void MirrorSession::writeItem(values::TreeItem &item)
 {
-    const std::optional<QString> relative = path.relative(item.GetPathName());
+    const std::optional<QByteArray> relative = path.relative(item.GetPathName());
     if (!relative)
         return;
     if (item.isNode())
-        return write({.kind = RecordKind::Node, .path = *relative});
+        return write({.kind = RecordKind::Node, .path = viewOf(*relative)});
     auto &value = static_cast<values::ValueBase &>(item);
     quint32 id = known.id(&value);
     if (id == 0 || (id & clientIdBit))
@@ -166,7 +167,7 @@ bool MirrorSession::apply(const Record &record)
 
 bool MirrorSession::applyValue(const Record &record)
 {
-    if (record.id != (clientIdBit | (lastClientId + 1)) || record.path.isEmpty())
+    if (record.id != (clientIdBit | (lastClientId + 1)) || record.path.empty())
         return false;
     ++lastClientId;
     const QString absolute = path.absolute(record.path);

@@ -14,7 +14,7 @@ std::unique_ptr<values::ValueBase> make(const Record &record)
 {
     const values::ValueFactory &factory = values::ValueFactory::Instance();
     std::unique_ptr<values::ValueBase> value = factory.create(values::ValueType{record.type});
-    return value ? std::move(value) : factory.create(record.typeName);
+    return value ? std::move(value) : factory.create(textOf(record.typeName));
 }
 } // namespace
 
@@ -24,7 +24,7 @@ bool addValue(values::Tree &tree, const QString &absolutePath, const Record &rec
     if (!value) {
         traceAt(TraceLevel::Normal, sourceName, [&] {
             return QStringLiteral("%1 is of a class that is not known here: %2 (%3)")
-                .arg(absolutePath, record.typeName, QString::number(record.type));
+                .arg(absolutePath, textOf(record.typeName), QString::number(record.type));
         });
         return true;
     }

@@ -18,12 +18,6 @@ void appendBytes(std::string &out, std::string_view bytes)
     out.append(bytes);
 }
 
-void appendText(std::string &out, const QString &text)
-{
-    const QByteArray utf8 = text.toUtf8();
-    appendBytes(out, {utf8.constData(), static_cast<std::size_t>(utf8.size())});
-}
-
 template <typename Number> bool read(values::ByteCursor &in, Number &number)
 {
     const char *const bytes = in.take(sizeof number);
@@ -41,19 +35,10 @@ bool read(values::ByteCursor &in, std::string_view &bytes)
     return begin;
 }
 
-bool read(values::ByteCursor &in, QString &text)
-{
-    std::string_view utf8;
-    if (!read(in, utf8))
-        return false;
-    text = QString::fromUtf8(utf8.data(), static_cast<int>(utf8.size()));
-    return true;
-}
-
 /// Another way to write a path could lead out of the mirrored node, or to its top.
-bool readPath(values::ByteCursor &in, QString &path)
+bool readPath(values::ByteCursor &in, std::string_view &path)
 {
-    return read(in, path) && !path.startsWith(u'/') && !path.endsWith(u'/') && !path.contains(QLatin1String("//"));
+    return read(in, path) && !path.starts_with('/') && !path.ends_with('/') && path.find("//") == path.npos;
 }
 
 bool readContent(values::ByteCursor &in, Record &record)
@@ -93,12 +78,12 @@ void appendRecord(std::string &out, const Record &record)
         return;
     case RecordKind::Node:
     case RecordKind::NodeGone:
-        return appendText(out, record.path);
+        return appendBytes(out, record.path);
     case RecordKind::Value:
         append(out, record.id);
         append(out, record.type);
-        appendText(out, record.typeName);
-        appendText(out, record.path);
+        appendBytes(out, record.typeName);
+        appendBytes(out, record.path);
         return appendBytes(out, record.frames);
     case RecordKind::ValueGone:
         return append(out, record.id);

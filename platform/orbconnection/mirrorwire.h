@@ -36,15 +36,25 @@ struct BatchHeader {
 };
 constexpr std::size_t batchHeaderBytes = 17;
 
-/// Views into the batch; what a kind does not have is empty.
+/// Views into the batch, texts in UTF-8; what a kind does not have is empty.
 struct Record {
     RecordKind kind{};
     quint32 id = 0;
     qint32 type = 0;
-    QString typeName{};
-    QString path{};
+    std::string_view typeName{};
+    std::string_view path{};
     std::string_view frames{};
 };
+
+/// The bytes of a text for a record, which does not keep them.
+inline std::string_view viewOf(const QByteArray &utf8)
+{
+    return {utf8.constData(), static_cast<std::size_t>(utf8.size())};
+}
+inline QString textOf(std::string_view utf8)
+{
+    return QString::fromUtf8(utf8.data(), static_cast<int>(utf8.size()));
+}
 
 void appendHeader(std::string &out, const BatchHeader &header);
 /// Appends what @p record has of its kind.

@@ -202,6 +202,21 @@ TEST_F(Mirror, CutsALargeSnapshotIntoBatches)
     EXPECT_EQ(clientTree.subtree(QStringLiteral("/Sub/A/Device/Many")).size(), 5001u);
 }
 
+TEST_F(Mirror, KeepsNamesOfAnyCharacters)
+{
+    // The third begins with a byte order mark, which decoders like to drop.
+    const QStringList names{QStringLiteral("plain"), QStringLiteral("Gr\u00F6\u00DFe"), QStringLiteral("\uFEFFmarked"),
+                            QStringLiteral("\U0001F4FB"), QStringLiteral("\u0424")};
+    for (const QString &name : names)
+        addText(serverTree, QStringLiteral("/K/Device"), name, name);
+    pair->connect();
+    for (const QString &name : names) {
+        const ValueBase *const mirrored = clientTree.findValue(QStringLiteral("/Sub/A/Device/") + name);
+        ASSERT_TRUE(mirrored) << qPrintable(name);
+        EXPECT_EQ(mirrored->GetStringValue(), name);
+    }
+}
+
 TEST_F(Mirror, OfANodeThatIsNotThereYetIsEmptyUntilItComes)
 {
     const auto early = MirrorPair::make(serverTree, QStringLiteral("/Later"), QStringLiteral("/L"));

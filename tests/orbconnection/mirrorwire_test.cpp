@@ -13,12 +13,12 @@ TEST(MirrorBatch, HasTheseBytes)
     std::string bytes;
     appendHeader(bytes, {2, 1});
     appendRecord(bytes, {.kind = RecordKind::SnapshotBegin});
-    appendRecord(bytes, {.kind = RecordKind::Node, .path = QStringLiteral("D")});
-    appendRecord(bytes, {.kind = RecordKind::Value, .id = 5, .type = 1, .typeName = QStringLiteral("T"),
-                         .path = QStringLiteral("D/x"), .frames = "ff"});
+    appendRecord(bytes, {.kind = RecordKind::Node, .path = "D"});
+    appendRecord(bytes, {.kind = RecordKind::Value, .id = 5, .type = 1, .typeName = "T",
+                         .path = "D/x", .frames = "ff"});
     appendRecord(bytes, {.kind = RecordKind::Change, .id = 5, .frames = "f"});
     appendRecord(bytes, {.kind = RecordKind::ValueGone, .id = 5});
-    appendRecord(bytes, {.kind = RecordKind::NodeGone, .path = QStringLiteral("D")});
+    appendRecord(bytes, {.kind = RecordKind::NodeGone, .path = "D"});
     appendRecord(bytes, {.kind = RecordKind::SnapshotEnd});
     EXPECT_EQ(bytes, "\x01\x02\0\0\0\0\0\0\0\x01\0\0\0\0\0\0\0"s
                      "\x01"s
@@ -50,7 +50,7 @@ TEST(MirrorBatch, WithAPathThatLeadsElsewhereIsNotRead)
 {
     for (const char *path : {"/", "/D", "D/", "D//x"}) {
         std::string bytes;
-        appendRecord(bytes, {.kind = RecordKind::NodeGone, .path = QLatin1String(path)});
+        appendRecord(bytes, {.kind = RecordKind::NodeGone, .path = path});
         values::ByteCursor in{bytes.data(), bytes.data() + bytes.size()};
         EXPECT_FALSE(readRecord(in)) << path;
     }

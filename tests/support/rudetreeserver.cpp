@@ -103,7 +103,7 @@ std::string RudeTreeServer::Conduct::wholeSnapshot(quint64 number) const
     return batch(number, {{.kind = RecordKind::SnapshotBegin},
                           {.kind = RecordKind::Node},
                           {.kind = RecordKind::Value, .id = 1, .type = values::ValueTypeText,
-                           .path = QStringLiteral("State"), .frames = frames},
+                           .path = "State", .frames = frames},
                           {.kind = RecordKind::SnapshotEnd}});
 }
 
