@@ -1,6 +1,6 @@
 #include "installation/manager/export.h"
 
-#include "installation/manager/limitedreference.h"
+#include "installation/cco/orbaccess.h"
 
 #include "coresupport/trace.h"
 
@@ -171,7 +171,7 @@ bool Export::isOver(const Device &device, const QByteArray &destination) const
     const QByteArray place = "sending:" + order.record.toUtf8();
     try {
         const TQ_KORVE::IF_Control_var recorder =
-            limitedReference<TQ_KORVE::IF_Control>(device.control, timing.statusLimit);
+            withCallLimit<TQ_KORVE::IF_Control>(device.control, timing.statusLimit);
         const TQ_KORVE::seqMETA_DATA_var going = recorder->listAllRecordsOnArchDev(place.constData());
         for (CORBA::ULong position = 0; position < going->length(); ++position)
             if (destination == going.in()[position].recordID.in())
