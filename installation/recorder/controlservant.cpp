@@ -64,7 +64,9 @@ Record ControlServant::recordOf(const char *operation, Text recordId)
 
 void ControlServant::change(const char *operation, Text recordId, std::function<void(Record &)> edit)
 {
-    ask(operation, [id = idOf(recordId), edit = std::move(edit)](RecordStore &records) { records.change(id, edit); });
+    answerChange(operation, [&] {
+        store->ask([id = idOf(recordId), edit = std::move(edit)](RecordStore &records) { records.change(id, edit); });
+    });
 }
 
 void ControlServant::announceNotificationReceiver(Receiver receiver)
@@ -209,9 +211,11 @@ CORBA::Boolean ControlServant::removeRecord(Text recordId)
 {
     // Not the sessions: they own the store thread, which must not be the one that lets them go last.
     const auto activities = sessions->activities().shared_from_this();
-    return ask("removeRecord", [id = idOf(recordId), activities](RecordStore &records) {
-        activities->requireNone(id);
-        return records.remove(id);
+    return answerChange("removeRecord", [&] {
+        return store->ask([id = idOf(recordId), activities](RecordStore &records) {
+            activities->requireNone(id);
+            return records.remove(id);
+        });
     });
 }
 
@@ -324,7 +328,7 @@ char *ControlServant::copyRecordEx(Text recordId, const TQ_KORVE::seqFILE_PART &
                                    Receiver receiver)
 {
     const QString copyName = checkedText("copyRecord", name);
-    return answerDevice("copyRecord", [&] {
+    return answerChange("copyRecord", [&] {
         const QString id = operations->copy(idOf(recordId), fromFileParts(parts), copyName, receiver);
         return CORBA::string_dup(id.toUtf8());
     });

@@ -19,7 +19,8 @@ namespace installation::recorder
 /// entries count from 0; a section that reaches beyond the last is cut there. removeRecord() answers false for a record
 /// that is not deletable. Times are microseconds since 1970, UTC.
 /// Thread: the ORB's; waits for the store thread, never longer than its limit.  Errors: `exKorve` with the kind of the
-/// cause, `ekINVALID_VALUE` for a bookmark or an entry of the history that is not there.
+/// cause, `ekINVALID_VALUE` for a bookmark or an entry of the history that is not there. A change that the store has
+/// begun and does not finish in time may still be made: `CORBA::TIMEOUT`, which may be completed.
 class ControlServant : public UnservedControl
 {
 public:

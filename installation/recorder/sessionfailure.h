@@ -21,6 +21,22 @@ template <typename Work> auto answerDevice(const char *operation, Work work)
     }
 }
 
+/// The same for what changes something: what may still be done, though the store has not answered in time, becomes
+/// `CORBA::TIMEOUT`, which may be completed. A kind would say that nothing was done.
+template <typename Work> auto answerChange(const char *operation, Work work)
+{
+    return answerDevice(operation, [&] {
+        try {
+            return work();
+        } catch (const RecorderError &error) {
+            if (!error.isOutcomeUnknown())
+                throw;
+            deviceFailure(operation, error); // for its trace
+            throw CORBA::TIMEOUT(0, CORBA::COMPLETED_MAYBE);
+        }
+    });
+}
+
 /// What @p work answers; whatever it throws becomes `exLLDC`.
 template <typename Work> auto answerLink(const char *operation, Work work)
 {

@@ -47,7 +47,8 @@ void StoreThread::giveUp(StoreRequest &request)
     if (request.withdraw())
         throw RecorderError(TQ_KORVE::ekMASS_STORAGE_TOO_SLOW, QStringLiteral("the store is busy; nothing was done"));
     throw RecorderError(TQ_KORVE::ekMASS_STORAGE_TOO_SLOW,
-                        QStringLiteral("the store takes long; what was asked may still be done"));
+                        QStringLiteral("the store takes long; what was asked may still be done"),
+                        RecorderError::Outcome::Unknown);
 }
 
 void StoreThread::run(const QString &path, std::promise<void> &opened)

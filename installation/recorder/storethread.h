@@ -33,7 +33,7 @@ public:
     StoreThread(const StoreThread &) = delete;
 
     /// What @p work returns or throws. It must own what it uses, since it may outlive the wait.
-    /// @throws RecorderError when the store takes too long; the text tells whether the work may still be done.
+    /// @throws RecorderError when the store takes too long; it tells whether the work may still be done.
     template <typename Work> auto ask(Work work) -> std::invoke_result_t<Work &, RecordStore &>
     {
         using Result = std::invoke_result_t<Work &, RecordStore &>;

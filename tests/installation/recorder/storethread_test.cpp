@@ -71,6 +71,7 @@ TEST_F(Thread, DoesNotDoLaterWhatNobodyWaitsFor)
         } catch (const RecorderError &error) {
             EXPECT_EQ(error.kind(), TQ_KORVE::ekMASS_STORAGE_TOO_SLOW);
             EXPECT_TRUE(error.text().contains("nothing was done")) << error.what();
+            EXPECT_FALSE(error.isOutcomeUnknown());
         }
     }
     EXPECT_TRUE(RecordStore(directory.path()).records().isEmpty());
@@ -85,6 +86,7 @@ TEST_F(Thread, SaysThatTheWorkMayStillBeDone)
         ADD_FAILURE() << "it was answered";
     } catch (const RecorderError &error) {
         EXPECT_TRUE(error.text().contains("may still be done")) << error.what();
+        EXPECT_TRUE(error.isOutcomeUnknown());
     }
     gate.set_value();
 }
