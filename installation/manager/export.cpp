@@ -117,7 +117,7 @@ void Export::send(const File &file)
             fail(QStringLiteral("%1 cannot be sent to \"%2\"").arg(file.name, answer));
         transferTo(*address, file);
     } catch (const std::runtime_error &) {
-        made("the exporter", [&] { order.exporter->fileStreamFinished(name.constData(), false); });
+        tell("a failure", [&] { order.exporter->fileStreamFinished(name.constData(), false); });
         throw;
     }
     made("the exporter", [&] { order.exporter->fileStreamFinished(name.constData(), true); });
@@ -201,15 +201,21 @@ Device Export::recorderNow() const
     return *device;
 }
 
-/// The last call: nobody is there to hear that it failed.
-void Export::finish(bool success, const QString &text) const
+void Export::finish(bool success, const QString &text)
+{
+    over = true;
+    tell("the end", [&] { order.exporter->exportFinished(success, text.toUtf8().constData()); });
+}
+
+/// That nobody hears it does not change how the export went.
+template <typename Call> void Export::tell(const char *what, Call call) const
 {
     try {
-        order.exporter->exportFinished(success, text.toUtf8().constData());
+        call();
     } catch (const CORBA::Exception &error) {
         traceAt(TraceLevel::Normal, sourceName, [&] {
-            return QStringLiteral("the end of export %1 could not be told: %2")
-                .arg(order.id, QLatin1String(error._name()));
+            return QStringLiteral("%1 of export %2 could not be told: %3")
+                .arg(QLatin1String(what), order.id, QLatin1String(error._name()));
         });
     }
 }

@@ -8,6 +8,7 @@
 
 #include <QVector>
 
+#include <atomic>
 #include <optional>
 
 namespace installation
@@ -32,6 +33,8 @@ public:
     void run();
     /// Does not wait. Thread: any.
     void cancel() { transfer->cancel(); }
+    /// From just before its end is told: whoever hears of that may begin it anew. Thread: any.
+    bool isOver() const { return over; }
 
 private:
     struct File {
@@ -58,13 +61,15 @@ private:
     bool isOver(const Device &device, const QByteArray &destination) const;
     void checkExporter(Patience &patience) const;
     Device recorderNow() const;
-    void finish(bool success, const QString &text) const;
+    void finish(bool success, const QString &text);
+    template <typename Call> void tell(const char *what, Call call) const;
 
     const ExportOrder order;
     const std::shared_ptr<const DeviceDirectory> directory;
     const ManagerConfiguration::Timing timing;
     const std::shared_ptr<Transfer> transfer;
     const Activation receiver;
+    std::atomic<bool> over = false;
 };
 
 } // namespace installation

@@ -26,10 +26,9 @@ void Exports::start(const ExportOrder &order)
     auto work = std::make_unique<Export>(order, poa, directory, timing);
     const std::scoped_lock lock(mutex);
     reap();
-    if (running.size() >= maximumExports)
+    if (std::ranges::count_if(running, [](const Running &one) { return !one.work->isOver(); }) >= maximumExports)
         throw std::runtime_error("there are too many exports at once");
-    const bool isRunning = std::ranges::any_of(running, [&](const Running &one) { return one.work->id() == order.id; });
-    if (isRunning)
+    if (find(order.id) != running.end())
         throw std::runtime_error("export " + order.id.toStdString() + " is running already");
     Running &started = running.emplace_back(std::move(work));
     try {
@@ -46,12 +45,17 @@ void Exports::start(const ExportOrder &order)
 bool Exports::cancel(const QString &id)
 {
     const std::scoped_lock lock(mutex);
-    const auto found =
-        std::ranges::find_if(running, [&](const Running &one) { return !one.done && one.work->id() == id; });
+    const auto found = find(id);
     if (found == running.end())
         return false;
     found->work->cancel();
     return true;
+}
+
+std::list<Exports::Running>::iterator Exports::find(const QString &id)
+{
+    return std::ranges::find_if(running,
+                                [&](const Running &one) { return !one.work->isOver() && one.work->id() == id; });
 }
 
 void Exports::reap()

@@ -15,7 +15,7 @@ class Exports
 {
 public:
     /// At once; more would share the disk of the recorders too finely.
-    static constexpr std::size_t maximumExports = 8;
+    static constexpr std::ptrdiff_t maximumExports = 8;
 
     Exports(PortableServer::POA_ptr poa, std::shared_ptr<const DeviceDirectory> directory,
             const ManagerConfiguration::Timing &timing);
@@ -37,6 +37,7 @@ private:
         std::thread thread;
     };
 
+    std::list<Running>::iterator find(const QString &id);
     void reap();
 
     const PortableServer::POA_var poa;

@@ -1,5 +1,7 @@
 #include "tests/installation/manager/fakeexporter.h"
 
+#include <utility>
+
 char *FakeExporter::exportID()
 {
     if (isDead)
@@ -17,6 +19,8 @@ void FakeExporter::exportFileList(const TQ_KRV::seqString &files)
 
 void FakeExporter::exportFinished(CORBA::Boolean success, const char *text)
 {
+    if (const auto act = std::exchange(atEnd, {}))
+        act();
     notes.take(std::string("end ") + (success ? "well" : "badly: ") + text);
 }
 
@@ -37,6 +41,8 @@ char *FakeExporter::startFileStream(const char *fileName, CORBA::ULongLong size)
 
 void FakeExporter::fileStreamFinished(const char *fileName, CORBA::Boolean success)
 {
+    if (isDead)
+        throw CORBA::TRANSIENT(0, CORBA::COMPLETED_NO);
     notes.take(std::string(success ? "good " : "bad ") + fileName);
 }
 

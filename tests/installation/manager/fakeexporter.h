@@ -5,6 +5,7 @@
 #include "tests/installation/manager/filesink.h"
 
 #include <atomic>
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -23,8 +24,10 @@ public:
 
     /// The end of the export, as soon as it comes; empty if it does not.
     std::string end();
-    /// From now on every call fails.
+    /// From now on calls fail, but for that of the end.
     void die() { isDead = true; }
+    /// Done while it hears of the end of the export, the first time.
+    std::function<void()> atEnd;
 
     std::string id = "EXPORTER@R1@a@b@c";
     std::string device = "EXPORTER";
