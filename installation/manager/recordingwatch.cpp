@@ -37,7 +37,8 @@ bool RecordingWatch::look(const QString &channelId, quint64 runNumber) const
     if (channel->run.state != State::Recording)
         return true; // a command is about to change it
     const Finding finding = find(*channel);
-    if (finding == Finding::Gone || isOverdue(channel->run))
+    // Who does not answer cannot be told that the time is over either, until he does.
+    if (finding == Finding::Gone || (finding == Finding::Recording && isOverdue(channel->run)))
         finish(*channel, finding == Finding::Gone);
     return true;
 }

@@ -2,6 +2,8 @@
 
 #include <QtTest/QTest>
 
+#include <algorithm>
+
 using namespace installation;
 using testing::Contains;
 using testing::Not;
@@ -11,6 +13,7 @@ using Chan = TQ_KRV::IF_KRV_c_Chan;
 namespace
 {
 
+constexpr int patienceMs = 20000;
 constexpr const char *newRecord = "FakeRecorder-new"; // what the recorder calls it
 
 class Recording : public ChannelFixture
@@ -67,6 +70,24 @@ TEST_F(Recording, EndsAfterItsTime)
     object(id)->startRecording(0, L"", 1);
     EXPECT_TRUE(becomes(id, State::Idle));
     EXPECT_EQ(recorder->record(newRecord)->statusNow(), TQ_KORVE::rsIDLE);
+}
+
+TEST_F(Recording, EndsAfterItsTimeWhenTheRecorderAnswersAgain)
+{
+    const QString id = add(managerChannel());
+    for (const char *operation : {"getMetaData", "endRecordingSession"})
+        recorder->trouble->plant(operation, [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_NO); });
+    object(id)->startRecording(0, L"", 1);
+    const quint64 endUs = channel(id).run.startedUs + 1000000;
+    ASSERT_TRUE(QTest::qWaitFor([&] { return nowUs() >= endUs; }, patienceMs));
+    const auto looks = [this] { return std::ranges::count(recorder->trouble->calls(), "getMetaData"); };
+    const auto before = looks();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return looks() > before + 3; }, patienceMs));
+    EXPECT_THAT(peer->trouble.calls(), Not(Contains("stopDataFlow"))); // again and again
+    EXPECT_EQ(channel(id).error.code, 0u);
+    for (const char *operation : {"getMetaData", "endRecordingSession"})
+        recorder->trouble->plant(operation, {});
+    EXPECT_TRUE(becomes(id, State::Idle));
 }
 
 TEST_F(Recording, IsOverWhenTheSourceHasEnded)
