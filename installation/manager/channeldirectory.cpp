@@ -68,9 +68,8 @@ ChannelDirectory::Entry ChannelDirectory::enter(const ChannelSettings &settings,
 {
     const std::scoped_lock order(changing);
     ChannelList all = list();
-    const auto known = std::find_if(all.begin(), all.end(), [&](const Channel &channel) {
-        return channel.settings.isNamedLike(settings);
-    });
+    const auto known = std::find_if(all.begin(), all.end(),
+                                    [&](const Channel &channel) { return channel.settings.isNamedLike(settings); });
     if (known == all.end())
         return all.size() < maximumChannels ? Entry{Entry::State::Added, add(std::move(all), settings)}
                                             : Entry{Entry::State::Full};

@@ -153,15 +153,15 @@ void ChannelPublisher::Values::setRun(const Channel &channel)
     installation::set(recordId, run.recordId);
     installation::set(recordName, run.recordName);
     installation::set(triggered, true); // nobody else starts a run
-    installation::set(sizeInKb, static_cast<int>(progress.sizeBytes / 1024));
+    installation::set(sizeInKb, cutToInt(progress.sizeBytes / 1024));
     if (run.isRecording()) {
         installation::set(session, run.recordId);
-        installation::set(timeout, static_cast<int>(run.durationS));
+        installation::set(timeout, cutToInt(run.durationS));
         installation::set(counterStart, static_cast<qint64>(run.startedUs));
-        installation::set(duration, static_cast<qint64>(progress.stopUs - progress.startUs));
+        installation::set(duration, lengthUs(progress));
         return;
     }
-    installation::set(replays, static_cast<int>(run.count));
+    installation::set(replays, cutToInt(run.count));
     installation::set(startPosition, static_cast<double>(run.begin));
     installation::set(stopPosition, static_cast<double>(run.end));
     installation::set(begin, timeAtUs(progress, run.begin));

@@ -4,6 +4,7 @@
 #include "objectmodel/channeldata.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace installation
 {
@@ -74,6 +75,18 @@ double timeAtUs(const ChannelProgress &progress, quint64 position)
     const auto part = static_cast<double>(inside - progress.recordBegin) /
                       static_cast<double>(progress.recordEnd - progress.recordBegin);
     return start + part * static_cast<double>(progress.stopUs - progress.startUs);
+}
+
+qint64 lengthUs(const ChannelProgress &progress)
+{
+    constexpr quint64 last = std::numeric_limits<qint64>::max();
+    return static_cast<qint64>(std::min(progress.stopUs - std::min(progress.startUs, progress.stopUs), last));
+}
+
+int cutToInt(quint64 number)
+{
+    constexpr quint64 last = std::numeric_limits<int>::max();
+    return static_cast<int>(std::min(number, last));
 }
 
 QString textOf(TQ_KRV::eDATARATE_CLASS rate)

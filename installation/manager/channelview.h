@@ -16,6 +16,12 @@ KORVE_XML::Admin::RecordReplayMode modeOf(const ChannelRun &run);
 /// The time at which the sample at @p position of the record was taken, in microseconds since 1970.
 double timeAtUs(const ChannelProgress &progress, quint64 position);
 
+/// How long the record is by now, in microseconds; 0 for one that ends before it begins.
+qint64 lengthUs(const ChannelProgress &progress);
+
+/// For a value of the tree that holds no more: the greatest one that it can.
+int cutToInt(quint64 number);
+
 QString textOf(TQ_KRV::eDATARATE_CLASS rate);
 QString textOf(TQ_KRV::eDATA_FORMAT format);
 /// When records of the channel are registered at the archive.

@@ -92,6 +92,23 @@ TEST(ChannelPublisher, KeepsTheRecordThatWasLast)
     EXPECT_EQ(textAt("/KORVE/Channel/1/RecordID"), QLatin1String("R1"));
 }
 
+TEST(ChannelPublisher, ShowsWhatIsTooGreatAsTheGreatest)
+{
+    ChannelPublisher publisher;
+    Channel channel = replayed();
+    channel.run.count = std::numeric_limits<quint32>::max();
+    channel.progress.sizeBytes = 3ull << 40; // 3 TiB
+    publisher.publish({channel}, {});
+    EXPECT_EQ(textAt("/KORVE/Channel/1/NoOfReplays"), QLatin1String("2147483647"));
+    EXPECT_EQ(textAt("/KORVE/Channel/1/FileSizeInKB"), QLatin1String("2147483647"));
+    channel.run.state = State::Recording;
+    channel.run.durationS = std::numeric_limits<quint32>::max();
+    channel.progress.stopUs = 0; // nothing has come yet
+    publisher.publish({channel}, {});
+    EXPECT_EQ(textAt("/KORVE/Channel/1/RecordTimeout"), QLatin1String("2147483647"));
+    EXPECT_EQ(textAt("/KORVE/Channel/1/Duration"), QLatin1String("0"));
+}
+
 TEST(ChannelPublisher, AnswersWithTheErrorOfACommand)
 {
     ChannelPublisher publisher;
