@@ -1,3 +1,4 @@
+#include "apps/spectrum/spectrumreader.h"
 #include "tests/installation/manager/bookmarksat.h"
 #include "tests/installation/manager/fakerecorder.h"
 #include "tests/installation/manager/filesink.h"
@@ -281,6 +282,22 @@ TEST_F(AdminServant, HasASpectrumSent)
     EXPECT_EQ(ask(id.constData(), "127.0.0.1", refusing.port()), unreachable);
     EXPECT_EQ(ask("R0", "127.0.0.1", refusing.port()), unknownRecord);
     EXPECT_EQ(ask(id.constData(), "no address", 1), invalidValue);
+}
+
+TEST_F(AdminServant, HasTheSpectrumSentThatIsAskedFor)
+{
+    for (const auto window : {TQ_KRV::wmRectangle, TQ_KRV::wmHamming, TQ_KRV::wmHanning, TQ_KRV::wmKaiser, TQ_KRV::wmBlackman}) {
+        FileSink sink;
+        EXPECT_EQ(admin->getOverviewSpectrumStreamed("REC1", id.constData(), 40, 200, 3, 16, window, "127.0.0.1", sink.port()),
+                  0u);
+        apps::SpectrumReader reader;
+        reader.add(QByteArray::fromStdString(sink.content()));
+        const apps::SpectrumHead head{16, static_cast<quint32>(window), 9, 3, 40, 200, 8000, 0}; // of real samples
+        EXPECT_EQ(reader.head(), head);
+        while (reader.next())
+            continue;
+        EXPECT_TRUE(reader.isComplete());
+    }
 }
 
 TEST_F(AdminServant, HasTheDetailsOfARecordLookedAt)

@@ -2,6 +2,8 @@
 
 #include <QFile>
 
+#include <chrono>
+
 using namespace TQ_KORVE;
 
 namespace
@@ -33,6 +35,32 @@ TEST_P(ReplayAt, SendsEverySampleAndIsIdleThen)
 INSTANTIATE_TEST_SUITE_P(Speeds, ReplayAt,
                          testing::Values(Speed{"OwnRate", 0}, Speed{"FasterByAFactor", 5'000'000},
                                          Speed{"FullSpeed", 0xffffffff}),
+                         [](const auto &info) { return std::string(info.param.name); });
+
+struct Pace {
+    const char *name;
+    double rateOfTheRecordHz;
+    CORBA::ULong wanted;
+};
+
+class ReplayPace : public ReplayTest, public testing::WithParamInterface<Pace>
+{
+};
+
+TEST_P(ReplayPace, IsNeverFasterThanItIsTold)
+{
+    using namespace std::chrono_literals;
+    open(pattern(40'000), {{"core:sample_rate", GetParam().rateOfTheRecordHz}});
+    const CORBA::ULong id = connect(GetParam().wanted);
+    const auto begin = std::chrono::steady_clock::now();
+    link->startDataTransfer(id);
+    EXPECT_EQ(peer.readToEnd(), samples);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, 190ms); // 10 000 samples, 50 000 a second, but for one piece
+}
+
+INSTANTIATE_TEST_SUITE_P(Paces, ReplayPace,
+                         testing::Values(Pace{"OfTheRecord", 50e3, 0}, Pace{"FasterByAFactor", 1e3, 50'000},
+                                         Pace{"Slower", 1e6, 50'000}),
                          [](const auto &info) { return std::string(info.param.name); });
 
 TEST_F(Replay, ShowsItsStatesInAllLists)
