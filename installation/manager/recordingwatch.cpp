@@ -1,5 +1,6 @@
 #include "installation/manager/recordingwatch.h"
 
+#include "installation/contracts/endedrecording.h"
 #include "installation/manager/recordview.h"
 
 namespace installation
@@ -64,11 +65,45 @@ void RecordingWatch::finish(const Channel &channel, bool isGone) const
     const auto held = context.enter(channel, State::RecordStopping);
     if (!held)
         return; // somebody was faster
+    if (isGone)
+        tellTrouble(channel); // before it is idle: whoever waits for that finds the cause
     try {
         end.finish(*held, {}, isGone);
     } catch (const ChannelFailure &failure) {
         context.noteFailure(channel.id, failure);
     }
+}
+
+/// Of a recording that came to another end than its source.
+void RecordingWatch::tellTrouble(const Channel &channel) const
+{
+    const QString trouble = troubleOf(channel);
+    if (trouble.isEmpty())
+        return;
+    const ChannelFailure fault(failure::linkFault, trouble);
+    context.noteFailure(channel.id, fault);
+    context.channelManager(channel).tell([&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) {
+        manager->KorveRecordReplaySessionFault(channel.id.toUtf8().constData(), fault.number(),
+                                               fault.text().toUtf8().constData());
+    });
+}
+
+/// As the recorder noted it; empty when there is none, or nobody knows.
+QString RecordingWatch::troubleOf(const Channel &channel) const
+{
+    const auto device = context.devices->find(channel.run.deviceId);
+    if (!device || CORBA::is_nil(device->control))
+        return {};
+    try {
+        TQ_KORVE::seqHistory_var history = device->control->getHistory(channel.run.recordId.toUtf8().constData());
+        for (CORBA::ULong entry = history->length(); entry > 0; --entry) {
+            const QString text = fromDeviceText(history[entry - 1].historyEntry);
+            if (text.startsWith(QLatin1String(endedByItself)))
+                return text.mid(static_cast<int>(qstrlen(endedByItself)));
+        }
+    } catch (const CORBA::Exception &) { // without a sample there is no record
+    }
+    return {};
 }
 
 bool RecordingWatch::adopt(const QString &channelId, quint64 runNumber, bool &isAdopted) const

@@ -24,6 +24,8 @@ private:
     bool look(const QString &channelId, quint64 runNumber) const;
     Finding find(const Channel &channel) const;
     void finish(const Channel &channel, bool isGone) const;
+    void tellTrouble(const Channel &channel) const;
+    QString troubleOf(const Channel &channel) const;
     bool adopt(const QString &channelId, quint64 runNumber, bool &isAdopted) const;
 
     using State = ChannelRun::State;

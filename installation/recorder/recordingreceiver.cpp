@@ -1,5 +1,6 @@
 #include "installation/recorder/recordingreceiver.h"
 
+#include "installation/contracts/endedrecording.h"
 #include "installation/recorder/recordererror.h"
 
 #include "coresupport/trace.h"
@@ -235,7 +236,7 @@ void RecordingReceiver::close()
         commentsTaken = true;
     }
     if (!trouble.isEmpty())
-        remarks.append(QStringLiteral("The recording ended by itself: %1").arg(trouble));
+        remarks.append(QLatin1String(endedByItself) + trouble);
     try {
         closeWith(remarks);
     } catch (const RecorderError &error) { // the next start of the recorder closes what is stored

@@ -1,6 +1,7 @@
 #include "tests/installation/manager/fakechannelmanager.h"
 #include "tests/installation/manager/livechannelsfixture.h"
 #include "tests/installation/manager/samplesource.h"
+#include "tests/installation/recorder/fulldisk.h"
 #include "tests/installation/recorder/samplepeer.h"
 
 #include "tests/installation/cco/testorb.h"
@@ -112,6 +113,34 @@ TEST_F(LiveRecordings, EndAfterTheirTime)
     EXPECT_TRUE(becomes(State::Idle));
     EXPECT_EQ(status(id), TQ_KRV::rsIDLE);
     EXPECT_EQ(channel().error.code, 0u);
+}
+
+TEST_F(LiveRecordings, TellThatTheirSourceHasBroken)
+{
+    SamplePeer source(SamplePeer::Transport::Tcp, QStringLiteral("127.0.0.1"));
+    const auto made = registerReceiver(QStringLiteral("127.0.0.1:%1").arg(source.port()), 0);
+    made->startRecording(0, L"", 0);
+    const QByteArray id = recordId();
+    source.accept().send(SampleSource::content(0, 100000));
+    EXPECT_TRUE(sizePasses(0));
+    source.reset();
+    EXPECT_TRUE(becomes(State::Idle));
+    EXPECT_EQ(channel().error.code, 905u);
+    EXPECT_TRUE(channel().error.text.contains(QLatin1String("Connection reset"))) << channel().error.text.toStdString();
+    expectBeginOfSource(id);
+}
+
+TEST_F(LiveRecordings, TellThatTheDiskIsFull)
+{
+    const FullDisk limit(2 << 20);
+    const SampleSource source(endless);
+    const auto made = registerReceiver(source.address(), 0);
+    made->startRecording(0, L"", 0);
+    const QByteArray id = recordId();
+    EXPECT_TRUE(becomes(State::Idle));
+    EXPECT_EQ(channel().error.code, 905u);
+    EXPECT_TRUE(channel().error.text.contains(QLatin1String("File too large"))) << channel().error.text.toStdString();
+    expectBeginOfSource(id);
 }
 
 TEST_F(LiveRecordings, TakeDatagrams)
