@@ -25,7 +25,7 @@ TEST(ProcessPause, StopsAndContinuesTheProcess)
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
-        standStill(50ms);
+        standStill(1s);
         ::_exit(7);
     }
     int status = 0;
