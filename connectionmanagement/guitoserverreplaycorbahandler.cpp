@@ -9,6 +9,8 @@
 
 #include "korvebase/corbatoclientconverter.h"
 
+#include <QThread>
+
 using KorveCommon::AbstractServerConnectionData;
 using TQ_KRV::IF_KORVE_Replay;
 using TQ_KRV::IF_KORVE_Replay_ptr;
@@ -52,6 +54,7 @@ bool GuiToServerReplayCorbaHandler::Initialize(const QString &newDeviceId)
 
 bool GuiToServerReplayCorbaHandler::IsServerAvailable()
 {
+    Q_ASSERT(QThread::currentThread() == thread());
     return !CORBA::is_nil(replayInterface) || Initialize(deviceId);
 }
 

@@ -5,6 +5,9 @@
 #include "appruntime/threadswitchingadministration.h"
 #include "korvebase/wiretext.h"
 
+#include <QCoreApplication>
+#include <QThread>
+
 #include <algorithm>
 #include <optional>
 
@@ -37,6 +40,13 @@ std::optional<ChannelState::State> stateOf(TQ_KRV::eRECORD_STATUS status)
         break;
     }
     return std::nullopt;
+}
+
+/// Whether listeners may be added and removed here: nothing guards them.
+bool isMainThread()
+{
+    const QCoreApplication *const application = QCoreApplication::instance();
+    return !application || application->thread() == QThread::currentThread();
 }
 } // namespace
 
@@ -73,12 +83,14 @@ void ServerCallback::NotifyChannelStateChangedInMainThread(const std::weak_ptr<L
 
 void ServerCallback::AddChannelStateChangeListener(IChannelStateChangedListener *listener)
 {
+    Q_ASSERT(isMainThread());
     if (listener && std::find(listeners->begin(), listeners->end(), listener) == listeners->end())
         listeners->push_back(listener);
 }
 
 void ServerCallback::RemoveChannelStateChangeListener(IChannelStateChangedListener *listener)
 {
+    Q_ASSERT(isMainThread());
     const auto known = std::find(listeners->begin(), listeners->end(), listener);
     if (known != listeners->end())
         listeners->erase(known);

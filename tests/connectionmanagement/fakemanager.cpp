@@ -20,6 +20,8 @@ void FakeManager::begin(const std::string &call)
 
 CORBA::Object_ptr FakeManager::referenceFor(const char *type, const std::string &key) const
 {
+    if (!handsOut)
+        return CORBA::Object::_nil();
     const PortableServer::ObjectId_var id = PortableServer::string_to_ObjectId(key.c_str());
     return poa->create_reference_with_id(id, type);
 }

@@ -17,6 +17,7 @@ public:
 
     /// Runs first in every operation, and may throw.
     std::function<void()> trouble = [] {};
+    bool handsOut = true; ///< references for devices and channels, and of its administration; otherwise nil ones
     std::string workstation;
     bool hasArchive = true; ///< at archive:8010
     std::map<std::string, TQ_KRV::seqRECORD_DATA> records;

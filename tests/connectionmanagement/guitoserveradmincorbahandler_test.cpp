@@ -6,6 +6,8 @@
 #include "tests/connectionmanagement/handlerfixture.h"
 #include "tests/connectionmanagement/keyedservant.h"
 
+#include <thread>
+
 using namespace KorveGUI;
 using TQ_KRV::IF_KORVE_Admin;
 using TQ_KRV::IF_KRV_c_KRV;
@@ -315,14 +317,20 @@ TEST_F(AdminHandler, SendsAnEmptyListForCopiesWithoutParts)
     EXPECT_THAT(admin->calls, ElementsAre("copyRecord D1 R1  none"));
 }
 
-TEST_F(AdminHandler, IsNotAvailableWithoutAnInterfaceFromTheManager)
+TEST_F(AdminHandler, IsNotAvailableWhileTheManagerFailsOrHandsOutNothing)
 {
-    manager.trouble = [] { throw CORBA::NO_RESOURCES(); };
+    const auto expectNothing = [this] {
+        EXPECT_FALSE(commands.Initialize());
+        EXPECT_EQ(commands.SetRecordComment(d1, r1, "x"), 101u);
+        EXPECT_FALSE(commands.restorePelinFilegroup(d1, r1, "G1"));
+    };
     ASSERT_TRUE(handler->IsConnected());
-    EXPECT_FALSE(commands.Initialize());
-    EXPECT_EQ(commands.SetRecordComment(d1, r1, "x"), 101u);
-    EXPECT_FALSE(commands.restorePelinFilegroup(d1, r1, "G1"));
+    manager.trouble = [] { throw CORBA::NO_RESOURCES(); };
+    expectNothing();
     manager.trouble = [] {};
+    manager.handsOut = false;
+    expectNothing();
+    manager.handsOut = true;
     EXPECT_EQ(commands.SetRecordComment(d1, r1, "x"), 0u);
 }
 
@@ -331,4 +339,12 @@ TEST_F(AdminHandler, SendsIdentifiersInLatin1AndTextsWhole)
     EXPECT_EQ(commands.SetRecordComment(QString::fromUtf8("Dä"), QString::fromUtf8("R€"), QString::fromUtf8("ä€")), 0u);
     EXPECT_THAT(admin->calls, ElementsAre("setRecordComment D\xe4 R? <e4><20ac>"));
 }
+
+#ifndef QT_NO_DEBUG
+TEST_F(AdminHandler, BelongsToTheMainThread)
+{
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    EXPECT_DEATH(std::thread([this] { commands.SetRecordComment(d1, r1, "x"); }).join(), "currentThread");
+}
+#endif
 } // namespace

@@ -103,6 +103,19 @@ TEST_F(ExportHandler, SaysWhenTheAdministrationIsNotThere)
     EXPECT_EQ(take(traces).back(), "Error calling GetKorveAdminInterface");
 }
 
+TEST_F(ExportHandler, CallsNobodyWhereTheManagerHandsOutNothing)
+{
+    manager.handsOut = false;
+    CapturedTraces traces(32);
+    EXPECT_EQ(commands.recordDataFormat(d1, r1, error), QString());
+    EXPECT_EQ(error, QStringLiteral("Unable to access CORBA Interface."));
+    EXPECT_FALSE(commands.deleteRecord(d1, r1));
+    EXPECT_THAT(take(traces),
+                ElementsAre("Error calling GetKorveAdminInterface", "Error calling GetKorveAdminInterface"));
+    EXPECT_EQ(traces.sourceOf("Error calling GetKorveAdminInterface"),
+              "connectionmanagement/guitoserverexportcorbahandler");
+}
+
 TEST_F(ExportHandler, TellsTheDataFormat)
 {
     EXPECT_EQ(commands.recordDataFormat(d1, r1, error), QStringLiteral("IQBW"));

@@ -5,6 +5,8 @@
 #include "tests/connectionmanagement/handlerfixture.h"
 #include "tests/connectionmanagement/keyedservant.h"
 
+#include <thread>
+
 using namespace KorveGUI;
 using KORVE_XML::KORVE_RecordData;
 using KORVE_XML::NetIfParams;
@@ -140,6 +142,16 @@ TEST_F(ReplayHandler, RemembersTheDeviceAlsoWhenItHasNoInterface)
     EXPECT_THAT(otherReplay->calls, ElementsAre("StopReplay D1 R1"));
 }
 
+TEST_F(ReplayHandler, IsNotAvailableWhileTheManagerHandsOutNothing)
+{
+    manager.handsOut = false;
+    EXPECT_FALSE(commands.Initialize(d1));
+    EXPECT_EQ(commands.StopReplay(d1, r1), 101u);
+    manager.handsOut = true;
+    EXPECT_EQ(commands.StopReplay(d1, r1), 0u);
+    EXPECT_THAT(replay->calls, ElementsAre("StopReplay D1 R1"));
+}
+
 TEST_F(ReplayHandler, ConvertsNothingBeforeThereIsAnInterface)
 {
     const auto noneOfTheManagers = static_cast<KORVE_RecordData::DataRate>(4);
@@ -157,4 +169,12 @@ TEST_F(ReplayHandler, SendsIdentifiersInLatin1)
     EXPECT_EQ(commands.PauseReplay(QString::fromUtf8("Dä"), QString::fromUtf8("R€")), 0u);
     EXPECT_THAT(replay->calls, ElementsAre("PauseReplay D\xe4 R?"));
 }
+
+#ifndef QT_NO_DEBUG
+TEST_F(ReplayHandler, BelongsToTheMainThread)
+{
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    EXPECT_DEATH(std::thread([this] { commands.StopReplay(d1, r1); }).join(), "currentThread");
+}
+#endif
 } // namespace

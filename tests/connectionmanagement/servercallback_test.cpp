@@ -188,6 +188,15 @@ TEST_F(RecordStates, AreSaidToBeTheServantsWhenAListenerIsInTrouble)
     EXPECT_THAT(traces.texts(), ElementsAre("Exception in an event of connectionmanagement/servercallback: trouble"));
 }
 
+#ifndef QT_NO_DEBUG
+TEST_F(RecordStates, HaveTheirListenersOnTheMainThread)
+{
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    EXPECT_DEATH(std::thread([this] { callback->AddChannelStateChangeListener(&listener); }).join(), "isMainThread");
+    EXPECT_DEATH(std::thread([this] { callback->RemoveChannelStateChangeListener(&listener); }).join(), "isMainThread");
+}
+#endif
+
 TEST(RecordStatesServant, IsOneOfTheManagersCallback)
 {
     EXPECT_TRUE((std::is_base_of_v<POA_TQ_KRV::IF_RecordStateChangeCallback, ServerCallback>));
