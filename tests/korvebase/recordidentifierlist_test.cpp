@@ -257,6 +257,17 @@ TEST(RecordListSorting, OrdersByTheLastPartThatDiffers)
     EXPECT_THAT(texts(none), IsEmpty());
 }
 
+/// Whether sorting leaves what there was, in whatever order.
+bool keepsAllWhenSorted(RecordIdentifierList list)
+{
+    auto before = texts(list);
+    list.sort();
+    auto after = texts(list);
+    std::sort(before.begin(), before.end());
+    std::sort(after.begin(), after.end());
+    return after == before;
+}
+
 TEST(RecordListSorting, KeepsAllElementsWhenTheOrderContradictsItself)
 {
     std::mt19937 random(1);
@@ -264,12 +275,16 @@ TEST(RecordListSorting, KeepsAllElementsWhenTheOrderContradictsItself)
     const auto letter = [&random] { return QString(QLatin1Char(static_cast<char>('a' + random() % 5))); };
     for (int i = 0; i < 2000; ++i)
         list.append(RecordIdentifier(letter(), letter(), letter()));
-    auto before = texts(list);
-    list.sort();
-    auto after = texts(list);
-    std::sort(before.begin(), before.end());
-    std::sort(after.begin(), after.end());
-    EXPECT_EQ(after, before);
+    EXPECT_TRUE(keepsAllWhenSorted(list));
+}
+
+TEST(RecordListSorting, StaysWithinTheListWhenEachElementIsLessThanEachOther)
+{
+    RecordIdentifierList list;
+    for (int i = 0; i < 500; ++i)
+        list.append(RecordIdentifier(QString::number(1000 + i), QString::number(1999 - i), r1));
+    ASSERT_TRUE(list.first() < list.last() && list.last() < list.first());
+    EXPECT_TRUE(keepsAllWhenSorted(list));
 }
 
 TEST(RecordListDuplicates, AreSeenAndRemovedBehindTheFirst)
