@@ -87,13 +87,21 @@ void MirrorLink::carry(const std::shared_ptr<LinkSession> &session)
     quint64 received = 0;
     std::string batch;
     while (!session->outbox.isClosed() && !CorbaCommon::isBackgroundEnding()) {
-        if (!succeeds([&] {
-                if (session->wantsSnapshot.exchange(false))
-                    session->server->resynchronise(session->number);
-                if (pullOne(*session, received, batch))
-                    events.received(session, std::move(batch));
-            }))
+        if (!succeeds([&] { carryOne(session, received, batch); }))
             return;
+    }
+}
+
+void MirrorLink::carryOne(const std::shared_ptr<LinkSession> &session, quint64 &received, std::string &batch)
+{
+    try {
+        if (session->wantsSnapshot.exchange(false))
+            session->server->resynchronise(session->number);
+        if (pullOne(*session, received, batch))
+            events.received(session, std::move(batch));
+    } catch (const VALUETREE::SessionUnknown &) {
+        if (!session->outbox.isClosed()) // else it was this side that has ended it
+            throw;
     }
 }
 

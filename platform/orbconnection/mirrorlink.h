@@ -49,6 +49,7 @@ private:
     void pause(std::size_t failures);
     std::shared_ptr<LinkSession> open();
     void carry(const std::shared_ptr<LinkSession> &session);
+    void carryOne(const std::shared_ptr<LinkSession> &session, quint64 &received, std::string &batch);
     bool pullOne(LinkSession &session, quint64 &received, std::string &batch);
     void push(const std::shared_ptr<LinkSession> &session);
     void pushAll(LinkSession &session);

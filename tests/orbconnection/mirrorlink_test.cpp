@@ -40,7 +40,7 @@ void PrintTo(const LinkCase &row, std::ostream *out)
     *out << row.name;
 }
 
-class ALink : public TwoTrees, public testing::WithParamInterface<LinkCase>
+class Link : public TwoTrees
 {
 protected:
     static std::shared_ptr<MirrorLink> make(const std::shared_ptr<Told> &told)
@@ -53,6 +53,24 @@ protected:
                                [told](const auto &, const auto &) { Told::count(told->received, told->receivedThrows); },
                                [told](const auto &) { Told::count(told->ended, told->endedThrows); }});
     }
+};
+
+TEST_F(Link, DoesNotBlameTheServerForASessionThatItEndsItself)
+{
+    OwnOrb::instance();
+    const VtServer server(serverTree, OwnOrb::timing());
+    const auto told = std::make_shared<Told>();
+    const auto link = make(told);
+    link->start();
+    ASSERT_TRUE(OwnOrb::comesTrue([&] { return told->received >= 1; }));
+    const CapturedTraces traces;
+    link->stop();
+    ASSERT_TRUE(OwnOrb::comesTrue([&] { return told->ended == told->begun; }));
+    EXPECT_FALSE(traces.contain("has ended the session"));
+}
+
+class ALink : public Link, public testing::WithParamInterface<LinkCase>
+{
 };
 
 TEST_P(ALink, BeginsAnotherSessionWhenWhoIsToldThrows)
