@@ -7,7 +7,7 @@
 
 namespace KorveCommon
 {
-/// Hears of the states of one device's records.
+/// Hears of the states of one device's records, on the main thread. May remove itself meanwhile.
 class KORVEBASE_EXPORT IRecordStateChangedListener
 {
 public:
