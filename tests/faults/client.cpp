@@ -13,6 +13,7 @@ namespace
 
 const QString device = QStringLiteral("REC1");
 const QString words = QStringLiteral("words");
+constexpr unsigned long long recordBytes = 2000; // see FaultyInstallation::importRecord()
 
 std::string told(unsigned long number)
 {
@@ -36,7 +37,8 @@ std::string toldTruth(bool isTrue)
 
 Client::Client(const QString &address, const std::string &recordId)
     : record(QString::fromStdString(recordId)), station(std::make_shared<Station>(address)),
-      handler(std::make_shared<KorveGuiToServerCorbaHandler>(QStringLiteral("Main"), station, address))
+      handler(std::make_shared<KorveGuiToServerCorbaHandler>(QStringLiteral("Main"), station, address)),
+      channel(address, [this] { return handler->GetKorveInterface(); })
 {
     OrbHandler &orb = OrbHandler::Instance();
     exporter.id = "REC1@" + recordId + "@a@b@c";
@@ -74,6 +76,8 @@ const std::map<std::string, Client::Command> &Client::commands()
                                  replayCommands("", &Client::replayOfDevice),
                                  replayCommands("OfNobody", &Client::replayOfNobody)})
             each.insert(more.begin(), more.end());
+        for (const auto &[name, command] : TestChannel::commands())
+            each[name] = [&command = command](Client &c) { return command(c.channel); };
         return each;
     }();
     return all;
@@ -151,9 +155,9 @@ GuiToServerReplayCorbaHandler &Client::replayOfNobody()
     return *replay;
 }
 
-std::string Client::startReplay(unsigned long long begin, unsigned long long end)
+std::string Client::startReplay(unsigned long long begin, unsigned long long end, unsigned long count)
 {
-    return told(replayOfDevice().StartReplay(device, record, KORVE_RecordData::HF_20k, begin, end, 1));
+    return told(replayOfDevice().StartReplay(device, record, KORVE_RecordData::HF_20k, begin, end, count));
 }
 
 std::string Client::registerChannel(bool isForReplay)
@@ -190,6 +194,7 @@ const std::map<std::string, Client::Command> &Client::channelCommands()
         {"StartReplayOfNothing", [](Client &c) { return c.startReplay(0, 0); }},
         {"StartReplayAtItsEnd", [](Client &c) { return c.startReplay(8, 8); }},
         {"StartReplayBackwards", [](Client &c) { return c.startReplay(8, 4); }},
+        {"StartReplayForEver", [](Client &c) { return c.startReplay(0, recordBytes, 0); }},
         {"registerChannelForRecording", [](Client &c) { return c.registerChannel(false); }},
         {"registerChannel", [](Client &c) { return c.registerChannel(true); }},
     };

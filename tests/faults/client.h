@@ -6,6 +6,7 @@
 #include "connectionmanagement/korveguitoservercorbahandler.h"
 #include "tests/connectionmanagement/fakeexporter.h"
 #include "tests/connectionmanagement/station.h"
+#include "tests/faults/testchannel.h"
 
 #include <functional>
 #include <map>
@@ -42,7 +43,7 @@ private:
 
     /// As new ones, without what they have fetched.
     void makeHandlers();
-    std::string startReplay(unsigned long long begin, unsigned long long end);
+    std::string startReplay(unsigned long long begin, unsigned long long end, unsigned long count = 1);
     /// Of the device, as far as it can be had.
     GuiToServerReplayCorbaHandler &replayOfDevice();
     /// That has not been told of a device.
@@ -58,4 +59,5 @@ private:
     std::unique_ptr<KorveGUI::GuiToServerExportCorbaHandler> exporting;
     FakeExporter exporter;
     TQ_KRV::IF_ExportCallback_var exporterReference;
+    TestChannel channel;
 };
