@@ -1,5 +1,6 @@
 #include "installation/faults/faults.h"
 
+#include "installation/faults/diskfaults.h"
 #include "installation/faults/processpause.h"
 
 #include "coresupport/trace.h"
@@ -42,22 +43,12 @@ void strike(const ProcessFault &fault)
         ::raise(SIGKILL);
 }
 
-void addDiskEvents(const DiskFault &fault, const std::function<void(bool)> &setDiskFull, std::vector<Event> &events)
-{
-    events.push_back({fault.window.begin, [setDiskFull] { setDiskFull(true); }});
-    if (fault.window.end)
-        events.push_back({*fault.window.end, [setDiskFull] { setDiskFull(false); }});
-}
-
 std::vector<Event> eventsFor(const FaultScript &script, const FaultySide &side)
 {
-    std::vector<Event> events;
+    std::vector<Event> events = diskEvents(script.disks, side.device, side.setDiskFull);
     for (const ProcessFault &fault : script.processes)
         if (side.roles.contains(fault.role))
             events.push_back({fault.at, [fault] { strike(fault); }});
-    for (const DiskFault &fault : script.disks)
-        if (fault.device == side.device)
-            addDiskEvents(fault, side.setDiskFull, events);
     return events;
 }
 

@@ -139,14 +139,14 @@ TEST_F(Effects, KillsAfterTheEffect)
 
 TEST_F(Effects, KillsAtATime)
 {
-    start("at 1s kill manager\n");
+    start("at 3s kill manager\n"); // when it is ready for certain
     EXPECT_TRUE(comesTrue([&] { return !process("manager").isRunning(); }));
     EXPECT_TRUE(process("recorder").isRunning());
 }
 
 TEST_F(Effects, StopsAndContinues)
 {
-    start("at 1s stop manager for 3s\n");
+    start("at 3s stop manager for 5s\n");
     EXPECT_TRUE(comesTrue([&] { return stateOf("manager") == 'T'; }));
     EXPECT_NE(stateOf("recorder"), 'T');
     EXPECT_TRUE(comesTrue([&] { return stateOf("manager") != 'T'; }));

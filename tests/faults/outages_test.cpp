@@ -81,7 +81,41 @@ TEST_F(Outages, ThatTakeLongerThanTheClientWaits)
 
 TEST_F(Outages, OfAStoppedManagerEndByThemselves)
 {
-    run("at 3s stop manager for 8s\n");
+    run("");
+    process("manager").end();
+    setScript("at 3s stop manager for 8s\n");
+    startAgain("manager");
     EXPECT_TRUE(comesTrue([&] { return client->run("SetRecordComment") == "210"; }));
+    EXPECT_TRUE(comesTrue([&] { return client->run("SetRecordComment") == "0"; }));
+}
+
+TEST_F(Outages, OfAllServicesLeaveCommandsWithoutAConnection)
+{
+    run("");
+    EXPECT_EQ(client->run("PauseReplay"), "771");
+    process("manager").kill();
+    process("cco").kill();
+    EXPECT_EQ(client->run("disconnect"), "false");
+    EXPECT_EQ(client->run("forget"), "true");
+    CapturedTraces traces(32);
+    EXPECT_EQ(client->run("PauseReplay"), "101");
+    EXPECT_THAT(traces.texts(), Contains(testing::HasSubstr("Error resolving interface with path: ")));
+    startAgain("cco");
+    startAgain("manager");
+    EXPECT_TRUE(comesTrue([&] { return client->run("PauseReplay") == "771"; }));
+}
+
+TEST_F(Outages, OfTheDiskEndWhenThereIsRoom)
+{
+    run("");
+    process("recorder").end();
+    setScript("disk full on REC1\n");
+    startAgain("recorder");
+    EXPECT_TRUE(comesTrue([&] { return client->run("SetRecordComment") == "10003"; }));
+    EXPECT_FALSE(client->outcomeIsUnknown());
+    EXPECT_EQ(comment(), L"a");
+    process("recorder").end();
+    setScript("");
+    startAgain("recorder");
     EXPECT_TRUE(comesTrue([&] { return client->run("SetRecordComment") == "0"; }));
 }
