@@ -111,6 +111,7 @@ template <TQ_KORVE::eRECORD_STATUS status> int isNow(World &world, int)
 void beIdle(World &world, int)
 {
     world.openChannel();
+    world.replay->StopReplay(world.device, world.record); // if there is one that this manager knows
     world.recorder->setRecordIdle(world.recordUtf8);
 }
 
@@ -188,7 +189,7 @@ std::vector<CommandUnderFire> changingCommands()
          [](World &w, int round) { return w.records(copyName(round)); }, byAdmin},
         {"deleteRecord", copyAtRecorder, deleteCopy,
          [](World &w, int round) { return w.has(w.copies[round]) ? 0 : 1; },
-         [](const World &) { return true; }},
+         [](const World &) { return true; }, 1},
         {"SetDeviceTime", nothing,
          [](World &w, int round) { return w.admin->SetDeviceTime(w.device, timeToSet(round)); }, isTimeSet, byAdmin},
     };
@@ -255,9 +256,9 @@ unsigned long askForArchive(World &w, int)
     return answered(w, isThere ? 0 : 1, host == QLatin1String("archive.example") && port == 8010);
 }
 
-CommandUnderFire question(const char *name, unsigned long (*ask)(World &, int))
+CommandUnderFire question(const char *name, unsigned long whenSilent, unsigned long (*ask)(World &, int))
 {
-    return {name, noAnswerYet, ask, rightAnswers, [](const World &) { return true; }, true};
+    return {name, noAnswerYet, ask, rightAnswers, [](const World &) { return true; }, whenSilent, true};
 }
 
 } // namespace
@@ -267,12 +268,12 @@ const std::vector<CommandUnderFire> &commandsUnderFire()
     static const std::vector<CommandUnderFire> all = [] {
         std::vector<CommandUnderFire> commands = changingCommands();
         std::ranges::move(replayCommands(), std::back_inserter(commands));
-        commands.push_back(question("getRecord", askForRecord));
-        commands.push_back(question("deviceID", askForDevice));
-        commands.push_back(question("getAllRecords", askForRecords));
-        commands.push_back(question("GetDeviceTime", askForTime));
-        commands.push_back(question("recordDataFormat", askForFormat));
-        commands.push_back(question("pelinConnectionParameter", askForArchive));
+        commands.push_back(question("getRecord", 210, askForRecord));
+        commands.push_back(question("deviceID", 1, askForDevice));
+        commands.push_back(question("getAllRecords", 201, askForRecords));
+        commands.push_back(question("GetDeviceTime", 210, askForTime));
+        commands.push_back(question("recordDataFormat", 1, askForFormat));
+        commands.push_back(question("pelinConnectionParameter", 1, askForArchive));
         return commands;
     }();
     return all;

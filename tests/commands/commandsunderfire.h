@@ -18,6 +18,7 @@ struct CommandUnderFire {
     /// How often it has been done: with a command that only asks, 1 when its answer was right.
     std::function<int(World &, int round)> effects;
     std::function<bool(const World &)> outcomeIsUnknown;
+    unsigned long whenSilent = 210; ///< what it answers when the manager does not
     bool onlyAsks = false;
 };
 

@@ -23,10 +23,10 @@ int openFiles()
 }
 
 /// A client whose manager is killed and started again.
-class KilledManager : public OutageFixture
+class KilledManager : public OutageFixture, public testing::WithParamInterface<CommandUnderFire>
 {
 protected:
-    static void SetUpTestSuite() { setUp(callLimit); }
+    static void SetUpTestSuite() { setUp(callLimit, 1); }
 
     static void startAgain()
     {
@@ -66,7 +66,7 @@ TEST_P(KilledManager, NeitherLiesNorRepeatsNorHangs)
     unsigned long number = 0;
     const microseconds usual = timeOf([&] { number = GetParam().give(world, lastRound); });
     ASSERT_EQ(number, 0u);
-    check(world, lastRound, number);
+    check(GetParam(), world, lastRound, number);
     std::uniform_int_distribution<int> moment(0, static_cast<int>(usual.count() * 3 / 2));
     const int first = lastRound + 1;
     const int filesBefore = openFiles();
@@ -75,7 +75,7 @@ TEST_P(KilledManager, NeitherLiesNorRepeatsNorHangs)
         GetParam().prepare(world, ++lastRound);
         number = giveUnderFire(world, lastRound, microseconds(moment(random())));
         answered += number == 0 ? 1 : 0;
-        check(world, lastRound, number);
+        check(GetParam(), world, lastRound, number);
         startAgain();
         world.connect();
     }

@@ -38,13 +38,14 @@ template <typename Sequence, typename Matches> int countIf(const Sequence &seque
     return count;
 }
 
-/// Of one that takes all connections: always the same one, so that the manager knows the channel again.
-QByteArray addressOfReceiver()
+/// Of one that takes all connections: for a record always the same one, so that the manager knows the channel again.
+QByteArray addressOfReceiver(const QString &record)
 {
-    static QTcpServer receiver;
+    static std::map<QString, QTcpServer> receivers;
+    QTcpServer &receiver = receivers[record];
     const QHostAddress host(QString::fromLatin1(qgetenv("KORVE_ADDRESS")));
     if (!receiver.isListening()) {
-        QObject::connect(&receiver, &QTcpServer::newConnection, &receiver, [] {
+        QObject::connect(&receiver, &QTcpServer::newConnection, &receiver, [&receiver] {
             while (QTcpSocket *const connection = receiver.nextPendingConnection())
                 QObject::connect(connection, &QTcpSocket::disconnected, connection, &QObject::deleteLater);
         });
@@ -135,11 +136,12 @@ void World::openChannel()
 {
     if (hasChannel)
         return;
-    const QByteArray address = addressOfReceiver();
+    const QByteArray address = addressOfReceiver(record);
+    const QByteArray name = "receiver of " + recordUtf8;
     const TQ_KRV::IF_KRV_c_KRV_var korve = manager->GetKorveInterface();
     CORBA::String_var id;
     const TQ_KRV::IF_KRV_c_Chan_var channel = korve->registerReceiverChannel(
-        TQ_KRV::IF_KRV_c_ChanMan::_nil(), TQ_KRV::drHF_20k, TQ_KRV::dfTIMEDOMAIN_DATA, false, true, "receiver", "REC1",
+        TQ_KRV::IF_KRV_c_ChanMan::_nil(), TQ_KRV::drHF_20k, TQ_KRV::dfTIMEDOMAIN_DATA, false, true, name, "REC1",
         TQ_KRV::TCP_IF, address, id.out());
     hasChannel = true;
 }

@@ -34,7 +34,7 @@ public:
     TQ_KORVE::eRECORD_STATUS status() const;
     bool has(const QByteArray &recordId) const;
 
-    /// A channel that takes replays, and never reads them.
+    /// A channel of this record's own that takes replays, and never reads them.
     void openChannel();
     /// Ends what the recorder does with the record, and has it replayed anew.
     void replayAnew();
