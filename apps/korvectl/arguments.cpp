@@ -71,8 +71,8 @@ std::optional<Position> Position::parsed(const QString &word)
             continue;
         bool isWhole = false;
         const quint64 whole = found.captured(1).toULongLong(&isWhole);
-        if (unit.factor == 1 && isWhole)
-            return Position{whole, unit.isTime};
+        if (unit.factor == 1 && isWhole && !unit.isTime)
+            return Position{whole, false};
         const double amount = found.captured(1).toDouble() * unit.factor;
         const bool isUsable = amount < mostExact && (unit.isTime || std::floor(amount) == amount);
         return isUsable ? std::optional(Position{static_cast<quint64>(std::llround(amount)), unit.isTime})

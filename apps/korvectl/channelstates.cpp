@@ -15,6 +15,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <utility>
 
 namespace korvectl
 {
@@ -94,6 +95,11 @@ QJsonObject objectOf(const ChannelState &state)
 
 } // namespace
 
+bool isBefore(const ChannelState &left, const ChannelState &right)
+{
+    return std::pair(left.id.size(), left.id) < std::pair(right.id.size(), right.id);
+}
+
 unsigned long ChannelState::errorNumber() const
 {
     return error.isEmpty() ? 0 : ErrorDescriptor().GetErrorCode(error).errorCode.toULong();
@@ -149,10 +155,7 @@ ChannelStates::ChannelStates(const CentralService &service, const QString &subsy
     : timeout(timeout)
 {
     const VtConnectData server = treeServerOf(service, subsystem, Deadline(timeout));
-    mirror = mirrored(server, korve::path::channel, timeout);
-    if (!mirror)
-        throw Failure(ExitCode::NotReachable, QStringLiteral("The value tree at %1 did not answer %2.")
-                                                  .arg(textOf(server), Deadline(timeout).words()));
+    mirror = requireMirrored(server, korve::path::channel, timeout);
 }
 
 QVector<ChannelState> ChannelStates::channels() const
@@ -164,8 +167,7 @@ QVector<ChannelState> ChannelStates::channels() const
     for (const values::TreeItem *const item : node->GetTreeItems())
         if (item->isNode())
             found << channelAt(item->GetPathName().section(u'/', -1));
-    std::sort(found.begin(), found.end(),
-              [](const ChannelState &left, const ChannelState &right) { return left.id < right.id; });
+    std::sort(found.begin(), found.end(), isBefore);
     return found;
 }
 

@@ -38,6 +38,9 @@ struct ChannelState {
     std::optional<double> progress() const;
 };
 
+/// By the ids: 9 before 10, as managers count.
+bool isBefore(const ChannelState &left, const ChannelState &right);
+
 QString channelsTable(const QVector<ChannelState> &channels);
 /// An array of objects.
 QString channelsJson(const QVector<ChannelState> &channels);

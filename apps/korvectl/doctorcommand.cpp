@@ -2,12 +2,10 @@
 
 #include "apps/korvectl/console.h"
 #include "apps/korvectl/doctor.h"
+#include "apps/korvectl/jsontext.h"
 #include "apps/korvectl/table.h"
 #include "apps/korvectl/units.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 namespace korvectl
 {
@@ -68,7 +66,7 @@ ExitCode examine(const CommandLine &line)
         print(table.text());
     const bool isSound = doctor.examine();
     if (line.json)
-        print(QString::fromUtf8(QJsonDocument(links).toJson()));
+        print(jsonText(links));
     return isSound ? ExitCode::Success : ExitCode::NotReachable;
 }
 

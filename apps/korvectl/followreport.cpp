@@ -1,9 +1,9 @@
 #include "apps/korvectl/followreport.h"
 
+#include "apps/korvectl/jsontext.h"
 #include "apps/korvectl/units.h"
 
 #include <QDateTime>
-#include <QJsonDocument>
 
 namespace korvectl
 {
@@ -24,7 +24,7 @@ QString sentence(const ConnectionEvent &event)
 QString line(const char *event, QJsonObject object)
 {
     object[QStringLiteral("event")] = QLatin1String(event);
-    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)) + u'\n';
+    return jsonLine(object);
 }
 
 QString counted(int number, const char *thing)

@@ -1,6 +1,8 @@
 #include "apps/korvectl/interruption.h"
 
+#include <QEventLoop>
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include <csignal>
 #include <cstdint>
@@ -51,6 +53,14 @@ Interruption::~Interruption()
     handle(SIGTERM, SIG_DFL);
     ::close(descriptor);
     descriptor = -1;
+}
+
+void runUntil(const Interruption &interruption, QEventLoop &loop, std::chrono::milliseconds limit)
+{
+    QObject::connect(&interruption, &Interruption::si_interrupted, &loop, &QEventLoop::quit);
+    if (limit.count() > 0)
+        QTimer::singleShot(limit, &loop, &QEventLoop::quit);
+    loop.exec();
 }
 
 } // namespace korvectl

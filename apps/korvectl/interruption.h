@@ -2,6 +2,10 @@
 
 #include <QObject>
 
+#include <chrono>
+
+class QEventLoop;
+
 namespace korvectl
 {
 
@@ -19,5 +23,8 @@ public:
 Q_SIGNALS:
     void si_interrupted();
 };
+
+/// Runs @p loop until it is told to quit, or interrupted, or that time is over; 0: for good.
+void runUntil(const Interruption &interruption, QEventLoop &loop, std::chrono::milliseconds limit);
 
 } // namespace korvectl

@@ -1,5 +1,6 @@
 #include "apps/korvectl/jsontext.h"
 
+#include <QDateTime>
 #include <QJsonDocument>
 
 namespace korvectl
@@ -18,6 +19,13 @@ QString jsonText(const QJsonArray &array)
 QString jsonLine(const QJsonObject &object)
 {
     return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)) + u'\n';
+}
+
+QString eventLine(const char *event, QJsonObject object)
+{
+    object.insert(QStringLiteral("event"), QLatin1String(event));
+    object.insert(QStringLiteral("time"), QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
+    return jsonLine(object);
 }
 
 QJsonValue jsonNumber(quint64 number)

@@ -11,6 +11,8 @@ QString jsonText(const QJsonObject &object);
 QString jsonText(const QJsonArray &array);
 /// As one line.
 QString jsonLine(const QJsonObject &object);
+/// As one line: what has happened, and when.
+QString eventLine(const char *event, QJsonObject object);
 /// A number; as text where programs would round it.
 QJsonValue jsonNumber(quint64 number);
 

@@ -1,11 +1,10 @@
 #include "apps/korvectl/listing.h"
 
+#include "apps/korvectl/jsontext.h"
 #include "apps/korvectl/table.h"
 #include "apps/korvectl/units.h"
 
 #include <QDateTime>
-#include <QJsonArray>
-#include <QJsonDocument>
 
 namespace korvectl
 {
@@ -21,20 +20,20 @@ QString dataRateOf(const KORVE_RecordData &record)
     return KORVE_RecordData::GetGUIDataRates().value(record.GetDataRate());
 }
 
-quint64 durationUs(const KORVE_RecordData &record)
-{
-    return record.GetStopTime() > record.GetStartTime() ? record.GetStopTime() - record.GetStartTime() : 0;
-}
-
 template <typename Item> QString jsonArray(const QVector<Item> &items, QJsonObject (*object)(const Item &))
 {
     QJsonArray array;
     for (const Item &item : items)
         array.append(object(item));
-    return QString::fromUtf8(QJsonDocument(array).toJson());
+    return jsonText(array);
 }
 
 } // namespace
+
+quint64 durationUs(const KORVE_RecordData &record)
+{
+    return record.GetStopTime() > record.GetStartTime() ? record.GetStopTime() - record.GetStartTime() : 0;
+}
 
 QJsonObject deviceObject(const DeviceState &device)
 {

@@ -14,6 +14,9 @@ struct ListedRecord {
     KORVE_XML::KORVE_RecordData record;
 };
 
+/// 0 for one whose end is not behind its beginning.
+quint64 durationUs(const KORVE_XML::KORVE_RecordData &record);
+
 QJsonObject deviceObject(const DeviceState &device);
 QJsonObject recordObject(const ListedRecord &listed);
 

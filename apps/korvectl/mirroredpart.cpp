@@ -54,31 +54,33 @@ std::unique_ptr<VtConnectionObserver> mirrored(const VtConnectData &server, cons
     return mirror->isConnected() ? std::move(mirror) : nullptr;
 }
 
+std::unique_ptr<VtConnectionObserver> requireMirrored(const VtConnectData &server, const QString &path,
+                                                      milliseconds limit)
+{
+    auto mirror = mirrored(server, path, limit);
+    if (!mirror)
+        throw Failure(
+            ExitCode::NotReachable,
+            QStringLiteral("The value tree at %1 did not answer %2.").arg(textOf(server), Deadline(limit).words()));
+    return mirror;
+}
+
 MirroredPart::MirroredPart(const VtConnectData &server, const QString &path, Look look, milliseconds limit)
     : wholePath(withoutEmptyParts(path))
 {
     const bool isRoot = wholePath == QLatin1String("/");
     if (look == Look::AtNode || isRoot) {
-        open(server, wholePath, limit);
+        mirror = requireMirrored(server, wholePath, limit);
         if (isRoot || !node()->GetTreeItems().empty())
             return;
         mirror->setDeleteClientTicPath(
             true); // else the node that it has made here would be taken for one of the server
         mirror.reset();
     }
-    open(server, parentOf(wholePath), limit);
+    mirror = requireMirrored(server, parentOf(wholePath), limit);
     if (!node() && !value())
         throw Failure(ExitCode::Refused,
                       QStringLiteral("There is no %1 in the value tree at %2.").arg(wholePath, textOf(server)));
-}
-
-void MirroredPart::open(const VtConnectData &server, const QString &mirroredPath, milliseconds limit)
-{
-    mirror = mirrored(server, mirroredPath, limit);
-    if (!mirror)
-        throw Failure(
-            ExitCode::NotReachable,
-            QStringLiteral("The value tree at %1 did not answer %2.").arg(textOf(server), Deadline(limit).words()));
 }
 
 QString MirroredPart::parentOf(const QString &path)

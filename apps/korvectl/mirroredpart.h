@@ -21,6 +21,10 @@ QString textOf(const VtConnectData &address);
 std::unique_ptr<VtConnectionObserver> mirrored(const VtConnectData &server, const QString &path,
                                                std::chrono::milliseconds limit);
 
+/// As above. @throws Failure instead
+std::unique_ptr<VtConnectionObserver> requireMirrored(const VtConnectData &server, const QString &path,
+                                                      std::chrono::milliseconds limit);
+
 /// A part of a manager's value tree, mirrored at the same path of this process's tree for as long as this lives.
 ///
 /// Thread: main; runs the event loop until the part is there.
@@ -46,8 +50,6 @@ public:
     static QString withoutEmptyParts(const QString &path);
 
 private:
-    void open(const VtConnectData &server, const QString &mirroredPath, std::chrono::milliseconds limit);
-
     const QString wholePath;
     std::unique_ptr<VtConnectionObserver> mirror;
 };

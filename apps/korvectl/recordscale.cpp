@@ -1,10 +1,12 @@
 #include "apps/korvectl/recordscale.h"
 
 #include "apps/korvectl/failure.h"
+#include "apps/korvectl/listing.h"
 
 #include <QDateTime>
 
 #include <cmath>
+#include <limits>
 
 namespace korvectl
 {
@@ -35,7 +37,7 @@ quint64 sampleBytesOf(quint64 sizeBytes, quint64 durationUs, quint64 rateHz)
 
 RecordScale::RecordScale(const KORVE_RecordData &record)
     : beginUs(record.GetStartTime()), sizeBytes(record.GetSize()),
-      durationUs(record.GetStopTime() > beginUs ? record.GetStopTime() - beginUs : 0), rateHz(rateOf(record)),
+      durationUs(korvectl::durationUs(record)), rateHz(rateOf(record)),
       bytesOfSample(sampleBytesOf(sizeBytes, durationUs, rateHz))
 {
 }
@@ -64,7 +66,7 @@ ByteRange RecordScale::rangeOf(const Section &section) const
     if (range.begin >= range.end)
         throw Failure(ExitCode::Usage, words + QStringLiteral("is empty."));
     if (range.end > sizeBytes)
-        throw Failure(ExitCode::Usage, words + QStringLiteral("ends behind the record, which has %1.").arg(sizeBytes));
+        throw Failure(ExitCode::Usage, words + QStringLiteral("ends behind the record, which has %1 bytes.").arg(sizeBytes));
     return range;
 }
 
@@ -82,6 +84,8 @@ quint64 RecordScale::instantOf(const Moment &moment) const
     case Moment::Kind::Absolute:
         return moment.us;
     case Moment::Kind::AfterBegin:
+        if (moment.us > std::numeric_limits<quint64>::max() - beginUs)
+            throw Failure(ExitCode::Usage, QStringLiteral("There is no such time after the record's beginning."));
         return beginUs + moment.us;
     case Moment::Kind::Now:
         return static_cast<quint64>(QDateTime::currentMSecsSinceEpoch()) * 1000;

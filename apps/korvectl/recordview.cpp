@@ -24,11 +24,6 @@ QString sinceBegin(quint64 us, quint64 beginUs)
                          : QLatin1Char('-') + units::duration(beginUs - us);
 }
 
-quint64 durationOf(const KORVE_RecordData &record)
-{
-    return record.GetStopTime() > record.GetStartTime() ? record.GetStopTime() - record.GetStartTime() : 0;
-}
-
 Table propertiesOf(const QString &device, const KORVE_RecordData &record)
 {
     Table table({{QStringLiteral("PROPERTY")}, {QStringLiteral("VALUE")}});
@@ -39,7 +34,7 @@ Table propertiesOf(const QString &device, const KORVE_RecordData &record)
     table.addRow({QStringLiteral("deletable"), record.GetDeletable() ? QStringLiteral("yes") : QStringLiteral("no")});
     table.addRow({QStringLiteral("begin"), units::exactInstant(record.GetStartTime())});
     table.addRow({QStringLiteral("end"), units::exactInstant(record.GetStopTime())});
-    table.addRow({QStringLiteral("duration"), units::duration(durationOf(record))});
+    table.addRow({QStringLiteral("duration"), units::duration(durationUs(record))});
     table.addRow({QStringLiteral("size"), QStringLiteral("%1 (%2 bytes)")
                                               .arg(units::bytes(record.GetSize()), QString::number(record.GetSize()))});
     table.addRow({QStringLiteral("data rate"), record.GetDataRateAsString()});

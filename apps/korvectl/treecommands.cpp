@@ -10,7 +10,6 @@
 #include "valuetreelib/valuebase.h"
 
 #include <QEventLoop>
-#include <QTimer>
 
 namespace korvectl
 {
@@ -70,11 +69,7 @@ ExitCode watchTree(const CommandLine &line)
         if (!printer.print(event) || isLastChange)
             loop.quit();
     });
-    Interruption interruption;
-    QObject::connect(&interruption, &Interruption::si_interrupted, &loop, &QEventLoop::quit);
-    if (line.watchTime.count() > 0)
-        QTimer::singleShot(line.watchTime, &loop, &QEventLoop::quit);
-    loop.exec();
+    runUntil(Interruption(), loop, line.watchTime);
     return ExitCode::Success;
 }
 

@@ -1,12 +1,11 @@
 #include "apps/korvectl/treelisting.h"
 
+#include "apps/korvectl/jsontext.h"
 #include "apps/korvectl/table.h"
 #include "apps/korvectl/treerow.h"
 
 #include "valuetreelib/valuebase.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
 
 #include <algorithm>
 
@@ -36,11 +35,6 @@ QString nameOf(const values::TreeItem &item, const QString &path)
     const QString prefix = path.endsWith(u'/') ? path : path + u'/';
     const QString name = whole.startsWith(prefix) ? whole.mid(prefix.size()) : item.name();
     return item.isNode() ? name + u'/' : name;
-}
-
-QString jsonOf(const QJsonArray &array)
-{
-    return QString::fromUtf8(QJsonDocument(array).toJson());
 }
 
 } // namespace
@@ -77,7 +71,7 @@ QString itemsJson(const std::vector<values::TreeItem *> &items)
         array.append(item->isNode() ? QJsonObject{{QStringLiteral("path"), item->GetPathName()},
                                                   {QStringLiteral("type"), QStringLiteral("node")}}
                                     : TreeRow(valueOf(*item)).object());
-    return jsonOf(array);
+    return jsonText(array);
 }
 
 QString valuesTable(const std::vector<const values::ValueBase *> &values)
@@ -96,7 +90,7 @@ QString valuesJson(const std::vector<const values::ValueBase *> &values)
     QJsonArray array;
     for (const values::ValueBase *const value : values)
         array.append(TreeRow(*value).object());
-    return jsonOf(array);
+    return jsonText(array);
 }
 
 } // namespace korvectl

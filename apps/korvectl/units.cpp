@@ -3,6 +3,7 @@
 #include <QDateTime>
 
 #include <array>
+#include <cmath>
 
 namespace korvectl::units
 {
@@ -50,6 +51,12 @@ QString elapsed(quint64 us)
     return ms < 1000 ? QStringLiteral("%1 ms").arg(ms, 0, 'f', 0) : QStringLiteral("%1 s").arg(ms / 1000, 0, 'f', 1);
 }
 
+QString offset(double seconds)
+{
+    const double shown = std::round(seconds * 1000) / 1000 + 0.0; // which takes the sign from nothing
+    return QStringLiteral("%1 s").arg(shown, 0, 'f', 3);
+}
+
 QString instant(quint64 us)
 {
     const QDateTime time = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(us / 1000), Qt::UTC);
@@ -64,6 +71,11 @@ QString exactInstant(quint64 us)
     const QDateTime time = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(us / 1'000'000), Qt::UTC);
     return time.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss")) +
            QStringLiteral(".%1Z").arg(us % 1'000'000, 6, 10, QLatin1Char('0'));
+}
+
+QString timeOfDay()
+{
+    return QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz"));
 }
 
 QString rate(quint64 byteCount, quint64 us)

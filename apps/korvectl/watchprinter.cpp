@@ -1,9 +1,8 @@
 #include "apps/korvectl/watchprinter.h"
 
 #include "apps/korvectl/console.h"
-
-#include <QDateTime>
-#include <QJsonDocument>
+#include "apps/korvectl/jsontext.h"
+#include "apps/korvectl/units.h"
 
 namespace korvectl
 {
@@ -11,32 +10,24 @@ namespace korvectl
 namespace
 {
 
-QString nameOf(TreeEvent::Kind kind)
+const char *nameOf(TreeEvent::Kind kind)
 {
     switch (kind) {
     case TreeEvent::Kind::Connected:
-        return QStringLiteral("connected");
+        return "connected";
     case TreeEvent::Kind::Value:
-        return QStringLiteral("value");
+        return "value";
     case TreeEvent::Kind::Change:
-        return QStringLiteral("change");
+        return "change";
     case TreeEvent::Kind::Lost:
-        return QStringLiteral("lost");
+        return "lost";
     }
-    return QString();
-}
-
-QString lineOf(QJsonObject object, TreeEvent::Kind kind)
-{
-    object.insert(QStringLiteral("event"), nameOf(kind));
-    object.insert(QStringLiteral("time"), QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
-    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)) + u'\n';
+    return "";
 }
 
 QStringList cellsOf(const TreeRow &row)
 {
-    const QString now = QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz"));
-    return {now, row.path, row.type, wordsFor(row.state), row.text};
+    return {units::timeOfDay(), row.path, row.type, wordsFor(row.state), row.text};
 }
 
 Table emptyTable()
@@ -65,9 +56,9 @@ bool WatchPrinter::printObjects(const TreeEvent &event) const
 {
     QString lines;
     if (event.kind == TreeEvent::Kind::Connected || event.kind == TreeEvent::Kind::Lost)
-        lines = lineOf({{QStringLiteral("address"), address}}, event.kind);
+        lines = eventLine(nameOf(event.kind), {{QStringLiteral("address"), address}});
     for (const TreeRow &row : event.rows)
-        lines += lineOf(row.object(), event.kind);
+        lines += eventLine(nameOf(event.kind), row.object());
     return korvectl::print(lines);
 }
 

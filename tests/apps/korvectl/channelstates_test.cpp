@@ -49,6 +49,14 @@ TEST(ChannelState, BearsStrangePositions)
     EXPECT_FALSE(state.progress());
 }
 
+TEST(ChannelState, IsInTheOrderInWhichManagersCount)
+{
+    const ChannelState nine{QStringLiteral("9")};
+    const ChannelState ten{QStringLiteral("10")};
+    EXPECT_TRUE(isBefore(nine, ten));
+    EXPECT_FALSE(isBefore(ten, nine) || isBefore(ten, ten));
+}
+
 TEST(ChannelState, TellsItsLastError)
 {
     ChannelState state = replaying();

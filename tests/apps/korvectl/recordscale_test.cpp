@@ -77,6 +77,7 @@ TEST(RecordScale, CountsMomentsFromTheBeginning)
     const RecordScale scale(twoSeconds());
     EXPECT_EQ(scale.instantOf({Moment::Kind::AfterBegin, 5}), beginUs + 5);
     EXPECT_EQ(scale.instantOf({Moment::Kind::Absolute, 5}), 5u);
+    EXPECT_THROW(scale.instantOf({Moment::Kind::AfterBegin, ~quint64{0}}), Failure) << "it would be before the beginning";
 }
 
 TEST(RecordScale, OfARecordWithoutDurationKnowsBytesAlone)

@@ -32,6 +32,13 @@ TEST(Units, ShowHowLongSomethingTook)
     EXPECT_EQ(units::elapsed(2'540'000), QLatin1String("2.5 s"));
 }
 
+TEST(Units, ShowOffsetsWithTheSignOfSomething)
+{
+    EXPECT_EQ(units::offset(-1.5), QLatin1String("-1.500 s"));
+    EXPECT_EQ(units::offset(0.0006), QLatin1String("0.001 s"));
+    EXPECT_EQ(units::offset(-0.0004), QLatin1String("0.000 s"));
+}
+
 TEST(Units, ShowInstantsInUtc)
 {
     EXPECT_EQ(units::instant(0), QLatin1String("1970-01-01 00:00:00"));
