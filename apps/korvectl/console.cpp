@@ -2,6 +2,7 @@
 
 #include "apps/korvectl/displaywidth.h"
 
+#include <cerrno>
 #include <iostream>
 
 #include <sys/ioctl.h>
@@ -10,10 +11,42 @@
 namespace korvectl
 {
 
+namespace
+{
+
+/// Of the first result that could not be written; 0 as long as all could.
+int outputError = 0;
+
+bool isWritten()
+{
+    if (!std::cout.flush() && outputError == 0)
+        outputError = errno;
+    return outputError == 0;
+}
+
+int sizeOr(int otherwise, const char *variable)
+{
+    bool isNumber = false;
+    const int size = qEnvironmentVariableIntValue(variable, &isNumber);
+    return isNumber && size > 0 ? size : otherwise;
+}
+
+} // namespace
+
 bool print(const QString &result)
 {
-    std::cout << result.toStdString() << std::flush;
-    return std::cout.good();
+    std::cout << result.toStdString();
+    return isWritten();
+}
+
+ExitCode endOfOutput(ExitCode exitCode)
+{
+    const bool isDone = exitCode == ExitCode::Success || exitCode == ExitCode::Partial;
+    if (isWritten() || outputError == EPIPE || !isDone)
+        return exitCode;
+    complain(QStringLiteral("The command was carried out, but its result could not be written: %1.")
+                 .arg(reasonOf(outputError)));
+    return ExitCode::Failed;
 }
 
 void complain(const QString &sentence)
@@ -33,11 +66,12 @@ bool hasColours()
     return has;
 }
 
-TerminalSize terminalSize()
+TerminalSize terminalSize(int descriptor)
 {
-    winsize size{};
-    const bool isKnown = ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 && size.ws_row > 0;
-    return isKnown ? TerminalSize{size.ws_col, size.ws_row} : TerminalSize();
+    winsize told{};
+    const bool isKnown = ::ioctl(descriptor, TIOCGWINSZ, &told) == 0 && told.ws_col > 0 && told.ws_row > 0;
+    const TerminalSize size = isKnown ? TerminalSize{told.ws_col, told.ws_row} : TerminalSize();
+    return {sizeOr(size.columns, "COLUMNS"), sizeOr(size.rows, "LINES")};
 }
 
 QString inRed(const QString &text)

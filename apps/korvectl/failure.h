@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <stdexcept>
+#include <system_error>
 
 namespace korvectl
 {
@@ -28,5 +29,11 @@ public:
 
     const ExitCode exitCode;
 };
+
+/// The system's words for a value of errno.
+inline QString reasonOf(int error)
+{
+    return QString::fromStdString(std::generic_category().message(error));
+}
 
 } // namespace korvectl

@@ -1,11 +1,28 @@
 #include "apps/korvectl/framereceiver.h"
 
 #include "apps/korvectl/failure.h"
+#include "apps/korvectl/spectrumpicture.h"
 
 #include <QTcpSocket>
 
 namespace korvectl
 {
+
+namespace
+{
+
+apps::SpectrumLine narrowed(apps::SpectrumLine line, int columns)
+{
+    if (columns == FrameReceiver::allColumns || line.levels.size() <= columns)
+        return line;
+    QVector<float> kept(columns);
+    for (int column = 0; column < columns; ++column)
+        kept[column] = loudestOf(line.levels, column, columns);
+    line.levels = kept;
+    return line;
+}
+
+} // namespace
 
 FrameReceiver::FrameReceiver()
 {
@@ -14,7 +31,7 @@ FrameReceiver::FrameReceiver()
                       QStringLiteral("Nothing can be received here: %1.").arg(server.errorString()));
 }
 
-Spectrum FrameReceiver::receive(std::chrono::milliseconds patience)
+Spectrum FrameReceiver::receive(std::chrono::milliseconds patience, int columns)
 {
     const int patienceMs = static_cast<int>(patience.count());
     if (!server.waitForNewConnection(patienceMs))
@@ -29,7 +46,7 @@ Spectrum FrameReceiver::receive(std::chrono::milliseconds patience)
                 reader.requireComplete();
             reader.add(socket->readAll());
             while (const auto line = reader.next())
-                spectrum.lines << *line;
+                spectrum.lines << narrowed(*line, columns);
         }
     } catch (const apps::SpectrumError &error) {
         throw Failure(ExitCode::Failed, QStringLiteral("The spectrum did not come whole: %1 (%2).")

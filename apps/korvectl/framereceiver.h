@@ -12,7 +12,7 @@ namespace korvectl
 
 /// A whole overview spectrum.
 struct Spectrum {
-    apps::SpectrumHead head;
+    apps::SpectrumHead head; ///< as the device has told it
     QVector<apps::SpectrumLine> lines;
 
     /// In Hz, of the first value and of the last.
@@ -31,8 +31,10 @@ public:
 
     const QString &host() const { return address.reachable; }
     quint16 port() const { return server.serverPort(); }
-    /// Waits for the device, and for each part of the spectrum, at most for @p patience.
-    Spectrum receive(std::chrono::milliseconds patience);
+    static constexpr int allColumns = 0;
+    /// Waits for the device, and for each part of the spectrum, at most for @p patience. Of longer lines it keeps
+    /// @p columns values: of those that share a column, the loudest.
+    Spectrum receive(std::chrono::milliseconds patience, int columns = allColumns);
 
 private:
     const OwnAddress address = OwnAddress::ofReferences();

@@ -6,21 +6,32 @@
 
 #include <QCoreApplication>
 
+#include <csignal>
+
 using namespace korvectl;
 
-int main(int argc, char **argv)
+namespace
 {
-    int exitCode = 0;
-    const auto line = CommandLine::parse(argc, argv, exitCode);
-    if (!line)
-        return exitCode;
-    ErrorHandler::Instance().setTraceMask(line->traceMask);
+
+ExitCode carryOut(const CommandLine &line, int argc, char **argv)
+{
+    ErrorHandler::Instance().setTraceMask(line.traceMask);
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("korvectl"));
     try {
-        return static_cast<int>(run(*line));
+        return run(line);
     } catch (const Failure &failure) {
         complain(failure);
-        return static_cast<int>(failure.exitCode);
+        return failure.exitCode;
     }
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    std::signal(SIGPIPE, SIG_IGN); // as the ORB would have it, but also for what needs none
+    int exitCode = 0;
+    const auto line = CommandLine::parse(argc, argv, exitCode);
+    return static_cast<int>(endOfOutput(line ? carryOut(*line, argc, argv) : static_cast<ExitCode>(exitCode)));
 }

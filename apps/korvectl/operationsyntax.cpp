@@ -16,7 +16,7 @@ void takeRange(CLI::App &command, CommandLine &line)
         const QString typed = QString::fromStdString(word);
         const auto section = Section::parsed(typed);
         if (!section)
-            refuse("--range", typed, "a section FROM:TO of bytes or times, such as 0:16000 or 1.5s:3s");
+            refuse("--range", typed, sectionWords);
         line.sections = {*section};
     };
     command.add_option_function<std::string>("--range", take, "FROM:TO in bytes or times; all of it by default")
@@ -37,7 +37,7 @@ void describeReplayStart(CLI::App &parent, CommandLine &line)
     start.add_option("--count", line.link.replayCount, "Replay so many times; 0: again and again")
         ->type_name("NUMBER")
         ->capture_default_str()
-        ->check(CLI::Range(0.0, static_cast<double>(std::numeric_limits<quint32>::max())).description(""));
+        ->check(CLI::Range(qint64{0}, qint64{std::numeric_limits<quint32>::max()}).description(""));
     value(start, "--speed", line.link.speed, Speed::parsed, "How many times as fast as it was recorded, or max",
           "a speed, such as 0.5, 2 or max")
         ->type_name("FACTOR")
@@ -72,22 +72,23 @@ void describeSpectrum(CLI::App &parent, CommandLine &line)
     spectrum.add_option("--lines", line.spectrum.lineCount, "How many lines; by default, what fits")
         ->type_name("NUMBER")
         ->check(CLI::Range(1, 1 << 16).description(""));
+    // Lines of 2 samples tell nobody whether these are complex.
     spectrum.add_option("--fft", line.spectrum.fftSize, "Samples of a transform")
         ->type_name("SIZE")
         ->capture_default_str()
-        ->check(CLI::Range(2, 1 << 20).description(""));
+        ->check(CLI::Range(3, 1 << 20).description(""));
     spectrum.add_option_function<std::string>(
                 "--window", [&line](const std::string &word) { line.spectrum.window = QString::fromStdString(word); },
                 "The window of the transform; hanning by default")
         ->check(windows());
-    text(spectrum, "--png", line.spectrum.picture, "Write a picture instead")->type_name("FILE");
+    path(spectrum, "--png", line.spectrum.picture, "Write a picture instead")->type_name("FILE");
 }
 
 void describeExport(CLI::App &parent, CommandLine &line)
 {
     CLI::App &exporting = *add(parent, line, "export", "Fetch the files of a record", Command::Export);
     record(exporting, line);
-    text(exporting, "--to", line.folder, "The folder; the current one by default")->type_name("FOLDER");
+    path(exporting, "--to", line.folder, "The folder; the current one by default")->type_name("FOLDER");
 }
 
 void describeTime(CLI::App &parent, CommandLine &line)
@@ -105,7 +106,8 @@ void describeTime(CLI::App &parent, CommandLine &line)
 void describeErrors(CLI::App &parent, CommandLine &line)
 {
     CLI::App &errors = *add(parent, line, "errors", "Explain the number of an error", Command::Errors);
-    value(errors, "NUMBER", line.number, parsedNumber, "The number", "a number")->type_name("");
+    value(errors, "NUMBER", line.number, parsedNumber, "The number", "a number from 0 to 18446744073709551615")
+        ->type_name("");
     std::vector<std::string> names;
     for (const NamedFlow &named : allFlows())
         names.emplace_back(named.name);

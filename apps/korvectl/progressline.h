@@ -15,7 +15,7 @@ public:
     ProgressLine(const ProgressLine &) = delete;
 
     void show(const QString &title, quint64 done, quint64 total);
-    /// The line for that, @p width characters wide at most where the title allows it.
+    /// The line for that, @p width characters wide at most; of a long title, the end.
     static QString drawn(const QString &title, quint64 done, quint64 total, int width);
 
 private:

@@ -29,7 +29,7 @@ void takeSections(CLI::App &command, CommandLine &line)
             const QString typed = QString::fromStdString(word);
             const auto section = Section::parsed(typed);
             if (!section)
-                refuse("SECTION", typed, "a section FROM:TO of bytes or times, such as 0:16000 or 1.5s:3s");
+                refuse("SECTION", typed, sectionWords);
             line.sections << *section;
         }
     };

@@ -7,8 +7,14 @@
 #include "apps/korvectl/recordscale.h"
 #include "apps/korvectl/spectrumpicture.h"
 #include "apps/korvectl/units.h"
+#include "apps/korvectl/writewhole.h"
+
+#include <QBuffer>
+#include <QFile>
 
 #include <array>
+
+#include <unistd.h>
 
 namespace korvectl
 {
@@ -26,19 +32,51 @@ eFFT_Window windowNamed(const QString &name)
     return static_cast<eFFT_Window>(found - windowNames.begin());
 }
 
+enum class Form { Picture, Numbers, Blocks };
+
+Form formOf(const CommandLine &line)
+{
+    if (!line.spectrum.picture.isEmpty())
+        return Form::Picture;
+    return line.json ? Form::Numbers : Form::Blocks;
+}
+
+TerminalSize terminal()
+{
+    return terminalSize(STDOUT_FILENO);
+}
+
 unsigned linesFor(const CommandLine &line)
 {
     constexpr unsigned usualHeight = 512;
     if (line.spectrum.lineCount > 0)
         return static_cast<unsigned>(line.spectrum.lineCount);
-    if (line.json || !line.spectrum.picture.isEmpty())
+    if (formOf(line) != Form::Blocks)
         return usualHeight;
-    const auto rows = static_cast<unsigned>(std::max(8, terminalSize().rows - 4)); // what is written above, and the prompt
+    const auto rows = static_cast<unsigned>(std::max(8, terminal().rows - 4)); // what is written above, and the prompt
     return hasColours() ? 2 * rows : rows;
+}
+
+/// How many columns are kept of a line: transforms may be much longer than what can be shown, or held in memory.
+int columnsFor(const CommandLine &line)
+{
+    constexpr quint64 widest = 4096;
+    constexpr quint64 mostPoints = 1 << 25;
+    constexpr quint64 mostNumbers = 1 << 23;
+    if (formOf(line) == Form::Blocks)
+        return terminal().columns;
+    if (formOf(line) == Form::Picture)
+        return static_cast<int>(std::min(widest, mostPoints / linesFor(line)));
+    if (line.spectrum.fftSize > mostNumbers / linesFor(line))
+        throw Failure(ExitCode::Usage, QStringLiteral("%1 lines of %2 samples are too much for JSON; ask for less.")
+                                           .arg(linesFor(line))
+                                           .arg(line.spectrum.fftSize));
+    return FrameReceiver::allColumns;
 }
 
 Spectrum fetch(const CommandLine &line)
 {
+    const int columns = columnsFor(line);
     AdminSession admin(line);
     const ByteRange range = RecordScale(admin.record()).rangesOf(line.sections).first();
     FrameReceiver receiver;
@@ -49,7 +87,7 @@ Spectrum fetch(const CommandLine &line)
                       linesFor(line), line.spectrum.fftSize, windowNamed(line.spectrum.window), receiver.host(),
                       receiver.port());
               });
-    return receiver.receive(line.timeout);
+    return receiver.receive(line.timeout, columns);
 }
 
 QString megahertz(double hertz)
@@ -95,19 +133,26 @@ QJsonArray linesArray(const Spectrum &spectrum)
     return lines;
 }
 
+void save(const QImage &image, const QString &path)
+{
+    QBuffer bytes;
+    bytes.open(QIODevice::WriteOnly);
+    image.save(&bytes, "PNG");
+    QFile file(path); // in place: it may be something else than a file on a disk
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || !writeWhole(file, bytes.data()))
+        throw Failure(ExitCode::Failed, QStringLiteral("%1 cannot be written: %2.").arg(path, file.errorString()));
+}
+
 void writePicture(const CommandLine &line, const Spectrum &spectrum)
 {
     const SpectrumPicture picture(spectrum.lines);
-    if (!picture.image().save(line.spectrum.picture, "PNG"))
-        throw Failure(ExitCode::Failed, QStringLiteral("%1 cannot be written.").arg(line.spectrum.picture));
+    const QImage &image = picture.image();
+    save(image, line.spectrum.picture);
     QJsonObject object = headObject(line, spectrum);
     object.insert(QStringLiteral("picture"), line.spectrum.picture);
+    const QString size = QStringLiteral("%1 x %2 points").arg(image.width()).arg(image.height());
     print(line.json ? jsonText(object)
-                    : QStringLiteral("%1: %2 x %3 points\n")
-                              .arg(line.spectrum.picture)
-                              .arg(picture.image().width())
-                              .arg(picture.image().height()) +
-                          description(spectrum, picture));
+                    : QStringLiteral("%1: %2\n").arg(line.spectrum.picture, size) + description(spectrum, picture));
 }
 
 void writeNumbers(const CommandLine &line, const Spectrum &spectrum)
@@ -119,7 +164,7 @@ void writeNumbers(const CommandLine &line, const Spectrum &spectrum)
 
 void writeBlocks(const Spectrum &spectrum)
 {
-    const SpectrumPicture picture(spectrum.lines, terminalSize().columns);
+    const SpectrumPicture picture(spectrum.lines, terminal().columns);
     print(description(spectrum, picture) +
           (hasColours() ? colouredBlocks(picture.image()) : shadedBlocks(picture.image())));
 }
@@ -129,12 +174,17 @@ void writeBlocks(const Spectrum &spectrum)
 ExitCode showSpectrum(const CommandLine &line)
 {
     const Spectrum spectrum = fetch(line);
-    if (!line.spectrum.picture.isEmpty())
+    switch (formOf(line)) {
+    case Form::Picture:
         writePicture(line, spectrum);
-    else if (line.json)
+        break;
+    case Form::Numbers:
         writeNumbers(line, spectrum);
-    else
+        break;
+    case Form::Blocks:
         writeBlocks(spectrum);
+        break;
+    }
     return ExitCode::Success;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <vector>
 
 namespace korvectl
 {
@@ -31,18 +32,6 @@ float levelOf(float value)
     return std::isfinite(value) ? std::max(value, silence) : silence;
 }
 
-/// The loudest of the values that share a column.
-float levelAt(const QVector<float> &values, int column, int columns)
-{
-    const qint64 count = values.size();
-    const auto first = static_cast<int>(count * column / columns);
-    const auto last = std::max(first + 1, static_cast<int>(count * (column + 1) / columns));
-    float loudest = silence;
-    for (int position = first; position < last; ++position)
-        loudest = std::max(loudest, levelOf(values[position]));
-    return loudest;
-}
-
 /// The level that half of the values stay below: what is there when nobody sends.
 float usualLevel(const QVector<apps::SpectrumLine> &lines)
 {
@@ -61,7 +50,7 @@ float loudestLevel(const QVector<apps::SpectrumLine> &lines)
 {
     float loudest = silence;
     for (const apps::SpectrumLine &line : lines)
-        loudest = std::max(loudest, levelAt(line.levels, 0, 1));
+        loudest = std::max(loudest, loudestOf(line.levels, 0, 1));
     return loudest;
 }
 
@@ -76,6 +65,17 @@ QString colourCode(const char *kind, QRgb colour)
 
 } // namespace
 
+float loudestOf(const QVector<float> &values, int column, int columns)
+{
+    const qint64 count = values.size();
+    const auto first = static_cast<int>(count * column / columns);
+    const auto last = std::max(first + 1, static_cast<int>(count * (column + 1) / columns));
+    float loudest = silence;
+    for (int position = first; position < last; ++position)
+        loudest = std::max(loudest, levelOf(values[position]));
+    return loudest;
+}
+
 SpectrumPicture::SpectrumPicture(const QVector<apps::SpectrumLine> &lines, int columns)
     : floor(usualLevel(lines)), ceiling(std::max(loudestLevel(lines), floor + 1))
 {
@@ -83,7 +83,7 @@ SpectrumPicture::SpectrumPicture(const QVector<apps::SpectrumLine> &lines, int c
     picture = QImage(width, lines.size(), QImage::Format_RGB32);
     for (int row = 0; row < lines.size(); ++row)
         for (int column = 0; column < width; ++column) {
-            const float level = levelAt(lines[row].levels, column, width);
+            const float level = loudestOf(lines[row].levels, column, width);
             picture.setPixel(column, row, colour(static_cast<double>(level - floor) / (ceiling - floor)));
         }
 }

@@ -7,6 +7,9 @@
 namespace korvectl
 {
 
+/// The loudest of those of @p values that share one of @p columns columns.
+float loudestOf(const QVector<float> &values, int column, int columns);
+
 /// Spectra as colours: time goes down, frequency to the right; from dark, the usual noise, to bright, the loudest.
 class SpectrumPicture
 {

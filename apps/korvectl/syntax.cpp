@@ -11,6 +11,11 @@ std::optional<QString> any(const QString &word)
     return word;
 }
 
+std::optional<QString> notEmpty(const QString &word)
+{
+    return word.isEmpty() ? std::nullopt : std::optional(word);
+}
+
 } // namespace
 
 CLI::App *add(CLI::App &parent, CommandLine &line, const char *name, const char *purpose, Command command)
@@ -30,6 +35,11 @@ CLI::App *addGroup(CLI::App &parent, const char *name, const char *purpose)
 CLI::Option *text(CLI::App &command, const char *name, QString &target, const char *purpose)
 {
     return value(command, name, target, any, purpose, "")->type_name("");
+}
+
+CLI::Option *path(CLI::App &command, const char *name, QString &target, const char *purpose)
+{
+    return value(command, name, target, notEmpty, purpose, "a path: it is empty");
 }
 
 CLI::Option *identifier(CLI::App &command, const char *name, QString &target, const char *purpose)

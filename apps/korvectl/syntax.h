@@ -8,6 +8,10 @@
 namespace korvectl::syntax
 {
 
+/// What a section is.
+inline constexpr const char *sectionWords =
+    "a section FROM:TO of bytes or times that ends behind its beginning, such as 0:16000 or 1.5s:3s";
+
 /// A sub-command of @p parent that stands for @p command.
 CLI::App *add(CLI::App &parent, CommandLine &line, const char *name, const char *purpose, Command command);
 /// A sub-command that needs one of its own.
@@ -15,6 +19,8 @@ CLI::App *addGroup(CLI::App &parent, const char *name, const char *purpose);
 
 /// @p name begins with "-" for an option; else it is a parameter, and has to be there.
 CLI::Option *text(CLI::App &command, const char *name, QString &target, const char *purpose);
+/// As above; for the path of a file or a folder here.
+CLI::Option *path(CLI::App &command, const char *name, QString &target, const char *purpose);
 /// As above; for what goes out as an identifier.
 CLI::Option *identifier(CLI::App &command, const char *name, QString &target, const char *purpose);
 /// DEVICE and RECORD.

@@ -20,6 +20,26 @@ TEST_F(SpectrumCommand, WritesAPicture)
     EXPECT_TRUE(run.output.contains(QLatin1String("0.000000 MHz to 0.004000 MHz"))) << run.output.toStdString();
 }
 
+TEST_F(SpectrumCommand, WritesAPictureOfAnyName)
+{
+    const QString path = filePath("100%1 of %2.png");
+    const Run run = askFor("spectrum REC1 RECORD --fft 256 --lines 20 --png", path);
+    EXPECT_TRUE(run.output.startsWith(path + QLatin1String(": 129 x 20 points\n"))) << run.output.toStdString();
+    EXPECT_EQ(QImage(path).size(), QSize(129, 20));
+}
+
+TEST_F(SpectrumCommand, IsAsWideAsTheTerminal)
+{
+    qputenv("COLUMNS", "60");
+    qputenv("LINES", "12");
+    const Run run = askFor("spectrum REC1 RECORD");
+    qunsetenv("COLUMNS");
+    qunsetenv("LINES");
+    const QStringList lines = run.output.split(u'\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 2 + 8) << run.output.toStdString() << run.errors.toStdString();
+    EXPECT_EQ(lines.last().size(), 60);
+}
+
 TEST_F(SpectrumCommand, DrawsInLettersWhereThereIsNoPicture)
 {
     const Run run = askFor("spectrum REC1 RECORD --lines 5");
@@ -51,7 +71,11 @@ TEST_F(SpectrumCommand, TellsWhyThereIsNone)
     EXPECT_TRUE(isOneSentence(behind.errors)) << behind.errors.toStdString();
     const Run nowhere = askFor("spectrum REC1 RECORD --lines 1 --png /nowhere/at/all.png");
     EXPECT_EQ(nowhere.exitCode, 4);
-    EXPECT_TRUE(isOneSentence(nowhere.errors)) << nowhere.errors.toStdString();
+    EXPECT_EQ(nowhere.errors,
+              QLatin1String("korvectl: /nowhere/at/all.png cannot be written: No such file or directory.\n"));
+    EXPECT_EQ(askFor("spectrum REC1 RECORD --lines 1 --png /dev/full").errors,
+              QLatin1String("korvectl: /dev/full cannot be written: No space left on device.\n"));
+    EXPECT_EQ(askFor("spectrum REC1 RECORD --lines 65536 --fft 1024 --json").exitCode, 1) << "gigabytes of text";
 }
 
 } // namespace

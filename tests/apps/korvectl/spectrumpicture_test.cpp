@@ -1,5 +1,8 @@
 #include "apps/korvectl/framereceiver.h"
 #include "apps/korvectl/spectrumpicture.h"
+#include "tests/apps/spectrum/spectrumbytes.h"
+
+#include <QTcpSocket>
 
 #include <gmock/gmock.h>
 
@@ -55,6 +58,23 @@ TEST(Spectrum, KnowsTheFrequenciesOfItsEnds)
     const apps::SpectrumHead real{4, 0, 3, 1, 0, 16, 1'000'000, 100'000'000};
     EXPECT_EQ((Spectrum{real, {}}.lowestFrequency()), 0);
     EXPECT_EQ((Spectrum{real, {}}.highestFrequency()), 500e3);
+}
+
+TEST(FrameReceiver, KeepsTheLoudestWhereALineHasMoreThanIsWanted)
+{
+    for (const auto &[columns, kept] : {std::pair(2, QVector<float>{-1, 0.5F}),
+                                        std::pair(FrameReceiver::allColumns, QVector<float>{-1, -2, -3, 0.5F})}) {
+        FrameReceiver receiver;
+        QTcpSocket device;
+        device.connectToHost(receiver.host(), receiver.port());
+        ASSERT_TRUE(device.waitForConnected());
+        device.write(SpectrumBytes().whole());
+        ASSERT_TRUE(device.waitForBytesWritten());
+        const Spectrum spectrum = receiver.receive(std::chrono::seconds(30), columns);
+        ASSERT_EQ(spectrum.lines.size(), 2);
+        EXPECT_EQ(spectrum.lines.first().levels, kept);
+        EXPECT_EQ(spectrum.head.valuesPerLine, 4u);
+    }
 }
 
 TEST(SpectrumPicture, IsDrawnInLetters)

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QByteArray>
+
+class QFile;
+
+namespace korvectl
+{
+
+/// Writes all of @p bytes; when false, errorString() of @p file says why not, also where some could be written.
+bool writeWhole(QFile &file, const QByteArray &bytes);
+
+} // namespace korvectl
