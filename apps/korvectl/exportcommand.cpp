@@ -47,9 +47,12 @@ QJsonObject objectOf(const CommandLine &line, const ExportFolder &folder, const 
             {QStringLiteral("files"), array}};
 }
 
-/// Runs the event loop until the export is over, or was interrupted, or nothing more comes of it.
-void waitFor(ExportRun &run, std::chrono::milliseconds patience)
+enum class Ending { Over, Interrupted, Silent };
+
+/// Runs the event loop until then.
+Ending waitFor(ExportRun &run, std::chrono::milliseconds patience)
 {
+    Ending ending = Ending::Over;
     QEventLoop loop;
     Interruption interruption;
     ProgressLine progress;
@@ -60,10 +63,17 @@ void waitFor(ExportRun &run, std::chrono::milliseconds patience)
     QObject::connect(&run, &ExportRun::si_progress, &loop,
                      [&](const QString &name, quint64 received, quint64 size) { progress.show(name, received, size); });
     QObject::connect(&run, &ExportRun::si_over, &loop, &QEventLoop::quit);
-    QObject::connect(&interruption, &Interruption::si_interrupted, &loop, &QEventLoop::quit);
-    QObject::connect(&silence, &QTimer::timeout, &loop, &QEventLoop::quit);
+    const auto endAs = [&](Ending reason) {
+        return [&ending, &loop, reason] {
+            ending = reason;
+            loop.quit();
+        };
+    };
+    QObject::connect(&interruption, &Interruption::si_interrupted, &loop, endAs(Ending::Interrupted));
+    QObject::connect(&silence, &QTimer::timeout, &loop, endAs(Ending::Silent));
     if (!run.isOver())
         loop.exec();
+    return run.isOver() ? Ending::Over : ending;
 }
 
 [[noreturn]] void failWith(const CommandLine &line, const QString &sentence)
@@ -76,15 +86,17 @@ void waitFor(ExportRun &run, std::chrono::milliseconds patience)
 
 void perform(const CommandLine &line, const GuiToServerExportCorbaHandler &handler, ExportRun &run)
 {
+    const QString words = QStringLiteral("export of record %1 on %2").arg(line.record, line.device);
     ActiveExport callback(new ExportServant(run, line.device, line.record));
     if (!handler.exportRecord(callback.reference()))
-        failWith(line, QStringLiteral("The manager did not begin the export of record %1 on %2; -v shows why.")
-                           .arg(line.record, line.device));
-    waitFor(run, line.timeout);
-    if (run.isOver())
+        failWith(line, QStringLiteral("The manager refused the %1, or did not answer; -v shows why.").arg(words));
+    const Ending ending = waitFor(run, line.timeout);
+    if (ending == Ending::Over)
         return;
     handler.cancelExport(callback->id());
-    failWith(line, QStringLiteral("The export of record %1 on %2 was interrupted, or nothing more came of it.").arg(line.record, line.device));
+    failWith(line, ending == Ending::Interrupted
+                       ? QStringLiteral("The %1 was interrupted.").arg(words)
+                       : QStringLiteral("Nothing more came of the %1 %2.").arg(words, Deadline(line.timeout).words()));
 }
 
 } // namespace

@@ -5,7 +5,9 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
 #include <cstdio>
+#include <filesystem>
 
 namespace korvectl
 {
@@ -30,8 +32,11 @@ QString checked(const QString &name)
 
 ExportFolder::ExportFolder(const QString &path) : folder(path.isEmpty() ? QStringLiteral(".") : path)
 {
-    if (!folder.mkpath(QStringLiteral(".")))
-        throw Failure(ExitCode::Failed, QStringLiteral("The folder %1 cannot be made.").arg(folder.path()));
+    std::error_code error;
+    std::filesystem::create_directories(QFile::encodeName(folder.path()).constData(), error);
+    if (error)
+        throw Failure(ExitCode::Failed, QStringLiteral("The folder %1 cannot be made: %2.")
+                                            .arg(folder.path(), QString::fromStdString(error.message())));
 }
 
 QString ExportFolder::path(const QString &name) const
@@ -61,7 +66,8 @@ bool ExportFolder::finish(const QString &name, quint64 size) const
         return false;
     // Replaces what is there, which QFile::rename() would not.
     if (std::rename(QFile::encodeName(part).constData(), QFile::encodeName(path(name)).constData()) != 0)
-        throw Failure(ExitCode::Failed, QStringLiteral("%1 cannot be renamed.").arg(part));
+        throw Failure(ExitCode::Failed, QStringLiteral("%1 cannot be renamed to %2: %3.")
+                                            .arg(part, path(name), reasonOf(errno)));
     return true;
 }
 

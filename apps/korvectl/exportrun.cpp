@@ -3,6 +3,7 @@
 #include "apps/korvectl/failure.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace korvectl
 {
@@ -28,7 +29,7 @@ QString ExportRun::beginFile(const QString &name, quint64 size)
         });
         return QStringLiteral("%1:%2/%3").arg(address.reachable).arg(receiver->port()).arg(*begin);
     } catch (const Failure &failure) {
-        fail(QString::fromUtf8(failure.what()));
+        failHere(QString::fromUtf8(failure.what()));
         return {};
     }
 }
@@ -39,14 +40,19 @@ void ExportRun::endFile(const QString &name, bool isSuccess)
     ExportedFile &ended = file(name);
     if (ended.isWhole)
         return; // it was not wanted
-    if (!receiver || !isSuccess)
+    if (!receiver)
         return fail(QStringLiteral("The device has not sent %1.").arg(name));
-    receiver->drain(patience);
-    receiver.reset();
+    if (isSuccess)
+        receiver->drain(patience);
+    const QString problem = std::exchange(receiver, nullptr)->complaint();
+    if (!problem.isEmpty())
+        return failHere(problem);
+    if (!isSuccess)
+        return fail(QStringLiteral("The device has not sent %1.").arg(name));
     try {
         ended.isWhole = folder.finish(name, ended.size);
     } catch (const Failure &failure) {
-        return fail(QString::fromUtf8(failure.what()));
+        return failHere(QString::fromUtf8(failure.what()));
     }
     if (!ended.isWhole)
         fail(QStringLiteral("%1 did not come whole.").arg(name));
@@ -55,7 +61,7 @@ void ExportRun::endFile(const QString &name, bool isSuccess)
 void ExportRun::end(bool isSuccess, const QString &text)
 {
     over = true;
-    if (!isSuccess)
+    if (!isSuccess && !hasFailedHere)
         reason = QStringList{reason, QStringLiteral("The manager says: %1.").arg(text)}.join(u' ').trimmed();
     Q_EMIT si_over();
 }
@@ -88,6 +94,12 @@ void ExportRun::fail(const QString &sentence)
 {
     if (reason.isEmpty())
         reason = sentence; // the first is the cause of the others
+}
+
+void ExportRun::failHere(const QString &sentence)
+{
+    hasFailedHere = hasFailedHere || reason.isEmpty();
+    fail(sentence);
 }
 
 } // namespace korvectl

@@ -53,6 +53,8 @@ Q_SIGNALS:
 private:
     ExportedFile &file(const QString &name);
     void fail(const QString &sentence);
+    /// As above; what others say of it afterwards, such as of a connection that was closed here, is no reason.
+    void failHere(const QString &sentence);
 
     const ExportFolder &folder;
     const OwnAddress address;
@@ -61,6 +63,7 @@ private:
     QVector<ExportedFile> exported;
     std::unique_ptr<FileReceiver> receiver;
     QString reason;
+    bool hasFailedHere = false;
     bool over = false;
 };
 

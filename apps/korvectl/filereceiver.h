@@ -12,6 +12,7 @@ namespace korvectl
 
 /// A socket to which a device sends one file, or the rest of it.
 ///
+/// One at a time for a file, in all processes.
 /// Thread: main; the event loop takes what comes.  Errors: the constructor throws Failure; later ones end the reception,
 /// and what is missing is missing.
 class FileReceiver : public QObject
@@ -24,6 +25,8 @@ public:
     quint16 port() const { return server.serverPort(); }
     quint64 received() const { return count; }
     quint64 size() const { return wanted; }
+    /// Why no more is taken; empty as long as nothing is wrong here.
+    const QString &complaint() const { return reason; }
     /// Waits for what is still on its way, at most so long for each part of it.
     void drain(std::chrono::milliseconds patience);
 
@@ -31,6 +34,7 @@ Q_SIGNALS:
     void si_received();
 
 private:
+    void open(quint64 begin);
     void accept();
     void read();
 
@@ -39,6 +43,7 @@ private:
     QTcpSocket *socket = nullptr; ///< the server's
     quint64 count;
     const quint64 wanted;
+    QString reason;
 };
 
 } // namespace korvectl

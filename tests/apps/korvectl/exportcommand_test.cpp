@@ -2,9 +2,13 @@
 
 #include <QDirIterator>
 #include <QFile>
+#include <QProcess>
+#include <QtTest/QTest>
 
 namespace
 {
+
+constexpr int patienceMs = 30000;
 
 class ExportCommand : public RecordFixture
 {
@@ -36,6 +40,23 @@ protected:
     static int fetched(const Run &run, const char *ending)
     {
         return file(run, ending)[QStringLiteral("fetchedBytes")].toInt(-1);
+    }
+    /// Again, with these words behind those of the fixture.
+    static void startRecorder(const QStringList &further)
+    {
+        shared->recorder->kill();
+        shared->recorder =
+            std::make_unique<ServiceProcess>(QStringLiteral(INSTALLATION_PROGRAM), argumentsOf("recorder") + further);
+        EXPECT_TRUE(
+            QTest::qWaitFor([] { return askFor("record show REC1 RECORD").exitCode == 0; }, patienceMs));
+    }
+    static void haveTheRecorderSendLate()
+    {
+        QFile script(filePath("late.faults"));
+        ASSERT_TRUE(script.open(QIODevice::WriteOnly));
+        script.write("on copyRecordToArchDevEx delay 1min\n");
+        script.close();
+        startRecorder({QStringLiteral("--faults"), script.fileName()});
     }
 };
 
@@ -80,17 +101,31 @@ TEST_F(ExportCommand, TellsWhyThereIsNone)
     EXPECT_TRUE(unknown.errors.contains(QLatin1String("Id: 501 : "))) << unknown.errors.toStdString();
     const Run nowhere = askFor("export REC1 RECORD --to /proc/nowhere");
     EXPECT_EQ(nowhere.exitCode, 4);
-    EXPECT_TRUE(isOneSentence(nowhere.errors)) << nowhere.errors.toStdString();
+    EXPECT_EQ(nowhere.errors,
+              QLatin1String("korvectl: The folder /proc/nowhere cannot be made: No such file or directory.\n"));
 }
 
-TEST_F(ExportCommand, KeepsWhatHasComeWhenTheDeviceIsSilent)
+TEST_F(ExportCommand, SaysWhatEndedItAndHowToGoOn)
 {
-    shared->recorder->suspend();
-    const Run run = askFor("export REC1 RECORD --timeout 1 --to", filePath("silent"));
-    shared->recorder->resume();
-    EXPECT_NE(run.exitCode, 0);
-    EXPECT_EQ(run.output, QString());
-    EXPECT_EQ(exportTo(filePath("silent")).exitCode, 0);
+    const QString folder = filePath("unfinished");
+    haveTheRecorderSendLate();
+    const Run silent = askFor("export REC1 RECORD --timeout 1 --to", folder);
+    EXPECT_EQ(silent.exitCode, 4);
+    EXPECT_EQ(silent.errors,
+              QStringLiteral("korvectl: Nothing more came of the export of record %1 on REC1 within 1 s. What is there is "
+                             "kept; to go on from there: korvectl export REC1 %1 --to %2\n")
+                  .arg(recordId, folder));
+    QProcess interrupted;
+    interrupted.start(QStringLiteral(KORVECTL_PROGRAM), words("export REC1") << recordId << QStringLiteral("--to")
+                                                                            << filePath("interrupted"));
+    const QString begun = filePath("interrupted/") + recordId + QStringLiteral(".sigmf-meta.part");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QFileInfo::exists(begun); }, patienceMs));
+    interrupted.terminate();
+    EXPECT_TRUE(interrupted.waitForFinished(patienceMs));
+    EXPECT_EQ(interrupted.exitCode(), 4);
+    EXPECT_TRUE(interrupted.readAllStandardError().contains("REC1 was interrupted. What is there is kept; "));
+    startRecorder({});
+    EXPECT_EQ(exportTo(folder).exitCode, 0);
 }
 
 } // namespace

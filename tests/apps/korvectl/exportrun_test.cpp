@@ -6,11 +6,37 @@
 
 #include <gmock/gmock.h>
 
+#include <csignal>
+
+#include <sys/resource.h>
+
 using namespace korvectl;
 using std::chrono::milliseconds;
 
 namespace
 {
+
+/// Files of this process cannot become longer meanwhile, as on a full disk.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        ::getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit limited{bytes, before.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limited);
+    }
+    ~FileSizeLimit()
+    {
+        ::setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, handler);
+    }
+    FileSizeLimit(const FileSizeLimit &) = delete;
+
+private:
+    rlimit before = {};
+    void (*const handler)(int) = std::signal(SIGXFSZ, SIG_IGN);
+};
 
 const QString data = QStringLiteral("R1.sigmf-data");
 
@@ -70,8 +96,30 @@ TEST_F(Export, DoesNotTakeMoreThanWasTold)
     send(run.beginFile(data, 3), "0123456789");
     run.endFile(data, true);
     EXPECT_FALSE(run.files().last().isWhole);
-    EXPECT_TRUE(run.complaint().contains(QLatin1String("did not come whole"))) << run.complaint().toStdString();
+    EXPECT_TRUE(run.complaint().startsWith(QLatin1String("More has come for"))) << run.complaint().toStdString();
     EXPECT_FALSE(QFileInfo::exists(folder.path(data)));
+}
+
+TEST_F(Export, ThatFitsNoDiskSaysSoAndNotWhatCameOfIt)
+{
+    const FileSizeLimit limit(4);
+    send(run.beginFile(data, 10), QByteArray(10, 'x'));
+    run.endFile(data, true);
+    run.end(false, QStringLiteral("cannot send: Connection reset by peer"));
+    EXPECT_EQ(run.complaint(), QStringLiteral("%1 cannot be written: File too large.").arg(folder.partPath(data)));
+    EXPECT_EQ(partSize(), 4) << "which is there to go on from";
+}
+
+TEST_F(Export, LeavesAFileToTheOtherExportThatWritesIt)
+{
+    ExportRun other{folder, {QHostAddress(QHostAddress::LocalHost), QStringLiteral("127.0.0.1")}, milliseconds(2000)};
+    send(other.beginFile(data, 10), QByteArray(10, 'x'));
+    EXPECT_EQ(run.beginFile(data, 10), QString());
+    EXPECT_EQ(run.complaint(),
+              QStringLiteral("%1 is being written by another export.").arg(folder.partPath(data)));
+    other.endFile(data, true);
+    EXPECT_EQ(other.complaint(), QString());
+    EXPECT_EQ(QFileInfo(folder.path(data)).size(), 10);
 }
 
 TEST_F(Export, TellsWhatTheManagerSays)
