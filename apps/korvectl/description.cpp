@@ -34,6 +34,9 @@ std::chrono::milliseconds milliseconds(double seconds)
 Description::Description()
 {
     app.require_subcommand(1);
+    app.failure_message([](const CLI::App *, const CLI::Error &error) {
+        return std::string("korvectl: ") + error.what() + "\nRun with --help for more information.\n";
+    });
     app.fallthrough(); // options may stand behind the command, too
     describeOptions();
     describeLists();

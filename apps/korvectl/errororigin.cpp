@@ -155,8 +155,11 @@ bool isKnown(unsigned long id, Flow flow)
 
 QString sentenceFor(unsigned long id, Flow flow, const QString &about)
 {
-    if (isKnown(id, flow))
-        return TraceError::toText(id, flow, about);
+    return isKnown(id, flow) ? TraceError::toText(id, flow, about) : originSentence(id);
+}
+
+QString originSentence(unsigned long id)
+{
     const QString origin = originOf(id);
     return QStringLiteral("Id: %1 : %2").arg(
         QString::number(id), origin.isEmpty() ? QStringLiteral("a number that nothing is known of") : origin);

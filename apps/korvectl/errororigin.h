@@ -26,6 +26,8 @@ bool isKnown(unsigned long number, Flow flow);
 /// it comes from. Never empty.
 QString sentenceFor(unsigned long number, Flow flow, const QString &about);
 
+/// "Id: 210 : ", and where it comes from. Never empty.
+QString originSentence(unsigned long number);
 /// Whose number it is, in a few words: the kind of an exception by its name, or what answers it. Empty for a number
 /// that nothing answers.
 QString originOf(unsigned long number);

@@ -50,7 +50,7 @@ QJsonObject objectOf(const CommandLine &line, const QVector<NamedFlow> &flows)
         sentences.append(QJsonObject{{QStringLiteral("flow"), QLatin1String(named.name)},
                                      {QStringLiteral("known"), isKnown(line.number, named.flow)},
                                      {QStringLiteral("sentence"), textOf(line.number, named.flow)}});
-    return {{QStringLiteral("number"), static_cast<qint64>(line.number)},
+    return {{QStringLiteral("number"), jsonNumber(line.number)},
             {QStringLiteral("origin"), originOf(line.number)},
             {QStringLiteral("sentences"), sentences}};
 }

@@ -43,9 +43,8 @@ QStringList listing(const char *what, const CommandLine &line)
     return {QStringLiteral("record"), QLatin1String(what), QStringLiteral("list"), line.device, line.record};
 }
 
-bool isMarked(const KORVE_RecordData &record, quint64 timestampUs)
+bool hasNoteAt(const QVector<Note> &notes, quint64 timestampUs)
 {
-    const QVector<Note> notes = bookmarksOf(record);
     return std::any_of(notes.begin(), notes.end(),
                        [timestampUs](const Note &note) { return note.timestampUs == timestampUs; });
 }
@@ -81,9 +80,11 @@ ExitCode addToHistory(const CommandLine &line)
 ExitCode removeFromHistory(const CommandLine &line)
 {
     AdminSession admin(line);
-    const quint64 timestampUs = line.moment.kind == Moment::Kind::Absolute
-                                    ? line.moment.us
-                                    : RecordScale(admin.record(Flow::History)).instantOf(line.moment);
+    const KORVE_RecordData record = admin.record(Flow::History);
+    const quint64 timestampUs = RecordScale(record).instantOf(line.moment);
+    if (!hasNoteAt(historyOf(record), timestampUs))
+        throw Failure(ExitCode::Refused, QStringLiteral("The history of %1 has no entry of %2.")
+                                             .arg(admin.recordWords(), units::exactInstant(timestampUs)));
     admin.change(Flow::History, QStringLiteral("removing from the history of %1").arg(admin.recordWords()),
                  listing("history", line), [&](Handler &handler) {
                      return handler.DeleteHistoryEntryFromKorve(line.device, line.record, timestampUs);
@@ -103,7 +104,7 @@ ExitCode addBookmark(const CommandLine &line)
     const QString words = QStringLiteral("adding a bookmark to %1").arg(admin.recordWords());
     const KORVE_RecordData record = admin.record(Flow::AddBookmark);
     const quint64 timestampUs = RecordScale(record).instantOf(line.moment);
-    if (isMarked(record, timestampUs))
+    if (hasNoteAt(bookmarksOf(record), timestampUs))
         throw failureOf({bookmarkExists, false}, {Flow::AddBookmark, words, line.record});
     admin.change(Flow::AddBookmark, words, listing("bookmarks", line), [&](Handler &handler) {
         return handler.SaveBookmarksToKorve(line.device, line.record, bookmarkAt(timestampUs, line.text));
@@ -116,7 +117,7 @@ ExitCode removeBookmark(const CommandLine &line)
     AdminSession admin(line);
     const KORVE_RecordData record = admin.record(Flow::RemoveBookmark);
     const quint64 timestampUs = RecordScale(record).instantOf(line.moment);
-    if (!isMarked(record, timestampUs))
+    if (!hasNoteAt(bookmarksOf(record), timestampUs))
         throw Failure(ExitCode::Refused, QStringLiteral("There is no bookmark of %1 at %2.")
                                              .arg(admin.recordWords(), units::exactInstant(timestampUs)));
     admin.change(Flow::RemoveBookmark, QStringLiteral("removing a bookmark of %1").arg(admin.recordWords()),

@@ -47,12 +47,12 @@ ExitCode exitCodeOf(unsigned long number)
 
 Failure failureOf(const Answer &answer, const Deed &deed)
 {
-    const QString sentence = sentenceFor(answer.number, deed.flow, deed.about);
     if (answer.isUnknown && !deed.check.isEmpty())
         return Failure(ExitCode::Unknown,
                        QStringLiteral("The outcome of %1 is unknown: the connection was lost after it was sent, or the "
                                       "answer did not come in time (%2). Check it with: %3")
-                           .arg(deed.words, sentence.trimmed(), deed.check));
+                           .arg(deed.words, originSentence(answer.number), deed.check));
+    const QString sentence = sentenceFor(answer.number, deed.flow, deed.about);
     return Failure(exitCodeOf(answer.number),
                    QStringLiteral("%1 failed: %2").arg(asSentence(deed.words), withPeriod(sentence)));
 }

@@ -9,7 +9,9 @@
 
 #include "connectionmanagement/guitoserverreplaycorbahandler.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 
 namespace korvectl
@@ -22,6 +24,8 @@ using Handler = KorveGUI::GuiToServerReplayCorbaHandler;
 using KORVE_XML::KORVE_RecordData;
 using KORVE_XML::NetIfParams;
 
+/// The manager's number for a replay that is not there.
+constexpr unsigned long notReplaying = 760;
 constexpr quint64 unlimitedRate = std::numeric_limits<quint32>::max();
 
 QString recordWords(const CommandLine &line)
@@ -70,6 +74,35 @@ quint64 rateFor(const Speed &speed, const RecordScale &scale)
     return static_cast<quint64>(std::llround(rate));
 }
 
+/// The ids of this program's other channels that have not done anything: of commands that are about to use them, or that
+/// were killed before they could.
+QStringList unusedOf(const ChannelStates &states, const QString &ownName)
+{
+    QStringList ids;
+    const QVector<ChannelState> all = states.channels();
+    for (const ChannelState &state : all)
+        if (isNameOfOurs(state.name) && state.name != ownName && state.isIdle() && state.record.isEmpty())
+            ids << state.id;
+    return ids;
+}
+
+/// Those that stay so for as long as a command may take.
+QStringList abandonedOf(const ChannelStates &states, const QString &ownName)
+{
+    const QStringList before = unusedOf(states, ownName);
+    QStringList abandoned;
+    const auto areUsed = [&](const ChannelState &) {
+        const QStringList now = unusedOf(states, ownName);
+        abandoned.clear();
+        std::copy_if(before.begin(), before.end(), std::back_inserter(abandoned),
+                     [&now](const QString &id) { return now.contains(id); });
+        return abandoned.isEmpty();
+    };
+    if (!before.isEmpty())
+        states.waitFor(areUsed);
+    return abandoned;
+}
+
 /// A channel for one replay to one receiver. The manager knows one that is left of an earlier one again, by its name.
 /// Those that are left of replays to others go first, or it would give this replay to one of them.
 class ReceiverChannel
@@ -79,10 +112,11 @@ public:
 
     void add(const KORVE_RecordData &record, quint64 rate, const ChannelStates &states)
     {
-        removeLeftOvers(states);
+        const ChannelWish wish = wishFor(line, record);
+        removeLeftOvers(states, wish.name());
         Deed deed = deedOf(line, Flow::Channel, QStringLiteral("registering a channel for"));
         deed.check = commandText(line, {QStringLiteral("replay"), QStringLiteral("status")});
-        require(calls.add(wishFor(line, record)), deed);
+        require(calls.add(wish), deed);
         const Answer answer = calls.setSampleRate(rate, RecordScale(record).sampleBytes());
         removeUnless(answer);
         require(answer, deedOf(line, Flow::Channel, QStringLiteral("setting the speed of")));
@@ -97,13 +131,15 @@ public:
     void remove() { calls.remove(); }
 
 private:
-    /// One that has not done anything yet may be just about to.
-    void removeLeftOvers(const ChannelStates &states)
+    void removeLeftOvers(const ChannelStates &states, const QString &ownName)
     {
+        QStringList ids = abandonedOf(states, ownName);
         const QVector<ChannelState> all = states.channels();
         for (const ChannelState &state : all)
-            if (isNameOfOurs(state.name) && state.isIdle() && !state.record.isEmpty() &&
-                calls.find(state.id).number == 0)
+            if (isNameOfOurs(state.name) && state.isIdle() && !state.record.isEmpty())
+                ids << state.id;
+        for (const QString &id : std::as_const(ids))
+            if (calls.find(id).number == 0)
                 calls.remove();
     }
 
@@ -126,8 +162,11 @@ void requireOurs(const CommandLine &line, Handler &handler, ReceiverChannel &rec
     });
     if (!used || used->id == receiver.id())
         return;
-    handler.StopReplay(line.device, line.record);
+    const unsigned long number = handler.StopReplay(line.device, line.record);
     receiver.remove();
+    if (number != notReplaying) // it may be over by now
+        require({number, handler.OutcomeIsUnknown()},
+                deedOf(line, Flow::ControlReplay, QStringLiteral("stopping, since it went to another channel, the replay of")));
     throw Failure(ExitCode::Refused,
                   QStringLiteral("The manager gave the replay to channel %1, \"%2\", which was there before, and not to "
                                  "%3; it was stopped.")
@@ -181,7 +220,8 @@ struct Control {
 void control(const CommandLine &line, const ManagerSession &session, const Control &control)
 {
     Handler handler(session.handler());
-    handler.Initialize(line.device);
+    if (!handler.Initialize(line.device))
+        session.device(line.device); // for the reason
     const unsigned long number = (handler.*control.operation)(line.device, line.record);
     require({number, handler.OutcomeIsUnknown()},
             deedOf(line, Flow::ControlReplay, QLatin1String(control.doing) + QStringLiteral(" the replay of")));
@@ -240,8 +280,12 @@ ExitCode stopReplay(const CommandLine &line)
     const CentralService service(line.timeout);
     const ManagerSession session(service, line.subsystem, line.timeout);
     control(line, session, {"stopping", "stopped", &Handler::StopReplay});
-    removeChannelsOf(line, session, ChannelStates(service, line.subsystem, line.timeout));
-    return ExitCode::Success;
+    try {
+        removeChannelsOf(line, session, ChannelStates(service, line.subsystem, line.timeout));
+    } catch (const Failure &failure) {
+        complain(QStringLiteral("Its channel is left: %1").arg(QString::fromUtf8(failure.what())));
+    }
+    return ExitCode::Success; // the replay is stopped
 }
 
 ExitCode showReplays(const CommandLine &line)

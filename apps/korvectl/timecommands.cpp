@@ -40,7 +40,7 @@ QString tableOf(const QString &device, const DeviceTime &time, double aheadS)
                  {QStringLiteral("TIME (UTC)")},
                  {QStringLiteral("AHEAD OF HERE"), Qt::AlignRight},
                  {QStringLiteral("SYNCHRONIZED")}});
-    table.addRow({device, units::exactInstant(time.us), QStringLiteral("%1 s").arg(aheadS, 0, 'f', 3),
+    table.addRow({device, units::exactInstant(time.us), units::offset(aheadS),
                   time.isSynchronized ? QStringLiteral("yes") : QStringLiteral("no")});
     return table.text();
 }

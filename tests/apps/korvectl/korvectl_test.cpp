@@ -78,6 +78,12 @@ TEST_F(Korvectl, ListsRecordsForPrograms)
     EXPECT_EQ(begin.timeSpec(), Qt::UTC);
 }
 
+TEST_F(Korvectl, ExplainsEachNumberToPrograms)
+{
+    const Run run = ask(words("errors 18446744073709551615 --flow Admin --json"));
+    EXPECT_TRUE(run.output.contains(QLatin1String("\"number\": \"18446744073709551615\""))) << run.output.toStdString();
+}
+
 TEST_F(Korvectl, SaysThatADeviceIsUnknown)
 {
     const Run run = ask(words("records REC9"));

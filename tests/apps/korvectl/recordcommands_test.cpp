@@ -64,7 +64,7 @@ TEST_F(RecordCommand, KeepsAHistory)
     const QString time = notes("history").last().toObject()[QStringLiteral("time")].toString();
     EXPECT_EQ(askFor("record history remove REC1 RECORD", time).exitCode, 0);
     EXPECT_EQ(notes("history").size(), before);
-    isRefused(askFor("record history remove REC1 RECORD", time), "Id: 10002 : ");
+    isRefused(askFor("record history remove REC1 RECORD", time), "has no entry of");
 }
 
 TEST_F(RecordCommand, KeepsBookmarks)

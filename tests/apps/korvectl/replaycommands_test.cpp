@@ -108,6 +108,29 @@ TEST_F(ReplayCommand, SendsDatagrams)
     EXPECT_TRUE(isIdle());
 }
 
+TEST_F(ReplayCommand, UsesNoChannelThatACommandHasLeftWhichWasKilled)
+{
+    const TQ_KRV::IF_KRV_c_KRV_var manager = ReplayCommand::manager();
+    const QByteArray elsewhere = address().toLatin1() + ":1";
+    CORBA::String_var id;
+    const TQ_KRV::IF_KRV_c_Chan_var left = manager->registerReceiverChannel(
+        TQ_KRV::IF_KRV_c_ChanMan::_nil(), TQ_KRV::drVUHF_1M, TQ_KRV::dfRAW, false, true,
+        "korvectl " + elsewhere + " tcp", "REC1", TQ_KRV::TCP_IF, elsewhere, id.out());
+    const Run run = start("--speed max --timeout 1");
+    EXPECT_EQ(run.exitCode, 0) << run.errors.toStdString();
+    EXPECT_EQ(received(wholeBytes).size(), wholeBytes);
+    EXPECT_TRUE(isIdle());
+}
+
+TEST_F(ReplayCommand, SaysThatADeviceIsUnknown)
+{
+    for (const char *const line : {"replay pause REC9 RECORD", "replay stop REC9 RECORD"}) {
+        const Run run = askFor(line);
+        EXPECT_EQ(run.exitCode, 3) << line;
+        EXPECT_TRUE(isOneSentence(run.errors) && run.errors.contains(QLatin1String("REC9"))) << run.errors.toStdString();
+    }
+}
+
 TEST_F(ReplayCommand, TellsWhyItCannot)
 {
     for (const auto &[line, number] :

@@ -26,6 +26,12 @@ TEST(Table, LetsNoTextMoveTheCursor)
     EXPECT_EQ(table.text().toStdString(), "A\nx??[2Jy?\n");
 }
 
+TEST(Table, LeavesLettersTogetherThatAreJoined)
+{
+    const QString family = QStringLiteral("\U0001f468\u200d\U0001f469\u200d\U0001f467");
+    EXPECT_EQ(Table({{QStringLiteral("A")}}).line({family}), family + u'\n');
+}
+
 TEST(Table, AlignsLettersOfAllWidths)
 {
     Table table({{QStringLiteral("A")}, {QStringLiteral("B")}});
