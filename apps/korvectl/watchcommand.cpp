@@ -3,13 +3,14 @@
 #include "apps/korvectl/console.h"
 #include "apps/korvectl/interruption.h"
 #include "apps/korvectl/jsontext.h"
-#include "apps/korvectl/managersession.h"
+#include "apps/korvectl/mirroredpart.h"
 #include "apps/korvectl/statewatch.h"
 #include "apps/korvectl/table.h"
+#include "apps/korvectl/units.h"
 
-#include <QDateTime>
+#include "korvebase/valuetreepaths.h"
+
 #include <QEventLoop>
-#include <QTimer>
 
 namespace korvectl
 {
@@ -44,15 +45,7 @@ Table emptyTable()
 
 QString lineFor(const StateChange &change)
 {
-    const QString now = QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz"));
-    return emptyTable().line({now, change.device, change.record, wordsFor(change.state), change.name});
-}
-
-QString eventLine(const char *event, QJsonObject object)
-{
-    object.insert(QStringLiteral("event"), QLatin1String(event));
-    object.insert(QStringLiteral("time"), QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
-    return jsonLine(object);
+    return emptyTable().line({units::timeOfDay(), change.device, change.record, wordsFor(change.state), change.name});
 }
 
 QJsonObject objectOf(const StateChange &change)
@@ -63,14 +56,26 @@ QJsonObject objectOf(const StateChange &change)
             {QStringLiteral("status"), wordsFor(change.state)}};
 }
 
-/// The manager looks for watches at the service of its own subsystem, and this is registered at the local one.
-void requireLocal(const CentralService &service, const CommandLine &line)
+/// The subsystem. The manager looks for watches at the service of its own, and this is registered at the local one.
+QString requiredLocal(const CentralService &service, const CommandLine &line)
 {
     const QString local = service.localSubsystem(Deadline(line.timeout));
     if (!line.subsystem.isEmpty() && line.subsystem != local)
         throw Failure(ExitCode::Usage,
                       QStringLiteral("Only the local subsystem, %1, can be watched; set KORVE_CCO to that of %2.")
                           .arg(local, line.subsystem));
+    return local;
+}
+
+/// Says when nothing can be heard of, and when that is over; for programs, to standard output. False when nobody reads it.
+bool tellConnection(const CommandLine &line, const QString &subsystem, bool isThere)
+{
+    if (line.json)
+        return print(eventLine(isThere ? "watching" : "lost", {{QStringLiteral("subsystem"), subsystem}}));
+    complain((isThere ? QStringLiteral("The recorder manager of %1 is there again.")
+                      : QStringLiteral("The recorder manager of %1 is lost; states are told again when it is back."))
+                 .arg(subsystem));
+    return true;
 }
 
 } // namespace
@@ -78,8 +83,10 @@ void requireLocal(const CentralService &service, const CommandLine &line)
 ExitCode watchStates(const CommandLine &line)
 {
     const CentralService service(line.timeout);
-    requireLocal(service, line);
-    const ManagerSession session(service, line.subsystem, line.timeout);
+    const QString subsystem = requiredLocal(service, line);
+    const VtConnectData server = treeServerOf(service, subsystem, Deadline(line.timeout));
+    // Whose connection tells whether the manager is there.
+    const auto tree = requireMirrored(server, korve::path::channel, line.timeout);
     QEventLoop loop;
     int told = 0;
     const StateWatch watch([&](const StateChange &change) {
@@ -87,13 +94,16 @@ ExitCode watchStates(const CommandLine &line)
         if (!isHeard || ++told == line.changeLimit)
             loop.quit();
     });
-    Interruption interruption;
-    QObject::connect(&interruption, &Interruption::si_interrupted, &loop, &QEventLoop::quit);
-    print(line.json ? eventLine("watching", {{QStringLiteral("subsystem"), session.subsystem()}})
-                    : emptyTable().text());
-    if (line.watchTime.count() > 0)
-        QTimer::singleShot(line.watchTime, &loop, &QEventLoop::quit);
-    loop.exec();
+    const auto tell = [&](bool isThere) {
+        if (!tellConnection(line, subsystem, isThere))
+            loop.quit();
+    };
+    QObject::connect(tree.get(), &VtConnectionObserver::si_connected, &loop, [&tell] { tell(true); });
+    QObject::connect(tree.get(), &VtConnectionObserver::si_disconnected, &loop, [&tell] { tell(false); });
+    const Interruption interruption; // before anybody is told that this watches
+    if (!print(line.json ? eventLine("watching", {{QStringLiteral("subsystem"), subsystem}}) : emptyTable().text()))
+        return ExitCode::Success; // nobody reads it
+    runUntil(interruption, loop, line.watchTime);
     return ExitCode::Success;
 }
 

@@ -8,7 +8,7 @@ namespace
 
 constexpr int patienceMs = 30000;
 
-/// `korvectl tree watch` at a manager that is killed and comes back.
+/// What watches a manager that is killed and comes back.
 class KorvectlWatch : public KorvectlFixture
 {
 protected:
@@ -66,6 +66,30 @@ TEST_F(KorvectlWatch, TellsProgramsOfTheSameByEvents)
     ASSERT_TRUE(prints(QStringLiteral("\"value\":true"), 2));
     EXPECT_EQ(output.count(QLatin1String("\"event\":\"connected\"")), 2) << output.toStdString();
     EXPECT_EQ(output.count(QLatin1String("\"event\":\"lost\"")), 1) << output.toStdString();
+    EXPECT_EQ(errors, QString());
+    EXPECT_EQ(exitCodeWhenTerminated(), 0);
+}
+
+TEST_F(KorvectlWatch, OfRecordsSaysThatTheManagerIsLostAndThereAgain)
+{
+    begin("watch");
+    ASSERT_TRUE(prints(QStringLiteral("TIME "), 1)) << errors.toStdString();
+    shared->manager->kill();
+    ASSERT_TRUE(prints(QStringLiteral("The recorder manager of Main is lost; "), 1));
+    shared->manager = start("manager");
+    EXPECT_TRUE(prints(QStringLiteral("The recorder manager of Main is there again."), 1));
+    EXPECT_EQ(output.count(u'\n'), 1) << output.toStdString();
+    EXPECT_EQ(exitCodeWhenTerminated(), 0);
+}
+
+TEST_F(KorvectlWatch, OfRecordsTellsProgramsOfTheSameByEvents)
+{
+    begin("watch --json");
+    ASSERT_TRUE(prints(QStringLiteral("\"event\":\"watching\""), 1)) << errors.toStdString();
+    shared->manager->kill();
+    ASSERT_TRUE(prints(QStringLiteral("\"event\":\"lost\""), 1));
+    shared->manager = start("manager");
+    EXPECT_TRUE(prints(QStringLiteral("\"event\":\"watching\""), 2));
     EXPECT_EQ(errors, QString());
     EXPECT_EQ(exitCodeWhenTerminated(), 0);
 }
