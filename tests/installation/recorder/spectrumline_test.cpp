@@ -216,6 +216,27 @@ TEST(Levels, OfSilenceAndOfWhatIsNoNumberAreTheLeast)
     EXPECT_EQ(std::count(noNumbers.begin(), noNumbers.end(), silenceDb), 64);
 }
 
+TEST(Levels, OfWhatIsInfiniteAreGreatNumbers)
+{
+    const float infinite = std::numeric_limits<float>::infinity();
+    for (const float part : {infinite, -infinite, 3e19F}) {
+        const float number[]{part, 1};
+        float level = 0;
+        toDecibels(number, 1, 1, &level);
+        EXPECT_TRUE(level > 379 && level < 400) << level;
+    }
+}
+
+TEST(Levels, AreNeverBelowTheLeast)
+{
+    for (float part = 1e-16F; part < 2e-15F; part *= 1.00001F) {
+        const float number[]{part, 0};
+        float level = 0;
+        toDecibels(number, 1, 1, &level);
+        ASSERT_GE(level, silenceDb) << part;
+    }
+}
+
 TEST(Levels, AreExactToAThousandth)
 {
     for (double db = -290; db < 300; db += 0.37) {
