@@ -11,6 +11,13 @@ BriefAdmin::BriefAdmin()
     record = data.in();
 }
 
+CORBA::ULong BriefAdmin::copyRecord(const char *, const char *, const TQ_KRV::seqCopySection &, const CORBA::WChar *,
+                                    CORBA::String_out newRecordId)
+{
+    newRecordId = CORBA::string_dup("R2");
+    return 0;
+}
+
 CORBA::ULong BriefAdmin::getDeviceTime(const char *, CORBA::ULongLong &time, CORBA::Boolean &synchronized)
 {
     time = 1;

@@ -4,6 +4,7 @@
 #include "benchmarks/support/require.h"
 
 #include "connectionmanagement/guitoserveradmincorbahandler.h"
+#include "connectionmanagement/guitoserverexportcorbahandler.h"
 #include "connectionmanagement/guitoserverreplaycorbahandler.h"
 #include "korvebase/corbatoclientconverter.h"
 #include "objectmodel/bookmarkentry.h"
@@ -37,9 +38,11 @@ struct Commands {
     const QString device = QStringLiteral("many");
     const QString record = QStringLiteral("R1");
     const QString text = QStringLiteral("a comment");
+    const QString address = QStringLiteral("127.0.0.1");
     QVector<KORVE_XML::BookmarkEntry> bookmarks;
     GuiToServerAdminCorbaHandler admin{Station::instance().handler};
     GuiToServerReplayCorbaHandler replay{Station::instance().handler};
+    KorveGUI::GuiToServerExportCorbaHandler exports{Station::instance().handler};
     const TQ_KRV::IF_KORVE_Admin_var bareAdmin = Station::instance().handler->GetKorveAdminInterface();
     const TQ_KRV::IF_KORVE_Replay_var bareReplay = Station::instance().handler->GetReplayInterface(device);
 };
@@ -91,6 +94,31 @@ unsigned long bareBookmarks(Commands &c)
     return 0;
 }
 
+unsigned long copyByHandler(Commands &c)
+{
+    return c.admin.copyRecord(c.device, c.record, 0, 1000, c.text);
+}
+
+unsigned long bareCopy(Commands &c)
+{
+    TQ_KRV::seqCopySection sections(1);
+    sections.length(1);
+    sections[0] = {0, 1000};
+    CORBA::String_var copy;
+    return c.bareAdmin->copyRecord("many", "R1", sections, L"a comment", copy.out());
+}
+
+unsigned long spectrumByHandler(Commands &c)
+{
+    return c.admin.overviewSpectrumStreamed(c.device, c.record, 0, 1000, 1, 16, KorveDataTypes::eFFT_Window::Hanning,
+                                            c.address, 9);
+}
+
+unsigned long bareSpectrum(Commands &c)
+{
+    return c.bareAdmin->getOverviewSpectrumStreamed("many", "R1", 0, 1000, 1, 16, TQ_KRV::wmHanning, "127.0.0.1", 9);
+}
+
 struct Command {
     const char *name;
     unsigned long (*ours)(Commands &);
@@ -107,6 +135,23 @@ const Command all[] = {
     {"corba.small.time", timeByHandler, bareTime},
     {"corba.small.history", [](Commands &c) { return c.admin.addHistory(c.device, c.record, c.text); },
      [](Commands &c) -> unsigned long { return c.bareAdmin->addHistory("many", "R1", L"a comment"); }},
+    {"corba.small.nohistory", [](Commands &c) { return c.admin.removeHistoryEntry(c.device, c.record, 1); },
+     [](Commands &c) -> unsigned long { return c.bareAdmin->removeHistoryEntry("many", "R1", 1); }},
+    {"corba.small.settime", [](Commands &c) { return c.admin.SetDeviceTime(c.device, 1); },
+     [](Commands &c) -> unsigned long { return c.bareAdmin->setDeviceTime("many", 1); }},
+    {"corba.small.details", [](Commands &c) { return c.admin.requestRecordDataDetail(c.device, c.record); },
+     [](Commands &c) -> unsigned long { return c.bareAdmin->requestRecordDataDetail("many", "R1"); }},
+    {"corba.small.start",
+     [](Commands &c) { return c.replay.StartReplay(c.device, c.record, KORVE_RecordData::HF_20k, 0, 1000, 1); },
+     [](Commands &c) -> unsigned long { return c.bareReplay->StartReplay("many", "R1", TQ_KRV::drHF_20k, 0, 1000, 1); }},
+    {"corba.small.continue", [](Commands &c) { return c.replay.ContinueReplay(c.device, c.record); },
+     [](Commands &c) -> unsigned long { return c.bareReplay->ContinueReplay("many", "R1"); }},
+    {"corba.small.stop", [](Commands &c) { return c.replay.StopReplay(c.device, c.record); },
+     [](Commands &c) -> unsigned long { return c.bareReplay->StopReplay("many", "R1"); }},
+    {"corba.small.copy", copyByHandler, bareCopy},
+    {"corba.small.spectrum", spectrumByHandler, bareSpectrum},
+    {"corba.small.delete", [](Commands &c) -> unsigned long { return c.exports.deleteRecord(c.device, c.record) ? 0 : 1; },
+     [](Commands &c) -> unsigned long { return c.bareAdmin->deleteRecord("many", "R1") ? 0 : 1; }},
     {"corba.getrecord", recordByHandler, bareRecord},
     {"corba.addbookmarks", [](Commands &c) { return c.admin.addBookmarkEntries(c.device, c.record, c.bookmarks); },
      bareBookmarks},
