@@ -172,6 +172,9 @@ TEST_P(AdminHandlersCommand, KnowsWhetherTheManagerCanHaveActed)
     EXPECT_TRUE(commands.OutcomeIsUnknown());
     EXPECT_THAT(take(traces), ElementsAre(failure("TRANSIENT"), failure("COMM_FAILURE")));
     EXPECT_EQ(traces.sourceOf(failure("TRANSIENT")), "common/errorlogging");
+    admin->trouble = [] {};
+    EXPECT_EQ(give(), 0u);
+    EXPECT_FALSE(commands.OutcomeIsUnknown()); // it speaks of the last command alone
 }
 
 TEST_P(AdminHandlersCommand, NeedsAConnection)
@@ -295,6 +298,22 @@ TEST_F(ManagersOperation, TracesOtherFailuresWithTheirKind)
     EXPECT_THAT(tracesOf([this] { return askForArchive(); }, lost),
                 ElementsAre("pelinConnectionParameter for Device n/a failed with exception: COMM_FAILURE",
                             "CORBA System Exception"));
+}
+
+TEST_F(ManagersOperation, KnowsWhetherTheManagerCanHaveActed)
+{
+    ASSERT_TRUE(commands.Initialize());
+    const auto isUnknownAfter = [this](const std::function<void()> &trouble) {
+        manager.trouble = trouble;
+        restore();
+        return commands.OutcomeIsUnknown();
+    };
+    EXPECT_TRUE(isUnknownAfter([] { throw CORBA::COMM_FAILURE(0, CORBA::COMPLETED_MAYBE); }));
+    EXPECT_FALSE(isUnknownAfter([] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_NO); }));
+    EXPECT_TRUE(isUnknownAfter([] { throw CORBA::COMM_FAILURE(0, CORBA::COMPLETED_MAYBE); }));
+    EXPECT_FALSE(isUnknownAfter([] { throw IF_KRV_c_KRV::exKRV(IF_KRV_c_KRV::Request_Failed, "no"); }));
+    EXPECT_TRUE(isUnknownAfter([] { throw CORBA::COMM_FAILURE(0, CORBA::COMPLETED_MAYBE); }));
+    EXPECT_FALSE(isUnknownAfter([] {}));
 }
 
 TEST_F(ManagersOperation, NeedsAConnectionAndAnInterface)

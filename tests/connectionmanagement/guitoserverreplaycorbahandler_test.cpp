@@ -94,6 +94,9 @@ TEST_P(ReplayHandlersCommand, TracesAFailureForTheDeviceThatWasInitialized)
     EXPECT_EQ(give(), 211u);
     EXPECT_TRUE(commands.OutcomeIsUnknown());
     EXPECT_THAT(take(traces), ElementsAre(failure("TRANSIENT"), failure("COMM_FAILURE")));
+    replay->trouble = [] {};
+    EXPECT_EQ(give(), 0u);
+    EXPECT_FALSE(commands.OutcomeIsUnknown()); // it speaks of the last command alone
 }
 
 TEST_P(ReplayHandlersCommand, AsksNobodyWithoutADevice)
