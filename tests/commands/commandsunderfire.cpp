@@ -155,6 +155,25 @@ unsigned long deleteCopy(World &world, int round)
     return world.exports->deleteRecord(world.device, QString::fromUtf8(world.copies[round])) ? 0 : 1;
 }
 
+unsigned long showSpectrum(World &world, int)
+{
+    constexpr unsigned long fftSize = 256;
+    return world.admin->overviewSpectrumStreamed(world.device, world.record, 0, World::recordBytes, 10, fftSize,
+                                                 KorveDataTypes::eFFT_Window::Hanning, QStringLiteral("127.0.0.1"),
+                                                 world.display.port());
+}
+
+void countWhatIsShown(World &world, int round)
+{
+    world.shownBefore[round] = world.display.count();
+}
+
+int isShown(World &world, int round)
+{
+    const auto next = world.shownBefore.upper_bound(round);
+    return (next == world.shownBefore.end() ? world.display.count() : next->second) - world.shownBefore.at(round);
+}
+
 std::vector<CommandUnderFire> changingCommands()
 {
     return {
@@ -190,6 +209,7 @@ std::vector<CommandUnderFire> changingCommands()
         {"deleteRecord", copyAtRecorder, deleteCopy,
          [](World &w, int round) { return w.has(w.copies[round]) ? 0 : 1; },
          [](const World &) { return true; }, 1},
+        {"overviewSpectrumStreamed", countWhatIsShown, showSpectrum, isShown, byAdmin},
         {"SetDeviceTime", nothing,
          [](World &w, int round) { return w.admin->SetDeviceTime(w.device, timeToSet(round)); }, isTimeSet, byAdmin},
     };
@@ -217,6 +237,11 @@ unsigned long askForRecord(World &w, int)
     KORVE_RecordData record;
     const unsigned long number = w.admin->getRecord(w.device, w.record, record);
     return answered(w, number, record.GetRecordID() == w.record && record.GetSize() == World::recordBytes);
+}
+
+unsigned long askForDetail(World &w, int)
+{
+    return answered(w, w.admin->requestRecordDataDetail(w.device, w.record), true);
 }
 
 unsigned long askForRecords(World &w, int)
@@ -269,6 +294,7 @@ const std::vector<CommandUnderFire> &commandsUnderFire()
         std::vector<CommandUnderFire> commands = changingCommands();
         std::ranges::move(replayCommands(), std::back_inserter(commands));
         commands.push_back(question("getRecord", 210, askForRecord));
+        commands.push_back(question("RequestRecordDataDetail", 210, askForDetail));
         commands.push_back(question("deviceID", 1, askForDevice));
         commands.push_back(question("getAllRecords", 201, askForRecords));
         commands.push_back(question("GetDeviceTime", 210, askForTime));

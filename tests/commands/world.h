@@ -6,6 +6,7 @@
 #include "connectionmanagement/hmiserverconnectiondata.h"
 #include "connectionmanagement/korveguitoservercorbahandler.h"
 #include "idl/korve.hh"
+#include "tests/commands/connectioncounter.h"
 
 #include <map>
 #include <memory>
@@ -43,6 +44,8 @@ public:
     /// Of a command that only asks.
     int rightAnswers = 0;
     std::map<int, QByteArray> copies; ///< of the record, by their rounds
+    ConnectionCounter display;        ///< that overview spectra are sent to
+    std::map<int, int> shownBefore;   ///< on it, by the rounds
 
     static constexpr unsigned long long recordBytes = 200000;
     const QString device = QStringLiteral("REC1");
