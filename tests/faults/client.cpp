@@ -72,7 +72,7 @@ const std::map<std::string, Client::Command> &Client::commands()
 {
     static const std::map<std::string, Command> all = [] {
         std::map<std::string, Command> each = recordCommands();
-        for (const auto &more : {deviceCommands(), channelCommands(), exportCommands(), connectionCommands(),
+        for (const auto &more : {deviceCommands(), mistakenCommands(), channelCommands(), exportCommands(), connectionCommands(),
                                  replayCommands("", &Client::replayOfDevice),
                                  replayCommands("OfNobody", &Client::replayOfNobody)})
             each.insert(more.begin(), more.end());
@@ -143,6 +143,38 @@ const std::map<std::string, Client::Command> &Client::deviceCommands()
     return all;
 }
 
+const std::map<std::string, Client::Command> &Client::mistakenCommands()
+{
+    static const QString nobody = QStringLiteral("nobody");
+    const auto get = [](Client &c, const QString &deviceId, const QString &recordId) {
+        KORVE_RecordData data;
+        return told(c.admin->getRecord(deviceId, recordId, data));
+    };
+    const auto formatOf = [](Client &c, const QString &deviceId, const QString &recordId) {
+        QString error;
+        return (c.exporting->recordDataFormat(deviceId, recordId, error) + error).toStdString();
+    };
+    static const std::map<std::string, Command> all{
+        {"getUnknownRecord", [=](Client &c) { return get(c, device, nobody); }},
+        {"getRecordOfUnknownDevice", [=](Client &c) { return get(c, nobody, c.record); }},
+        {"formatOfUnknownRecord", [=](Client &c) { return formatOf(c, device, nobody); }},
+        {"formatOfUnknownDevice", [=](Client &c) { return formatOf(c, nobody, c.record); }},
+        {"commentUnknownRecord", [](Client &c) { return told(c.admin->SetRecordComment(device, nobody, words)); }},
+        {"commentOnUnknownDevice", [](Client &c) { return told(c.admin->SetRecordComment(nobody, c.record, words)); }},
+        {"deleteUnknownRecord", [](Client &c) { return toldTruth(c.exporting->deleteRecord(device, nobody)); }},
+        {"replayUnknownRecord",
+         [](Client &c) {
+             return told(c.replayOfDevice().StartReplay(device, nobody, KORVE_RecordData::HF_20k, 0, 8, 1));
+         }},
+        {"replayOnUnknownDevice",
+         [](Client &c) {
+             return told(c.replayOfDevice().StartReplay(nobody, c.record, KORVE_RecordData::HF_20k, 0, 8, 1));
+         }},
+        {"stopOnUnknownDevice", [](Client &c) { return told(c.replayOfDevice().StopReplay(nobody, c.record)); }},
+    };
+    return all;
+}
+
 GuiToServerReplayCorbaHandler &Client::replayOfDevice()
 {
     replay->Initialize(device);
@@ -194,6 +226,11 @@ const std::map<std::string, Client::Command> &Client::channelCommands()
         {"StartReplayOfNothing", [](Client &c) { return c.startReplay(0, 0); }},
         {"StartReplayAtItsEnd", [](Client &c) { return c.startReplay(8, 8); }},
         {"StartReplayBackwards", [](Client &c) { return c.startReplay(8, 4); }},
+        {"StartReplayByXg",
+         [](Client &c) {
+             return told(c.replayOfDevice().StartReplay(device, c.record, KORVE_RecordData::HF_20k, 0, 8, 1,
+                                                        KORVE_XML::NetIfParams::TQXG_IF));
+         }},
         {"StartReplayForEver", [](Client &c) { return c.startReplay(0, recordBytes, 0); }},
         {"registerChannelForRecording", [](Client &c) { return c.registerChannel(false); }},
         {"registerChannel", [](Client &c) { return c.registerChannel(true); }},

@@ -34,6 +34,8 @@ private:
     static const std::map<std::string, Command> &commands();
     static const std::map<std::string, Command> &recordCommands();
     static const std::map<std::string, Command> &deviceCommands();
+    /// About a record or a device that there is not.
+    static const std::map<std::string, Command> &mistakenCommands();
     static const std::map<std::string, Command> &channelCommands();
     static const std::map<std::string, Command> &exportCommands();
     static const std::map<std::string, Command> &connectionCommands();

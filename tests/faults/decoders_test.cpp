@@ -125,6 +125,16 @@ TEST_F(Decoders, KnowEachKindThatAChannelRaises)
                    [&] { channel->setRecordFlag(true); });
 }
 
+TEST_F(Decoders, KnowEachKindThatAdministrationRaises)
+{
+    start(scriptOf("manager getRecord", "exAdmin"));
+    const TQ_KRV::IF_KORVE_Admin_var remote = admin();
+    expectEachKind("exAdmin", "Flag for Channel 'C1'", "TQ_KRV::IF_KORVE_Admin::exAdmin::", [&] {
+        TQ_KRV::struRECORD_DATA_var record;
+        remote->getRecord("REC1", "R1", record.out());
+    });
+}
+
 TEST_F(Decoders, HaveANumberForExceptionsOfNoFamily)
 {
     start("on getAllRecords raise exKRV 3 \"why\"\n");

@@ -137,6 +137,19 @@ TEST_F(Effects, KillsAfterTheEffect)
     EXPECT_EQ(historyOf(id), 1u);
 }
 
+TEST_F(Effects, KillsAtARandomMomentOfATime)
+{
+    start("on recorder addHistory kill within 2ms\n");
+    const std::string id = importRecord();
+    const TQ_KORVE::IF_Control_var control = recorder();
+    const bool isAnswered = raisedBy([&] { control->addHistory(id.c_str(), TQ_KORVE::wideText()); }).empty();
+    EXPECT_TRUE(comesTrue([&] { return !process("recorder").isRunning(); }));
+    startAgain("recorder");
+    const std::size_t entries = historyOf(id);
+    EXPECT_LE(entries, 1u);
+    EXPECT_TRUE(entries == 1 || !isAnswered);
+}
+
 TEST_F(Effects, KillsAtATime)
 {
     start("at 3s kill manager\n"); // when it is ready for certain

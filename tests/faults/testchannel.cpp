@@ -167,6 +167,15 @@ std::map<std::string, TestChannel::Command> TestChannel::refusalCommands()
             });
             return done;
         };
+    all["refuseToStop"] = [](TestChannel &c) {
+        c.program->trouble.plant("stoppingDataTransfer", [] { throw ChanMan::exChanMan(ChanMan::IPC_Not_Stopped, ""); });
+        return done;
+    };
+    all["refuseToDisconnect"] = [](TestChannel &c) {
+        c.program->trouble.plant("stoppingDataTransfer", {});
+        c.program->trouble.plant("disconnect", [] { throw ChanMan::exChanMan(ChanMan::Unable_To_Disconnect, ""); });
+        return done;
+    };
     all["refuseNothing"] = [](TestChannel &c) { return c.program->trouble.plant("connectForReplay", {}), done; };
     return all;
 }
