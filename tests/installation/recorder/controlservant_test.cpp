@@ -3,6 +3,7 @@
 #include "tests/installation/recorder/recordingfiles.h"
 #include "tests/installation/recorder/servingprocess.h"
 #include "tests/installation/recorder/storedrecords.h"
+#include "tests/installation/recorder/widetext.h"
 
 #include <gtest/gtest.h>
 
@@ -15,23 +16,6 @@ using namespace TQ_KORVE;
 
 namespace
 {
-
-wideText wide(const QString &text)
-{
-    wideText units;
-    units.length(text.size());
-    for (int i = 0; i < text.size(); ++i)
-        units[i] = text.at(i).unicode();
-    return units;
-}
-
-QString narrow(const wideText &units)
-{
-    QString text;
-    for (CORBA::ULong i = 0; i < units.length(); ++i)
-        text.append(QChar(units[i]));
-    return text;
-}
 
 /// Talks to a recorder in another process that has taken in one SigMF recording and one WAV file.
 class Control : public testing::Test

@@ -4,6 +4,7 @@
 #include "installation/recorder/storethread.h"
 #include "tests/installation/recorder/receiver.h"
 #include "tests/installation/recorder/recordingfiles.h"
+#include "tests/installation/recorder/refusal.h"
 #include "tests/installation/recorder/storedrecords.h"
 
 #include <gtest/gtest.h>
@@ -37,17 +38,6 @@ protected:
             .arg(file.name)
             .arg(offset)
             .arg(file.sizeBytes);
-    }
-    template <typename Action> TQ_KORVE::eKorveKind kindOf(Action action)
-    {
-        try {
-            action();
-        } catch (const RecorderError &error) {
-            EXPECT_FALSE(error.text().isEmpty());
-            return error.kind();
-        }
-        ADD_FAILURE() << "was done";
-        return TQ_KORVE::ekIMPLEMENTATION_FAULT;
     }
     /// What a receiver gets, and how the recorder thinks that it went.
     std::pair<QByteArray, QString> transferred(const RecordFile &file, quint64 offset)

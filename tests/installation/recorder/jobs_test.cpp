@@ -1,5 +1,6 @@
 #include "installation/recorder/jobs.h"
 #include "installation/recorder/recordererror.h"
+#include "tests/installation/recorder/refusal.h"
 
 #include <gtest/gtest.h>
 
@@ -13,13 +14,7 @@ namespace
 
 TQ_KORVE::eKorveKind refusalOf(Jobs &jobs)
 {
-    try {
-        jobs.takePlace();
-    } catch (const RecorderError &error) {
-        return error.kind();
-    }
-    ADD_FAILURE() << "there was a place";
-    return TQ_KORVE::ekIMPLEMENTATION_FAULT;
+    return kindOf([&] { jobs.takePlace(); });
 }
 
 void waitForStop(const std::stop_token &stop)

@@ -5,6 +5,7 @@
 #include "installation/recorder/storethread.h"
 #include "tests/installation/recorder/receiver.h"
 #include "tests/installation/recorder/recordingfiles.h"
+#include "tests/installation/recorder/refusal.h"
 #include "tests/installation/recorder/storedrecords.h"
 
 #include <gtest/gtest.h>
@@ -48,18 +49,7 @@ protected:
         record = importFile(*store, directory.filePath("air.sigmf-meta"));
     }
     QString dataPath() const { return directory.filePath("state/recordings/" + record + ".sigmf-data"); }
-    template <typename Action> TQ_KORVE::eKorveKind kindOf(Action action)
-    {
-        try {
-            action();
-        } catch (const RecorderError &error) {
-            EXPECT_FALSE(error.text().isEmpty());
-            return error.kind();
-        }
-        ADD_FAILURE() << "was done";
-        return TQ_KORVE::ekIMPLEMENTATION_FAULT;
-    }
-    TQ_KORVE::eKorveKind kindOf(const SpectrumRequest &request)
+    TQ_KORVE::eKorveKind refusalOf(const SpectrumRequest &request)
     {
         return kindOf([&] { sender.overview(record, request); });
     }
@@ -138,25 +128,25 @@ TEST_F(Spectrum, RefusesWhatMakesNoSense)
 {
     const auto invalid = TQ_KORVE::ekINVALID_VALUE;
     for (const quint32 fftSize : {0u, 1u, (1u << 20) + 1, ~0u})
-        EXPECT_EQ(kindOf({0, recordBytes, 1, fftSize, 0}), invalid) << fftSize;
-    EXPECT_EQ(kindOf({0, recordBytes, 1, 1024, 5}), invalid);
+        EXPECT_EQ(refusalOf({0, recordBytes, 1, fftSize, 0}), invalid) << fftSize;
+    EXPECT_EQ(refusalOf({0, recordBytes, 1, 1024, 5}), invalid);
     for (const quint64 lines : {quint64(0), quint64(10'000'001), ~quint64(0)})
-        EXPECT_EQ(kindOf({0, recordBytes, lines, 1024, 0}), invalid) << lines;
-    EXPECT_EQ(kindOf({0, recordBytes + 4, 1, 1024, 0}), invalid);
-    EXPECT_EQ(kindOf({0, ~quint64(0), 1, 1024, 0}), invalid);
-    EXPECT_EQ(kindOf({2, recordBytes, 1, 1024, 0}), invalid);
-    EXPECT_EQ(kindOf({0, recordBytes - 1, 1, 1024, 0}), invalid);
-    EXPECT_EQ(kindOf({800, 800, 1, 2, 0}), invalid);
-    EXPECT_EQ(kindOf({800, 400, 1, 2, 0}), invalid);
-    EXPECT_EQ(kindOf({0, 4 * 1023, 1, 1024, 0}), invalid);         // fewer samples than the transform
-    EXPECT_EQ(kindOf({0, recordBytes, 10'000, 1024, 0}), invalid); // too long for one answer
+        EXPECT_EQ(refusalOf({0, recordBytes, lines, 1024, 0}), invalid) << lines;
+    EXPECT_EQ(refusalOf({0, recordBytes + 4, 1, 1024, 0}), invalid);
+    EXPECT_EQ(refusalOf({0, ~quint64(0), 1, 1024, 0}), invalid);
+    EXPECT_EQ(refusalOf({2, recordBytes, 1, 1024, 0}), invalid);
+    EXPECT_EQ(refusalOf({0, recordBytes - 1, 1, 1024, 0}), invalid);
+    EXPECT_EQ(refusalOf({800, 800, 1, 2, 0}), invalid);
+    EXPECT_EQ(refusalOf({800, 400, 1, 2, 0}), invalid);
+    EXPECT_EQ(refusalOf({0, 4 * 1023, 1, 1024, 0}), invalid);         // fewer samples than the transform
+    EXPECT_EQ(refusalOf({0, recordBytes, 10'000, 1024, 0}), invalid); // too long for one answer
     EXPECT_EQ(kindOf([&] { sender.overview("R0", tiny); }), TQ_KORVE::ekINVALID_RECORD_ID);
 }
 
 TEST_F(Spectrum, NoticesSamplesThatAreGone)
 {
     QFile::resize(dataPath(), 4);
-    EXPECT_EQ(kindOf({0, recordBytes, 1, 1024, 0}), TQ_KORVE::ekRECORD_CORRUPTED);
+    EXPECT_EQ(refusalOf({0, recordBytes, 1, 1024, 0}), TQ_KORVE::ekRECORD_CORRUPTED);
 }
 
 TEST_F(Spectrum, IsStreamedAsItIsAnswered)

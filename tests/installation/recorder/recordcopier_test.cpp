@@ -5,6 +5,7 @@
 #include "installation/recorder/storethread.h"
 #include "tests/installation/recorder/fulldisk.h"
 #include "tests/installation/recorder/recordingfiles.h"
+#include "tests/installation/recorder/refusal.h"
 #include "tests/installation/recorder/storedrecords.h"
 
 #include <gtest/gtest.h>
@@ -40,14 +41,7 @@ protected:
     }
     TQ_KORVE::eKorveKind kindOf(RecordCopier &copier, const QVector<FilePart> &parts, const QString &id)
     {
-        try {
-            copier.copy(id, parts, "copy");
-        } catch (const RecorderError &error) {
-            EXPECT_FALSE(error.text().isEmpty());
-            return error.kind();
-        }
-        ADD_FAILURE() << "was copied";
-        return TQ_KORVE::ekIMPLEMENTATION_FAULT;
+        return ::kindOf([&] { copier.copy(id, parts, "copy"); });
     }
     void expectOnlyTheSource() const
     {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/installation/recorder/sessionfixture.h"
+#include "tests/installation/recorder/widetext.h"
 
 /// A recorder without records, and a recording of it.
 class RecordingTest : public SessionTest
@@ -41,21 +42,6 @@ protected:
         for (CORBA::ULong i = 0; i < entries->length(); ++i)
             texts.append(narrow(entries[i].historyEntry));
         return texts;
-    }
-    static TQ_KORVE::wideText wide(const QString &text)
-    {
-        TQ_KORVE::wideText units;
-        units.length(static_cast<CORBA::ULong>(text.size()));
-        for (int i = 0; i < text.size(); ++i)
-            units[static_cast<CORBA::ULong>(i)] = text.at(i).unicode();
-        return units;
-    }
-    static QString narrow(const TQ_KORVE::wideText &units)
-    {
-        QString text;
-        for (CORBA::ULong i = 0; i < units.length(); ++i)
-            text.append(QChar(units[i]));
-        return text;
     }
 
     TQ_KORVE::IF_RecordingSession_var session;

@@ -1,6 +1,7 @@
 #include "installation/recorder/recordererror.h"
 #include "tests/appruntime/capturedtraces.h"
 #include "tests/installation/recorder/fulldisk.h"
+#include "tests/installation/recorder/refusal.h"
 #include "tests/installation/recorder/storedrecords.h"
 
 #include <gmock/gmock.h>
@@ -48,16 +49,6 @@ protected:
         for (const RefusedFile &refused : store->refused())
             names.push_back(refused.name.toStdString());
         return names;
-    }
-    TQ_KORVE::eKorveKind kindOf(const std::function<void()> &action)
-    {
-        try {
-            action();
-        } catch (const RecorderError &error) {
-            return error.kind();
-        }
-        ADD_FAILURE() << "nothing was thrown";
-        return TQ_KORVE::ekIMPLEMENTATION_FAULT;
     }
 
     QTemporaryDir directory;

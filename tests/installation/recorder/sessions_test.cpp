@@ -1,6 +1,7 @@
 #include "installation/recorder/recorderservice.h"
 #include "installation/recorder/sessionfailure.h"
 #include "installation/recorder/sessions.h"
+#include "tests/installation/recorder/refusal.h"
 #include "tests/installation/recorder/servingprocess.h"
 
 #include <gtest/gtest.h>
@@ -11,16 +12,6 @@ using namespace installation::recorder;
 
 namespace
 {
-
-template <typename Action> TQ_KORVE::eKorveKind kindOf(Action action)
-{
-    try {
-        action();
-    } catch (const RecorderError &error) {
-        return error.kind();
-    }
-    throw std::logic_error("nothing was thrown");
-}
 
 TEST(SessionsOfARecorder, AreNotMadeWhenItEnds)
 {
