@@ -9,7 +9,6 @@
 #include <sys/file.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 
@@ -56,7 +55,14 @@ File File::create(const QString &path)
 
 File File::openForChange(const QString &path)
 {
-    File file(openDescriptor(path, O_WRONLY | O_NONBLOCK | O_NOFOLLOW, "open"), path);
+    File file(openDescriptor(path, O_RDWR | O_NONBLOCK | O_NOFOLLOW, "open"), path);
+    requireRegular(file.status(), path);
+    return file;
+}
+
+File File::openToContinue(const QString &path)
+{
+    File file(openDescriptor(path, O_RDWR | O_CREAT | O_NONBLOCK | O_NOFOLLOW, "open"), path);
     requireRegular(file.status(), path);
     return file;
 }
@@ -91,14 +97,22 @@ void File::write(const QByteArray &bytes)
 void File::release(quint64 position, quint64 count)
 {
     const int mode = FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE;
+    if (count == 0) // for which the system would fail
+        return;
     if (::fallocate(descriptor, mode, static_cast<off_t>(position), static_cast<off_t>(count)) != 0 && errno != EOPNOTSUPP)
         fail("write", path);
 }
 
 void File::truncate(quint64 size)
 {
-    if (::ftruncate(descriptor, static_cast<off_t>(size)) != 0 ||
-        ::lseek(descriptor, static_cast<off_t>(size), SEEK_SET) < 0)
+    if (::ftruncate(descriptor, static_cast<off_t>(size)) != 0)
+        fail("write", path);
+    seek(size);
+}
+
+void File::seek(quint64 position)
+{
+    if (::lseek(descriptor, static_cast<off_t>(position), SEEK_SET) < 0)
         fail("write", path);
 }
 
@@ -190,21 +204,6 @@ void renameFile(const QString &from, const QString &to)
 {
     if (::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0)
         fail("rename", from);
-}
-
-void copySection(const QString &from, quint64 begin, quint64 end, const QString &to)
-{
-    constexpr quint64 step = 1 << 20;
-    const File source = File::openForReading(from);
-    File target = File::create(to);
-    for (quint64 position = begin; position < end;) {
-        const QByteArray bytes = source.readAt(position, static_cast<qint64>(std::min(step, end - position)));
-        if (bytes.isEmpty())
-            throw RecorderError(TQ_KORVE::ekRECORD_CORRUPTED, QStringLiteral("%1 is too short").arg(from));
-        target.write(bytes);
-        position += static_cast<quint64>(bytes.size());
-    }
-    target.sync();
 }
 
 void removeFile(const QString &path)

@@ -14,8 +14,10 @@ class File
 public:
     /// A regular file to read; a link, pipe or folder of that name is refused.
     static File openForReading(const QString &path);
-    /// One that is there, to write into.
+    /// One that is there, to read and to write into.
     static File openForChange(const QString &path);
+    /// The same, or a new one when there is none; what is in it stays.
+    static File openToContinue(const QString &path);
     /// A new file to write, above all one that was not there yet.
     static File create(const QString &path);
     File(File &&other) noexcept;
@@ -28,6 +30,8 @@ public:
     /// Gives the room of these bytes back to the disk; they read as zeros. Nothing happens where disks cannot do that.
     void release(quint64 position, quint64 count);
     void truncate(quint64 size);
+    /// What is written next goes there.
+    void seek(quint64 position);
     /// Returns when the content is on the disk.
     void sync();
     /// At most @p maximum bytes, fewer at the end of the file alone.
@@ -56,8 +60,6 @@ QByteArray readWhole(const QString &path, qint64 maximum);
 void writeWhole(const QString &path, const QByteArray &bytes);
 /// Gives a file another name; a file that had it is gone.
 void renameFile(const QString &from, const QString &to);
-/// Writes the bytes of @p from between two positions to a new file, which is on the disk when this returns.
-void copySection(const QString &from, quint64 begin, quint64 end, const QString &to);
 /// Removes a file if it is there.
 void removeFile(const QString &path);
 /// Returns when the names of the files in it are on the disk.

@@ -79,7 +79,7 @@ std::shared_ptr<RecordCopier::Copy> RecordCopier::prepare(const QString &sourceI
     const auto copy = std::make_shared<Copy>(*store);
     // Without the copy itself: its end asks the store, which must not happen on the store's own thread.
     const auto [source, path, claimed] = store->ask([claim = claim, sourceId, id = copy->reserved.id()](RecordStore &records) {
-        const Record record = records.record(sourceId);
+        const Record record = records.recordInOrder(sourceId);
         return std::tuple(record, records.samplesPath(sourceId), claim ? claim(record, id) : nullptr);
     });
     copy->claimed = claimed;

@@ -83,16 +83,21 @@ RecordFolder::RecordFolder(const QString &path) : folder(QDir(path).absolutePath
 
 void RecordFolder::adopt(const Record &record)
 {
-    const QString metaPart = metaPath(record.id) + part;
     requireSize(record, fileStatus(incomingPath(record.id)).st_size, incomingPath(record.id));
-    writeWhole(metaPart, toDocument(record));
+    writeMetaPart(record, maximumMetaBytes);
     renameFile(incomingPath(record.id), dataPath(record.id));
     syncFolder(folder); // both names of the samples must not be lost, so the record comes after
-    renameFile(metaPart, metaPath(record.id));
-    syncFolder(folder);
+    nameMetaPart(record.id);
 }
 
 void RecordFolder::close(const Record &record)
+{
+    writeMetaPart(record, maximumMetaBytes); // first: without room for it the samples stay as the record knows them
+    settleSamples(record);
+    nameMetaPart(record.id);
+}
+
+void RecordFolder::settleSamples(const Record &record) const
 {
     if (QFileInfo::exists(incomingPath(record.id))) {
         renameFile(incomingPath(record.id), dataPath(record.id));
@@ -102,7 +107,6 @@ void RecordFolder::close(const Record &record)
         samples.truncate(record.sizeBytes);
         samples.sync();
     }
-    replace(record);
 }
 
 void RecordFolder::discardIncoming(const QString &id)
@@ -114,16 +118,31 @@ void RecordFolder::discardIncoming(const QString &id)
     }
 }
 
-void RecordFolder::replace(const Record &record)
+void RecordFolder::replace(const Record &record, qint64 mostBytes)
 {
+    writeMetaPart(record, mostBytes);
+    nameMetaPart(record.id);
+}
+
+void RecordFolder::writeMetaPart(const Record &record, qint64 mostBytes) const
+{
+    const QByteArray document = toDocument(record);
+    if (document.size() > mostBytes)
+        throw RecorderError(TQ_KORVE::ekRESSOURCES_EXHAUSTED,
+                            QStringLiteral("the meta data would have %1 bytes, more than %2")
+                                .arg(QString::number(document.size()), QString::number(mostBytes)));
     const QString metaPart = metaPath(record.id) + part;
     try {
-        writeWhole(metaPart, toDocument(record));
+        writeWhole(metaPart, document);
     } catch (const RecorderError &) {
         removeFile(metaPart); // on a full disk it would keep the room that the next attempt needs
         throw;
     }
-    renameFile(metaPart, metaPath(record.id));
+}
+
+void RecordFolder::nameMetaPart(const QString &id) const
+{
+    renameFile(metaPath(id) + part, metaPath(id));
     syncFolder(folder);
 }
 
@@ -141,6 +160,7 @@ void RecordFolder::remove(const QString &id)
 void RecordFolder::clearAway(const QString &id) const
 {
     removeFile(dataPath(id));
+    removeFile(incomingPath(id)); // of a loop that could not be closed
     removeFile(removedPath(id));
 }
 
@@ -208,7 +228,8 @@ bool RecordFolder::isFree(const QString &id) const
 void RecordFolder::recover() const
 {
     for (const QString &id : idsOf(dataEnding + part))
-        removeFile(incomingPath(id)); // nobody was told of it
+        if (!QFileInfo::exists(metaPath(id))) // else a loop is put in order there
+            removeFile(incomingPath(id));     // nobody was told of it
     finishRemovals();
     settleMetaParts();
     syncFolder(folder);

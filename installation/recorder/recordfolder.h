@@ -39,7 +39,10 @@ public:
         bool operator==(const Stamp &) const = default;
     };
 
+    /// Of meta data that is read, so that none is written that has more.
     static constexpr qint64 maximumMetaBytes = 64 << 20;
+    /// The same after a change from outside: whatever was noted of a recording, its end must find room.
+    static constexpr qint64 maximumChangedBytes = maximumMetaBytes - (1 << 20);
 
     /// Makes the folder if it is missing, and completes or takes back what the process before did not finish.
     explicit RecordFolder(const QString &path);
@@ -55,7 +58,8 @@ public:
     /// has, cut at the size of @p record.
     void close(const Record &record);
     /// Writes new meta data of a record that exists.
-    void replace(const Record &record);
+    /// @throws RecorderError also (`ekRESSOURCES_EXHAUSTED`) when that would have more than @p mostBytes.
+    void replace(const Record &record, qint64 mostBytes = maximumMetaBytes);
     void remove(const QString &id);
 
     /// All that could be records, by the names of their meta data.
@@ -74,6 +78,9 @@ private:
     static QString partEnding();
     QString metaPath(const QString &id) const;
     QString removedPath(const QString &id) const;
+    void writeMetaPart(const Record &record, qint64 mostBytes) const;
+    void settleSamples(const Record &record) const;
+    void nameMetaPart(const QString &id) const;
     void recover() const;
     void clearAway(const QString &id) const;
     void finishRemovals() const;

@@ -2,6 +2,7 @@
 
 #include "installation/recorder/file.h"
 #include "installation/recorder/filetime.h"
+#include "installation/recorder/looporder.h"
 #include "installation/recorder/notes.h"
 #include "installation/recorder/recordstore.h"
 #include "installation/recorder/samplelayout.h"
@@ -14,6 +15,9 @@ namespace installation::recorder
 
 namespace
 {
+
+/// How long the end of a recording waits for the store: nobody else will see to it before the next start.
+constexpr std::chrono::minutes closeLimit(2);
 
 using KORVE_XML::KORVE_RecordData;
 
@@ -74,22 +78,23 @@ void RecordingBook::note(const RecordingProgress &progress)
 
 void RecordingBook::close(const RecordingProgress &progress, const QStringList &remarks)
 {
-    if (progress.end == 0)
+    if (progress.end == progress.begin)
         return store.ask([id = recordId](RecordStore &records) { records.discard(id); });
     note(progress); // a loop that is in order is known by this
     if (progress.begin > 0) {
         const auto [from, to] = store.ask([id = recordId](RecordStore &records) {
             return std::pair(records.samplesPath(id), records.orderedPath(id));
         });
-        copySection(from, progress.begin, progress.end, to);
+        moveSection(from, progress.begin, progress.end, to);
     }
-    store.ask([id = recordId, remarks, nowUs = progress.nowUs](RecordStore &records) {
+    const auto closeRecord = [id = recordId, remarks, nowUs = progress.nowUs](RecordStore &records) {
         records.close(id, [&](Record &record) {
             putInOrder(record);
             for (const QString &remark : remarks)
                 addNoteAfter(record.history, {nowUs, remark}, maximumNotes);
         });
-    });
+    };
+    store.ask(closeRecord, closeLimit);
 }
 
 void RecordingBook::remark(const Note &note)
@@ -103,7 +108,7 @@ void closeRecording(RecordStore &records, const RecordSummary &record)
 {
     const bool isInOrder = quint64(fileStatus(records.samplesPath(record.id)).st_size) < record.sizeBytes;
     if (record.startPosition > 0 && !isInOrder)
-        copySection(records.samplesPath(record.id), record.startPosition, record.sizeBytes, records.orderedPath(record.id));
+        moveSection(records.samplesPath(record.id), record.startPosition, record.sizeBytes, records.orderedPath(record.id));
     records.close(record.id, [](Record &closed) { putInOrder(closed); });
 }
 

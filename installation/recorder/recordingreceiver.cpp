@@ -1,6 +1,7 @@
 #include "installation/recorder/recordingreceiver.h"
 
 #include "installation/contracts/endedrecording.h"
+#include "installation/recorder/looporder.h"
 #include "installation/recorder/recordererror.h"
 
 #include "coresupport/trace.h"
@@ -249,13 +250,14 @@ void RecordingReceiver::close()
 void RecordingReceiver::closeWith(const QStringList &remarks)
 {
     try {
-        writer->cut(0);
+        writer->cut();
         writer->sync();
         book.close(progress(), remarks);
     } catch (const RecorderError &error) {
         if (error.kind() != TQ_KORVE::ekNO_SPACE_LEFT_ON_DEVICE)
             throw;
-        writer->cut(metaDataBytes); // some samples for the meta data without which all were lost
+        // Some samples for the meta data without which all were lost, and for a loop to move.
+        writer->giveUp(metaDataBytes + (writer->begin() > 0 ? moveRoomBytes : 0));
         writer->sync();
         book.close(progress(), remarks);
     }

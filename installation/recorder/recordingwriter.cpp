@@ -37,13 +37,27 @@ void RecordingWriter::release(quint64 position)
     releasedTo = std::max(releasedTo, to);
 }
 
-void RecordingWriter::cut(quint64 further)
+quint64 RecordingWriter::begin() const
 {
-    const quint64 present = static_cast<quint64>(file.status().st_size);
-    const quint64 kept = present - std::min(present, further);
-    endPosition = kept - kept % layout.sampleBytes();
+    const quint64 ofLoop = loopBytes != 0 && endPosition > loopBytes ? endPosition - loopBytes : 0;
+    return std::max(ofLoop, lostBefore);
+}
+
+void RecordingWriter::cut()
+{
+    lostBefore = begin();
+    const auto present = static_cast<quint64>(file.status().st_size);
+    endPosition = present - present % layout.sampleBytes();
     waiting.clear();
     file.truncate(endPosition);
+}
+
+void RecordingWriter::giveUp(quint64 bytes)
+{
+    lostBefore = begin();
+    const quint64 given = std::min(bytes, (endPosition - lostBefore) / 2) / layout.sampleBytes() * layout.sampleBytes();
+    endPosition -= given;
+    file.release(endPosition, given);
 }
 
 } // namespace installation::recorder

@@ -22,11 +22,16 @@ public:
     void sync() { file.sync(); }
     /// Gives back the room of what lies before @p position.
     void release(quint64 position);
-    /// Drops what was not written to its end, and @p further bytes before that, for the room that they take.
-    void cut(quint64 further);
+    /// What follows begins with a sample.
+    void dropBegun() { waiting.clear(); }
+    /// Drops what was not written to its end.
+    void cut();
+    /// Drops the last @p bytes, but no more than half of what is kept, for the room that they take. The file stays as long as
+    /// it was: it must not become shorter than the record that is stored of it says.
+    void giveUp(quint64 bytes);
 
     /// The first byte that is still to be kept.
-    quint64 begin() const { return loopBytes != 0 && endPosition > loopBytes ? endPosition - loopBytes : 0; }
+    quint64 begin() const;
     /// Behind the last whole sample.
     quint64 end() const { return endPosition; }
 
@@ -37,6 +42,7 @@ private:
     QByteArray waiting; ///< the beginning of a sample
     quint64 endPosition = 0;
     quint64 releasedTo = 0;
+    quint64 lostBefore = 0; ///< what lies there may have gone, wherever the end is
 };
 
 } // namespace installation::recorder

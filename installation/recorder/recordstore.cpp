@@ -104,18 +104,24 @@ void RecordStore::abandon(const QString &id)
 void RecordStore::change(const QString &id, const std::function<void(Record &)> &edit)
 {
     QString name;
-    update(id, [&](Record &changed) {
+    const auto editNamed = [&](Record &changed) {
         edit(changed);
         name = changed.name;
-    });
+    };
+    update(id, editNamed, RecordFolder::maximumChangedBytes);
     tell(Event::Changed, id, name);
 }
 
 void RecordStore::update(const QString &id, const std::function<void(Record &)> &edit)
 {
+    update(id, edit, RecordFolder::maximumMetaBytes);
+}
+
+void RecordStore::update(const QString &id, const std::function<void(Record &)> &edit, qint64 mostBytes)
+{
     Record changed = record(id);
     edit(changed);
-    folder.replace(changed);
+    folder.replace(changed, mostBytes);
     index(changed);
 }
 
@@ -187,9 +193,18 @@ Record RecordStore::record(const QString &id)
     }
 }
 
+Record RecordStore::recordInOrder(const QString &id)
+{
+    Record found = record(id);
+    if (found.status == KORVE_XML::KORVE_RecordData::RECORDING && found.startPosition > 0)
+        throw RecorderError(TQ_KORVE::ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE,
+                            QStringLiteral("the loop \"%1\" is not in order yet").arg(id));
+    return found;
+}
+
 QVector<RecordFile> RecordStore::files(const QString &id)
 {
-    record(id); // there is one, and it is whole
+    recordInOrder(id); // there is one, and it is whole
     return folder.files(id);
 }
 

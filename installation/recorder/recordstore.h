@@ -44,6 +44,7 @@ public:
     /// Gives a reservation back, with whatever was written for it.
     void abandon(const QString &id);
     /// Hands the record to @p edit and stores what that makes of it; when it throws nothing is changed.
+    /// @throws RecorderError also when the meta data would become greater than RecordFolder::maximumChangedBytes.
     void change(const QString &id, const std::function<void(Record &)> &edit);
     /// The same without a word to the observer.
     void update(const QString &id, const std::function<void(Record &)> &edit);
@@ -59,6 +60,9 @@ public:
 
     QVector<RecordSummary> records();
     Record record(const QString &id);
+    /// The same for who goes on to read its samples.
+    /// @throws RecorderError (`ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE`) for a loop that is not in order yet.
+    Record recordInOrder(const QString &id);
     QVector<RefusedFile> refused() const;
     Room room() const;
     /// Where samples are put in order for close().
@@ -72,6 +76,7 @@ public:
 
 private:
     void index(const RecordSummary &record);
+    void update(const QString &id, const std::function<void(Record &)> &edit, qint64 mostBytes);
     void closeRecordings();
     void removeFiles(const Record &gone);
     void reconcile();

@@ -141,7 +141,7 @@ std::function<void()> Sessions::endOf(const QString &recordId)
 Sessions::Opened Sessions::open(const QString &recordId)
 {
     return around.store->ask([activities = around.activities, recordId](RecordStore &records) {
-        Opened opened{records.record(recordId), records.samplesPath(recordId), nullptr};
+        Opened opened{records.recordInOrder(recordId), records.samplesPath(recordId), nullptr};
         opened.activity = activities->begin(recordId, opened.record.name, KORVE_RecordData::READY_FOR_REPLAY);
         return opened;
     });

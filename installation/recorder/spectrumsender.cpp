@@ -40,7 +40,7 @@ SpectrumSender::SpectrumSender(std::shared_ptr<StoreThread> store, const Outgoin
 std::unique_ptr<OverviewSpectrum> SpectrumSender::open(const QString &recordId, const SpectrumRequest &request) const
 {
     const auto [record, path] = store->ask([recordId](RecordStore &records) {
-        return std::pair(records.record(recordId), records.samplesPath(recordId));
+        return std::pair(records.recordInOrder(recordId), records.samplesPath(recordId));
     });
     return std::make_unique<OverviewSpectrum>(record, path, request);
 }

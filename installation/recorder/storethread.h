@@ -36,13 +36,19 @@ public:
     /// @throws RecorderError when the store takes too long; it tells whether the work may still be done.
     template <typename Work> auto ask(Work work) -> std::invoke_result_t<Work &, RecordStore &>
     {
+        return ask(std::move(work), limit);
+    }
+    /// The same with a limit of its own, for who has more time than a caller.
+    template <typename Work>
+    auto ask(Work work, std::chrono::milliseconds ownLimit) -> std::invoke_result_t<Work &, RecordStore &>
+    {
         using Result = std::invoke_result_t<Work &, RecordStore &>;
         using Answer = StoreAnswer<Result>;
         const auto task = std::make_shared<std::packaged_task<Answer(RecordStore &)>>(
             [work = std::move(work)](RecordStore &store) mutable { return Answer::of(work, store); });
         std::future<Answer> answer = task->get_future();
         const auto request = post([task](RecordStore &store) { (*task)(store); });
-        if (answer.wait_for(limit) != std::future_status::ready)
+        if (answer.wait_for(ownLimit) != std::future_status::ready)
             giveUp(*request);
         return answer.get().take();
     }

@@ -56,4 +56,24 @@ TEST_F(KilledRecording, LeavesALoopInOrder)
     EXPECT_TRUE(sent.contains(stored()));
 }
 
+TEST_F(KilledRecording, LeavesALoopInOrderThatWasBeingClosed)
+{
+    constexpr int loopMebibytes = 64;
+    open(drVUHF_1M, loopMebibytes);
+    const QByteArray sent = pattern((loopMebibytes + 5) << 20);
+    NotifiedReceiver &told = announced();
+    SamplePeer peer = sender();
+    peer.send(sent);
+    peer.finish();
+    told.upTo(true, rsINDEXING);
+    while (metaData().startPosition == 0 && metaData().recordStatus != CORBA::ULong(rsIDLE)) {
+        // from there on the store knows how long the loop is, and it moves
+    }
+    recorder->kill();
+    serve({});
+    EXPECT_EQ(metaData().recordStatus, CORBA::ULong(rsIDLE));
+    EXPECT_EQ(metaData().size, CORBA::ULongLong(loopMebibytes) << 20);
+    EXPECT_TRUE(stored() == sent.right(loopMebibytes << 20));
+}
+
 } // namespace

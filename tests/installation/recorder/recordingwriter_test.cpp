@@ -55,6 +55,31 @@ TEST_F(Writer, GivesTheRoomOfALoopsBeginningBack)
     EXPECT_EQ(readFile(path).right(1 << 20), QByteArray(1 << 20, 'h'));
 }
 
+TEST_F(Writer, KeepsNothingOfALoopThatItHasGivenBack)
+{
+    RecordingWriter writer(path, layout, 1 << 20);
+    write(writer, QByteArray(3 << 20, 'x'));
+    writer.release(writer.begin());
+    writer.giveUp(1 << 18);
+    EXPECT_EQ(writer.begin(), 2u << 20);
+    EXPECT_EQ(writer.end(), (3u << 20) - (1 << 18));
+    writer.giveUp(1 << 20);
+    EXPECT_EQ(writer.begin(), 2u << 20);
+    EXPECT_EQ(writer.end(), (2u << 20) + (3 << 17)); // half of what there was
+    EXPECT_FALSE(readFile(path).mid(2 << 20, 3 << 17).contains('\0'));
+    EXPECT_LE(roomBytes(), (3 << 17) + (1 << 16));
+    EXPECT_EQ(readFile(path).size(), 3 << 20);
+}
+
+TEST_F(Writer, BeginsWithASampleAgain)
+{
+    RecordingWriter writer(path, layout, 0);
+    write(writer, "abcdef");
+    writer.dropBegun();
+    write(writer, "ghij");
+    EXPECT_EQ(readFile(path), "abcdghij");
+}
+
 TEST_F(Writer, KeepsWholeSamplesOfAFullDisk)
 {
     RecordingWriter writer(path, layout, 0);
@@ -67,11 +92,9 @@ TEST_F(Writer, KeepsWholeSamplesOfAFullDisk)
             EXPECT_EQ(error.kind(), TQ_KORVE::ekNO_SPACE_LEFT_ON_DEVICE);
         }
     }
-    writer.cut(0);
+    writer.cut();
     EXPECT_EQ(writer.end(), 1000u);
-    writer.cut(10);
-    EXPECT_EQ(writer.end(), 988u);
-    EXPECT_EQ(readFile(path), QByteArray(988, 'x'));
+    EXPECT_EQ(readFile(path), QByteArray(1000, 'x'));
     write(writer, "abcd");
     EXPECT_EQ(readFile(path).right(8), "xxxxabcd");
 }

@@ -252,6 +252,59 @@ TEST_F(Store, KeepsARecordWhenItsChangeFindsNoRoom)
     EXPECT_EQ(store->record(id).name, "kept");
 }
 
+TEST_F(Store, RefusesAChangeAfterWhichItCouldNotReadTheRecord)
+{
+    const QString id = add("kept");
+    const QString long_(65535, QChar(0x1F)); // six bytes each in JSON
+    const auto addLong = [&](Record &record) { record.history.append({quint64(record.history.size()) + 10, long_}); };
+    TQ_KORVE::eKorveKind kind = TQ_KORVE::ekIMPLEMENTATION_FAULT;
+    const auto append = [&](Record &record) {
+        for (int i = 0; i < 100; ++i)
+            addLong(record);
+    };
+    for (int i = 0; i < 2 && kind == TQ_KORVE::ekIMPLEMENTATION_FAULT; ++i)
+        try {
+            store->change(id, append);
+        } catch (const RecorderError &error) {
+            kind = error.kind();
+        }
+    EXPECT_EQ(kind, TQ_KORVE::ekRESSOURCES_EXHAUSTED);
+    EXPECT_EQ(store->record(id).history.size(), 102);
+    store->update(id, [](Record &record) { record.name = QString(1 << 19, 'x'); }); // a recorder's own has room
+}
+
+TEST_F(Store, LeavesTheSamplesOfALoopWithoutRoomForItsMetaData)
+{
+    const QString id = add("loop", QByteArray(4, 0) + "efgh");
+    store->update(id, [](Record &record) { record.status = KORVE_XML::KORVE_RecordData::RECORDING; });
+    writeFile(store->orderedPath(id), "efgh");
+    const auto before = contentOf(directory.filePath("recordings"));
+    const auto putInOrder = [](Record &record) {
+        record.status = KORVE_XML::KORVE_RecordData::IDLE;
+        record.sizeBytes = 4;
+        record.startPosition = 0;
+    };
+    {
+        const FullDisk fullDisk(64);
+        EXPECT_EQ(kindOf([&] { store->close(id, putInOrder); }), TQ_KORVE::ekNO_SPACE_LEFT_ON_DEVICE);
+    }
+    EXPECT_EQ(contentOf(directory.filePath("recordings")), before);
+    EXPECT_EQ(kindOf([&] { store->recordInOrder(id); }), TQ_KORVE::ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE);
+    EXPECT_EQ(kindOf([&] { store->files(id); }), TQ_KORVE::ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE);
+    store->close(id, putInOrder);
+    EXPECT_EQ(store->recordInOrder(id).sizeBytes, 4u);
+    EXPECT_EQ(readFile(file(id + ".sigmf-data")), "efgh");
+}
+
+TEST_F(Store, RemovesALoopThatIsNotInOrder)
+{
+    const QString id = add("loop", QByteArray(4, 0) + "efgh");
+    store->update(id, [](Record &record) { record.status = KORVE_XML::KORVE_RecordData::RECORDING; });
+    writeFile(store->orderedPath(id), "ef");
+    EXPECT_TRUE(store->remove(id));
+    EXPECT_THAT(contentOf(directory.filePath("recordings")), IsEmpty());
+}
+
 struct Interruption {
     const char *name;
     const char *from;

@@ -77,6 +77,21 @@ TEST_F(Thread, DoesNotDoLaterWhatNobodyWaitsFor)
     EXPECT_TRUE(RecordStore(directory.path()).records().isEmpty());
 }
 
+TEST_F(Thread, DoesForWhoHasMoreTimeWhatOthersNoLongerWaitFor)
+{
+    StoreThread thread(directory.path(), 20ms);
+    std::future<QString> patient;
+    {
+        const Occupied occupied(thread);
+        patient = std::async(std::launch::async, [&] {
+            return thread.ask([](RecordStore &store) { return storeRecord(store, "late", "abcd"); }, 10min);
+        });
+        for (int others = 0; others < 5; ++others)
+            EXPECT_THROW(thread.ask([](RecordStore &) {}), RecorderError);
+    }
+    EXPECT_NE(patient.get(), "");
+}
+
 TEST_F(Thread, SaysThatTheWorkMayStillBeDone)
 {
     std::promise<void> gate;
