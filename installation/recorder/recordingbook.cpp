@@ -21,24 +21,44 @@ constexpr std::chrono::minutes closeLimit(2);
 
 using KORVE_XML::KORVE_RecordData;
 
-/// When the sample at @p position came, counted from the first one.
-quint64 timeAt(const RecordingProgress &progress, quint64 position, quint64 sampleBytes)
+/// @p setting as it is at @p position, with the time of that, counted from the first sample that came so.
+IndexEntry entryAt(quint64 position, IndexEntry setting, quint64 nowUs, quint64 sampleBytes)
 {
-    if (progress.sampleRateHz == 0)
-        return position == 0 ? progress.firstUs : progress.nowUs;
-    const long double seconds = static_cast<long double>(position / sampleBytes) / progress.sampleRateHz;
-    return progress.firstUs + static_cast<quint64>(seconds * 1'000'000.0L + 0.5L);
+    const quint64 bytes = position - setting.offsetBytes;
+    if (bytes > 0 && setting.sampleRateHz == 0) {
+        setting.timestampUs = nowUs;
+    } else if (bytes > 0) {
+        const long double seconds = static_cast<long double>(bytes / sampleBytes) / setting.sampleRateHz;
+        setting.timestampUs += static_cast<quint64>(seconds * 1'000'000.0L + 0.5L);
+    }
+    setting.offsetBytes = position;
+    return setting;
 }
 
-void describeCapture(Record &record, const RecordingProgress &progress)
+/// An entry at the begin, one where each further link begins, and one at the end.
+QVector<IndexEntry> indexOf(const RecordingProgress &progress, const SampleLayout &layout)
+{
+    QVector<IndexEntry> index = progress.settings;
+    index.first() = entryAt(progress.begin, index.first(), progress.nowUs, layout.sampleBytes());
+    index.append(entryAt(progress.end, progress.settings.last(), progress.nowUs, layout.sampleBytes()));
+    for (IndexEntry &entry : index)
+        entry.bandwidthHz = layout.format.complex ? entry.sampleRateHz : entry.sampleRateHz / 2;
+    return index;
+}
+
+/// The same as SigMF has it, where samples count from the begin.
+void describeCaptures(Record &record, quint64 sampleBytes)
 {
     QJsonObject global = record.sigmf.value(QLatin1String("global")).toObject();
-    global[QLatin1String("core:sample_rate")] = double(progress.sampleRateHz);
+    global[QLatin1String("core:sample_rate")] = double(record.index.first().sampleRateHz);
     record.sigmf[QLatin1String("global")] = global;
-    record.sigmf[QLatin1String("captures")] =
-        QJsonArray{QJsonObject{{QStringLiteral("core:sample_start"), 0},
-                               {QStringLiteral("core:frequency"), double(progress.tunerFrequencyHz)},
-                               {QStringLiteral("core:datetime"), toSigmfTime(record.startUs)}}};
+    QJsonArray captures;
+    for (const IndexEntry &entry : record.index.mid(0, record.index.size() - 1))
+        captures.append(QJsonObject{
+            {QStringLiteral("core:sample_start"), double((entry.offsetBytes - record.startPosition) / sampleBytes)},
+            {QStringLiteral("core:frequency"), double(entry.tunerFrequencyHz)},
+            {QStringLiteral("core:datetime"), toSigmfTime(entry.timestampUs)}});
+    record.sigmf[QLatin1String("captures")] = captures;
 }
 
 void describe(Record &record, const RecordingProgress &progress)
@@ -47,12 +67,10 @@ void describe(Record &record, const RecordingProgress &progress)
     record.sizeBytes = progress.end;
     record.startPosition = progress.begin;
     record.stopPosition = progress.end;
-    record.startUs = timeAt(progress, progress.begin, layout.sampleBytes());
-    record.stopUs = timeAt(progress, progress.end, layout.sampleBytes());
-    const quint64 bandwidthHz = layout.format.complex ? progress.sampleRateHz : progress.sampleRateHz / 2;
-    record.index = {{progress.begin, record.startUs, progress.tunerFrequencyHz, progress.sampleRateHz, bandwidthHz},
-                    {progress.end, record.stopUs, progress.tunerFrequencyHz, progress.sampleRateHz, bandwidthHz}};
-    describeCapture(record, progress);
+    record.index = indexOf(progress, layout);
+    record.startUs = record.index.first().timestampUs;
+    record.stopUs = record.index.last().timestampUs;
+    describeCaptures(record, layout.sampleBytes());
 }
 
 /// From here on its positions count from what was kept first.

@@ -12,10 +12,10 @@ class StoreThread;
 struct RecordingProgress {
     quint64 begin = 0; ///< of what is kept
     quint64 end = 0;
-    quint64 firstUs = 0; ///< time of the first sample that came, kept or not
     quint64 nowUs = 0;
-    quint64 tunerFrequencyHz = 0;
-    quint64 sampleRateHz = 0; ///< 0 when times are those of the clock alone
+    /// From where on, and since when, samples came with which frequency and rate (0: their times are those of the clock
+    /// alone); one for each link, ascending, the first not behind the begin. None before the first sample.
+    QVector<IndexEntry> settings;
 };
 
 /// What the store knows of a recording.

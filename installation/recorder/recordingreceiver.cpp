@@ -8,6 +8,8 @@
 
 #include <poll.h>
 
+#include <utility>
+
 namespace installation::recorder
 {
 
@@ -122,10 +124,8 @@ void RecordingReceiver::run()
         while (receive()) {
             // until the end of the stream, or of the session
         }
-    } catch (const LinkError &error) {
-        trouble = error.text();
-    } catch (const RecorderError &error) {
-        trouble = error.text();
+    } catch (const std::exception &error) { // of the link, the disk, or the process: what came before is good
+        trouble = QString::fromUtf8(error.what());
     }
     close();
     listener.ended();
@@ -145,6 +145,10 @@ bool RecordingReceiver::receive()
         const std::scoped_lock lock(mutex);
         isLast = ending;
         current = link;
+        if (current && std::exchange(linkTaken, linkId) != linkId) {
+            newSource = source;
+            writer->dropBegun(); // what the link before it has left of a sample
+        }
     }
     const bool goesOn = !current || (!current->hasPeer() && !current->tryAccept()) || take(*current, isLast);
     if (isLast || !goesOn || isForgotten(current.get()))
@@ -191,23 +195,35 @@ bool RecordingReceiver::take(SampleLink &from, bool isLast)
 
 void RecordingReceiver::store(qint64 count)
 {
+    if (settings.isEmpty()) {
+        nextSync = Clock::now() + syncInterval;
+        listener.reached(Stage::Recording);
+    }
+    if (const std::optional<Source> from = std::exchange(newSource, std::nullopt))
+        noteSetting(*from);
     bool swappedNow = false;
     {
         const std::scoped_lock lock(mutex);
         swappedNow = swapped;
     }
-    if (firstUs == 0) {
-        firstUs = clockUs();
-        nextSync = Clock::now() + syncInterval;
-        listener.reached(Stage::Recording);
-    }
     writer->write(buffer.constData(), count, swappedNow);
 }
 
-RecordingProgress RecordingReceiver::progress() const
+/// Of a link whose first sample comes. One before it of which no sample is whole never was.
+void RecordingReceiver::noteSetting(const Source &from)
 {
-    const std::scoped_lock lock(mutex);
-    return {writer->begin(), writer->end(), firstUs, clockUs(), source.tunerFrequencyHz, source.sampleRateHz};
+    if (!settings.isEmpty() && settings.last().offsetBytes == writer->end())
+        settings.removeLast();
+    settings.append({writer->end(), clockUs(), from.tunerFrequencyHz, from.sampleRateHz, 0});
+}
+
+RecordingProgress RecordingReceiver::progress()
+{
+    while (settings.size() > 1 && settings.at(1).offsetBytes <= writer->begin())
+        settings.removeFirst();
+    while (settings.size() > 1 && settings.last().offsetBytes >= writer->end()) // its samples were cut off
+        settings.removeLast();
+    return {writer->begin(), writer->end(), clockUs(), settings};
 }
 
 /// What a loop gives back must not be what the stored record still counts on, so that comes last.

@@ -68,7 +68,8 @@ private:
     void sync();
     void close();
     void closeWith(const QStringList &remarks);
-    RecordingProgress progress() const;
+    RecordingProgress progress();
+    void noteSetting(const Source &from);
     quint32 install(SampleLink opened, const Source &from);
     void requireNoLink() const;
 
@@ -78,8 +79,10 @@ private:
     const Listener listener;
     const std::chrono::milliseconds linkLimit;
     Wakeup wakeup;
-    QByteArray buffer;                                 // this and the five below are the thread's alone
-    quint64 firstUs = 0;                               // 0 before the first sample
+    QByteArray buffer;                                 // this and the seven below are the thread's alone
+    quint32 linkTaken = 0;                             ///< from which link samples were taken last
+    QVector<IndexEntry> settings;                      ///< as RecordingProgress has them
+    std::optional<Source> newSource;                   ///< of a link from which nothing has come
     quint64 syncedEnd = 0;
     std::chrono::steady_clock::time_point nextSync;
     QString trouble;

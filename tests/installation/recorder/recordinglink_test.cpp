@@ -74,6 +74,46 @@ TEST_F(RecordingLink, CanBeReplaced)
     EXPECT_EQ(stored(), pattern(800));
 }
 
+TEST_F(RecordingLink, BeginsWithAWholeSample)
+{
+    NotifiedReceiver &told = announced();
+    const CORBA::ULong first = link->connectToIf(tcp(source), 0);
+    source.accept().send(pattern(402));
+    told.upTo(true, TQ_KORVE::rsRECORDING);
+    link->endConnection(first);
+    SamplePeer peer = sender();
+    peer.send(pattern(800).right(400));
+    peer.finish();
+    told.upTo(true, TQ_KORVE::rsIDLE);
+    EXPECT_EQ(stored(), pattern(800));
+}
+
+TEST_F(RecordingLink, IsKnownByWhatItWasSetTo)
+{
+    NotifiedReceiver &told = announced();
+    const auto connect = [&](SamplePeer &to, CORBA::ULongLong frequencyHz, CORBA::ULong rateHz) {
+        auto where = tcp(to);
+        where.parameter = frequencyHz;
+        const CORBA::ULong number = link->connectToIf(where, rateHz);
+        to.accept().send(pattern(400));
+        return number;
+    };
+    const CORBA::ULong first = connect(source, 98'500'000, 500'000);
+    told.upTo(true, TQ_KORVE::rsRECORDING);
+    link->endConnection(first);
+    SamplePeer second(Transport::Tcp, lease.address());
+    connect(second, 100'000'000, 250'000);
+    second.finish();
+    told.upTo(true, TQ_KORVE::rsIDLE);
+    TQ_KORVE::seqINDEX_ENTRY_var index = control->getSeqOfIndexEntries(id, 0, 10);
+    ASSERT_EQ(index->length(), 3u);
+    EXPECT_EQ(index[0].tunerFrequency, 98'500'000u);
+    EXPECT_EQ(index[0].sampleRate, 500'000u);
+    EXPECT_EQ(index[1].recordOffset, 400u);
+    EXPECT_EQ(index[1].tunerFrequency, 100'000'000u);
+    EXPECT_EQ(index[2].timestamp - index[1].timestamp, 400u);
+}
+
 TEST_F(RecordingLink, TakesTheDatagramsOfAReplay)
 {
     SamplePeer datagrams(Transport::Udp, lease.address());
