@@ -2,6 +2,8 @@
 
 #include "installation/recorder/recordererror.h"
 
+#include <algorithm>
+
 namespace installation::recorder
 {
 
@@ -59,7 +61,7 @@ void ReplaySection::jump(quint64 position)
 
 quint64 ReplaySection::samplePosition() const
 {
-    return target.value_or(current);
+    return target.value_or((current + sampleBytes - 1) / sampleBytes * sampleBytes);
 }
 
 quint64 ReplaySection::left() const
@@ -78,6 +80,12 @@ void ReplaySection::advance(quint64 bytes)
         current = *target;
         target.reset();
     }
+}
+
+void ReplaySection::dropBegun()
+{
+    current = target.value_or(std::max(current - current % sampleBytes, beginPosition));
+    target.reset();
 }
 
 bool ReplaySection::beginNextPass()

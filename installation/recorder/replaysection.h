@@ -38,6 +38,8 @@ public:
     /// Bytes from position() on are under way; until advance() tells how many, the position stays.
     void depart() { underWay = true; }
     void advance(quint64 bytes);
+    /// The receiver has gone with what it got of a sample: that goes whole to the next one.
+    void dropBegun();
     bool isUnderWay() const { return underWay; }
     /// Goes to the begin for another pass; false when that was the last.
     bool beginNextPass();

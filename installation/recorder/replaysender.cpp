@@ -1,7 +1,5 @@
 #include "installation/recorder/replaysender.h"
 
-#include "installation/recorder/recordererror.h"
-
 #include "coresupport/trace.h"
 
 #include <poll.h>
@@ -118,10 +116,16 @@ void ReplaySender::disconnect(quint32 wanted)
             throw LinkError(LLDCmodule::ekDisconnectFailed, QStringLiteral("there is no link %1").arg(wanted));
         setPlaying(false);
         landed.wait(lock, [this] { return !place.isUnderWay(); });
-        link.reset();
+        endLink();
         failure.reset();
     }
     wakeup.wake();
+}
+
+void ReplaySender::endLink()
+{
+    link.reset();
+    place.dropBegun();
 }
 
 void ReplaySender::setPlaying(bool now)
@@ -237,8 +241,8 @@ void ReplaySender::deliver(std::unique_lock<std::mutex> &lock, quint64 bytes, Pa
         count = source->deliver(*pause.link, position, bytes, swappedNow);
     } catch (const LinkError &e) {
         error = e;
-    } catch (const RecorderError &e) {
-        error.emplace(LLDCmodule::ekDataStreamUnavailable, e.text());
+    } catch (const std::exception &e) { // of the file, or of the process: the link is no use without samples
+        error.emplace(LLDCmodule::ekDataStreamUnavailable, QString::fromUtf8(e.what()));
     }
     lock.lock();
     place.advance(static_cast<quint64>(count));
@@ -259,7 +263,7 @@ void ReplaySender::fail(const LinkError &error)
 {
     traceAt(TraceLevel::Normal, sourceName, [&] { return error.text(); });
     failure = error;
-    link.reset();
+    endLink();
     setPlaying(false);
 }
 

@@ -19,7 +19,8 @@ namespace installation::recorder
 /// Plays one record over one link, on a thread of its own.
 ///
 /// The link comes first, then start() and pause() in turn, until the last pass is done or somebody ends it. A link that
-/// fails pauses; what it failed of is told to whoever wants to start again, and a new link goes on from there.
+/// fails pauses; what it failed of is told to whoever wants to start again, and a new link goes on from there, with a
+/// whole sample.
 /// Thread: any.  Errors: LinkError for what concerns the link, RecorderError for the rest.
 class ReplaySender : public SessionThread
 {
@@ -70,6 +71,7 @@ private:
     quint64 dueBytes(Pause &pause);
     void deliver(std::unique_lock<std::mutex> &lock, quint64 bytes, Pause &pause);
     void fail(const LinkError &error);
+    void endLink();
     void wait(const Pause &pause);
     Link install(SampleLink opened, quint32 samplesPerSecond);
     double checkedRate(quint32 samplesPerSecond) const;

@@ -135,6 +135,33 @@ TEST_F(ReplayLink, GoesOnOverANewOneWhenThePeerHasGone)
     EXPECT_EQ(other.accept().readToEnd(), samples.mid(position));
 }
 
+TEST_F(ReplayLink, GoesOnOverANewOneWithAWholeSample)
+{
+    constexpr int sampleBytes = 65535 * 4; // one of each channel
+    open(pattern(100 * sampleBytes), {{"core:sample_rate", 1e6}, {"core:num_channels", 65535}});
+    NotifiedReceiver &told = announced();
+    link->startDataTransfer(connect(fullSpeed));
+    peer.read(1000);
+    peer.close();
+    told.upTo(true, TQ_KORVE::rsREADY_FOR_REPLAY);
+    const int position = static_cast<int>(session->getCurrentFilePosition());
+    EXPECT_EQ(position % sampleBytes, 0);
+    SamplePeer other(Transport::Tcp, lease.address());
+    link->startDataTransfer(static_cast<CORBA::ULong>(link->waitForConnectionOnIf(tcp(other), fullSpeed).parameter));
+    EXPECT_TRUE(other.accept().readToEnd() == samples.mid(position));
+}
+
+TEST_F(ReplayLink, BringsAllAlsoToWhoSaysSomething)
+{
+    open(pattern(40'000));
+    NotifiedReceiver &told = announced();
+    const CORBA::ULong id = connect(fullSpeed);
+    peer.send("ready");
+    link->startDataTransfer(id);
+    told.upTo(true, TQ_KORVE::rsIDLE);
+    EXPECT_EQ(peer.readToEnd(), samples);
+}
+
 TEST_F(ReplayLink, SaysThatNobodyTakesItsDatagrams)
 {
     open(pattern(40'000));

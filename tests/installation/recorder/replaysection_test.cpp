@@ -109,6 +109,29 @@ TEST_F(Section, CompletesASampleBeforeItJumps)
     EXPECT_EQ(section.position(), 200u);
 }
 
+TEST_F(Section, TellsTheNextPlaceBetweenTwoSamples)
+{
+    send(5);
+    EXPECT_EQ(section.samplePosition(), 8u);
+    section.setBegin(8);
+    EXPECT_EQ(section.left(), 395u); // the sample that has begun, and all that follow
+}
+
+TEST_F(Section, GoesOnWithAWholeSampleForAnotherReceiver)
+{
+    send(6);
+    section.dropBegun();
+    EXPECT_EQ(section.position(), 4u);
+    send(5);
+    section.setPosition(200);
+    section.dropBegun();
+    EXPECT_EQ(section.position(), 200u);
+    send(1);
+    section.setBegin(204);
+    section.dropBegun();
+    EXPECT_EQ(section.position(), 204u);
+}
+
 TEST_F(Section, JumpsWhenWhatIsUnderWayHasGone)
 {
     section.depart();
