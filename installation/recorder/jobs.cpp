@@ -1,11 +1,11 @@
 #include "installation/recorder/jobs.h"
 
+#include "installation/recorder/brokenpipes.h"
 #include "installation/recorder/recordererror.h"
 
 #include "coresupport/trace.h"
 
 #include <atomic>
-#include <csignal>
 #include <system_error>
 
 namespace installation::recorder
@@ -15,15 +15,6 @@ namespace
 {
 
 constexpr const char *sourceName = "installation/recorder/jobs";
-
-/// A receiver that goes must not end us; sendfile() has no flag for that.
-void blockBrokenPipes()
-{
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGPIPE);
-    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-}
 
 } // namespace
 
@@ -59,9 +50,10 @@ void Jobs::start(Place place, Work work)
     try {
         job.thread = std::thread([this, &job, held = std::move(place), work = std::move(work)]() mutable {
             blockBrokenPipes();
-            run(job, work);
+            run(work);
             work = nullptr;
-            const Place last = std::move(held); // given back before the work counts as done
+            held.held.reset(); // given back before the work counts as done
+            job.isDone = true;
         });
     } catch (const std::system_error &error) {
         jobs.pop_back();
@@ -69,7 +61,7 @@ void Jobs::start(Place place, Work work)
     }
 }
 
-void Jobs::run(Job &job, const Work &work)
+void Jobs::run(const Work &work)
 {
     try {
         work(stopSource.get_token());
@@ -77,7 +69,6 @@ void Jobs::run(Job &job, const Work &work)
         traceAt(TraceLevel::Normal, sourceName,
                 [&] { return QStringLiteral("%1: %2").arg(name, QString::fromUtf8(error.what())); });
     }
-    job.isDone = true;
 }
 
 void Jobs::joinFinished()

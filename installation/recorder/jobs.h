@@ -53,7 +53,7 @@ public:
 private:
     struct Job;
     void joinFinished();
-    void run(Job &job, const Work &work);
+    void run(const Work &work);
 
     const QString name;
     const unsigned maximum;

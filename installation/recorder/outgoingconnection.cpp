@@ -147,22 +147,13 @@ void OutgoingConnection::drainUntilClosed()
 {
     char ignored[4096];
     const QDeadlineTimer end(timing.closeLimit);
-    while (waitFor(POLLIN, std::chrono::milliseconds(end.remainingTime()))) {
+    while (!end.hasExpired() && waitFor(POLLIN, std::chrono::milliseconds(end.remainingTime()))) {
         const ssize_t count = ::recv(connection.get(), ignored, sizeof ignored, 0);
         if (count == 0)
             return;
         if (count < 0 && errno != EAGAIN && errno != EINTR)
             fail(errno);
     }
-}
-
-QString addressText(quint32 address)
-{
-    return QStringLiteral("%1.%2.%3.%4")
-        .arg(address >> 24)
-        .arg(address >> 16 & 0xff)
-        .arg(address >> 8 & 0xff)
-        .arg(address & 0xff);
 }
 
 } // namespace installation::recorder

@@ -55,7 +55,4 @@ private:
     Descriptor connection;
 };
 
-/// An IPv4 address of the contract, such as 0x7f000001, as text.
-QString addressText(quint32 address);
-
 } // namespace installation::recorder

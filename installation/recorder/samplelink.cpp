@@ -1,9 +1,13 @@
 #include "installation/recorder/samplelink.h"
 
+#include "installation/recorder/addresstext.h"
 #include "installation/recorder/wakeup.h"
+
+#include <QDeadlineTimer>
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/sendfile.h>
 #include <sys/socket.h>
@@ -21,6 +25,7 @@ namespace
 {
 
 constexpr int datagramRoom = 4 << 20;
+constexpr int drainReads = 1 << 12; ///< of a peer that never pauses
 
 [[noreturn]] void fail(int error, const QString &action, LLDCmodule::eLLDCKind kind = LLDCmodule::ekIfError)
 {
@@ -50,6 +55,30 @@ bool isWait(int error)
     return error == EAGAIN || error == EWOULDBLOCK || error == EINTR;
 }
 
+bool isWritableWithin(int descriptor, std::chrono::milliseconds limit)
+{
+    const QDeadlineTimer end(limit);
+    pollfd wait{descriptor, POLLOUT, 0};
+    int ready = 0;
+    do
+        ready = ::poll(&wait, 1, static_cast<int>(end.remainingTime()));
+    while (ready < 0 && errno == EINTR);
+    return ready > 0;
+}
+
+/// A peer that is gone without a word, such as a host without power, breaks the link within two minutes.
+void watchPeer(int descriptor)
+{
+    constexpr int on = 1;
+    constexpr int idleSeconds = 60;
+    constexpr int intervalSeconds = 15;
+    constexpr int probes = 4;
+    ::setsockopt(descriptor, SOL_SOCKET, SO_KEEPALIVE, &on, sizeof on);
+    ::setsockopt(descriptor, IPPROTO_TCP, TCP_KEEPIDLE, &idleSeconds, sizeof idleSeconds);
+    ::setsockopt(descriptor, IPPROTO_TCP, TCP_KEEPINTVL, &intervalSeconds, sizeof intervalSeconds);
+    ::setsockopt(descriptor, IPPROTO_TCP, TCP_KEEPCNT, &probes, sizeof probes);
+}
+
 /// @p count as a system call has returned it; @p action is what it was for.
 qint64 sentOrNothing(ssize_t count, const char *action)
 {
@@ -66,6 +95,8 @@ SampleLink SampleLink::connectTo(const Address &peer, std::chrono::milliseconds 
 {
     SampleLink link(peer.kind, openSocket(peer.kind));
     link.connectWithin(peer, limit);
+    if (peer.kind == LLDCmodule::ifTCP)
+        watchPeer(link.descriptor);
     link.shownAddress = peer;
     link.peerIsThere = true;
     return link;
@@ -79,13 +110,11 @@ void SampleLink::connectWithin(const Address &peer, std::chrono::milliseconds li
         return;
     if (errno != EINPROGRESS)
         fail(errno, action, LLDCmodule::ekConnFailed);
-    pollfd wait{descriptor, POLLOUT, 0};
-    const int ready = ::poll(&wait, 1, static_cast<int>(limit.count()));
-    if (ready == 0)
+    if (!isWritableWithin(descriptor, limit))
         fail(ETIMEDOUT, action, LLDCmodule::ekConnFailed);
     int error = 0;
     socklen_t size = sizeof error;
-    if (ready < 0 || ::getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &size) != 0)
+    if (::getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &size) != 0)
         error = errno;
     if (error != 0)
         throw LinkError(LLDCmodule::ekConnFailed, QStringLiteral("%1: %2").arg(action, qt_error_string(error)));
@@ -147,6 +176,7 @@ bool SampleLink::tryAccept()
         fail(errno, QStringLiteral("cannot take a connection")); // it would be there again at once, and for ever
     }
     ::close(std::exchange(descriptor, accepted)); // one peer is all there is
+    watchPeer(descriptor);
     peerIsThere = true;
     return true;
 }
@@ -190,20 +220,20 @@ SampleLink::Wait SampleLink::await(const SampleLink *link, short events, const W
 
 void SampleLink::finish()
 {
-    if (ownKind == LLDCmodule::ifUDP)
+    if (ownKind == LLDCmodule::ifUDP) {
         ::send(descriptor, nullptr, 0, MSG_NOSIGNAL);
-    else
-        ::shutdown(descriptor, SHUT_WR);
+        return;
+    }
+    ::shutdown(descriptor, SHUT_WR);
+    // Unread bytes would make the close of the socket a broken connection, and what is on its way would be lost.
+    char ignored[4096];
+    for (int reads = 0; reads < drainReads && ::recv(descriptor, ignored, sizeof ignored, 0) > 0; ++reads) {
+    }
 }
 
 QString toText(const SampleLink::Address &address)
 {
-    return QStringLiteral("%1.%2.%3.%4:%5")
-        .arg(address.host >> 24)
-        .arg((address.host >> 16) & 0xff)
-        .arg((address.host >> 8) & 0xff)
-        .arg(address.host & 0xff)
-        .arg(address.port);
+    return QStringLiteral("%1:%2").arg(addressText(address.host)).arg(address.port);
 }
 
 } // namespace installation::recorder

@@ -1,11 +1,16 @@
 #include "installation/recorder/sessionthread.h"
 
+#include "installation/recorder/brokenpipes.h"
+
 namespace installation::recorder
 {
 
 void SessionThread::begin(std::function<void()> work)
 {
-    thread = std::thread(std::move(work));
+    thread = std::thread([work = std::move(work)] {
+        blockBrokenPipes();
+        work();
+    });
 }
 
 void SessionThread::stop()

@@ -1,5 +1,6 @@
 #include "installation/recorder/spectrumsender.h"
 
+#include "installation/recorder/addresstext.h"
 #include "installation/recorder/recordererror.h"
 #include "installation/recorder/recordstore.h"
 #include "installation/recorder/storethread.h"

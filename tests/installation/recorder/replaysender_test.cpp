@@ -11,6 +11,9 @@
 #include <future>
 
 #include <sys/resource.h>
+#include <unistd.h>
+
+#include <csignal>
 
 using namespace installation::recorder;
 
@@ -46,6 +49,31 @@ std::unique_ptr<ReplaySource> eightSamples(const QString &path)
     record.sizeBytes = 8;
     record.sigmf = {{QStringLiteral("global"), QJsonObject{{QStringLiteral("core:datatype"), QStringLiteral("ru8")}}}};
     return std::make_unique<ReplaySource>(record, path);
+}
+
+/// Plays to somebody who goes, in a process that a broken pipe would end.
+[[noreturn]] void playToOneWhoGoes(const QString &path)
+{
+    std::signal(SIGPIPE, SIG_DFL);
+    std::promise<void> stopped;
+    ReplaySender sender(eightSamples(path), {[&](bool isPlaying) {
+                                                 if (!isPlaying)
+                                                     stopped.set_value();
+                                             },
+                                             [] {}});
+    sender.change([](ReplaySection &section) { section.setPasses(0); });
+    SamplePeer peer(SamplePeer::Transport::Tcp, QStringLiteral("127.0.0.1"));
+    sender.start(sender.connectTo({LLDCmodule::ifTCP, loopback, peer.port()}, ReplaySender::fullSpeed).id);
+    peer.accept().read(100);
+    peer.close();
+    stopped.get_future().wait_for(std::chrono::milliseconds(patienceMs));
+    ::_exit(sender.linkInUse() ? 1 : 0);
+}
+
+TEST(ReplaySenderTest, OutlivesItsReceiver)
+{
+    const QTemporaryDir folder;
+    EXPECT_EXIT(playToOneWhoGoes(folder.filePath(QStringLiteral("samples"))), testing::ExitedWithCode(0), "");
 }
 
 TEST(ReplaySenderTest, SaysThatItCannotTakeAConnectionAndTriesNoFurther)
