@@ -209,6 +209,7 @@ void ControlServant::clearDeletableFlagOfRecord(Text recordId)
 
 CORBA::Boolean ControlServant::removeRecord(Text recordId)
 {
+    sessions->forgetEnded(); // a file that is open would keep its room
     // Not the sessions: they own the store thread, which must not be the one that lets them go last.
     const auto activities = sessions->activities().shared_from_this();
     return answerChange("removeRecord", [&] {

@@ -6,6 +6,7 @@
 #include "installation/recorder/recordstore.h"
 #include "installation/recorder/replaysession.h"
 
+#include "coresupport/trace.h"
 #include "korvebase/corbatodeviceconverter.h"
 
 #include <QUuid>
@@ -25,6 +26,8 @@ struct Sessions::Opened {
 
 namespace
 {
+
+constexpr const char *sourceName = "installation/recorder/sessions";
 
 RecordStatus statusAt(RecordingReceiver::Stage stage)
 {
@@ -93,20 +96,41 @@ TQ_KORVE::IF_RecordingSession_ptr Sessions::record(const RecordingWish &wish, Re
     Opened opened = begin(wish);
     const QString recordId = opened.record.id;
     const std::shared_ptr<Activity> activity = std::move(opened.activity);
-    const auto work = std::make_shared<RecordingReceiver>(
-        std::make_unique<RecordingWriter>(opened.samplesPath, sampleLayout(opened.record), opened.record.loopSizeBytes),
-        RecordingBook(*around.store, recordId), around.clockUs,
-        RecordingReceiver::Listener{[weak = std::weak_ptr(activity)](RecordingReceiver::Stage stage) {
-                                        if (const auto activity = weak.lock())
-                                            activity->become(statusAt(stage));
-                                    },
-                                    [this, recordId] { sessions.ended(SessionKind::Recording, recordId); }});
+    const std::shared_ptr<RecordingReceiver> work = receiverOf(opened, activity);
     auto activation = activate(
         new RecordingSession(work, {recordId, sampleRateOf(opened.record), around.ownHost, around.publishedHost}));
     const CORBA::Object_var reference = activation->reference();
     sessions.add({SessionKind::Recording, recordId, occupied, work, std::move(activation), activity});
     attach(receiver, recordId, true);
     return TQ_KORVE::IF_RecordingSession::_narrow(reference);
+}
+
+/// From here on the end of the receiver sees to the record, which goes at once when there cannot be one.
+std::shared_ptr<RecordingReceiver> Sessions::receiverOf(const Opened &opened, const std::shared_ptr<Activity> &activity)
+{
+    const QString recordId = opened.record.id;
+    const RecordingReceiver::Listener listener{[weak = std::weak_ptr(activity)](RecordingReceiver::Stage stage) {
+                                                   if (const auto activity = weak.lock())
+                                                       activity->become(statusAt(stage));
+                                               },
+                                               [this, recordId] { sessions.ended(SessionKind::Recording, recordId); }};
+    try {
+        return std::make_shared<RecordingReceiver>(
+            std::make_unique<RecordingWriter>(opened.samplesPath, sampleLayout(opened.record), opened.record.loopSizeBytes),
+            RecordingBook(*around.store, recordId), around.clockUs, listener);
+    } catch (const std::exception &) { // no descriptor, no thread
+        discard(recordId);
+        throw;
+    }
+}
+
+void Sessions::discard(const QString &recordId) const
+{
+    try {
+        around.store->ask([recordId](RecordStore &records) { records.discard(recordId); });
+    } catch (const RecorderError &error) { // the next start of the store clears it away
+        traceAt(TraceLevel::Normal, sourceName, [&] { return error.text(); });
+    }
 }
 
 /// Makes a record without samples.

@@ -10,6 +10,8 @@
 namespace installation::recorder
 {
 
+class RecordingReceiver;
+
 /// Makes the sessions of a recorder, finds them and ends them.
 ///
 /// Thread: any; making one waits for the store.  Errors: throws RecorderError.  Lives in a `shared_ptr`.
@@ -40,6 +42,8 @@ public:
     /// Ends the sessions of a record, which may have none.
     /// @throws RecorderError when there is no such record.
     void setIdle(const QString &recordId);
+    /// Keeps no file of a record open whose sessions have ended.
+    void forgetEnded() { sessions.forgetClosed(); }
     /// Ends all; none is made any more.
     void stop();
 
@@ -59,6 +63,8 @@ private:
     TQ_KORVE::IF_ReplaySession_ptr makeReplay(const QString &recordId, std::optional<DataRate> rate);
     void attach(Receiver receiver, const QString &recordId, bool isNew);
     Opened begin(const RecordingWish &wish);
+    std::shared_ptr<RecordingReceiver> receiverOf(const Opened &opened, const std::shared_ptr<Activity> &activity);
+    void discard(const QString &recordId) const;
     void requireRoom(SessionKind kind);
     std::function<void()> endOf(const QString &recordId);
     Opened open(const QString &recordId);

@@ -66,9 +66,11 @@ void SessionTable::ended(SessionKind kind, const QString &recordId)
 void SessionTable::close(Entry &entry)
 {
     entry.activation.reset();
-    entry.activity.reset();
-    const std::scoped_lock lock(mutex);
-    entry.isClosed = true;
+    {
+        const std::scoped_lock lock(mutex);
+        entry.isClosed = true;
+    }
+    entry.activity.reset(); // last: whoever hears that the record is idle may forget what is closed
 }
 
 void SessionTable::endAll()

@@ -44,6 +44,9 @@ public:
     void ended(SessionKind kind, const QString &recordId);
     /// Ends all.
     void endAll();
+    /// Lets go of what sessions that have ended still hold, such as open files. Waits for nothing but their threads' last
+    /// steps.
+    void forgetClosed();
 
     QStringList recordIds() const;
     std::size_t count(SessionKind kind) const;
@@ -58,7 +61,6 @@ private:
 
     std::vector<std::shared_ptr<Entry>> takeLeave(const std::function<bool(const Entry &)> &isMeant);
     void close(Entry &entry);
-    void forgetClosed();
 
     mutable std::mutex mutex; // guards the entries and their flags; not held while one is closed or stopped
     std::vector<std::shared_ptr<Entry>> entries;

@@ -180,6 +180,17 @@ TEST_F(Recording, CanBePlayedAfterwards)
     EXPECT_EQ(peer.accept().readToEnd(), pattern(4000));
 }
 
+TEST_F(Recording, KeepsNoRoomWhenItIsRemoved)
+{
+    open();
+    recordAll(pattern(4000));
+    control->setDeletableFlagOfRecord(id);
+    EXPECT_TRUE(control->removeRecord(id));
+    const QString open = QStringLiteral("/proc/%1/fd").arg(recorder->processId());
+    for (const QFileInfo &file : QDir(open).entryInfoList(QDir::AllEntries | QDir::System))
+        EXPECT_FALSE(file.symLinkTarget().contains(id.in())) << file.symLinkTarget().toStdString();
+}
+
 TEST_F(Recording, NeedsRoomForItsMetaData)
 {
     {

@@ -1,4 +1,6 @@
+#include "installation/recorder/descriptor.h"
 #include "installation/recorder/recorderservice.h"
+#include "installation/recorder/recordstore.h"
 #include "installation/recorder/sessionfailure.h"
 #include "installation/recorder/sessions.h"
 #include "tests/installation/recorder/refusal.h"
@@ -6,7 +8,14 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QTemporaryDir>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <vector>
 
 using namespace installation::recorder;
 
@@ -24,6 +33,45 @@ TEST(SessionsOfARecorder, AreNotMadeWhenItEnds)
     const auto nobody = TQ_KORVE_IT::IF_Korve_IT::_nil();
     EXPECT_EQ(kindOf([&] { sessions->replay("R1", nobody, {}); }), TQ_KORVE::ekSESSION_CREATION_FAILED);
     EXPECT_EQ(kindOf([&] { sessions->record({}, nobody, {}); }), TQ_KORVE::ekSESSION_CREATION_FAILED);
+}
+
+/// While it lives, the process gets @p count further file descriptors and no more.
+class FewDescriptors
+{
+public:
+    explicit FewDescriptors(int count)
+    {
+        int greatest = 0;
+        for (const QString &number : QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::System))
+            greatest = std::max(greatest, number.toInt());
+        do // into each gap
+            held.emplace_back(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+        while (held.back().get() <= greatest);
+        getrlimit(RLIMIT_NOFILE, &before);
+        const rlimit few{rlim_t(held.back().get() + count), before.rlim_max};
+        held.pop_back();
+        setrlimit(RLIMIT_NOFILE, &few);
+    }
+    FewDescriptors(const FewDescriptors &) = delete;
+    ~FewDescriptors() { setrlimit(RLIMIT_NOFILE, &before); }
+
+private:
+    std::vector<Descriptor> held;
+    rlimit before{};
+};
+
+TEST(SessionsOfARecorder, LeaveNoRecordOfARecordingThatCannotBegin)
+{
+    const QTemporaryDir directory;
+    const auto store = std::make_shared<StoreThread>(directory.path());
+    const auto sessions = std::make_shared<Sessions>(
+        Sessions::Surroundings{PortableServer::POA_var(), store, std::make_shared<Activities>(),
+                               std::make_shared<Notifier>([] { return quint64(1); }), [] { return quint64(1); }});
+    {
+        const FewDescriptors one(1); // which the file of the samples takes
+        EXPECT_EQ(kindOf([&] { sessions->record({}, TQ_KORVE_IT::IF_Korve_IT::_nil(), {}); }), TQ_KORVE::ekRESSOURCES_EXHAUSTED);
+    }
+    EXPECT_TRUE(store->ask([](RecordStore &records) { return records.records(); }).isEmpty());
 }
 
 TEST(SessionsOfARecorder, NeedAnAddressForTheirLinks)
