@@ -114,8 +114,8 @@ void FileTransfers::start(const QString &recordId, const QString &url, const End
         try {
             transfer->connection->sendFile(transfer->file, transfer->offset, transfer->count);
             transfer->connection->finish();
-        } catch (const RecorderError &error) {
-            failure = error.text();
+        } catch (const std::exception &error) { // whatever it is, somebody waits for the end of it
+            failure = QString::fromUtf8(error.what());
         }
         transfer->connection.reset();
         ended(failure);

@@ -2,12 +2,10 @@
 
 #include "installation/recorder/deviceclock.h"
 #include "installation/recorder/file.h"
-#include "installation/recorder/recordererror.h"
 #include "installation/recorder/reservedrecord.h"
 
 #include <algorithm>
 #include <future>
-#include <optional>
 #include <tuple>
 
 namespace installation::recorder
@@ -110,23 +108,29 @@ QString RecordCopier::copy(const QString &sourceId, const QVector<FilePart> &par
 /// Makes the record, and tells everybody how it went.
 void RecordCopier::perform(Copy &copy, const std::stop_token &cancellation) const
 {
-    const auto tell = [&](const QString &failure) {
-        copy.claimed.reset(); // whoever hears of it may go on with either record
-        if (copy.ended)
-            copy.ended(copy.reserved.id(), failure);
-    };
+    const std::optional<RecorderError> failure = make(copy, cancellation);
+    if (failure)
+        copy.reserved.giveBack();
+    copy.claimed.reset(); // whoever hears of it may go on with either record
+    if (copy.ended)
+        copy.ended(copy.reserved.id(), failure ? failure->text() : QString());
+    copy.outcome.set_value(failure);
+}
+
+/// What it failed of, whatever that is: somebody waits for the end of it.
+std::optional<RecorderError> RecordCopier::make(Copy &copy, const std::stop_token &cancellation)
+{
     try {
         File to = File::create(copy.reserved.samplesPath());
         for (const FilePart &part : copy.parts)
             copyPart(*copy.from, part, to, cancellation);
         to.sync();
         copy.reserved.adopt(copy.record);
-        tell(QString());
-        copy.outcome.set_value(std::nullopt);
+        return std::nullopt;
     } catch (const RecorderError &error) {
-        copy.reserved.giveBack();
-        tell(error.text());
-        copy.outcome.set_value(error);
+        return error;
+    } catch (const std::exception &error) {
+        return fault(QString::fromUtf8(error.what()));
     }
 }
 

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "installation/recorder/jobs.h"
+#include "installation/recorder/recordererror.h"
 #include "installation/recorder/recordparts.h"
 
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace installation::recorder
 {
@@ -46,6 +48,7 @@ private:
     struct Copy;
     std::shared_ptr<Copy> prepare(const QString &sourceId, const QVector<FilePart> &parts, const QString &name);
     void perform(Copy &copy, const std::stop_token &cancellation) const;
+    static std::optional<RecorderError> make(Copy &copy, const std::stop_token &cancellation);
 
     const std::shared_ptr<StoreThread> store;
     const DeviceClock &clock;

@@ -5,6 +5,7 @@
 #include "installation/recorder/sigmfparts.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace installation::recorder
 {
@@ -61,19 +62,23 @@ QVector<IndexEntry> indexOf(const Record &record, const QVector<FilePart> &parts
     return index;
 }
 
-bool isWithin(const Note &bookmark, const FilePart &part, const Record &record, const PositionTimes &times)
-{
-    const quint64 endUs = times.endTimeUs(part.end);
-    return bookmark.timestampUs >= times.timeUs(part.begin) &&
-           (bookmark.timestampUs < endUs || (part.end == record.sizeBytes && bookmark.timestampUs == endUs));
-}
+/// When a section was taken.
+struct Span {
+    quint64 beginUs;
+    quint64 endUs;
+    bool hasEnd; ///< what is marked at the end of a record belongs to its last section
+
+    bool contains(quint64 timeUs) const { return timeUs >= beginUs && (timeUs < endUs || (hasEnd && timeUs == endUs)); }
+};
 
 QVector<Note> bookmarksOf(const Record &record, const QVector<FilePart> &parts, const PositionTimes &times)
 {
+    std::vector<Span> spans; // once: there may be a hundred thousand bookmarks
+    for (const FilePart &part : parts)
+        spans.push_back({times.timeUs(part.begin), times.endTimeUs(part.end), part.end == record.sizeBytes});
     QVector<Note> kept;
-    std::copy_if(record.bookmarks.cbegin(), record.bookmarks.cend(), std::back_inserter(kept), [&](const Note &bookmark) {
-        return std::any_of(parts.cbegin(), parts.cend(),
-                           [&](const FilePart &part) { return isWithin(bookmark, part, record, times); });
+    std::ranges::copy_if(record.bookmarks, std::back_inserter(kept), [&](const Note &bookmark) {
+        return std::ranges::any_of(spans, [&](const Span &span) { return span.contains(bookmark.timestampUs); });
     });
     return kept;
 }
@@ -82,6 +87,9 @@ QVector<Note> bookmarksOf(const Record &record, const QVector<FilePart> &parts, 
 
 QVector<FilePart> checkedParts(const Record &record, const QVector<FilePart> &parts)
 {
+    if (parts.isEmpty() || parts.size() > maximumParts)
+        throw RecorderError(TQ_KORVE::ekCOPY_SEQUENCE_INCONSISTENT,
+                            QStringLiteral("%1 sections to copy; from 1 to %2 are possible").arg(parts.size()).arg(maximumParts));
     const quint64 sampleBytes = sampleLayout(record).sampleBytes();
     QVector<FilePart> checked;
     for (const FilePart &part : parts) {
@@ -91,8 +99,6 @@ QVector<FilePart> checkedParts(const Record &record, const QVector<FilePart> &pa
         else
             checked.append(part);
     }
-    if (checked.isEmpty())
-        throw RecorderError(TQ_KORVE::ekCOPY_SEQUENCE_INCONSISTENT, QStringLiteral("there is no section to copy"));
     return checked;
 }
 

@@ -13,9 +13,12 @@ struct FilePart {
     bool operator==(const FilePart &) const = default;
 };
 
+/// Sections of a record that are taken together.
+constexpr int maximumParts = 10'000;
+
 /// What of @p record the sections are, in the same order; such as touch are one in the answer.
-/// @throws RecorderError (`ekCOPY_SEQUENCE_INCONSISTENT`) unless they are ascending, apart, not empty, within the record
-/// and whole samples.
+/// @throws RecorderError (`ekCOPY_SEQUENCE_INCONSISTENT`) unless they are ascending, apart, not empty, within the record,
+/// whole samples, and not too many.
 QVector<FilePart> checkedParts(const Record &record, const QVector<FilePart> &parts);
 
 /// The record that the sections @p parts of the samples of @p record make, complete but for id, name and history.

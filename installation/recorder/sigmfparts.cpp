@@ -6,6 +6,7 @@
 #include <QJsonArray>
 
 #include <algorithm>
+#include <vector>
 
 namespace installation::recorder
 {
@@ -23,9 +24,22 @@ struct Move {
     double target;
 };
 
-double startOf(const QJsonObject &object)
+/// A capture or an annotation, taken apart once: there may be many of them, and many sections.
+struct Marked {
+    double start;
+    double end; ///< of an annotation
+    QJsonObject object;
+};
+
+std::vector<Marked> marked(const QJsonValue &list)
 {
-    return object.value(startKey).toDouble();
+    std::vector<Marked> all;
+    for (const QJsonValue value : list.toArray()) {
+        const QJsonObject object = value.toObject();
+        const double start = object.value(startKey).toDouble();
+        all.push_back({start, start + object.value(countKey).toDouble(), object});
+    }
+    return all;
 }
 
 QJsonObject at(QJsonObject object, double start)
@@ -35,35 +49,32 @@ QJsonObject at(QJsonObject object, double start)
 }
 
 /// The capture that holds for the first sample of a section, with the time of that sample.
-QJsonObject firstCapture(const QJsonArray &captures, const Move &move, quint64 timeUs)
+QJsonObject firstCapture(const std::vector<Marked> &captures, const Move &move, quint64 timeUs)
 {
-    QJsonObject held;
-    for (const QJsonValue capture : captures)
-        if (startOf(capture.toObject()) <= move.begin)
-            held = capture.toObject();
+    const auto found = std::find_if(captures.rbegin(), captures.rend(),
+                                    [&](const Marked &capture) { return capture.start <= move.begin; });
+    QJsonObject held = found == captures.rend() ? QJsonObject() : found->object;
     held.remove(QStringLiteral("core:global_index")); // counts from elsewhere
     held[QStringLiteral("core:datetime")] = toSigmfTime(timeUs);
     return at(held, move.target);
 }
 
-void appendCaptures(QJsonArray &target, const QJsonArray &captures, const Move &move)
+void appendCaptures(QJsonArray &target, const std::vector<Marked> &captures, const Move &move)
 {
-    for (const QJsonValue capture : captures) {
-        const double start = startOf(capture.toObject());
-        if (start > move.begin && start < move.end)
-            target.append(at(capture.toObject(), move.target + start - move.begin));
-    }
+    for (const Marked &capture : captures)
+        if (capture.start > move.begin && capture.start < move.end)
+            target.append(at(capture.object, move.target + capture.start - move.begin));
 }
 
-void appendAnnotations(QJsonArray &target, const QJsonArray &annotations, const Move &move)
+void appendAnnotations(QJsonArray &target, const std::vector<Marked> &annotations, const Move &move)
 {
-    for (const QJsonValue value : annotations) {
-        QJsonObject annotation = value.toObject();
-        const double start = std::max(startOf(annotation), move.begin);
-        const double end = std::min(startOf(annotation) + annotation.value(countKey).toDouble(), move.end);
-        const bool beginsHere = startOf(annotation) >= move.begin && startOf(annotation) < move.end;
+    for (const Marked &whole : annotations) {
+        const double start = std::max(whole.start, move.begin);
+        const double end = std::min(whole.end, move.end);
+        const bool beginsHere = whole.start >= move.begin && whole.start < move.end;
         if (!beginsHere && end <= start)
             continue;
+        QJsonObject annotation = whole.object;
         if (annotation.contains(countKey))
             annotation[countKey] = end - start;
         target.append(at(annotation, move.target + start - move.begin));
@@ -75,8 +86,8 @@ void appendAnnotations(QJsonArray &target, const QJsonArray &annotations, const 
 QJsonObject sigmfOfParts(const QJsonObject &sigmf, const QVector<FilePart> &parts, const PositionTimes &times)
 {
     const auto sampleBytes = static_cast<double>(times.layout().sampleBytes());
-    const QJsonArray oldCaptures = sigmf.value(QLatin1String("captures")).toArray();
-    const QJsonArray oldAnnotations = sigmf.value(QLatin1String("annotations")).toArray();
+    const std::vector<Marked> oldCaptures = marked(sigmf.value(QLatin1String("captures")));
+    const std::vector<Marked> oldAnnotations = marked(sigmf.value(QLatin1String("annotations")));
     QJsonArray captures;
     QJsonArray annotations;
     double target = 0;

@@ -81,6 +81,18 @@ TEST(Sections, AreAscendingWholeSamplesOfTheRecord)
     EXPECT_FALSE(isRefused({{0, 4}, {8, 12}}));
 }
 
+TEST(Sections, AreNotTooMany)
+{
+    Record record = gappedRecord();
+    record.sizeBytes = 1'000'000;
+    QVector<FilePart> parts;
+    for (int i = 0; i < maximumParts; ++i)
+        parts.append({quint64(8 * i), quint64(8 * i + 4)});
+    EXPECT_FALSE(isRefused(parts, record));
+    parts.append({500'000, 500'004});
+    EXPECT_TRUE(isRefused(parts, record));
+}
+
 TEST(Sections, HoldWholeSamplesOfAllChannels)
 {
     Record record = gappedRecord();
