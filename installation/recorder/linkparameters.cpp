@@ -1,9 +1,30 @@
 #include "installation/recorder/linkparameters.h"
 
+#include <QVector>
+
 #include <memory>
 
 namespace installation::recorder
 {
+
+namespace
+{
+
+LLDCmodule::seqIfDescription *toDescriptions(const QVector<SampleLink::Address> &addresses)
+{
+    auto descriptions = std::make_unique<LLDCmodule::seqIfDescription>();
+    descriptions->length(static_cast<CORBA::ULong>(addresses.size()));
+    CORBA::ULong number = 0;
+    for (const SampleLink::Address &address : addresses) {
+        LLDCmodule::struIfDescription &description = (*descriptions)[number++];
+        description.interfaceNumber = static_cast<CORBA::ULong>(address.kind);
+        description.address = address.host;
+        description.port = address.port;
+    }
+    return descriptions.release();
+}
+
+} // namespace
 
 SampleLink::Address toAddress(const LLDCmodule::struConnectionParams &params)
 {
@@ -25,18 +46,14 @@ LLDCmodule::struConnectionParams toParameters(const SampleLink::Address &address
     return params;
 }
 
-LLDCmodule::seqIfDescription *toDescriptions(const QVector<SampleLink::Address> &addresses)
+LLDCmodule::seqIfDescription *interfaceUsed(const std::optional<SampleLink::Address> &address)
 {
-    auto descriptions = std::make_unique<LLDCmodule::seqIfDescription>();
-    descriptions->length(static_cast<CORBA::ULong>(addresses.size()));
-    CORBA::ULong number = 0;
-    for (const SampleLink::Address &address : addresses) {
-        LLDCmodule::struIfDescription &description = (*descriptions)[number++];
-        description.interfaceNumber = static_cast<CORBA::ULong>(address.kind);
-        description.address = address.host;
-        description.port = address.port;
-    }
-    return descriptions.release();
+    return toDescriptions(address ? QVector{*address} : QVector<SampleLink::Address>());
+}
+
+LLDCmodule::seqIfDescription *interfacesAvailable(quint32 host)
+{
+    return toDescriptions({{LLDCmodule::ifTCP, host, 0}, {LLDCmodule::ifUDP, host, 0}});
 }
 
 } // namespace installation::recorder

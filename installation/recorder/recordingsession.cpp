@@ -105,14 +105,12 @@ void RecordingSession::endConnection(CORBA::ULong connectionId)
 
 LLDCmodule::seqIfDescription *RecordingSession::getIfUsed()
 {
-    const auto used = receiver->linkInUse();
-    return toDescriptions(used ? QVector{*used} : QVector<SampleLink::Address>());
+    return interfaceUsed(receiver->linkInUse());
 }
 
 LLDCmodule::seqIfDescription *RecordingSession::getIfAvailable()
 {
-    const quint32 host = description.publishedHost;
-    return toDescriptions({{LLDCmodule::ifTCP, host, 0}, {LLDCmodule::ifUDP, host, 0}});
+    return interfacesAvailable(description.publishedHost);
 }
 
 } // namespace installation::recorder

@@ -64,14 +64,12 @@ void ReplaySession::endConnection(CORBA::ULong connectionId)
 
 LLDCmodule::seqIfDescription *ReplaySession::getIfUsed()
 {
-    const auto used = sender->linkInUse();
-    return toDescriptions(used ? QVector{*used} : QVector<SampleLink::Address>());
+    return interfaceUsed(sender->linkInUse());
 }
 
 LLDCmodule::seqIfDescription *ReplaySession::getIfAvailable()
 {
-    const quint32 host = description.publishedHost;
-    return toDescriptions({{LLDCmodule::ifTCP, host, 0}, {LLDCmodule::ifUDP, host, 0}});
+    return interfacesAvailable(description.publishedHost);
 }
 
 LLDCmodule::struConnectionParams
