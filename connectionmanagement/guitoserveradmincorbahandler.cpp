@@ -9,8 +9,6 @@
 #include "coresupport/trace.h"
 #include "korvebase/corbatoclientconverter.h"
 
-#include <QThread>
-
 using KorveCommon::AbstractServerConnectionData;
 using TQ_KRV::IF_KORVE_Admin;
 using TQ_KRV::IF_KORVE_Admin_ptr;
@@ -69,7 +67,6 @@ bool GuiToServerAdminCorbaHandler::Initialize()
 
 bool GuiToServerAdminCorbaHandler::IsServerAvailable()
 {
-    Q_ASSERT(QThread::currentThread() == thread());
     return !CORBA::is_nil(adminInterface) || Initialize();
 }
 

@@ -9,8 +9,6 @@
 
 #include "korvebase/corbatoclientconverter.h"
 
-#include <QThread>
-
 using KorveCommon::AbstractServerConnectionData;
 using TQ_KRV::IF_KORVE_Replay;
 using TQ_KRV::IF_KORVE_Replay_ptr;
@@ -54,7 +52,6 @@ bool GuiToServerReplayCorbaHandler::Initialize(const QString &newDeviceId)
 
 bool GuiToServerReplayCorbaHandler::IsServerAvailable()
 {
-    Q_ASSERT(QThread::currentThread() == thread());
     return !CORBA::is_nil(replayInterface) || Initialize(deviceId);
 }
 
