@@ -41,7 +41,7 @@ void RecordingRun::start(const QString &channelId, const RecordingOrder &order)
         try {
             const std::vector<Device> devices = candidates(held.settings, order);
             askAvailability(held, devices);
-            const Channel recording = createSession(held, devices, order.loopMib);
+            const Channel recording = noteRecord(createSession(held, devices, order.loopMib));
             nameRecord(recording);
             connect(recording);
             if (const auto entered = context.enter(recording, State::Recording))
@@ -109,36 +109,46 @@ void RecordingRun::askAvailability(const Channel &held, const std::vector<Device
         throw ChannelFailure(failure::notReady, QStringLiteral("the channel manager is not available"));
 }
 
+/// A recorder that went silent may have made a session that nobody knows of; that keeps no other one from its work.
 Channel RecordingRun::createSession(const Channel &held, const std::vector<Device> &devices, quint32 loopMib) const
 {
     std::optional<ChannelFailure> last;
+    bool isUnknown = false;
     for (const Device &device : devices) {
         try {
             return createSessionOn(held, device, loopMib);
         } catch (const ChannelFailure &failure) {
-            if (!isOfThisDevice(failure))
-                throw;
-            if (!last || failure.number() == failure::noCapacity)
+            if (!last || failure.number() != failure::noDevice)
                 last = failure;
+            isUnknown = isUnknown || failure.isOutcomeUnknown();
+            if (!isOfThisDevice(failure))
+                break;
         }
     }
-    throw *last; // there is at least one device
+    // There is at least one device.
+    throw isUnknown ? ChannelFailure(last->number(), last->text(), ChannelFailure::Outcome::Unknown) : *last;
 }
 
 Channel RecordingRun::createSessionOn(const Channel &held, const Device &device, quint32 loopMib) const
 {
     const TQ_KORVE::IF_Control_var recorder = context.recorder(device.id, failure::noDevice);
     Channel recording = held;
-    askRecorder(StartRecording, [&] {
+    orderRecorder(StartRecording, [&] {
         const RecordingLink link = RecordingLink::create(recorder, held.settings, loopMib, context.timing.callLimit);
         recording = context.note(held, [&](Channel &channel) {
             channel.run.deviceId = device.id;
             channel.run.session = link.reference();
         });
-        const QString recordId = link.recordId();
-        recording = context.note(recording, [&](Channel &channel) { channel.run.recordId = recordId; });
     });
     return recording;
+}
+
+/// From here on there is a session, which another device would leave behind.
+Channel RecordingRun::noteRecord(const Channel &held) const
+{
+    QString recordId;
+    askRecorder(StartRecording, [&] { recordId = RecordingLink(held.run, context.timing.callLimit).recordId(); });
+    return context.note(held, [&](Channel &channel) { channel.run.recordId = recordId; });
 }
 
 void RecordingRun::nameRecord(const Channel &held) const

@@ -37,6 +37,7 @@ private:
     void askAvailability(const Channel &held, const std::vector<Device> &devices) const;
     Channel createSession(const Channel &held, const std::vector<Device> &devices, quint32 loopMib) const;
     Channel createSessionOn(const Channel &held, const Device &device, quint32 loopMib) const;
+    Channel noteRecord(const Channel &held) const;
     void connect(const Channel &held) const;
     bool connectToSourceOfManager(const Channel &held) const;
     void listenFor(const Channel &held, bool datagrams, quint16 port) const;

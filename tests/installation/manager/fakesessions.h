@@ -44,8 +44,8 @@ template <typename Interface, typename Skeleton, typename Dispatcher> struct Ser
     static void *in(Dispatcher *servant) { return servant; }
 };
 
-using LinkBase = Served<LLDCmodule::LLDC_Interface_Base, POA_LLDCmodule::LLDC_Interface_Base,
-                        LLDCmodule::_impl_LLDC_Interface_Base>;
+using LinkBase =
+    Served<LLDCmodule::LLDC_Interface_Base, POA_LLDCmodule::LLDC_Interface_Base, LLDCmodule::_impl_LLDC_Interface_Base>;
 
 /// One object for an interface of a device and one of a link.
 template <typename First, typename Second> class TwoInterfaces : public virtual First::Base, public virtual Second::Base
@@ -130,7 +130,11 @@ public:
     }
     static constexpr CORBA::ULong listeningPort = 4711;
 
-    char *getId() override { return CORBA::string_dup(record->id.c_str()); }
+    char *getId() override
+    {
+        trouble->meet("getId");
+        return CORBA::string_dup(record->id.c_str());
+    }
     void endRecordingSession(const TQ_KORVE::wideText &comment) override;
     void setConvertNetToHostByteOrder(CORBA::Boolean) override {}
     CORBA::UShort getNetworkSourcePort() override { return listeningPort; }

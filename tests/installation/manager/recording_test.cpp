@@ -20,6 +20,15 @@ class Recording : public ChannelFixture
 {
 protected:
     TQ_KRV::IF_KRV_c_Chan_var object(const QString &id) { return service->channel(id); }
+    /// As "REC2", behind "REC1".
+    void knowAlso(const SessionRecorder &second)
+    {
+        const Device first = *devices->find(QStringLiteral("REC1"));
+        Device other = first;
+        other.id = QStringLiteral("REC2");
+        other.control = second.reference();
+        devices->replace({first, other});
+    }
     void nameSource(CORBA::ULong interfaces, CORBA::ULong ids)
     {
         peer->sources.length(interfaces);
@@ -229,17 +238,40 @@ TEST_F(Recording, NeedsADeviceThatAnswers)
 
 TEST_F(Recording, TakesTheNextDeviceWhenOneIsFull)
 {
-    SessionRecorder second("SecondRecorder");
-    Device other = *devices->find(QStringLiteral("REC1"));
-    other.id = QStringLiteral("REC2");
-    other.control = second.reference();
-    devices->replace({*devices->find(QStringLiteral("REC1")), other});
+    const SessionRecorder second("SecondRecorder");
+    knowAlso(second);
     recorder->trouble->plant("createRecordingSession",
                              [] { throw TQ_KORVE::exKorve(TQ_KORVE::ekSTORAGE_SUBSYSTEM_FULL, "full"); });
     const QString id = add(receiverChannel());
     object(id)->startRecording(0, L"", 0);
     EXPECT_EQ(channel(id).run.deviceId, QStringLiteral("REC2"));
     object(id)->stopRecording(L"");
+    service.reset();
+}
+
+TEST_F(Recording, IsUnknownWhenADeviceWentSilentAndNoOtherTakesIt)
+{
+    SessionRecorder second("SecondRecorder");
+    knowAlso(second);
+    recorder->trouble->plant("createRecordingSession", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE); });
+    const QString id = add(receiverChannel());
+    EXPECT_NO_THROW(object(id)->startRecording(0, L"", 0));
+    EXPECT_EQ(channel(id).run.deviceId, QStringLiteral("REC2"));
+    object(id)->stopRecording(L"");
+    second.vanish();
+    EXPECT_THROW(object(id)->startRecording(0, L"", 0), CORBA::COMM_FAILURE);
+    EXPECT_TRUE(channel(id).run.isIdle());
+    service.reset();
+}
+
+TEST_F(Recording, LeavesNoSessionBehindForAnotherDevice)
+{
+    const SessionRecorder second("SecondRecorder");
+    knowAlso(second);
+    recorder->trouble->plant("getId", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_NO); });
+    EXPECT_EQ(failedStart(add(receiverChannel()), Chan::Invalid_DeviceId), 853u);
+    EXPECT_EQ(recorder->record(newRecord)->statusNow(), TQ_KORVE::rsIDLE);
+    EXPECT_THAT(second.trouble->calls(), Not(Contains("createRecordingSession")));
     service.reset();
 }
 
