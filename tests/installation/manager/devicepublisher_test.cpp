@@ -65,6 +65,15 @@ TEST(DevicePublisher, TellsOfARecordAlsoTwice)
     told->DeleteObserver(&observer);
 }
 
+TEST(DevicePublisher, ShowsADeviceWhateverItIsCalled)
+{
+    DevicePublisher publisher;
+    publisher.publish({device("R@%1%2\"'", true)});
+    EXPECT_EQ(textAt("/KORVE/Device/R@%1%2\"'/Status/Version/FirmwareVersion"), QLatin1String("KRV#R100#1_1"));
+    publisher.tellRecord(QStringLiteral("R@%1%2\"'"), QStringLiteral("%1"));
+    EXPECT_EQ(textAt("/KORVE/Device/R@%1%2\"'/OneRecordHasChanged"), QLatin1String("%1"));
+}
+
 TEST(DevicePublisher, HearsOfRecordsOnOtherThreads)
 {
     DevicePublisher publisher;

@@ -154,7 +154,7 @@ TEST_F(LiveChannels, HaveAChannelManagerConnect)
         const TQ_KRV::IF_KRV_c_ChanMan_var reference = TQ_KRV::IF_KRV_c_ChanMan::_unchecked_narrow(object);
         CORBA::String_var id;
         const TQ_KRV::IF_KRV_c_Chan_var made =
-            manager->registerChannel(reference, TQ_KRV::drHF_20k, TQ_KRV::dfRAW, true, true, "managed", id.out());
+            manager->registerChannelEx(reference, TQ_KRV::drHF_20k, TQ_KRV::dfRAW, true, true, "managed", "REC1", id.out());
         made->setRequestedSampleRate(fullSpeed, 0);
         EXPECT_EQ(start(0, size), 0u);
         EXPECT_TRUE(QTest::qWaitFor([&] { return program->bytes == size; }, patienceMs));

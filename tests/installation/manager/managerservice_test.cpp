@@ -37,6 +37,26 @@ TEST_F(ManagerService, ListsTheRecordersThatAreRegistered)
     EXPECT_STREQ(devices[0u], "REC1");
 }
 
+TEST_F(ManagerService, ServesADeviceWhateverItIsCalled)
+{
+    const char *const odd = "R@%1%2\"'";
+    registerRecorder(odd, CORBA::Object_var(recorder->reference()));
+    startManager();
+    ASSERT_TRUE(becomesAvailable(odd));
+    const QByteArray id = importRecord(QStringLiteral("first.wav"), 100).toLatin1();
+    EXPECT_EQ(admin->setRecordComment(odd, id.constData(), L"%1"), 0u);
+    const TQ_KRV::struMETA_DATA_var metaData = manager->getMetaDataForRecord(odd, id.constData());
+    EXPECT_STREQ(metaData->recordName, L"%1");
+    CORBA::String_var channelId;
+    const TQ_KRV::IF_KRV_c_Chan_var channel = manager->registerReceiverChannel(
+        TQ_KRV::IF_KRV_c_ChanMan::_nil(), TQ_KRV::drHF_20k, TQ_KRV::dfRAW, true, true, "%1 @/\"\xd0\x96", odd,
+        TQ_KRV::TCP_IF, "127.0.0.1:9", channelId.out());
+    EXPECT_STREQ(CORBA::String_var(channel->getChannelID()), channelId);
+    EXPECT_EQ(TQ_KRV::IF_KORVE_Replay_var(manager->getKorveReplayInterface(odd))
+                  ->StartReplay(odd, id.constData(), TQ_KRV::drHF_20k, 0, 200, 1),
+              902u); // so everything else is fine
+}
+
 TEST_F(ManagerService, TellsTheFirmwareOfADevice)
 {
     startManager();
