@@ -29,13 +29,22 @@ std::chrono::milliseconds milliseconds(double seconds)
     return std::chrono::milliseconds(static_cast<qint64>(seconds * 1000));
 }
 
+/// The parser asks for a command before it looks at what stands there instead.
+std::string complaintOf(const CLI::App &parser, const CLI::Error &error)
+{
+    const std::string words = error.what();
+    const std::vector<std::string> strange = parser.remaining(true);
+    const bool isCommandWanted = words == CLI::RequiredError::Subcommand(1).what();
+    return isCommandWanted && !strange.empty() ? "There is no command \"" + strange.front() + "\"." : words;
+}
+
 } // namespace
 
 Description::Description()
 {
     app.require_subcommand(1);
-    app.failure_message([](const CLI::App *, const CLI::Error &error) {
-        return std::string("korvectl: ") + error.what() + "\nRun with --help for more information.\n";
+    app.failure_message([](const CLI::App *parser, const CLI::Error &error) {
+        return "korvectl: " + complaintOf(*parser, error) + "\nRun with --help for more information.\n";
     });
     app.fallthrough(); // options may stand behind the command, too
     describeOptions();

@@ -78,6 +78,16 @@ TEST_F(Korvectl, ListsRecordsForPrograms)
     EXPECT_EQ(begin.timeSpec(), Qt::UTC);
 }
 
+TEST_F(Korvectl, NamesACommandThatItDoesNotHave)
+{
+    for (const auto &[line, word] : {std::pair("rekords --json", "rekords"), std::pair("replay begin REC1", "begin")}) {
+        const Run run = ask(words(line));
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_EQ(run.errors.section(u'\n', 0, 0),
+                  QStringLiteral("korvectl: There is no command \"%1\".").arg(QLatin1String(word)));
+    }
+}
+
 TEST_F(Korvectl, ExplainsEachNumberToPrograms)
 {
     const Run run = ask(words("errors 18446744073709551615 --flow Admin --json"));
