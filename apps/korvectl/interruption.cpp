@@ -55,9 +55,19 @@ Interruption::~Interruption()
     descriptor = -1;
 }
 
+void whenUnread(QObject &context, const std::function<void()> &quit)
+{
+    auto *const end = new QSocketNotifier(STDOUT_FILENO, QSocketNotifier::Exception, &context);
+    QObject::connect(end, &QSocketNotifier::activated, &context, [end, quit] {
+        end->setEnabled(false);
+        quit();
+    });
+}
+
 void runUntil(const Interruption &interruption, QEventLoop &loop, std::chrono::milliseconds limit)
 {
     QObject::connect(&interruption, &Interruption::si_interrupted, &loop, &QEventLoop::quit);
+    whenUnread(loop, [&loop] { loop.quit(); });
     if (limit.count() > 0)
         QTimer::singleShot(limit, &loop, &QEventLoop::quit);
     loop.exec();

@@ -3,6 +3,7 @@
 #include <QObject>
 
 #include <chrono>
+#include <functional>
 
 class QEventLoop;
 
@@ -24,7 +25,10 @@ Q_SIGNALS:
     void si_interrupted();
 };
 
-/// Runs @p loop until it is told to quit, or interrupted, or that time is over; 0: for good.
+/// Calls @p quit when nobody reads standard output any more, as behind `| head`, unless @p context has gone.
+void whenUnread(QObject &context, const std::function<void()> &quit);
+
+/// Runs @p loop until it is told to quit, or interrupted, or unread, or that time is over; 0: for good.
 void runUntil(const Interruption &interruption, QEventLoop &loop, std::chrono::milliseconds limit);
 
 } // namespace korvectl

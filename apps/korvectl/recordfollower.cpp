@@ -155,7 +155,8 @@ ExitCode followRecords(ManagerSession &session, const CommandLine &line)
 {
     const Interruption interruption;
     QObject::connect(&interruption, &Interruption::si_interrupted, qApp, &QCoreApplication::quit);
-    const RecordFollower follower(session, line);
+    RecordFollower follower(session, line);
+    whenUnread(follower, &QCoreApplication::quit);
     return static_cast<ExitCode>(QCoreApplication::exec());
 }
 

@@ -2,6 +2,8 @@
 
 #include <QProcess>
 
+#include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 namespace
@@ -9,24 +11,33 @@ namespace
 
 constexpr int patienceMs = 30000;
 
-/// Its standard output is a pipe that nobody reads any more.
-class Unread : public QProcess
+/// Its standard output is a pipe.
+class Piped : public QProcess
 {
 public:
-    Unread()
+    Piped()
     {
-        std::array<int, 2> ends{};
-        if (::pipe(ends.data()) != 0)
+        if (::pipe2(ends.data(), O_CLOEXEC) != 0)
             throw std::runtime_error("no pipe");
-        ::close(ends[0]);
-        unreadEnd = ends[1];
     }
-    ~Unread() override { ::close(unreadEnd); }
+    ~Piped() override
+    {
+        stopReading();
+        ::close(ends[1]);
+    }
+
+    /// Waits, bounded, until there is something to read.
+    bool hasOutput()
+    {
+        pollfd end{ends[0], POLLIN, 0};
+        return ::poll(&end, 1, patienceMs) == 1;
+    }
+    void stopReading() { ::close(std::exchange(ends[0], -1)); }
 
 private:
-    void setupChildProcess() override { ::dup2(unreadEnd, STDOUT_FILENO); }
+    void setupChildProcess() override { ::dup2(ends[1], STDOUT_FILENO); }
 
-    int unreadEnd;
+    std::array<int, 2> ends{};
 };
 
 /// What becomes of results that cannot be written.
@@ -63,9 +74,22 @@ TEST_F(Output, ThatFitsNoDiskIsNoSuccess)
 TEST_F(Output, ThatNobodyReadsAnyMoreIsEnough)
 {
     for (const char *const line : lines) {
-        Unread process;
+        Piped process;
+        process.stopReading();
         EXPECT_EQ(exitCodeOf(process, line), 0) << line;
         EXPECT_EQ(QString::fromUtf8(process.readAllStandardError()), QString()) << line;
+    }
+}
+
+TEST_F(Output, ThatNobodyReadsAnyMoreEndsAWatchBeforeItHasMoreToSay)
+{
+    for (const char *const line : {"watch", "tree watch /KORVE/Device/REC1/KorveAvailable", "records --follow"}) {
+        Piped process;
+        process.start(QStringLiteral(KORVECTL_PROGRAM), words(line));
+        EXPECT_TRUE(process.hasOutput()) << line;
+        process.stopReading();
+        EXPECT_TRUE(process.waitForFinished(patienceMs)) << line;
+        EXPECT_EQ(process.exitCode(), 0) << line;
     }
 }
 
