@@ -1,4 +1,5 @@
 #include "installation/recorder/file.h"
+#include "installation/recorder/looporder.h"
 #include "installation/recorder/recordingformat.h"
 #include "tests/installation/recorder/storedrecords.h"
 
@@ -83,6 +84,15 @@ TEST_F(InterruptedRecording, HalfWayToItsOrderIsPutInOrderAgain)
     leave(4, 12, QByteArray(4, 0) + "efghijkl");
     writeFile(orderedPath, "efgh");
     expectRecord("efghijkl");
+}
+
+TEST_F(InterruptedRecording, GoesOnWhereItsOrderWasLeft)
+{
+    constexpr int pieceBytes = moveRoomBytes / 2;
+    const QByteArray section = QByteArray(pieceBytes, 'a') + QByteArray(pieceBytes, 'b') + QByteArray(pieceBytes, 'c');
+    leave(4, 4 + section.size(), QByteArray(4 + pieceBytes, 0) + section.mid(pieceBytes)); // the first piece has gone
+    writeFile(orderedPath, section.left(2 * pieceBytes + 4));
+    expectRecord(section);
 }
 
 TEST_F(InterruptedRecording, ThatIsInOrderAlreadyStaysSo)
