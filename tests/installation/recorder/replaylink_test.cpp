@@ -153,13 +153,11 @@ TEST_F(ReplayLink, GoesOnOverANewOneWithAWholeSample)
 
 TEST_F(ReplayLink, BringsAllAlsoToWhoSaysSomething)
 {
-    open(pattern(40'000));
-    NotifiedReceiver &told = announced();
+    open(pattern(40'000'000)); // of which much waits in the recorder's socket when that is closed
     const CORBA::ULong id = connect(fullSpeed);
     peer.send("ready");
     link->startDataTransfer(id);
-    told.upTo(true, TQ_KORVE::rsIDLE);
-    EXPECT_EQ(peer.readToEnd(), samples);
+    EXPECT_TRUE(peer.readToEnd() == samples);
 }
 
 TEST_F(ReplayLink, SaysThatNobodyTakesItsDatagrams)
