@@ -41,7 +41,7 @@ QString textAt(const QString &path)
 } // namespace
 
 TestChannel::TestChannel(const QString &address, const FindManager &findManager)
-    : findManager(findManager), mirror(branch, branch, treeAt(address), QString()), program(new FakeChannelManager)
+    : address(address), findManager(findManager), program(new FakeChannelManager)
 {
     const PortableServer::ObjectId_var object = OrbHandler::Instance().rootPoa()->activate_object(program);
 }
@@ -73,15 +73,17 @@ void TestChannel::makeWithProgram(TQ_KRV::interfaceTypeEnum type)
     make(type, QByteArray());
 }
 
-void TestChannel::make(TQ_KRV::interfaceTypeEnum type, const QByteArray &address)
+void TestChannel::make(TQ_KRV::interfaceTypeEnum type, const QByteArray &receiver)
 {
+    if (!mirror)
+        mirror.emplace(branch, branch, treeAt(address), QString());
     if (!CORBA::is_nil(channel))
         channel->removeChannelForced();
-    const TQ_KRV::IF_KRV_c_ChanMan_var peer = address.isEmpty() ? program->_this() : ChanMan::_nil();
+    const TQ_KRV::IF_KRV_c_ChanMan_var peer = receiver.isEmpty() ? program->_this() : ChanMan::_nil();
     const QByteArray name = "test " + QByteArray::number(++made);
     const TQ_KRV::IF_KRV_c_KRV_var manager = findManager();
     channel = manager->registerReceiverChannel(peer, TQ_KRV::drHF_20k, TQ_KRV::dfTIMEDOMAIN_DATA, true, true, name,
-                                               "REC1", type, address, id.out());
+                                               "REC1", type, receiver, id.out());
 }
 
 void TestChannel::nameSource(TQ_KRV::interfaceTypeEnum type, CORBA::ULong ids)

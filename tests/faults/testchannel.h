@@ -38,7 +38,7 @@ private:
     void makeWithListener();
     /// A program of ours is asked; the channel has an interface of that type.
     void makeWithProgram(TQ_KRV::interfaceTypeEnum type);
-    void make(TQ_KRV::interfaceTypeEnum type, const QByteArray &address);
+    void make(TQ_KRV::interfaceTypeEnum type, const QByteArray &receiver);
     void endProgram();
     void nameSource(TQ_KRV::interfaceTypeEnum type, CORBA::ULong ids);
     std::string startRecording();
@@ -46,8 +46,9 @@ private:
     /// Waits, bounded, for the first failure of the channel that the manager shows.
     std::string shownFailure() const;
 
+    const QString address;
     const FindManager findManager;
-    VtConnectionObserver mirror;
+    std::optional<VtConnectionObserver> mirror; ///< from the first channel on
     FakeChannelManager *const program; ///< counts its references
     std::optional<SampleReceiver> listener;
     TQ_KRV::IF_KRV_c_Chan_var channel;
