@@ -6,8 +6,6 @@
 #include "tests/connectionmanagement/handlerfixture.h"
 #include "tests/connectionmanagement/keyedservant.h"
 
-#include <thread>
-
 using namespace KorveGUI;
 using TQ_KRV::IF_KORVE_Admin;
 using TQ_KRV::IF_KRV_c_KRV;
@@ -358,12 +356,4 @@ TEST_F(AdminHandler, SendsIdentifiersInLatin1AndTextsWhole)
     EXPECT_EQ(commands.SetRecordComment(QString::fromUtf8("Dä"), QString::fromUtf8("R€"), QString::fromUtf8("ä€")), 0u);
     EXPECT_THAT(admin->calls, ElementsAre("setRecordComment D\xe4 R? <e4><20ac>"));
 }
-
-#ifndef QT_NO_DEBUG
-TEST_F(AdminHandler, BelongsToTheMainThread)
-{
-    testing::FLAGS_gtest_death_test_style = "threadsafe";
-    EXPECT_DEATH(std::thread([this] { commands.SetRecordComment(d1, r1, "x"); }).join(), "currentThread");
-}
-#endif
 } // namespace

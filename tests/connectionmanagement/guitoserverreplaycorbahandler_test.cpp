@@ -5,8 +5,6 @@
 #include "tests/connectionmanagement/handlerfixture.h"
 #include "tests/connectionmanagement/keyedservant.h"
 
-#include <thread>
-
 using namespace KorveGUI;
 using KORVE_XML::KORVE_RecordData;
 using KORVE_XML::NetIfParams;
@@ -172,12 +170,4 @@ TEST_F(ReplayHandler, SendsIdentifiersInLatin1)
     EXPECT_EQ(commands.PauseReplay(QString::fromUtf8("Dä"), QString::fromUtf8("R€")), 0u);
     EXPECT_THAT(replay->calls, ElementsAre("PauseReplay D\xe4 R?"));
 }
-
-#ifndef QT_NO_DEBUG
-TEST_F(ReplayHandler, BelongsToTheMainThread)
-{
-    testing::FLAGS_gtest_death_test_style = "threadsafe";
-    EXPECT_DEATH(std::thread([this] { commands.StopReplay(d1, r1); }).join(), "currentThread");
-}
-#endif
 } // namespace
