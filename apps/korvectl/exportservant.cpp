@@ -2,7 +2,8 @@
 
 #include "apps/korvectl/exportrun.h"
 
-#include <QCoreApplication>
+#include "appruntime/threadswitchingadministration.h"
+
 #include <QUuid>
 
 #include <future>
@@ -13,6 +14,8 @@ namespace korvectl
 namespace
 {
 
+constexpr const char *sourceName = "apps/korvectl/exportservant";
+
 char *latin1(const QString &text)
 {
     return CORBA::string_dup(text.toLatin1().constData());
@@ -21,7 +24,8 @@ char *latin1(const QString &text)
 } // namespace
 
 ExportServant::ExportServant(ExportRun &run, const QString &device, const QString &record)
-    : run(&run), device(device), record(record),
+    : door(ThreadingHelper::ThreadSwitchingAdministration::CreateThreadSwitchingHandler(QLatin1String(sourceName))),
+      run(&run), device(device), record(record),
       exportId(QStringList{device, record, QUuid::createUuid().toString(QUuid::WithoutBraces),
                            QStringLiteral("korvectl"), QStringLiteral("1")}
                    .join(u'@'))
@@ -43,16 +47,12 @@ char *ExportServant::recordID()
     return latin1(record);
 }
 
-/// To the application, which lives longer than the run.
 template <typename Call> void ExportServant::post(Call call)
 {
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(),
-        [run = run, call] {
-            if (run)
-                call(*run);
-        },
-        Qt::QueuedConnection);
+    door->post(ThreadingHelper::RunInMainThreadEvent([run = run, call] {
+        if (run)
+            call(*run);
+    }));
 }
 
 void ExportServant::exportStarted()

@@ -5,6 +5,13 @@
 #include <QPointer>
 #include <QString>
 
+#include <memory>
+
+namespace ThreadingHelper
+{
+class ThreadSwitchingHandler;
+}
+
 namespace korvectl
 {
 
@@ -34,6 +41,7 @@ public:
 private:
     template <typename Call> void post(Call call);
 
+    const std::shared_ptr<ThreadingHelper::ThreadSwitchingHandler> door;
     const QPointer<ExportRun> run; ///< looked at on the main thread only
     const QString device;
     const QString record;

@@ -80,7 +80,7 @@ private:
 TEST_F(Demonstration, ShowsAllOfItAndLeavesNothing)
 {
     start(QStringLiteral(KORVE_BUILD_FOLDER));
-    awaitOutput("2 devices");
+    ASSERT_NO_FATAL_FAILURE(awaitOutput("2 devices"));
     EXPECT_THAT(left(), testing::SizeIs(testing::Ge(6))); // so what is left would be seen
     EXPECT_EQ(exitCode(), 0) << output.toStdString();
     EXPECT_THAT(output.toStdString(), HasSubstr("all of it is stopped"));
@@ -124,7 +124,8 @@ class InterruptedDemonstration : public Demonstration, public testing::WithParam
 TEST_P(InterruptedDemonstration, LeavesNothing)
 {
     start(QStringLiteral(KORVE_BUILD_FOLDER));
-    awaitOutput(GetParam().after);
+    ASSERT_NO_FATAL_FAILURE(awaitOutput(GetParam().after));
+    ASSERT_GT(process.processId(), 0); // 0 would be this process and those beside it
     ::kill(static_cast<pid_t>(process.processId()), GetParam().signal);
     EXPECT_EQ(exitCode(), 128 + GetParam().signal) << output.toStdString();
     EXPECT_EQ(left(), QStringList());
