@@ -44,7 +44,7 @@ protected:
         QEventLoop loop;
         std::thread thread([&] {
             call();
-            QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(&loop, "quit", Qt::QueuedConnection); // made and taken within Qt
         });
         loop.exec();
         thread.join();
