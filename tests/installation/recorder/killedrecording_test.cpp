@@ -59,15 +59,16 @@ TEST_F(KilledRecording, LeavesALoopInOrder)
 TEST_F(KilledRecording, LeavesALoopInOrderThatWasBeingClosed)
 {
     constexpr int loopMebibytes = 64;
+    constexpr CORBA::ULongLong begin = 5 << 20;
     open(drVUHF_1M, loopMebibytes);
-    const QByteArray sent = pattern((loopMebibytes + 5) << 20);
+    const QByteArray sent = pattern((loopMebibytes << 20) + int(begin));
     NotifiedReceiver &told = announced();
     SamplePeer peer = sender();
     peer.send(sent);
     peer.finish();
     told.upTo(true, rsINDEXING);
-    while (metaData().startPosition == 0 && metaData().recordStatus != CORBA::ULong(rsIDLE)) {
-        // from there on the store knows how long the loop is, and it moves
+    while (metaData().startPosition != begin && metaData().recordStatus != CORBA::ULong(rsIDLE)) {
+        // from there on the store knows all of the loop, and it moves
     }
     recorder->kill();
     serve({});
