@@ -97,11 +97,9 @@ TEST_F(Notification, NeedsAReceiver)
 TEST_F(Notification, HasALimitedNumberOfReceivers)
 {
     std::vector<TQ_KORVE_IT::IF_Korve_IT_var> receivers;
-    std::vector<PortableServer::ServantBase_var> servants;
     for (std::size_t i = 0; i <= Notifier::maximumReceivers; ++i) {
-        auto *const servant = new NotifiedReceiver;
-        servants.emplace_back(servant);
-        receivers.emplace_back(orb->activate(*servant));
+        const PortableServer::Servant_var<NotifiedReceiver> servant(new NotifiedReceiver);
+        receivers.emplace_back(orb->activate(*servant)); // from here on the POA's alone
     }
     for (std::size_t i = 0; i < Notifier::maximumReceivers; ++i)
         control->announceNotificationReceiver(receivers[i]);

@@ -72,6 +72,7 @@ std::unique_ptr<ReplaySource> eightSamples(const QString &path)
 
 TEST(ReplaySenderTest, OutlivesItsReceiver)
 {
+    testing::FLAGS_gtest_death_test_style = "threadsafe"; // a process of its own, not a copy of this one
     const QTemporaryDir folder;
     EXPECT_EXIT(playToOneWhoGoes(folder.filePath(QStringLiteral("samples"))), testing::ExitedWithCode(0), "");
 }
