@@ -1,4 +1,5 @@
 #include "tests/installation/manager/channelfixture.h"
+#include "tests/installation/manager/raisedkind.h"
 
 #include "installation/manager/channelmanager.h"
 #include "installation/manager/database.h"
@@ -13,17 +14,6 @@ using Chan = TQ_KRV::IF_KRV_c_Chan;
 
 namespace
 {
-
-/// What the contract calls exGen or exChan, by its number; -1 when nothing is raised.
-template <typename Exception> int kindRaisedBy(const std::function<void()> &call)
-{
-    try {
-        call();
-    } catch (const Exception &raised) {
-        return raised.kind;
-    }
-    return -1;
-}
 
 class ChannelTest : public ChannelFixture
 {

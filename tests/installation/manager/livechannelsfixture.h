@@ -50,14 +50,3 @@ private:
     mutable std::mutex mutex; // guards `shown`, which the threads of the channels write
     installation::ChannelList shown;
 };
-
-/// The kind of the exception, which has to be raised; -1 when nothing is.
-template <typename Exception> int kindOf(const std::function<void()> &call)
-{
-    try {
-        call();
-    } catch (const Exception &raised) {
-        return raised.kind;
-    }
-    return -1;
-}

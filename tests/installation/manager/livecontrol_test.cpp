@@ -1,5 +1,6 @@
 #include "tests/installation/manager/fakechannelmanager.h"
 #include "tests/installation/manager/livechannelsfixture.h"
+#include "tests/installation/manager/raisedkind.h"
 #include "tests/installation/manager/samplesource.h"
 #include "tests/installation/manager/servedobject.h"
 
@@ -123,17 +124,17 @@ TEST_F(LiveControl, KeepsFlagsAndDevicesOfAChannelThatIsBusy)
     groups.length(1);
     groups[0].length(1);
     groups[0][0] = CORBA::string_dup("REC1");
-    EXPECT_EQ(kindOf<Chan::exChan>([&] { made->setRecordFlag(false); }), Chan::Channel_Is_Recording);
-    EXPECT_EQ(kindOf<Chan::exChan>([&] { made->setKorveDevices(groups); }), Chan::Channel_Is_Recording);
-    EXPECT_EQ(kindOf<Chan::exChan>([&] { made->startRecording(0, L"", 0); }), Chan::Channel_Is_Recording);
+    EXPECT_EQ(kindRaisedBy<Chan::exChan>([&] { made->setRecordFlag(false); }), Chan::Channel_Is_Recording);
+    EXPECT_EQ(kindRaisedBy<Chan::exChan>([&] { made->setKorveDevices(groups); }), Chan::Channel_Is_Recording);
+    EXPECT_EQ(kindRaisedBy<Chan::exChan>([&] { made->startRecording(0, L"", 0); }), Chan::Channel_Is_Recording);
     made->stopRecording(L"");
     EXPECT_NO_THROW(made->setKorveDevices(groups));
     EXPECT_EQ(channel().settings.devices(), QStringList(QStringLiteral("REC1")));
     groups[0][0] = CORBA::string_dup("REC9");
-    EXPECT_EQ(kindOf<Chan::exChan>([&] { made->setKorveDevices(groups); }), Chan::Invalid_DeviceId);
+    EXPECT_EQ(kindRaisedBy<Chan::exChan>([&] { made->setKorveDevices(groups); }), Chan::Invalid_DeviceId);
     made->startReplaying("REC1", record.constData(), TQ_KRV::drHF_20k, 0, size, 1);
-    EXPECT_EQ(kindOf<Chan::exChan>([&] { made->setReplayFlag(false); }), Chan::Channel_Is_Replaying);
-    EXPECT_EQ(kindOf<Chan::exChan>([&] { made->stopRecording(L""); }), Chan::Channel_Is_Replaying);
+    EXPECT_EQ(kindRaisedBy<Chan::exChan>([&] { made->setReplayFlag(false); }), Chan::Channel_Is_Replaying);
+    EXPECT_EQ(kindRaisedBy<Chan::exChan>([&] { made->stopRecording(L""); }), Chan::Channel_Is_Replaying);
 }
 
 TEST_F(LiveControl, ReplaysBySayingSoToTheChannel)

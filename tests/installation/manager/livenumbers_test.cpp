@@ -1,5 +1,6 @@
 #include "tests/installation/manager/fakechannelmanager.h"
 #include "tests/installation/manager/livechannelsfixture.h"
+#include "tests/installation/manager/raisedkind.h"
 #include "tests/installation/manager/samplesource.h"
 #include "tests/installation/manager/servedobject.h"
 
@@ -33,7 +34,7 @@ protected:
     /// The number that the first channel shows when a recording does not begin.
     CORBA::ULong failedRecording(const TQ_KRV::IF_KRV_c_Chan_var &made, Chan::eChanKind kind)
     {
-        EXPECT_EQ(kindOf<Chan::exChan>([&] { made->startRecording(0, L"", 0); }), kind);
+        EXPECT_EQ(kindRaisedBy<Chan::exChan>([&] { made->startRecording(0, L"", 0); }), kind);
         EXPECT_TRUE(channel().run.isIdle());
         return channel().error.code;
     }
@@ -185,7 +186,7 @@ TEST_F(LiveNumbers, TellWhyARecordingDoesNotBegin)
     made->setRecordFlag(true);
     made->setRequestedSampleRate(300000, 2); // more than its data-rate class has
     EXPECT_EQ(failedRecording(made, Chan::Channel_Is_Not_Active), 907u);
-    EXPECT_EQ(kindOf<Chan::exChan>([&] { made->startRecording(~0u, L"", 0); }), Chan::Range_Error);
+    EXPECT_EQ(kindRaisedBy<Chan::exChan>([&] { made->startRecording(~0u, L"", 0); }), Chan::Range_Error);
     EXPECT_EQ(channel().error.code, 805u);
     EXPECT_EQ(recordCount(), 1u);
     stopRecorder();

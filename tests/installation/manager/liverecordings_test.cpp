@@ -1,5 +1,6 @@
 #include "tests/installation/manager/fakechannelmanager.h"
 #include "tests/installation/manager/livechannelsfixture.h"
+#include "tests/installation/manager/raisedkind.h"
 #include "tests/installation/manager/samplesource.h"
 #include "tests/installation/recorder/fulldisk.h"
 #include "tests/installation/recorder/samplepeer.h"
@@ -81,7 +82,7 @@ TEST_F(LiveRecordings, GoOnWhenTheirCommentIsRefused)
     EXPECT_TRUE(sizePasses(0));
     const QByteArray id = recordId();
     const std::wstring tooLong(70000, L'x');
-    EXPECT_EQ(kindOf<Chan::exChan>([&] { made->stopRecording(tooLong.c_str()); }), Chan::Channel_Is_Not_Active);
+    EXPECT_EQ(kindRaisedBy<Chan::exChan>([&] { made->stopRecording(tooLong.c_str()); }), Chan::Channel_Is_Not_Active);
     EXPECT_EQ(channel().error.code, invalidValue);
     EXPECT_EQ(channel().run.state, State::Recording);
     EXPECT_EQ(status(id), TQ_KRV::rsRECORDING);
