@@ -9,6 +9,7 @@ HEAD = '''#include "installation/faults/contract.h"
 #include "idl/korve.hh"
 #include "idl/korvemanager.hh"
 #include "idl/lumbalandatacom.hh"
+#include "installation/contracts/bookmarks.hh"
 
 namespace installation::faults
 {

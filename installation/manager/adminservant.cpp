@@ -1,5 +1,6 @@
 #include "installation/manager/adminservant.h"
 
+#include "installation/contracts/bookmarks.hh"
 #include "installation/manager/bookmarklist.h"
 #include "installation/manager/recorddescription.h"
 
@@ -64,15 +65,6 @@ TQ_KORVE::eFFT_WINDOWING_MODES toDeviceWindow(TQ_KRV::eFFT_WINDOWING_MODES windo
     throw exKorve(TQ_KORVE::ekINVALID_VALUE, "no such window"); // only from a caller within the process
 }
 
-/// The operations on bookmarks have no number to give.
-void raiseFor(CORBA::ULong number)
-{
-    if (number == numberOf(TQ_KORVE::ekCONNECTION_FAILURE))
-        throw CORBA::TRANSIENT(0, CORBA::COMPLETED_NO);
-    if (number != 0)
-        throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_MAYBE); // what could be done is done
-}
-
 /// The device takes the address as a number.
 CORBA::ULong addressNumber(const char *ipAddress)
 {
@@ -133,16 +125,16 @@ CORBA::ULong AdminServant::setRecordDeletableFlag(const char *deviceId, const ch
 
 void AdminServant::addBookmarks(const char *deviceId, const char *recordId, const TQ_KRV::seqBookmarks &bookmarks)
 {
-    raiseFor(change("addBookmarks", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+    changeBookmarks("addBookmarks", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
         addBookmarksAt(recorder, recordId, bookmarks, callLimit);
-    }));
+    });
 }
 
 void AdminServant::deleteBookmarks(const char *deviceId, const char *recordId, const TQ_KRV::seqBookmarks &bookmarks)
 {
-    raiseFor(change("deleteBookmarks", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
+    changeBookmarks("deleteBookmarks", deviceId, [&](TQ_KORVE::IF_Control_ptr recorder) {
         removeBookmarksAt(recorder, recordId, bookmarks, callLimit);
-    }));
+    });
 }
 
 CORBA::ULong AdminServant::getDeviceTime(const char *deviceId, CORBA::ULongLong &time, CORBA::Boolean &synchronized)
@@ -225,6 +217,22 @@ CORBA::ULong AdminServant::change(const char *operation, const char *deviceId, R
     if (mayBeDone)
         throw CORBA::COMM_FAILURE(0, CORBA::COMPLETED_MAYBE);
     return number;
+}
+
+/// These operations have no number to give.
+template <typename Request>
+void AdminServant::changeBookmarks(const char *operation, const char *deviceId, Request request) const
+{
+    try {
+        const CORBA::ULong number = change(operation, deviceId, request);
+        if (number == numberOf(TQ_KORVE::ekCONNECTION_FAILURE))
+            throw CORBA::TRANSIENT(0, CORBA::COMPLETED_NO);
+        if (number != 0)
+            throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_NO);
+    } catch (const KORVE_INSTALLATION::exPartlyDone &partly) {
+        failed(operation, deviceId, partly.kind, partly.text);
+        throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_MAYBE);
+    }
 }
 
 template <typename Request>

@@ -18,7 +18,8 @@ namespace installation
 /// answer and has done nothing, `ekRECORD_CORRUPTED` a record that the object model refuses. `getRecord` gives 500 for
 /// an unknown device and 502 for one that does not answer instead. `requestRecordDataDetail` reads the record before it
 /// tells that there is something to look at. The two operations on bookmarks have no number to give: they raise
-/// `CORBA::TRANSIENT` for a recorder that does not answer and `CORBA::BAD_PARAM` for everything else.
+/// `CORBA::TRANSIENT` for a recorder that does not answer and `CORBA::BAD_PARAM` for everything else; only the latter
+/// may be completed, when some of the bookmarks have been changed and others refused.
 /// What acts, and what a recorder that went silent may have done, raises `CORBA::COMM_FAILURE`, which may be completed.
 /// Thread: any; each question to a recorder is limited.
 class AdminServant : public POA_TQ_KRV::IF_KORVE_Admin
@@ -52,6 +53,8 @@ public:
 
 private:
     template <typename Request> CORBA::ULong change(const char *operation, const char *deviceId, Request request) const;
+    template <typename Request>
+    void changeBookmarks(const char *operation, const char *deviceId, Request request) const;
     template <typename Request> CORBA::ULong ask(const char *operation, const char *deviceId, Request request) const;
     CORBA::ULong recordNumber(CORBA::ULong number, const char *deviceId) const;
     TQ_KORVE::IF_Control_var recorderOf(const char *deviceId) const;

@@ -41,17 +41,21 @@ bool isDoneAtOnce(TQ_KORVE::IF_Control_ptr recorder, std::chrono::milliseconds l
 template <typename Change> void doneOneByOne(const TQ_KORVE::seqBookmarks &bookmarks, Change change)
 {
     std::optional<TQ_KORVE::exKorve> refusal;
+    bool isAnyDone = false;
     for (CORBA::ULong position = 0; position < bookmarks.length(); ++position) {
         try {
             change(bookmarks[position]);
+            isAnyDone = true;
         } catch (const TQ_KORVE::exKorve &one) {
-            refusal = one;
+            refusal = refusal.value_or(one);
         } catch (const CORBA::SystemException &) {
-            if (position == 0)
+            if (!isAnyDone)
                 throw;
-            throw CORBA::COMM_FAILURE(0, CORBA::COMPLETED_MAYBE); // those before it have been asked for
+            throw CORBA::COMM_FAILURE(0, CORBA::COMPLETED_MAYBE);
         }
     }
+    if (refusal && isAnyDone)
+        throw KORVE_INSTALLATION::exPartlyDone(refusal->kind, refusal->text);
     if (refusal)
         throw *refusal;
 }

@@ -251,16 +251,13 @@ void ControlServant::removeBookmark(Text recordId, CORBA::ULongLong timestampUs)
 void ControlServant::addBookmarks(Text recordId, const TQ_KORVE::seqBookmarks &bookmarks)
 {
     NoteChanges changes;
-    bool hasTooLong = false;
     for (CORBA::ULong i = 0; i < bookmarks.length(); ++i) {
         if (bookmarks[i].bookmark.length() > longestText)
-            hasTooLong = true;
+            changes.refusal = RecorderError{TQ_KORVE::ekINVALID_VALUE, QStringLiteral("a text is too long")};
         else
             changes.added.append({bookmarks[i].timestamp, fromWideText(bookmarks[i].bookmark)});
     }
     changeBookmarks("addBookmarks", recordId, changes);
-    if (hasTooLong)
-        throw deviceFailure("addBookmarks", {TQ_KORVE::ekINVALID_VALUE, QStringLiteral("a text is too long")});
 }
 
 void ControlServant::removeBookmarks(Text recordId, const TQ_KORVE::seqBookmarks &bookmarks)
@@ -278,8 +275,10 @@ void ControlServant::changeBookmarks(const char *operation, Text recordId, NoteC
     change(operation, recordId, [refusal, changes = std::move(changes)](Record &record) {
         *refusal = changes.applyTo(record.bookmarks, maximumNotes);
     });
-    if (*refusal)
-        throw deviceFailure(operation, **refusal);
+    if (!*refusal)
+        return;
+    const TQ_KORVE::exKorve first = deviceFailure(operation, **refusal);
+    throw KORVE_INSTALLATION::exPartlyDone(first.kind, first.text);
 }
 
 TQ_KORVE::seqBookmarks *ControlServant::getBookmarks(Text recordId)

@@ -73,10 +73,15 @@ std::optional<RecorderError> NoteChanges::applyTo(QVector<Note> &notes, int maxi
     QSet<quint64> times;
     for (const Note &note : notes)
         times.insert(note.timestampUs);
-    const auto notAdded = add(notes, times, maximum);
-    const auto notRemoved = remove(notes, times);
-    std::stable_sort(notes.begin(), notes.end(), isEarlier);
-    return notAdded ? notAdded : notRemoved;
+    QVector<Note> changed = notes;
+    const auto notAdded = add(changed, times, maximum);
+    const auto notRemoved = remove(changed, times);
+    const auto first = refusal ? refusal : notAdded ? notAdded : notRemoved;
+    if (first && changed == notes)
+        throw *first;
+    std::stable_sort(changed.begin(), changed.end(), isEarlier);
+    notes = changed;
+    return first;
 }
 
 std::optional<RecorderError> NoteChanges::add(QVector<Note> &notes, QSet<quint64> &times, int maximum) const

@@ -26,9 +26,11 @@ class NoteChanges
 {
 public:
     QVector<Note> added{};
-    QVector<quint64> removed{}; ///< after what is added
+    QVector<quint64> removed{};           ///< after what is added
+    std::optional<RecorderError> refusal{}; ///< of what has been left out already
 
-    /// What the first change was refused for that could not be made.
+    /// Why the first change was refused that could not be made, when others could.
+    /// @throws RecorderError that reason when no change could be made; the notes stay as they were.
     std::optional<RecorderError> applyTo(QVector<Note> &notes, int maximum) const;
 
 private:

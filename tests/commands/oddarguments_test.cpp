@@ -242,7 +242,10 @@ TEST_F(WholeWay, SaysThatABookmarkIsThereAlready)
     const BookmarkEntry bookmark = bookmarked(QStringLiteral("first"));
     ASSERT_EQ(world.admin->SaveBookmarksToKorve(world.device, world.record, {bookmark}), 0u);
     EXPECT_EQ(world.admin->SaveBookmarksToKorve(world.device, world.record, {bookmark}), 211u);
+    EXPECT_FALSE(world.admin->OutcomeIsUnknown());
     EXPECT_EQ(world.bookmarks(bookmark.GetTimestamp()), 1);
+    EXPECT_EQ(world.admin->SaveBookmarksToKorve(world.device, world.record, {bookmark, bookmarked("second")}), 211u);
+    EXPECT_TRUE(world.admin->OutcomeIsUnknown()); // of each of the two
 }
 
 TEST_F(WholeWay, TakesNoBookmarksAndAsManyAsThereMayBe)

@@ -140,7 +140,8 @@ TEST(FaultScriptTest, KnowsEachExceptionWithAllItsKinds)
     for (const UserException &exception : allUserExceptions())
         kinds[exception.name] = exception.kinds.size();
     const std::map<std::string_view, std::size_t> expected{{"exAdmin", 1}, {"exChan", 6},   {"exChanMan", 9}, {"exGen", 5},
-                                                           {"exKRV", 4},   {"exKorve", 35}, {"exLLDC", 8}};
+                                                           {"exKRV", 4},   {"exKorve", 35}, {"exLLDC", 8},
+                                                           {"exPartlyDone", 35}};
     EXPECT_EQ(kinds, expected);
 }
 

@@ -1,6 +1,7 @@
 #include "tests/installation/manager/bookmarksat.h"
 #include "tests/installation/manager/fakerecorder.h"
 #include "tests/installation/manager/managerfixture.h"
+#include "tests/installation/manager/raisedkind.h"
 #include "tests/installation/manager/servedobject.h"
 
 #include <atomic>
@@ -14,7 +15,8 @@ constexpr CORBA::ULong unreachable = 10009;
 class FailingRecorder : public FakeRecorder
 {
 public:
-    static constexpr CORBA::ULongLong goodTime = 77; ///< a bookmark there can be added
+    static constexpr CORBA::ULongLong goodTime = 77;  ///< a bookmark there can be added
+    static constexpr CORBA::ULongLong takenTime = 78; ///< there is a bookmark already
 
     void failAs(CORBA::CompletionStatus completion) { completed = completion; }
 
@@ -27,6 +29,8 @@ public:
     CORBA::ULongLong setSystemTime(CORBA::ULongLong) override { fail(); }
     void addBookmark(Text, CORBA::ULongLong timestampUs, const TQ_KORVE::wideText &) override
     {
+        if (timestampUs == takenTime)
+            throw TQ_KORVE::exKorve(TQ_KORVE::ekBOOKMARK_ALREADY_EXISTS, "there already");
         if (timestampUs != goodTime)
             fail();
     }
@@ -74,17 +78,6 @@ protected:
     std::optional<ServedObject<FailingRecorder>> failing;
 };
 
-/// What a call raises of the ORB says whether it may have been carried out; without result when it raises nothing.
-template <typename Exception> std::optional<CORBA::CompletionStatus> completionBy(const std::function<void()> &call)
-{
-    try {
-        call();
-    } catch (const Exception &error) {
-        return error.completed();
-    }
-    return {};
-}
-
 } // namespace
 
 TEST_F(FailingChanges, AreUnknownWhenTheyMayHaveBeenDone)
@@ -117,9 +110,11 @@ TEST_F(FailingChanges, AreToldFromQuestions)
     EXPECT_EQ(admin->getDeviceTime("FAILING", time, synchronized), unreachable);
 }
 
-TEST_F(FailingChanges, OfBookmarksAreUnknownBehindTheFirst)
+TEST_F(FailingChanges, OfBookmarksAreUnknownBehindOneThatWasTaken)
 {
     serve(CORBA::COMPLETED_NO);
-    const auto firstOfTwo = [&] { addBookmarks({FailingRecorder::goodTime, 10}); };
-    EXPECT_EQ(completionBy<CORBA::COMM_FAILURE>(firstOfTwo), CORBA::COMPLETED_MAYBE);
+    const auto behindTaken = [&] { addBookmarks({FailingRecorder::goodTime, 10}); };
+    EXPECT_EQ(completionBy<CORBA::COMM_FAILURE>(behindTaken), CORBA::COMPLETED_MAYBE);
+    const auto behindRefused = [&] { addBookmarks({FailingRecorder::takenTime, 10}); };
+    EXPECT_EQ(completionBy<CORBA::TRANSIENT>(behindRefused), CORBA::COMPLETED_NO);
 }

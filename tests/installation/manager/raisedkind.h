@@ -1,6 +1,9 @@
 #pragma once
 
+#include <omniORB4/CORBA.h>
+
 #include <functional>
+#include <optional>
 
 /// The kind of the @p Exception that @p call raises; -1 when nothing is raised.
 template <typename Exception> int kindRaisedBy(const std::function<void()> &call)
@@ -11,4 +14,16 @@ template <typename Exception> int kindRaisedBy(const std::function<void()> &call
         return raised.kind;
     }
     return -1;
+}
+
+/// Whether the @p Exception of the ORB that @p call raises says that it may have been carried out; without result when
+/// nothing is raised.
+template <typename Exception> std::optional<CORBA::CompletionStatus> completionBy(const std::function<void()> &call)
+{
+    try {
+        call();
+    } catch (const Exception &error) {
+        return error.completed();
+    }
+    return {};
 }

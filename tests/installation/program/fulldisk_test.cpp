@@ -1,4 +1,5 @@
 #include "tests/installation/manager/bookmarksat.h"
+#include "tests/installation/manager/raisedkind.h"
 #include "tests/installation/manager/samplesource.h"
 #include "tests/installation/manager/wavfile.h"
 #include "tests/installation/program/installationfixture.h"
@@ -71,7 +72,8 @@ TEST_F(FullDiskOfTheRecorder, RefusesEachChangeAndLeavesTheRecordAsItWas)
     EXPECT_EQ(admin->setRecordComment("REC1", id, L"a longer comment"), noSpaceLeft);
     EXPECT_EQ(admin->addHistory("REC1", id, L"looked at"), noSpaceLeft);
     EXPECT_EQ(admin->setRecordDeletableFlag("REC1", id, !before->deletable), noSpaceLeft);
-    EXPECT_THROW(admin->addBookmarks("REC1", id, bookmarksAt({10})), CORBA::BAD_PARAM);
+    EXPECT_EQ(completionBy<CORBA::BAD_PARAM>([&] { admin->addBookmarks("REC1", id, bookmarksAt({10})); }),
+              CORBA::COMPLETED_NO);
     const TQ_KRV::struRECORD_DATA_var after = record();
     EXPECT_STREQ(after->recordName, before->recordName);
     EXPECT_EQ(after->deletable, before->deletable);

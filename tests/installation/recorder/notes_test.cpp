@@ -43,6 +43,17 @@ TEST(NoteChanges, AreMadeBehindOneThatCannot)
     EXPECT_THAT(timesOf(notes), ElementsAre(10, 20, 30));
 }
 
+TEST(NoteChanges, FailWhenNoneCanBeMade)
+{
+    QVector<Note> notes = notesAt({20, 10});
+    EXPECT_THROW((NoteChanges{.added = notesAt({10, 20})}.applyTo(notes, 9)), RecorderError);
+    EXPECT_THROW((NoteChanges{.added = notesAt({30})}.applyTo(notes, 2)), RecorderError);
+    EXPECT_THROW((NoteChanges{.removed = {30}}.applyTo(notes, 9)), RecorderError);
+    const RecorderError tooLong(TQ_KORVE::ekINVALID_VALUE, QStringLiteral("too long"));
+    EXPECT_THROW((NoteChanges{.refusal = tooLong}.applyTo(notes, 9)), RecorderError);
+    EXPECT_THAT(timesOf(notes), ElementsAre(20, 10));
+}
+
 TEST(NoteChanges, LeaveOutWhatIsTooMuch)
 {
     QVector<Note> notes = notesAt({10});
