@@ -31,7 +31,8 @@ bool RecordingEnd::undo(const Channel &held) const
     const Channel channel = context.running(held.id, held.run.number).value_or(held);
     bool mayRecord = false;
     if (!channel.run.session.isEmpty()) {
-        mayRecord = endSession(channel, {}).has_value();
+        const auto failed = endSession(channel, {});
+        mayRecord = failed && mayGoOn(channel, *failed);
         context.channelManager(channel).tell(
             [&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->disconnect(channel.id.toUtf8().constData()); });
     }

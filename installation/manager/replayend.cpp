@@ -48,7 +48,8 @@ bool ReplayEnd::undo(const Channel &held) const
     const Channel channel = context.running(held.id, held.run.number).value_or(held);
     bool mayPlay = false;
     if (!channel.run.session.isEmpty()) {
-        mayPlay = closeLink(channel).has_value() && channel.run.connection != 0;
+        const auto notClosed = closeLink(channel);
+        mayPlay = notClosed && notClosed->number() == failure::notConnected && channel.run.connection != 0;
         context.channelManager(channel).tell(
             [&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->disconnect(channel.id.toUtf8().constData()); });
     }

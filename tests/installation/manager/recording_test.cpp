@@ -187,6 +187,17 @@ TEST_F(Recording, MayHaveStartedWhenItCannotBeTakenBack)
     EXPECT_TRUE(channel(id).run.isIdle());
 }
 
+TEST_F(Recording, HasNotStartedWhenItsEndIsRefusedAndNothingIsRecorded)
+{
+    const QString id = add(receiverChannel());
+    recorder->trouble->plant("connectToIf", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE); });
+    recorder->trouble->plant("endRecordingSession", [this] {
+        recorder->record(newRecord)->become(TQ_KORVE::rsIDLE);
+        throw TQ_KORVE::exKorve(TQ_KORVE::ekNO_SPACE_LEFT_ON_DEVICE, "full");
+    });
+    EXPECT_EQ(failedStart(id, Chan::Invalid_DeviceId), 853u);
+}
+
 TEST_F(Recording, KeepsTheCommentWhenItsSourceHasEndedItFirst)
 {
     const QString id = add(receiverChannel());

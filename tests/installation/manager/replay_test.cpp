@@ -207,6 +207,15 @@ TEST_F(Replay, HasNotStartedWhenItCouldBeTakenBack)
     EXPECT_EQ(channel(id).run.state, State::Idle);
 }
 
+TEST_F(Replay, HasNotStartedWhenItsSessionIsEndedAndItsLinkIsNot)
+{
+    const QString id = add(receiverChannel());
+    recorder->trouble->plant("startDataTransfer", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE); });
+    recorder->trouble->plant("endConnection", [] { throw LLDCmodule::exLLDC(LLDCmodule::ekDisconnectFailed, "stuck"); });
+    EXPECT_EQ(startReplay(), 756u);
+    EXPECT_EQ(recorder->record("R1")->statusNow(), TQ_KORVE::rsIDLE);
+}
+
 TEST_F(Replay, StopsWhatNoChannelKnowsOf)
 {
     recorder->record("R1")->become(TQ_KORVE::rsREPLAYING);
