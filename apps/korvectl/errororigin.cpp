@@ -62,7 +62,7 @@ constexpr std::array origins{
     Origin{766, 766, "the manager: the device has given no replay session, such as for an unknown record"},
     Origin{767, 767, "the manager: there is nothing to continue, or it cannot be"},
     Origin{768, 768, "the manager: the record is busy"},
-    Origin{769, 769, "the manager: its lists of devices differ"},
+    Origin{769, 769, "the manager: it knows no such device"},
     Origin{770, 770, "the manager: the channel manager is not reachable"},
     Origin{771, 771, "the manager: there is no replay to pause"},
     Origin{780, 780, "the manager: no channel has an XG interface"},

@@ -30,13 +30,13 @@ constexpr CORBA::ULong numberOf(TQ_KORVE::eKorveKind kind)
     return 10000 + static_cast<CORBA::ULong>(kind);
 }
 
-CORBA::ULong failed(const char *operation, const char *deviceId, TQ_KORVE::eKorveKind kind, const char *reason)
+CORBA::ULong failed(const char *operation, const char *deviceId, CORBA::ULong number, const char *reason)
 {
     traceAt(TraceLevel::Normal, sourceName, [&] {
         return QStringLiteral("%1 for device %2 failed: %3")
             .arg(QLatin1String(operation), QString::fromUtf8(deviceId), QString::fromUtf8(reason));
     });
-    return numberOf(kind);
+    return number;
 }
 
 TQ_KORVE::seqFILE_PART toDeviceParts(const TQ_KRV::seqCopySection &sections)
@@ -173,14 +173,6 @@ CORBA::ULong AdminServant::getRecord(const char *deviceId, const char *recordId,
     if (number == numberOf(TQ_KORVE::ekINVALID_RECORD_ID))
         throw TQ_KRV::IF_KORVE_Admin::exAdmin(TQ_KRV::IF_KORVE_Admin::Invalid_RecordId, recordId);
     record = number == 0 ? found._retn() : ToClient::dummyCorbaRecordData();
-    return number == 0 ? 0 : recordNumber(number, deviceId);
-}
-
-/// The two numbers that this operation alone has.
-CORBA::ULong AdminServant::recordNumber(CORBA::ULong number, const char *deviceId) const
-{
-    if (!directory->find(QString::fromUtf8(deviceId)))
-        return unknownDevice;
     return number == numberOf(TQ_KORVE::ekCONNECTION_FAILURE) ? unreachableDevice : number;
 }
 
@@ -230,7 +222,7 @@ void AdminServant::changeBookmarks(const char *operation, const char *deviceId, 
         if (number != 0)
             throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_NO);
     } catch (const KORVE_INSTALLATION::exPartlyDone &partly) {
-        failed(operation, deviceId, partly.kind, partly.text);
+        failed(operation, deviceId, numberOf(partly.kind), partly.text);
         throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_MAYBE);
     }
 }
@@ -238,27 +230,22 @@ void AdminServant::changeBookmarks(const char *operation, const char *deviceId, 
 template <typename Request>
 CORBA::ULong AdminServant::ask(const char *operation, const char *deviceId, Request request) const
 {
-    try {
-        const TQ_KORVE::IF_Control_var recorder = recorderOf(deviceId);
-        request(recorder.in());
-        return 0;
-    } catch (const exKorve &refusal) {
-        return failed(operation, deviceId, refusal.kind, refusal.text);
-    } catch (const CORBA::SystemException &error) {
-        return failed(operation, deviceId, TQ_KORVE::ekCONNECTION_FAILURE, error._name());
-    } catch (const REPORTGENERATOR::ReportException &error) {
-        return failed(operation, deviceId, TQ_KORVE::ekRECORD_CORRUPTED, error.what());
-    }
-}
-
-TQ_KORVE::IF_Control_var AdminServant::recorderOf(const char *deviceId) const
-{
     const auto device = directory->find(QString::fromUtf8(deviceId));
     if (!device)
-        throw exKorve(TQ_KORVE::ekINVALID_VALUE, "there is no such device");
+        return failed(operation, deviceId, unknownDevice, "there is no such device");
+    const CORBA::ULong unreachable = numberOf(TQ_KORVE::ekCONNECTION_FAILURE);
     if (CORBA::is_nil(device->control))
-        throw exKorve(TQ_KORVE::ekCONNECTION_FAILURE, "the device has not been found");
-    return device->control;
+        return failed(operation, deviceId, unreachable, "the device has not been found");
+    try {
+        request(device->control.in());
+        return 0;
+    } catch (const exKorve &refusal) {
+        return failed(operation, deviceId, numberOf(refusal.kind), refusal.text);
+    } catch (const CORBA::SystemException &error) {
+        return failed(operation, deviceId, unreachable, error._name());
+    } catch (const REPORTGENERATOR::ReportException &error) {
+        return failed(operation, deviceId, numberOf(TQ_KORVE::ekRECORD_CORRUPTED), error.what());
+    }
 }
 
 } // namespace installation

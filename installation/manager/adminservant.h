@@ -13,10 +13,10 @@ namespace installation
 
 /// The administration of records: each operation is handed on to the recorder that has the record.
 ///
-/// Numbers: 0, or 10000 plus the kind of the recorder's `exKorve`. Its kinds also say what the manager finds itself:
-/// `ekINVALID_VALUE` an unknown device or a text that is no address, `ekCONNECTION_FAILURE` a recorder that does not
-/// answer and has done nothing, `ekRECORD_CORRUPTED` a record that the object model refuses. `getRecord` gives 500 for
-/// an unknown device and 502 for one that does not answer instead. `requestRecordDataDetail` reads the record before it
+/// Numbers: 0, 500 for an unknown device, or 10000 plus the kind of the recorder's `exKorve`. Its kinds also say what
+/// the manager finds itself: `ekINVALID_VALUE` a text that is no address, `ekCONNECTION_FAILURE` a recorder that does
+/// not answer and has done nothing, `ekRECORD_CORRUPTED` a record that the object model refuses. `getRecord` gives 502
+/// for a recorder that does not answer instead. `requestRecordDataDetail` reads the record before it
 /// tells that there is something to look at. The two operations on bookmarks have no number to give: they raise
 /// `CORBA::TRANSIENT` for a recorder that does not answer and `CORBA::BAD_PARAM` for everything else; only the latter
 /// may be completed, when some of the bookmarks have been changed and others refused.
@@ -56,8 +56,6 @@ private:
     template <typename Request>
     void changeBookmarks(const char *operation, const char *deviceId, Request request) const;
     template <typename Request> CORBA::ULong ask(const char *operation, const char *deviceId, Request request) const;
-    CORBA::ULong recordNumber(CORBA::ULong number, const char *deviceId) const;
-    TQ_KORVE::IF_Control_var recorderOf(const char *deviceId) const;
 
     const std::shared_ptr<const DeviceDirectory> directory;
     const std::chrono::milliseconds callLimit;

@@ -29,6 +29,7 @@ inline constexpr quint32 notEnabledForReplay = 761;
 inline constexpr quint32 unknownRecord = 766;
 inline constexpr quint32 nothingToContinue = 767;
 inline constexpr quint32 wrongState = 768;
+inline constexpr quint32 unknownDevice = 769; ///< of a replay to be started; client and manager know different ones
 inline constexpr quint32 channelManagerGone = 770;
 inline constexpr quint32 nothingToPause = 771;
 inline constexpr quint32 noXgInterface = 780;

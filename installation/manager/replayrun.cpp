@@ -104,7 +104,8 @@ void ReplayRun::startOnOne(const ReplayOrder &order, QString concerned, const Ch
 {
     noting(concerned, [&] {
         checkSection(order.begin, order.end);
-        const TQ_KORVE::IF_Control_var recorder = context.recorder(order.deviceId, failure::notConnected);
+        const TQ_KORVE::IF_Control_var recorder =
+            context.recorder(order.deviceId, failure::notConnected, failure::unknownDevice);
         const RecordView view = freeRecord(recorder, order.recordId);
         const auto held = context.channels->changeOne([&](ChannelList &channels) {
             refuseSecondReplay(channels, order.deviceId, order.recordId);

@@ -27,11 +27,12 @@ RunContext::RunContext(std::shared_ptr<ChannelDirectory> channels, std::shared_p
 {
 }
 
-TQ_KORVE::IF_Control_var RunContext::recorder(const QString &deviceId, quint32 number) const
+TQ_KORVE::IF_Control_var RunContext::recorder(const QString &deviceId, quint32 number,
+                                              std::optional<quint32> unknown) const
 {
     const auto device = devices->find(deviceId);
     if (!device)
-        throw ChannelFailure(number, QStringLiteral("there is no device \"%1\"").arg(deviceId));
+        throw ChannelFailure(unknown.value_or(number), QStringLiteral("there is no device \"%1\"").arg(deviceId));
     if (CORBA::is_nil(device->control))
         throw ChannelFailure(number, QStringLiteral("device %1 has not been found").arg(deviceId));
     return device->control;

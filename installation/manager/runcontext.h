@@ -25,8 +25,10 @@ public:
     RunContext(std::shared_ptr<ChannelDirectory> channels, std::shared_ptr<const DeviceDirectory> devices,
                const ManagerConfiguration::Timing &timing);
 
-    /// The recorder of a device. @throws ChannelFailure @p number when there is none that could be asked.
-    TQ_KORVE::IF_Control_var recorder(const QString &deviceId, quint32 number) const;
+    /// The recorder of a device. @throws ChannelFailure @p number when there is none that could be asked, and @p unknown,
+    /// if given, when there is no such device.
+    TQ_KORVE::IF_Control_var recorder(const QString &deviceId, quint32 number,
+                                      std::optional<quint32> unknown = {}) const;
     ChannelManager channelManager(const Channel &channel) const { return {channel.settings, timing.clientLimit}; }
 
     /// A run that begins, on a channel that the caller is changing.

@@ -117,11 +117,11 @@ protected:
 TEST_P(OddIdentifier, OfADeviceIsUnknown)
 {
     const QString &odd = GetParam().text;
-    EXPECT_THAT(numbers(odd, world.record), Each(Eq(10002u)));
-    EXPECT_THAT(controlNumbers(odd, world.record), ElementsAre(756u, 771u, 767u, 756u));
+    EXPECT_THAT(numbers(odd, world.record), Each(Eq(500u)));
+    EXPECT_THAT(controlNumbers(odd, world.record), ElementsAre(769u, 771u, 767u, 756u));
     EXPECT_EQ(world.admin->SaveBookmarksToKorve(odd, world.record, {}), 211u);
     EXPECT_EQ(world.admin->DeleteBookmarksFromKorve(odd, world.record, {}), 211u);
-    EXPECT_EQ(world.admin->SetDeviceTime(odd, 1), 10002u);
+    EXPECT_EQ(world.admin->SetDeviceTime(odd, 1), 500u);
     EXPECT_EQ(numberOfRecord(odd, world.record), 500u);
     EXPECT_TRUE(haveNoInterface(odd));
     EXPECT_FALSE(world.exports->cancelExport(odd));

@@ -234,8 +234,18 @@ TEST_F(AdminServant, TellsTheTimeOfTheDevice)
     CORBA::Boolean synchronized = false;
     EXPECT_EQ(admin->getDeviceTime("REC1", time, synchronized), 0u);
     EXPECT_GT(time, 0u);
-    EXPECT_EQ(admin->getDeviceTime("REC2", time, synchronized), invalidValue);
+    EXPECT_EQ(admin->getDeviceTime("REC2", time, synchronized), unknownDevice);
     EXPECT_EQ(time, 0u);
+}
+
+TEST_F(AdminServant, NamesAnUnknownDeviceAsSuch)
+{
+    EXPECT_EQ(admin->setRecordComment("REC2", id.constData(), L"text"), unknownDevice);
+    EXPECT_EQ(admin->setRecordDeletableFlag("REC2", id.constData(), true), unknownDevice);
+    EXPECT_EQ(admin->addHistory("REC2", id.constData(), L"text"), unknownDevice);
+    EXPECT_EQ(admin->removeHistoryEntry("REC2", id.constData(), 1), unknownDevice);
+    EXPECT_EQ(admin->getOverviewSpectrumStreamed("REC2", id.constData(), 0, 200, 1, 16, TQ_KRV::wmKaiser, "127.0.0.1", 9),
+              unknownDevice);
 }
 
 TEST_F(AdminServant, GivesTheRecordersOwnReasons)
@@ -266,7 +276,7 @@ TEST_F(AdminServant, SaysWhyThereIsNoCopy)
     sections.length(1);
     sections[0] = {0, 20};
     EXPECT_EQ(admin->copyRecord("REC1", "R0", sections, L"copy", copy.out()), unknownRecord);
-    EXPECT_EQ(admin->copyRecord("REC2", id.constData(), sections, L"copy", copy.out()), invalidValue);
+    EXPECT_EQ(admin->copyRecord("REC2", id.constData(), sections, L"copy", copy.out()), unknownDevice);
 }
 
 TEST_F(AdminServant, LeavesABusyRecordAsItIs)
@@ -292,7 +302,7 @@ TEST_F(AdminServant, SetsTheTimeOfTheDevice)
     EXPECT_EQ(admin->getDeviceTime("REC1", after, synchronized), 0u);
     EXPECT_GE(after, before + hourUs);
     EXPECT_FALSE(synchronized);
-    EXPECT_EQ(admin->setDeviceTime("REC2", before), invalidValue);
+    EXPECT_EQ(admin->setDeviceTime("REC2", before), unknownDevice);
     EXPECT_EQ(admin->setDeviceTime("REC1", ~CORBA::ULongLong(0)), invalidValue);
 }
 
@@ -337,7 +347,7 @@ TEST_F(AdminServant, HasTheDetailsOfARecordLookedAt)
     ASSERT_TRUE(becomesAvailable("REC1"));
     EXPECT_EQ(admin->requestRecordDataDetail("REC1", id.constData()), 0u);
     EXPECT_EQ(admin->requestRecordDataDetail("REC1", "R0"), unknownRecord);
-    EXPECT_EQ(admin->requestRecordDataDetail("REC2", id.constData()), invalidValue);
+    EXPECT_EQ(admin->requestRecordDataDetail("REC2", id.constData()), unknownDevice);
     stopRecorder();
     EXPECT_EQ(admin->requestRecordDataDetail("REC1", id.constData()), unreachable);
     EXPECT_THAT(told, testing::ElementsAre("REC1 " + id.toStdString()));

@@ -186,7 +186,7 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     Recorder, ReplayNumbers,
     testing::Values(
-        Row{"UnknownDevice", 756, onReceiver([](ReplayNumbers &test) { return test.startFor("REC9", "R1"); })},
+        Row{"UnknownDevice", 769, onReceiver([](ReplayNumbers &test) { return test.startFor("REC9", "R1"); })},
         Row{"NotReachable", 756, onReceiver([](ReplayNumbers &test) {
                 test.device().vanish();
                 return test.startReplay();
