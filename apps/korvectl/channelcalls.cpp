@@ -110,6 +110,20 @@ Answer ChannelCalls::setSampleRate(quint64 rate, quint64 sampleBytes)
     });
 }
 
+Answer ChannelCalls::startReplaying(const ReplayPart &part)
+{
+    return call("startReplaying", [&](TQ_KRV::IF_KRV_c_Chan_ptr ours) {
+        ours->startReplaying(latin1(part.device), latin1(part.record),
+                             ToManager::convertDataRateClassFromXml(part.rate), part.range.begin, part.range.end,
+                             static_cast<CORBA::ULong>(part.count));
+    });
+}
+
+Answer ChannelCalls::setReplayFlag(bool isEnabled)
+{
+    return call("setReplayFlag", [&](TQ_KRV::IF_KRV_c_Chan_ptr ours) { ours->setReplayFlag(isEnabled); });
+}
+
 Answer ChannelCalls::startRecording(const RecordingOptions &options, const QString &name)
 {
     return call("startRecording", [&](TQ_KRV::IF_KRV_c_Chan_ptr ours) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/korvectl/outcome.h"
+#include "apps/korvectl/recordscale.h"
 
 #include "idl/korvemanager.hh"
 #include "objectmodel/korve_recorddata.h"
@@ -29,6 +30,15 @@ struct ChannelWish {
     QString name() const;
 };
 
+/// What is to be replayed on a channel.
+struct ReplayPart {
+    QString device;
+    QString record;
+    KORVE_XML::KORVE_RecordData::DataRate rate;
+    ByteRange range;
+    unsigned long count = 1; ///< 0: again and again
+};
+
 /// What the names of this program's channels begin with.
 bool isNameOfOurs(const QString &channelName);
 
@@ -48,6 +58,10 @@ public:
 
     /// In samples of @p sampleBytes per second; 0xFFFFFFFF: as fast as the link takes it.
     Answer setSampleRate(quint64 rate, quint64 sampleBytes);
+    /// What becomes of it is shown with the channel only: a start that fails is answered like one that succeeds.
+    Answer startReplaying(const ReplayPart &part);
+    /// Refused while the channel replays.
+    Answer setReplayFlag(bool isEnabled);
     Answer startRecording(const RecordingOptions &options, const QString &name);
     Answer stopRecording(const QString &comment);
     /// One that is busy stays.

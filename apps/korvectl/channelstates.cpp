@@ -31,11 +31,12 @@ QString textAt(const QString &path, QLatin1String valueName)
     return value ? value->GetStringValue() : QString();
 }
 
-double numberAt(const QString &path, QLatin1String valueName)
+/// Nought for a value that is not there.
+template <typename Content> Content contentAt(const QString &path, QLatin1String valueName)
 {
     const auto *const value =
-        dynamic_cast<const values::Value<double> *>(values::Tree::Instance().findValue(path + valueName));
-    return value ? value->GetValue() : 0;
+        dynamic_cast<const values::Value<Content> *>(values::Tree::Instance().findValue(path + valueName));
+    return value ? value->GetValue() : Content{};
 }
 
 ChannelState channelAt(const QString &id)
@@ -47,9 +48,10 @@ ChannelState channelAt(const QString &id)
     state.recordName = textAt(path, name::RecordName);
     state.replay = textAt(path, name::ReplayMode);
     state.recording = textAt(path, name::AllRecordReplayModes);
-    state.beginUs = numberAt(path, name::ReplayBegin);
-    state.endUs = numberAt(path, name::ReplayEnd);
-    state.positionUs = numberAt(path, name::CurrentReplayPosition);
+    state.isEnabledForReplay = contentAt<bool>(path, name::ReplayFlag);
+    state.beginUs = contentAt<double>(path, name::ReplayBegin);
+    state.endUs = contentAt<double>(path, name::ReplayEnd);
+    state.positionUs = contentAt<double>(path, name::CurrentReplayPosition);
     state.error = textAt(path, name::ErrorCode);
     return state;
 }

@@ -22,6 +22,7 @@ struct ChannelState {
     QString recordName{};
     QString replay{};    ///< "Replay Running" and the like
     QString recording{}; ///< "Record" and the like
+    bool isEnabledForReplay = false;
     double beginUs = 0; ///< of the section that is replayed, since 1970
     double endUs = 0;
     double positionUs = 0;

@@ -5,13 +5,12 @@
 #include "apps/korvectl/channelstates.h"
 #include "apps/korvectl/console.h"
 #include "apps/korvectl/jsontext.h"
-#include "apps/korvectl/recordscale.h"
+#include "apps/korvectl/receiverchannel.h"
 
 #include "connectionmanagement/guitoserverreplaycorbahandler.h"
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 #include <limits>
 
 namespace korvectl
@@ -22,10 +21,10 @@ namespace
 
 using Handler = KorveGUI::GuiToServerReplayCorbaHandler;
 using KORVE_XML::KORVE_RecordData;
-using KORVE_XML::NetIfParams;
 
-/// The manager's number for a replay that is not there.
-constexpr unsigned long notReplaying = 760;
+/// The manager's numbers for a replay that has nowhere to go.
+constexpr unsigned long noChannelForDevice = 753;
+constexpr unsigned long noChannelForReplay = 761;
 constexpr quint64 unlimitedRate = std::numeric_limits<quint32>::max();
 
 QString recordWords(const CommandLine &line)
@@ -74,105 +73,6 @@ quint64 rateFor(const Speed &speed, const RecordScale &scale)
     return static_cast<quint64>(std::llround(rate));
 }
 
-/// The ids of this program's other channels that have not done anything: of commands that are about to use them, or that
-/// were killed before they could.
-QStringList unusedOf(const ChannelStates &states, const QString &ownName)
-{
-    QStringList ids;
-    const QVector<ChannelState> all = states.channels();
-    for (const ChannelState &state : all)
-        if (isNameOfOurs(state.name) && state.name != ownName && state.isIdle() && state.record.isEmpty())
-            ids << state.id;
-    return ids;
-}
-
-/// Those that stay so for as long as a command may take.
-QStringList abandonedOf(const ChannelStates &states, const QString &ownName)
-{
-    const QStringList before = unusedOf(states, ownName);
-    QStringList abandoned;
-    const auto areUsed = [&](const ChannelState &) {
-        const QStringList now = unusedOf(states, ownName);
-        abandoned.clear();
-        std::copy_if(before.begin(), before.end(), std::back_inserter(abandoned),
-                     [&now](const QString &id) { return now.contains(id); });
-        return abandoned.isEmpty();
-    };
-    if (!before.isEmpty())
-        states.waitFor(areUsed);
-    return abandoned;
-}
-
-/// A channel for one replay to one receiver. The manager knows one that is left of an earlier one again, by its name.
-/// Those that are left of replays to others go first, or it would give this replay to one of them.
-class ReceiverChannel
-{
-public:
-    ReceiverChannel(const CommandLine &line, const AdminSession &admin) : line(line), calls(admin.manager().handler()) {}
-
-    void add(const KORVE_RecordData &record, quint64 rate, const ChannelStates &states)
-    {
-        const ChannelWish wish = wishFor(line, record);
-        removeLeftOvers(states, wish.name());
-        Deed deed = deedOf(line, Flow::Channel, QStringLiteral("registering a channel for"));
-        deed.check = commandText(line, {QStringLiteral("replay"), QStringLiteral("status")});
-        require(calls.add(wish), deed);
-        const Answer answer = calls.setSampleRate(rate, RecordScale(record).sampleBytes());
-        removeUnless(answer);
-        require(answer, deedOf(line, Flow::Channel, QStringLiteral("setting the speed of")));
-    }
-    /// After what nobody knows the outcome of, it may be in use.
-    void removeUnless(const Answer &answer)
-    {
-        if (answer.number != 0 && !answer.isUnknown)
-            calls.remove();
-    }
-    const QString &id() const { return calls.id(); }
-    void remove() { calls.remove(); }
-
-private:
-    void removeLeftOvers(const ChannelStates &states, const QString &ownName)
-    {
-        QStringList ids = abandonedOf(states, ownName);
-        const QVector<ChannelState> all = states.channels();
-        for (const ChannelState &state : all)
-            if (isNameOfOurs(state.name) && state.isIdle() && !state.record.isEmpty())
-                ids << state.id;
-        for (const QString &id : std::as_const(ids))
-            if (calls.find(id).number == 0)
-                calls.remove();
-    }
-
-    const CommandLine &line;
-    ChannelCalls calls;
-};
-
-/// What is to be replayed.
-struct Part {
-    KORVE_RecordData record;
-    ByteRange range;
-    quint64 rate; ///< 0: that of the record
-};
-
-/// The manager takes the first channel that it may, which need not be the one of this command.
-void requireOurs(const CommandLine &line, Handler &handler, ReceiverChannel &receiver, const ChannelStates &states)
-{
-    const auto used = states.waitFor([&](const ChannelState &state) {
-        return isOfRecord(state, line) && (state.isReplaying() || state.id == receiver.id()); // which may be over by now
-    });
-    if (!used || used->id == receiver.id())
-        return;
-    const unsigned long number = handler.StopReplay(line.device, line.record);
-    receiver.remove();
-    if (number != notReplaying) // it may be over by now
-        require({number, handler.OutcomeIsUnknown()},
-                deedOf(line, Flow::ControlReplay, QStringLiteral("stopping, since it went to another channel, the replay of")));
-    throw Failure(ExitCode::Refused,
-                  QStringLiteral("The manager gave the replay to channel %1, \"%2\", which was there before, and not to "
-                                 "%3; it was stopped.")
-                      .arg(used->id, used->name, line.link.peer->text()));
-}
-
 ExitCode reportStart(const CommandLine &line, const QString &channel, const ByteRange &range)
 {
     const QString target = line.link.peer ? line.link.peer->text() : QStringLiteral("a registered channel");
@@ -188,26 +88,42 @@ ExitCode reportStart(const CommandLine &line, const QString &channel, const Byte
     return ExitCode::Success;
 }
 
-ExitCode startToAny(const CommandLine &line, Handler &handler, const Part &part)
+/// @throws Failure that names the option by which a replay has somewhere to go, if that is what is missing.
+void requireStart(const Answer &answer, const Deed &deed)
 {
-    const unsigned long number = handler.StartReplay(line.device, line.record, part.record.GetDataRate(),
-                                                     part.range.begin, part.range.end, line.link.replayCount);
-    require({number, handler.OutcomeIsUnknown()}, deedOf(line, Flow::StartReplay, startWords()));
+    if (answer.number != noChannelForDevice && answer.number != noChannelForReplay)
+        return require(answer, deed);
+    const Failure failure = failureOf(answer, deed);
+    throw Failure(failure.exitCode,
+                  QString::fromUtf8(failure.what()) + QStringLiteral(" Name a receiver with --to HOST:PORT."));
+}
+
+ExitCode startToAny(const CommandLine &line, const AdminSession &admin, const ReplayPart &part)
+{
+    closeLeftOvers(admin.manager().handler(), ChannelStates(admin.centralService(), line.subsystem, line.timeout));
+    Handler handler(admin.manager().handler());
+    handler.Initialize(line.device);
+    const unsigned long number = handler.StartReplay(part.device, part.record, part.rate, part.range.begin,
+                                                     part.range.end, part.count);
+    requireStart({number, handler.OutcomeIsUnknown()}, deedOf(line, Flow::StartReplay, startWords()));
     return reportStart(line, {}, part.range);
 }
 
-ExitCode startTo(const CommandLine &line, AdminSession &admin, Handler &handler, const Part &part)
+ExitCode startTo(const CommandLine &line, const AdminSession &admin, const KORVE_RecordData &record,
+                 const ReplayPart &part)
 {
+    const RecordScale scale(record);
+    const quint64 rate = rateFor(line.link.speed, scale);
     const ChannelStates states(admin.centralService(), line.subsystem, line.timeout);
-    ReceiverChannel receiver(line, admin);
-    receiver.add(part.record, part.rate, states);
-    const unsigned long number = handler.StartReplay(line.device, line.record, part.record.GetDataRate(),
-                                                     part.range.begin, part.range.end, line.link.replayCount,
-                                                     line.link.isUdp ? NetIfParams::UDP_IF : NetIfParams::TCP_IF);
-    const Answer answer{number, handler.OutcomeIsUnknown()};
-    receiver.removeUnless(answer);
-    require(answer, deedOf(line, Flow::StartReplay, startWords()));
-    requireOurs(line, handler, receiver, states);
+    ReceiverChannel receiver(admin.manager().handler(), states);
+    Deed registering = deedOf(line, Flow::Channel, QStringLiteral("registering a channel for"));
+    registering.check = commandText(line, {QStringLiteral("replay"), QStringLiteral("status")});
+    require(receiver.add(wishFor(line, record)), registering);
+    const Answer answer = receiver.setSampleRate(rate, scale.sampleBytes());
+    if (answer.number != 0 && !answer.isUnknown)
+        receiver.remove();
+    require(answer, deedOf(line, Flow::Channel, QStringLiteral("setting the speed of")));
+    require(receiver.start(part), deedOf(line, Flow::StartReplay, startWords()));
     return reportStart(line, receiver.id(), part.range);
 }
 
@@ -231,17 +147,20 @@ void control(const CommandLine &line, const ManagerSession &session, const Contr
                     : QStringLiteral("The replay of %1 is %2.\n").arg(recordWords(line), QLatin1String(control.done)));
 }
 
-/// Channels of this program live as long as their replay.
+/// Also those that earlier replays of the record have left.
 void removeChannelsOf(const CommandLine &line, const ManagerSession &session, const ChannelStates &states)
 {
-    const auto isOurs = [&](const ChannelState &state) { return isNameOfOurs(state.name) && isOfRecord(state, line); };
-    const QVector<ChannelState> all = states.channels();
-    if (std::none_of(all.begin(), all.end(), isOurs))
-        return;
+    QVector<ChannelState> ours;
+    states.waitFor([&](const ChannelState &) {
+        ours = states.channels();
+        const auto isOther = [&](const ChannelState &state) { return !isNameOfOurs(state.name) || !isOfRecord(state, line); };
+        ours.erase(std::remove_if(ours.begin(), ours.end(), isOther), ours.end());
+        return std::all_of(ours.begin(), ours.end(), [](const ChannelState &state) { return state.isIdle(); });
+    });
     ChannelCalls calls(session.handler());
-    const auto left = states.waitFor([&](const ChannelState &state) { return isOurs(state) && state.isIdle(); });
-    if (left && calls.find(left->id).number == 0)
-        calls.remove();
+    for (const ChannelState &state : std::as_const(ours))
+        if (state.isIdle() && calls.find(state.id).number == 0)
+            calls.remove();
 }
 
 } // namespace
@@ -250,13 +169,9 @@ ExitCode startReplay(const CommandLine &line)
 {
     AdminSession admin(line);
     const KORVE_RecordData record = admin.record();
-    const RecordScale scale(record);
-    const ByteRange range = scale.rangesOf(line.sections).first();
-    const quint64 rate = rateFor(line.link.speed, scale);
-    Handler handler(admin.manager().handler());
-    handler.Initialize(line.device);
-    return line.link.peer ? startTo(line, admin, handler, {record, range, rate})
-                          : startToAny(line, handler, {record, range, rate});
+    const ReplayPart part{line.device, line.record, record.GetDataRate(),
+                          RecordScale(record).rangesOf(line.sections).first(), line.link.replayCount};
+    return line.link.peer ? startTo(line, admin, record, part) : startToAny(line, admin, part);
 }
 
 ExitCode pauseReplay(const CommandLine &line)

@@ -191,7 +191,9 @@ void ChannelServant::startReplaying(const char *deviceId, const char *recordId, 
     try {
         core->replays.startOn(
             id, {QString::fromUtf8(deviceId), QString::fromUtf8(recordId), rate, startPosition, stopPosition, count});
-    } catch (const ChannelFailure &) { // shown with the channel; the contract has no other answer
+    } catch (const ChannelFailure &failure) { // shown with the channel; the contract has no other answer
+        if (failure.isOutcomeUnknown())
+            throw CORBA::COMM_FAILURE(0, CORBA::COMPLETED_MAYBE);
     }
 }
 

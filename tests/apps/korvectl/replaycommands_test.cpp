@@ -1,10 +1,17 @@
 #include "tests/apps/korvectl/recordfixture.h"
 
+#include "tests/installation/manager/wavfile.h"
+
 #include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QUdpSocket>
 #include <QtTest/QTest>
+
+#include <utility>
+#include <vector>
 
 namespace
 {
@@ -12,13 +19,25 @@ namespace
 constexpr int patienceMs = 30000;
 constexpr int wholeBytes = 16000;
 
+QByteArray receivedFrom(QTcpSocket &socket, int count)
+{
+    QByteArray bytes = socket.readAll();
+    while (bytes.size() < count && socket.waitForReadyRead(patienceMs))
+        bytes += socket.readAll();
+    return bytes;
+}
+
 /// Beside a receiver of samples.
 class ReplayCommand : public RecordFixture
 {
 protected:
     ReplayCommand() { EXPECT_TRUE(receiver.listen(QHostAddress(address()))); }
 
-    QString target() const { return QStringLiteral("%1:%2").arg(address()).arg(receiver.serverPort()); }
+    static QString endpointOf(const QTcpServer &server)
+    {
+        return QStringLiteral("%1:%2").arg(address()).arg(server.serverPort());
+    }
+    QString target() const { return endpointOf(receiver); }
     Run start(const char *further) const
     {
         const QStringList command = words("replay start REC1") << recordId << QStringLiteral("--to") << target();
@@ -31,15 +50,30 @@ protected:
             return {};
         if (!socket)
             socket = receiver.nextPendingConnection();
-        QByteArray bytes = socket->readAll();
-        while (bytes.size() < count && socket->waitForReadyRead(patienceMs))
-            bytes += socket->readAll();
-        return bytes;
+        return receivedFrom(*socket, count);
     }
+    /// Of the recording.
+    static QByteArray samplesOf(const QString &id)
+    {
+        QFile file(filePath(qPrintable(QStringLiteral("recorder/recordings/%1.sigmf-data").arg(id))));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    static TQ_KRV::IF_KRV_c_Chan_var registered(const QByteArray &name, const QString &endpoint)
+    {
+        CORBA::String_var id;
+        return TQ_KRV::IF_KRV_c_KRV_var(manager())
+            ->registerReceiverChannel(TQ_KRV::IF_KRV_c_ChanMan::_nil(), TQ_KRV::drVUHF_1M, TQ_KRV::dfRAW, false, true,
+                                      name, "REC1", TQ_KRV::TCP_IF, endpoint.toLatin1(), id.out());
+    }
+    /// Of the channel that replays; of any when none does.
     static std::string replayState()
     {
+        std::string state = "none";
         const QJsonArray all = array(askFor("replay status REC1 RECORD --json"));
-        return all.isEmpty() ? "none" : all.first().toObject()[QStringLiteral("replay")].toString().toStdString();
+        for (const QJsonValue &channel : all)
+            if (state == "none" || state == "Replay Idle")
+                state = channel.toObject()[QStringLiteral("replay")].toString().toStdString();
+        return state;
     }
     static bool becomes(const std::string &state)
     {
@@ -108,18 +142,81 @@ TEST_F(ReplayCommand, SendsDatagrams)
     EXPECT_TRUE(isIdle());
 }
 
-TEST_F(ReplayCommand, UsesNoChannelThatACommandHasLeftWhichWasKilled)
+TEST_F(ReplayCommand, GoesToItsOwnReceiverAlthoughAnotherOneIsRegistered)
 {
-    const TQ_KRV::IF_KRV_c_KRV_var manager = ReplayCommand::manager();
-    const QByteArray elsewhere = address().toLatin1() + ":1";
-    CORBA::String_var id;
-    const TQ_KRV::IF_KRV_c_Chan_var left = manager->registerReceiverChannel(
-        TQ_KRV::IF_KRV_c_ChanMan::_nil(), TQ_KRV::drVUHF_1M, TQ_KRV::dfRAW, false, true,
-        "korvectl " + elsewhere + " tcp", "REC1", TQ_KRV::TCP_IF, elsewhere, id.out());
-    const Run run = start("--speed max --timeout 1");
+    QTcpServer others;
+    ASSERT_TRUE(others.listen(QHostAddress(address())));
+    const TQ_KRV::IF_KRV_c_Chan_var channel = registered("somebody else", endpointOf(others));
+    const Run run = start("--speed max");
     EXPECT_EQ(run.exitCode, 0) << run.errors.toStdString();
+    EXPECT_EQ(received(wholeBytes), samplesOf(recordId));
+    EXPECT_FALSE(others.waitForNewConnection(0));
+    EXPECT_TRUE(isIdle());
+    channel->removeChannel();
+}
+
+TEST_F(ReplayCommand, SendsTwoAtOnceEachToItsOwnReceiver)
+{
+    const Run imported = import({writeWavFile(shared->folder.path(), QStringLiteral("shorter.wav"), 6000)});
+    const QString shorter = imported.output.trimmed().section(QStringLiteral(": "), -1);
+    QTcpServer others;
+    ASSERT_TRUE(others.listen(QHostAddress(address())));
+    for (int round = 0; round < 5; ++round) {
+        QProcess other;
+        other.start(QStringLiteral(KORVECTL_PROGRAM),
+                    words("replay start REC1") << shorter << words("--speed max --to") << endpointOf(others));
+        const Run run = start("--speed max");
+        ASSERT_EQ(run.exitCode, 0) << run.errors.toStdString();
+        ASSERT_TRUE(other.waitForFinished(patienceMs));
+        ASSERT_EQ(other.exitCode(), 0) << other.readAllStandardError().toStdString();
+        EXPECT_EQ(received(wholeBytes), samplesOf(recordId));
+        ASSERT_TRUE(others.waitForNewConnection(patienceMs));
+        EXPECT_EQ(receivedFrom(*others.nextPendingConnection(), wholeBytes), samplesOf(shorter));
+        delete std::exchange(socket, nullptr);
+        EXPECT_TRUE(isIdle());
+    }
+}
+
+TEST_F(ReplayCommand, TellsWhyAStartOnAChannelFailed)
+{
+    ASSERT_EQ(start("--speed 0.1 --count 0").exitCode, 0);
+    QTcpServer others;
+    ASSERT_TRUE(others.listen(QHostAddress(address())));
+    const Run run = askFor("replay start REC1 RECORD --to", endpointOf(others));
+    EXPECT_EQ(run.exitCode, 3) << run.errors.toStdString();
+    EXPECT_TRUE(run.errors.contains(QLatin1String("Id: 768 : "))) << run.errors.toStdString();
+    EXPECT_EQ(askFor("replay stop REC1 RECORD").exitCode, 0);
+    EXPECT_TRUE(isIdle());
+}
+
+TEST_F(ReplayCommand, NamesTheOptionForAReceiverWhereNoChannelIsRegistered)
+{
+    const Run run = askFor("replay start REC1 RECORD");
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_TRUE(run.errors.contains(QLatin1String("--to HOST:PORT"))) << run.errors.toStdString();
+}
+
+TEST_F(ReplayCommand, UsesNoChannelOfAnEarlierReplayForOneThatNamesNoReceiver)
+{
+    ASSERT_EQ(start("--speed max").exitCode, 0);
     EXPECT_EQ(received(wholeBytes).size(), wholeBytes);
     EXPECT_TRUE(isIdle());
+    EXPECT_EQ(askFor("replay start REC1 RECORD").exitCode, 3);
+    EXPECT_FALSE(receiver.waitForNewConnection(0));
+}
+
+TEST_F(ReplayCommand, TakesThePlaceOfAChannelThatAnEarlierReplayHasLeft)
+{
+    std::vector<TQ_KRV::IF_KRV_c_Chan_var> left;
+    EXPECT_THROW(
+        for (;;) left.push_back(registered("korvectl " + QByteArray::number(int(left.size())), address() + ":1")),
+        TQ_KRV::exGen);
+    const Run run = start("--speed max --timeout 1");
+    EXPECT_EQ(run.exitCode, 0) << run.errors.toStdString();
+    EXPECT_EQ(received(wholeBytes), samplesOf(recordId));
+    EXPECT_TRUE(isIdle());
+    for (const TQ_KRV::IF_KRV_c_Chan_var &channel : left)
+        EXPECT_THROW(channel->removeChannel(), CORBA::OBJECT_NOT_EXIST);
 }
 
 TEST_F(ReplayCommand, SaysThatADeviceIsUnknown)

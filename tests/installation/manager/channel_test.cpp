@@ -322,6 +322,15 @@ TEST_F(ChannelTest, ReplaysByItself)
     EXPECT_EQ(channel(id).error.code, 766u);
 }
 
+TEST_F(ChannelTest, SaysWhenNobodyKnowsWhetherItReplays)
+{
+    const QString id = add(receiverChannel());
+    recorder->trouble->plant("startDataTransfer", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE); });
+    recorder->trouble->plant("endReplaySession", [] { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_NO); });
+    EXPECT_THROW(object(id)->startReplaying("REC1", "R1", TQ_KRV::drHF_20k, 0, 1000, 0), CORBA::COMM_FAILURE);
+    EXPECT_EQ(channel(id).error.code, 756u);
+}
+
 TEST_F(ChannelTest, ShowsWhatItsProgramReports)
 {
     const QString id = add(managerChannel());
