@@ -24,6 +24,12 @@ namespace
 constexpr char sourceName[] = "connectionmanagement/guitoserverexportcorbahandler";
 const QString undefinedDevice = QStringLiteral("undefined");
 
+void tell(bool *asked, bool answer)
+{
+    if (asked)
+        *asked = answer;
+}
+
 void traceText(const char *words)
 {
     traceAt(TraceLevel::Normal, sourceName, [words] { return QString::fromLatin1(words); });
@@ -119,8 +125,9 @@ QString GuiToServerExportCorbaHandler::deviceID(const QString &address) const
     });
 }
 
-bool GuiToServerExportCorbaHandler::exportRecord(IF_ExportCallback_ptr callback) const
+bool GuiToServerExportCorbaHandler::exportRecord(IF_ExportCallback_ptr callback, bool *outcomeIsUnknown) const
 {
+    tell(outcomeIsUnknown, false);
     if (!connected()) {
         traceText("Error calling exportRecord while not connected");
         return false;
@@ -141,6 +148,7 @@ bool GuiToServerExportCorbaHandler::exportRecord(IF_ExportCallback_ptr callback)
         const Exported exported(exportId);
         // contract: a refusal of the manager has no words of its own here
         traceFailure(failure, {"exportRecord", exported.deviceId, exported.recordId}, sourceName);
+        tell(outcomeIsUnknown, failure.mayHaveTakenEffect());
         return false;
     });
 }
@@ -165,14 +173,17 @@ bool GuiToServerExportCorbaHandler::cancelExport(const QString &exportId) const
     });
 }
 
-bool GuiToServerExportCorbaHandler::deleteRecord(const QString &deviceId, const QString &recordId) const
+bool GuiToServerExportCorbaHandler::deleteRecord(const QString &deviceId, const QString &recordId,
+                                                 bool *outcomeIsUnknown) const
 {
+    tell(outcomeIsUnknown, false);
     const IF_KORVE_Admin_var admin = administration();
     if (CORBA::is_nil(admin))
         return false;
     const auto made = [&]() -> bool { return admin->deleteRecord(id(deviceId), id(recordId)); };
     return callOr(made, [&](const RemoteFailure &failure) {
         traceFailure(failure, {"deleteRecord", deviceId, recordId}, sourceName);
+        tell(outcomeIsUnknown, failure.mayHaveTakenEffect());
         return false;
     });
 }

@@ -52,8 +52,9 @@ QString obstacle(const KORVE_RecordData &record)
                : QStringLiteral("its status is %1").arg(record.GetRecordStatusAsString());
 }
 
-/// A deletion is answered by yes or no alone, so what has become of the record tells the rest.
-void explainKept(AdminSession &admin, const CommandLine &line)
+/// A deletion is answered by yes or no alone, so what has become of the record tells the rest. What was not answered at all
+/// may be going on still.
+void explainKept(AdminSession &admin, const CommandLine &line, bool outcomeIsUnknown)
 {
     const QString check = commandText(line, admin.showRecord());
     const QString unknown = QStringLiteral("The outcome of deleting %1 is unknown: %2. Check it with: %3");
@@ -64,7 +65,7 @@ void explainKept(AdminSession &admin, const CommandLine &line)
     if (number != 0)
         throw Failure(ExitCode::Unknown,
                       unknown.arg(admin.recordWords(), sentenceFor(number, Flow::Admin, line.record), check));
-    const QString reason = obstacle(record);
+    const QString reason = outcomeIsUnknown ? QString() : obstacle(record);
     if (reason.isEmpty())
         throw Failure(
             ExitCode::Unknown,
@@ -120,8 +121,9 @@ ExitCode deleteRecord(const CommandLine &line)
     AdminSession admin(line);
     admin.record(); // one that is not there cannot be deleted
     const KorveGUI::GuiToServerExportCorbaHandler handler(admin.manager().handler());
-    if (!handler.deleteRecord(line.device, line.record))
-        explainKept(admin, line);
+    bool outcomeIsUnknown = false;
+    if (!handler.deleteRecord(line.device, line.record, &outcomeIsUnknown))
+        explainKept(admin, line, outcomeIsUnknown);
     return report(line, QStringLiteral("The %1 is deleted.").arg(admin.recordWords()), "deleted", true);
 }
 

@@ -96,6 +96,18 @@ TEST_F(RecordCommand, DeletesARecordUnlessThatIsForbidden)
     EXPECT_FALSE(recordIds().contains(id));
 }
 
+TEST_F(RecordCommand, DoesNotTellADeletionAsRefusedThatWasNotAnswered)
+{
+    const Run imported = import({filePath("one second.wav")});
+    const QString id = imported.output.trimmed().section(QStringLiteral(": "), -1);
+    ASSERT_EQ(ask(words("record deletable REC1") << id << QStringLiteral("off")).exitCode, 0);
+    restart("manager", "on manager deleteRecord delay 3s once");
+    const Run late = askFor("record delete --timeout 1 REC1", id);
+    EXPECT_EQ(late.exitCode, 6) << late.errors.toStdString();
+    EXPECT_FALSE(late.errors.contains(QLatin1String("refused"))) << late.errors.toStdString();
+    restart("manager");
+}
+
 TEST_F(RecordCommand, CopiesSections)
 {
     const QJsonObject copied = object(askFor("record copy REC1 RECORD 0:2kB 0.5s:0.75s --name parts --json"));

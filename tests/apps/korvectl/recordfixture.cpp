@@ -2,7 +2,11 @@
 
 #include "tests/installation/manager/wavfile.h"
 
+#include <QFile>
 #include <QJsonDocument>
+#include <QtTest/QTest>
+
+#include <stdexcept>
 
 QString RecordFixture::recordId;
 
@@ -13,6 +17,20 @@ void RecordFixture::SetUpTestSuite()
     const Run done = import({writeWavFile(shared->folder.path(), QStringLiteral("one second.wav"), 8000)});
     ASSERT_EQ(done.exitCode, 0) << done.errors.toStdString();
     recordId = done.output.trimmed().section(QStringLiteral(": "), -1);
+}
+
+void RecordFixture::restart(const char *role, const QByteArray &faults)
+{
+    constexpr int patienceMs = 30000;
+    QFile script(filePath("trouble.faults"));
+    if (!script.open(QIODevice::WriteOnly) || script.write(faults) != faults.size())
+        throw std::runtime_error("cannot write the fault script");
+    script.close();
+    process(role)->kill();
+    process(role) = std::make_unique<ServiceProcess>(
+        QStringLiteral(INSTALLATION_PROGRAM),
+        argumentsOf(role) << QStringLiteral("--faults") << script.fileName());
+    EXPECT_TRUE(QTest::qWaitFor([] { return askFor("record show REC1 RECORD").exitCode == 0; }, patienceMs));
 }
 
 KorvectlFixture::Run RecordFixture::askFor(const char *line, const QString &last)

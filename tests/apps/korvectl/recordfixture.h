@@ -16,5 +16,8 @@ protected:
     /// As `record show` tells it.
     static QJsonObject record();
 
+    /// Has that service start again, with things going wrong as @p faults says; returns when the record can be had again.
+    static void restart(const char *role, const QByteArray &faults = QByteArray());
+
     static QString recordId;
 };
