@@ -16,6 +16,8 @@
 #include <QEventLoop>
 #include <QTimer>
 
+#include <memory>
+
 namespace korvectl
 {
 
@@ -76,20 +78,32 @@ Ending waitFor(ExportRun &run, std::chrono::milliseconds patience)
     return run.isOver() ? Ending::Over : ending;
 }
 
-[[noreturn]] void failWith(const CommandLine &line, const QString &sentence)
+[[noreturn]] void failWith(const CommandLine &line, const QString &sentence, ExitCode exitCode = ExitCode::Failed)
 {
     const QStringList again{QStringLiteral("export"), line.device, line.record, QStringLiteral("--to"),
                             line.folder.isEmpty() ? QStringLiteral(".") : line.folder};
-    throw Failure(ExitCode::Failed, QStringLiteral("%1 What is there is kept; to go on from there: %2")
+    throw Failure(exitCode, QStringLiteral("%1 What is there is kept; to go on from there: %2")
                                         .arg(sentence, commandText(line, again)));
+}
+
+[[noreturn]] void failToStart(const CommandLine &line, const QString &words, bool outcomeIsUnknown)
+{
+    if (!outcomeIsUnknown)
+        failWith(line, QStringLiteral("The manager refused the %1, or was not there; -v shows why.").arg(words));
+    failWith(line,
+             QStringLiteral("The outcome of the %1 is unknown: the connection was lost after it was asked for, or the answer "
+                            "did not come in time.")
+                 .arg(words),
+             ExitCode::Unknown);
 }
 
 void perform(const CommandLine &line, const GuiToServerExportCorbaHandler &handler, ExportRun &run)
 {
     const QString words = QStringLiteral("export of record %1 on %2").arg(line.record, line.device);
     ActiveExport callback(new ExportServant(run, line.device, line.record));
-    if (!handler.exportRecord(callback.reference()))
-        failWith(line, QStringLiteral("The manager refused the %1, or did not answer; -v shows why.").arg(words));
+    bool outcomeIsUnknown = false;
+    if (!handler.exportRecord(callback.reference(), &outcomeIsUnknown))
+        failToStart(line, words, outcomeIsUnknown);
     const Ending ending = waitFor(run, line.timeout);
     if (ending == Ending::Over)
         return;
@@ -106,11 +120,18 @@ ExitCode exportRecord(const CommandLine &line)
     AdminSession admin(line);
     admin.record(); // for the reason, if there is none
     const ExportFolder folder(line.folder);
-    ExportRun run(folder, OwnAddress::ofReferences(), line.timeout);
-    perform(line, GuiToServerExportCorbaHandler(admin.manager().handler()), run);
-    if (!run.complaint().isEmpty())
-        failWith(line, run.complaint());
-    print(line.json ? jsonText(objectOf(line, folder, run.files())) : tableOf(folder, run.files()));
+    const ExportRun::Way way{OwnAddress::ofReferences(), SenderHost(admin.manager().device(line.device).address),
+                             line.timeout};
+    const GuiToServerExportCorbaHandler handler(admin.manager().handler());
+    auto run = std::make_unique<ExportRun>(folder, way);
+    perform(line, handler, *run);
+    if (run->hasFoundOthers()) {
+        run = std::make_unique<ExportRun>(folder, way, ExportRun::Resume::FromTheBeginning);
+        perform(line, handler, *run);
+    }
+    if (!run->complaint().isEmpty())
+        failWith(line, run->complaint());
+    print(line.json ? jsonText(objectOf(line, folder, run->files())) : tableOf(folder, run->files()));
     return ExitCode::Success;
 }
 

@@ -21,14 +21,24 @@ struct ExportedFile {
 
 /// What a manager tells of an export, and what becomes of the files meanwhile.
 ///
+/// Samples that are there already are compared with the checksum that the description of the record tells; without one
+/// they are fetched from their beginning.
 /// Thread: main.  Errors: none leaves but as the end of the export.
 class ExportRun : public QObject
 {
     Q_OBJECT
 public:
-    /// Borrows @p folder. Waits for what is on its way at most for @p patience.
-    ExportRun(const ExportFolder &folder, const OwnAddress &address, std::chrono::milliseconds patience)
-        : folder(folder), address(address), patience(patience)
+    /// How files get here.
+    struct Way {
+        OwnAddress address;
+        SenderHost sender;
+        std::chrono::milliseconds patience; ///< for what is on its way
+    };
+    enum class Resume { WhereItEnded, FromTheBeginning };
+
+    /// Borrows @p folder.
+    ExportRun(const ExportFolder &folder, const Way &way, Resume resume = Resume::WhereItEnded)
+        : folder(folder), way(way), resume(resume)
     {
     }
 
@@ -40,6 +50,8 @@ public:
     void end(bool isSuccess, const QString &text);
 
     bool isOver() const { return over; }
+    /// Whether it has failed since what was there before belongs to other samples.
+    bool hasFoundOthers() const { return othersFound; }
     /// Why it has failed; empty when all that was announced is there.
     QString complaint() const;
     const QVector<ExportedFile> &files() const { return exported; }
@@ -52,18 +64,23 @@ Q_SIGNALS:
 
 private:
     ExportedFile &file(const QString &name);
+    std::optional<quint64> bytesThere(const QString &name, quint64 size) const;
+    void finish(ExportedFile &file);
+    bool isOfTheRecord(const QString &path, const ExportedFile &file);
     void fail(const QString &sentence);
     /// As above; what others say of it afterwards, such as of a connection that was closed here, is no reason.
     void failHere(const QString &sentence);
 
     const ExportFolder &folder;
-    const OwnAddress address;
-    const std::chrono::milliseconds patience;
+    const Way way;
+    const Resume resume;
+    QByteArray checksum; ///< of the samples; empty as long as none is told
     QStringList announced;
     QVector<ExportedFile> exported;
     std::unique_ptr<FileReceiver> receiver;
     QString reason;
     bool hasFailedHere = false;
+    bool othersFound = false;
     bool over = false;
 };
 

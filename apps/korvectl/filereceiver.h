@@ -1,5 +1,7 @@
 #pragma once
 
+#include "apps/korvectl/senderhost.h"
+
 #include <QFile>
 #include <QTcpServer>
 
@@ -12,21 +14,28 @@ namespace korvectl
 
 /// A socket to which a device sends one file, or the rest of it.
 ///
-/// One at a time for a file, in all processes.
+/// One at a time for a file, in all processes. What is at the path and is no file of its own, such as a link, is refused.
 /// Thread: main; the event loop takes what comes.  Errors: the constructor throws Failure; later ones end the reception,
 /// and what is missing is missing.
 class FileReceiver : public QObject
 {
     Q_OBJECT
 public:
-    /// Writes behind the first @p begin bytes of the file at @p path, which is to have @p size. Listens at @p address.
-    FileReceiver(const QString &path, quint64 begin, quint64 size, const QHostAddress &address);
+    /// Where a file is to go: behind the first @p begin bytes of what is at @p path, which is to have @p size.
+    struct Target {
+        QString path;
+        quint64 begin;
+        quint64 size;
+    };
+
+    /// Listens at @p address, to nobody but @p sender.
+    FileReceiver(const Target &target, const QHostAddress &address, const SenderHost &sender);
 
     quint16 port() const { return server.serverPort(); }
     quint64 received() const { return count; }
     quint64 size() const { return wanted; }
     /// Why no more is taken; empty as long as nothing is wrong here.
-    const QString &complaint() const { return reason; }
+    QString complaint() const;
     /// Waits for what is still on its way, at most so long for each part of it.
     void drain(std::chrono::milliseconds patience);
 
@@ -35,15 +44,21 @@ Q_SIGNALS:
 
 private:
     void open(quint64 begin);
+    void openOwn();
     void accept();
     void read();
 
-    QFile file;
+    QString notWritten() const;
+
+    const QString path;
+    QFile file; ///< which forgets its name when it is opened by a descriptor
+    const SenderHost sender;
     QTcpServer server;
     QTcpSocket *socket = nullptr; ///< the server's
     quint64 count;
     const quint64 wanted;
     QString reason;
+    QString stranger; ///< the address of one who connected and was not the sender
 };
 
 } // namespace korvectl

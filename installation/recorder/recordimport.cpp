@@ -6,6 +6,7 @@
 #include "installation/recorder/reservedrecord.h"
 
 #include <QCryptographicHash>
+#include <QJsonObject>
 
 #include <algorithm>
 
@@ -24,7 +25,8 @@ void stopWhenCancelled(const ImportControl &control)
 }
 
 /// Copies the samples of @p source to a new file, which is on the disk when this returns.
-void copySamples(const ImportSource &source, const QString &target, const ImportControl &control)
+/// @return their checksum
+QByteArray copySamples(const ImportSource &source, const QString &target, const ImportControl &control)
 {
     const quint64 total = source.record.sizeBytes;
     File to = File::create(target);
@@ -35,8 +37,7 @@ void copySamples(const ImportSource &source, const QString &target, const Import
         if (step.isEmpty())
             throw RecorderError(TQ_KORVE::ekRECORD_CORRUPTED, QStringLiteral("it became shorter while it was read"));
         to.write(step);
-        if (!source.sha512.isEmpty())
-            checksum.addData(step);
+        checksum.addData(step);
         done += step.size();
         if (control.progress)
             control.progress(done, total);
@@ -44,17 +45,26 @@ void copySamples(const ImportSource &source, const QString &target, const Import
     if (!source.sha512.isEmpty() && checksum.result() != source.sha512)
         throw RecorderError(TQ_KORVE::ekRECORD_CORRUPTED, QStringLiteral("the samples do not have their checksum"));
     to.sync();
+    return checksum.result();
+}
+
+/// So that whoever has fetched the samples can compare them.
+void noteChecksum(Record &record, const QByteArray &sha512)
+{
+    QJsonObject global = record.sigmf.value(QLatin1String("global")).toObject();
+    global[QLatin1String("core:sha512")] = QString::fromLatin1(sha512.toHex());
+    record.sigmf[QLatin1String("global")] = global;
 }
 
 } // namespace
 
 QString importFile(StoreThread &store, const QString &path, const ImportControl &control)
 {
-    const ImportSource source = inspectFile(path);
+    ImportSource source = inspectFile(path);
     try {
         requireRoom(store, source.record.sizeBytes);
         ReservedRecord reserved(store);
-        copySamples(source, reserved.samplesPath(), control);
+        noteChecksum(source.record, copySamples(source, reserved.samplesPath(), control));
         stopWhenCancelled(control);
         return reserved.adopt(source.record);
     } catch (const RecorderError &error) {

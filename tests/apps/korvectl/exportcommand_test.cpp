@@ -41,22 +41,15 @@ protected:
     {
         return file(run, ending)[QStringLiteral("fetchedBytes")].toInt(-1);
     }
-    /// Again, with these words behind those of the fixture.
-    static void startRecorder(const QStringList &further)
+    static void write(const QString &path, const QByteArray &bytes)
     {
-        shared->recorder->kill();
-        shared->recorder =
-            std::make_unique<ServiceProcess>(QStringLiteral(INSTALLATION_PROGRAM), argumentsOf("recorder") + further);
-        EXPECT_TRUE(
-            QTest::qWaitFor([] { return askFor("record show REC1 RECORD").exitCode == 0; }, patienceMs));
+        QFile target(path);
+        if (!target.open(QIODevice::WriteOnly) || target.write(bytes) != bytes.size())
+            throw std::runtime_error("cannot write " + path.toStdString());
     }
-    static void haveTheRecorderSendLate()
+    static QString samplesPath(const char *folder)
     {
-        QFile script(filePath("late.faults"));
-        ASSERT_TRUE(script.open(QIODevice::WriteOnly));
-        script.write("on copyRecordToArchDevEx delay 1min\n");
-        script.close();
-        startRecorder({QStringLiteral("--faults"), script.fileName()});
+        return filePath(folder) + u'/' + recordId + QStringLiteral(".sigmf-data");
     }
 };
 
@@ -85,6 +78,56 @@ TEST_F(ExportCommand, GoesOnFromWhatIsThere)
     EXPECT_EQ(QDir(filePath("resumed")).entryList(QDir::Files).size(), 2);
 }
 
+TEST_F(ExportCommand, FetchesABeginningOfOtherBytesAgain)
+{
+    ASSERT_EQ(exportTo(filePath("begun")).exitCode, 0);
+    const QString data = samplesPath("begun");
+    ASSERT_TRUE(QFile::remove(data));
+    write(data + QStringLiteral(".part"), QByteArray(6000, 'x'));
+    const Run run = exportTo(filePath("begun"));
+    EXPECT_EQ(fetched(run, ".sigmf-data"), 16000);
+    EXPECT_EQ(contentOf(data), samples());
+}
+
+TEST_F(ExportCommand, FetchesAWholeFileOfOtherBytesAgain)
+{
+    ASSERT_EQ(exportTo(filePath("other")).exitCode, 0);
+    QByteArray bytes = samples();
+    bytes[8000] = static_cast<char>(bytes[8000] + 1);
+    write(samplesPath("other"), bytes);
+    const Run run = exportTo(filePath("other"));
+    EXPECT_EQ(fetched(run, ".sigmf-data"), 16000);
+    EXPECT_EQ(contentOf(samplesPath("other")), samples());
+}
+
+TEST_F(ExportCommand, IsRefusedWhileAnotherOneGoesOnInTheFolder)
+{
+    restart("recorder", "on copyRecordToArchDevEx delay 3s");
+    QProcess first;
+    first.start(QStringLiteral(KORVECTL_PROGRAM),
+                words("export REC1") << recordId << QStringLiteral("--to") << filePath("shared"));
+    const QString begun = filePath("shared/") + recordId + QStringLiteral(".sigmf-meta.part");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QFileInfo::exists(begun); }, patienceMs));
+    const Run second = exportTo(filePath("shared"));
+    EXPECT_EQ(second.exitCode, 4);
+    EXPECT_TRUE(second.errors.contains(QLatin1String("Another export"))) << second.errors.toStdString();
+    EXPECT_TRUE(first.waitForFinished(patienceMs));
+    EXPECT_EQ(first.exitCode(), 0) << first.readAllStandardError().toStdString();
+    EXPECT_EQ(contentOf(samplesPath("shared")), samples());
+    restart("recorder");
+}
+
+TEST_F(ExportCommand, IsUnknownWhenItsAnswerIsLost)
+{
+    restart("manager", "on exportRecording kill after");
+    const Run run = exportTo(filePath("lost"));
+    EXPECT_EQ(run.exitCode, 6) << run.errors.toStdString();
+    EXPECT_TRUE(run.errors.contains(QLatin1String("is unknown"))) << run.errors.toStdString();
+    EXPECT_FALSE(run.errors.contains(QLatin1String("refused"))) << run.errors.toStdString();
+    restart("manager");
+    EXPECT_EQ(exportTo(filePath("lost")).exitCode, 0);
+}
+
 TEST_F(ExportCommand, ShowsATableToPeople)
 {
     const Run run = askFor("export REC1 RECORD --to", filePath("table"));
@@ -108,7 +151,7 @@ TEST_F(ExportCommand, TellsWhyThereIsNone)
 TEST_F(ExportCommand, SaysWhatEndedItAndHowToGoOn)
 {
     const QString folder = filePath("unfinished");
-    haveTheRecorderSendLate();
+    restart("recorder", "on copyRecordToArchDevEx delay 1min");
     const Run silent = askFor("export REC1 RECORD --timeout 1 --to", folder);
     EXPECT_EQ(silent.exitCode, 4);
     EXPECT_EQ(silent.errors,
@@ -124,7 +167,7 @@ TEST_F(ExportCommand, SaysWhatEndedItAndHowToGoOn)
     EXPECT_TRUE(interrupted.waitForFinished(patienceMs));
     EXPECT_EQ(interrupted.exitCode(), 4);
     EXPECT_TRUE(interrupted.readAllStandardError().contains("REC1 was interrupted. What is there is kept; "));
-    startRecorder({});
+    restart("recorder");
     EXPECT_EQ(exportTo(folder).exitCode, 0);
 }
 

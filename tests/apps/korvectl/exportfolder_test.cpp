@@ -41,11 +41,31 @@ TEST_F(Folder, KnowsHowMuchIsThere)
     EXPECT_EQ(folder.bytesThere(data, 11), 4u);
 }
 
-TEST_F(Folder, FetchesDescriptionsAnew)
+TEST_F(Folder, TakesLinksForNothing)
 {
-    write(folder.partPath(meta), 4);
-    write(folder.path(meta), 10);
-    EXPECT_EQ(folder.bytesThere(meta, 10), 0u);
+    const QString elsewhere = place.filePath(QStringLiteral("elsewhere"));
+    write(elsewhere, 4);
+    ASSERT_TRUE(QFile::link(elsewhere, folder.partPath(data)));
+    ASSERT_TRUE(QFile::link(elsewhere, folder.path(data)));
+    EXPECT_EQ(folder.bytesThere(data, 10), 0u);
+    EXPECT_EQ(folder.bytesThere(data, 4), 0u);
+}
+
+TEST_F(Folder, IsOfOneExportAtATime)
+{
+    const QString path = place.filePath(QStringLiteral("new/folder"));
+    EXPECT_THROW(ExportFolder{path}, Failure);
+    EXPECT_NO_THROW(ExportFolder{place.filePath(QStringLiteral("another"))});
+}
+
+TEST_F(Folder, KnowsTheChecksumThatADescriptionTells)
+{
+    EXPECT_EQ(folder.toldChecksum(meta), QByteArray());
+    QFile file(folder.path(meta));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(R"({"global": {"core:sha512": "0aff"}})");
+    file.close();
+    EXPECT_EQ(folder.toldChecksum(meta), QByteArray("\x0a\xff"));
 }
 
 TEST_F(Folder, FinishesOnlyWhatIsWhole)

@@ -1,5 +1,6 @@
 #include "apps/korvectl/exportrun.h"
 
+#include <QCryptographicHash>
 #include <QSignalSpy>
 #include <QTcpSocket>
 #include <QTemporaryDir>
@@ -39,6 +40,8 @@ private:
 };
 
 const QString data = QStringLiteral("R1.sigmf-data");
+const QString description = QStringLiteral("R1.sigmf-meta");
+const QByteArray samples = "0123456789";
 
 /// An export that the test plays the manager and the device of.
 class Export : public testing::Test
@@ -53,11 +56,34 @@ protected:
         ASSERT_TRUE(device.waitForBytesWritten());
         device.disconnectFromHost();
     }
+    /// The description of a record that has these samples.
+    void describe(ExportRun &target)
+    {
+        const QByteArray sum = QCryptographicHash::hash(samples, QCryptographicHash::Sha512).toHex();
+        const QByteArray text = R"({"global": {"core:sha512": ")" + sum + R"("}})";
+        send(target.beginFile(description, static_cast<quint64>(text.size())), text);
+        target.endFile(description, true);
+        ASSERT_EQ(target.complaint(), QString());
+    }
+    void write(const QString &path, const QByteArray &bytes)
+    {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        ASSERT_EQ(file.write(bytes), bytes.size());
+    }
+    QByteArray content() const
+    {
+        QFile file(folder.path(data));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
     qint64 partSize() const { return QFileInfo(folder.partPath(data)).size(); }
 
     const QTemporaryDir place;
     const ExportFolder folder{place.path()};
-    ExportRun run{folder, {QHostAddress(QHostAddress::LocalHost), QStringLiteral("127.0.0.1")}, milliseconds(2000)};
+    const ExportRun::Way way{{QHostAddress(QHostAddress::LocalHost), QStringLiteral("127.0.0.1")},
+                             SenderHost(QStringLiteral("127.0.0.1")),
+                             milliseconds(2000)};
+    ExportRun run{folder, way};
     QTcpSocket device;
 };
 
@@ -77,6 +103,7 @@ TEST_F(Export, IsWholeWhenAllThatWasAnnouncedHasCome)
 
 TEST_F(Export, GoesOnWhereTheLastOneEnded)
 {
+    describe(run);
     const QString target = run.beginFile(data, 10);
     EXPECT_TRUE(target.endsWith(QLatin1String("/0")));
     send(target, "0123");
@@ -89,6 +116,82 @@ TEST_F(Export, GoesOnWhereTheLastOneEnded)
     EXPECT_EQ(run.files().last().begin, 4u);
     EXPECT_TRUE(run.files().last().isWhole);
     EXPECT_EQ(run.beginFile(data, 10), QString()) << "it is not wanted any more";
+}
+
+TEST_F(Export, FetchesSamplesFromTheirBeginningThatNoChecksumIsToldOf)
+{
+    write(folder.partPath(data), "0123");
+    EXPECT_TRUE(run.beginFile(data, 10).endsWith(QLatin1String("/0")));
+}
+
+TEST_F(Export, DoesNotCompleteABeginningOfOtherSamples)
+{
+    write(folder.partPath(data), "xxxx");
+    describe(run);
+    send(run.beginFile(data, 10), samples.mid(4));
+    run.endFile(data, true);
+    EXPECT_TRUE(run.hasFoundOthers());
+    EXPECT_FALSE(QFileInfo::exists(folder.path(data)));
+    ExportRun again{folder, way, ExportRun::Resume::FromTheBeginning};
+    describe(again);
+    send(again.beginFile(data, 10), samples);
+    again.endFile(data, true);
+    EXPECT_EQ(content(), samples);
+    EXPECT_FALSE(again.hasFoundOthers());
+}
+
+TEST_F(Export, FindsAWholeFileOfOtherSamples)
+{
+    write(folder.path(data), "0123456x89");
+    describe(run);
+    EXPECT_EQ(run.beginFile(data, 10), QString());
+    run.end(true, QString());
+    EXPECT_TRUE(run.hasFoundOthers());
+    EXPECT_NE(run.complaint(), QString());
+}
+
+TEST_F(Export, FailsWhenTheSamplesThatCameAreOthersThanTheDescriptionTells)
+{
+    describe(run);
+    send(run.beginFile(data, 10), "xxxxxxxxxx");
+    run.endFile(data, true);
+    EXPECT_FALSE(run.hasFoundOthers()) << "fetching them once more would not help";
+    EXPECT_NE(run.complaint(), QString());
+    EXPECT_FALSE(QFileInfo::exists(folder.path(data)));
+}
+
+TEST_F(Export, TakesNothingFromAnybodyElse)
+{
+    const QString target = run.beginFile(data, 10);
+    QTcpSocket stranger;
+    ASSERT_TRUE(stranger.bind(QHostAddress(QStringLiteral("127.0.0.2"))));
+    stranger.connectToHost(QStringLiteral("127.0.0.1"), target.section(u':', 1).section(u'/', 0, 0).toUShort());
+    ASSERT_TRUE(stranger.waitForConnected());
+    stranger.write("xxxxxxxxxx");
+    ASSERT_TRUE(stranger.waitForBytesWritten());
+    send(target, samples);
+    run.endFile(data, true);
+    EXPECT_EQ(run.complaint(), QString());
+    EXPECT_EQ(content(), samples);
+}
+
+TEST_F(Export, NamesWhoHasConnectedInsteadOfTheRecorder)
+{
+    const ExportRun::Way from{way.address, SenderHost(QStringLiteral("192.0.2.1")), milliseconds(100)};
+    ExportRun other{folder, from};
+    send(other.beginFile(data, 10), samples);
+    other.endFile(data, true);
+    EXPECT_TRUE(other.complaint().contains(QLatin1String("only 127.0.0.1 has connected"))) << other.complaint().toStdString();
+}
+
+TEST_F(Export, WritesThroughNoLink)
+{
+    const QString elsewhere = place.filePath(QStringLiteral("elsewhere"));
+    write(elsewhere, "precious");
+    ASSERT_TRUE(QFile::link(elsewhere, folder.partPath(data)));
+    EXPECT_EQ(run.beginFile(data, 10), QString());
+    EXPECT_TRUE(run.complaint().endsWith(QLatin1String("is a link."))) << run.complaint().toStdString();
+    EXPECT_EQ(QFileInfo(elsewhere).size(), 8);
 }
 
 TEST_F(Export, DoesNotTakeMoreThanWasTold)
@@ -112,7 +215,7 @@ TEST_F(Export, ThatFitsNoDiskSaysSoAndNotWhatCameOfIt)
 
 TEST_F(Export, LeavesAFileToTheOtherExportThatWritesIt)
 {
-    ExportRun other{folder, {QHostAddress(QHostAddress::LocalHost), QStringLiteral("127.0.0.1")}, milliseconds(2000)};
+    ExportRun other{folder, way};
     send(other.beginFile(data, 10), QByteArray(10, 'x'));
     EXPECT_EQ(run.beginFile(data, 10), QString());
     EXPECT_EQ(run.complaint(),

@@ -135,6 +135,14 @@ TEST_F(Import, ComparesTheChecksum)
     EXPECT_EQ(samplesOf(importFile(store, sigmf(samples, {{"core:sha512", right}}))), samples);
 }
 
+TEST_F(Import, NotesTheChecksumOfTheSamples)
+{
+    const QByteArray samples(4000, 's');
+    const QString checksum = QCryptographicHash::hash(samples, QCryptographicHash::Sha512).toHex();
+    const Record record = recordOf(importFile(store, sigmf(samples)));
+    EXPECT_EQ(record.sigmf["global"]["core:sha512"].toString(), checksum);
+}
+
 TEST_F(Import, RefusesWhatTheDiskCannotHold)
 {
     const QString path = sigmf({});
