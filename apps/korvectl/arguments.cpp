@@ -43,11 +43,11 @@ std::optional<Moment> parsedDate(const QString &word)
     const auto found = match(word, "(\\d{4}-\\d\\d-\\d\\d)[T ](\\d\\d:\\d\\d:\\d\\d)(?:\\.(\\d{1,6}))?Z?");
     QDateTime time = QDateTime::fromString(found.captured(1) + u'T' + found.captured(2), Qt::ISODate);
     time.setTimeSpec(Qt::UTC);
-    if (!found.hasMatch() || !time.isValid() || time.toSecsSinceEpoch() < 0)
+    if (!found.hasMatch() || !time.isValid())
         return {};
     constexpr int digits = 6;
     const quint64 fractionUs = found.captured(3).leftJustified(digits, u'0').toULongLong();
-    return Moment{Moment::Kind::Absolute, static_cast<quint64>(time.toSecsSinceEpoch()) * 1'000'000 + fractionUs};
+    return Moment{Moment::Kind::Absolute, static_cast<quint64>(time.toSecsSinceEpoch() * 1'000'000) + fractionUs};
 }
 
 std::optional<Moment> parsedAbsolute(const QString &word)

@@ -28,6 +28,11 @@ QString eventLine(const char *event, QJsonObject object)
     return jsonLine(object);
 }
 
+QJsonValue jsonTime(quint64 us)
+{
+    return static_cast<qint64>(us);
+}
+
 QJsonValue jsonNumber(quint64 number)
 {
     constexpr quint64 mostExact = quint64{1} << 53;

@@ -32,7 +32,8 @@ template <typename Item> QString jsonArray(const QVector<Item> &items, QJsonObje
 
 quint64 durationUs(const KORVE_RecordData &record)
 {
-    return record.GetStopTime() > record.GetStartTime() ? record.GetStopTime() - record.GetStartTime() : 0;
+    const quint64 duration = record.GetStopTime() - record.GetStartTime(); // either may lie before 1970
+    return static_cast<qint64>(duration) > 0 ? duration : 0;
 }
 
 QJsonObject deviceObject(const DeviceState &device)

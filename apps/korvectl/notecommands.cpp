@@ -33,7 +33,7 @@ ExitCode reportAt(const CommandLine &line, const QString &sentence, quint64 time
     print(line.json ? jsonText(QJsonObject{{QStringLiteral("device"), line.device},
                                            {QStringLiteral("record"), line.record},
                                            {QStringLiteral("time"), time},
-                                           {QStringLiteral("timeUs"), jsonNumber(timestampUs)}})
+                                           {QStringLiteral("timeUs"), jsonTime(timestampUs)}})
                     : sentence.arg(time) + u'\n');
     return ExitCode::Success;
 }

@@ -20,8 +20,9 @@ QString hertz(quint64 count)
 
 QString sinceBegin(quint64 us, quint64 beginUs)
 {
-    return us >= beginUs ? QLatin1Char('+') + units::duration(us - beginUs)
-                         : QLatin1Char('-') + units::duration(beginUs - us);
+    const bool isBefore = static_cast<qint64>(us - beginUs) < 0; // either may lie before 1970
+    return isBefore ? QLatin1Char('-') + units::duration(beginUs - us)
+                    : QLatin1Char('+') + units::duration(us - beginUs);
 }
 
 Table propertiesOf(const QString &device, const KORVE_RecordData &record)
@@ -62,7 +63,7 @@ QJsonArray indexArray(const KORVE_RecordData &record)
     QJsonArray index;
     for (const auto &entry : record.GetIndexEntry())
         index.append(QJsonObject{{QStringLiteral("offsetBytes"), jsonNumber(entry.GetRecordOffset())},
-                                 {QStringLiteral("timeUs"), jsonNumber(entry.GetTimestamp())},
+                                 {QStringLiteral("timeUs"), jsonTime(entry.GetTimestamp())},
                                  {QStringLiteral("frequencyHz"), jsonNumber(entry.GetTunerFrequency())},
                                  {QStringLiteral("sampleRateHz"), jsonNumber(entry.GetSampleRate())},
                                  {QStringLiteral("bandwidthHz"), jsonNumber(entry.GetBandwidth())}});
@@ -113,7 +114,7 @@ QJsonArray notesArray(const QVector<Note> &notes)
     QJsonArray array;
     for (const Note &note : notes)
         array.append(QJsonObject{{QStringLiteral("time"), units::exactInstant(note.timestampUs)},
-                                 {QStringLiteral("timeUs"), jsonNumber(note.timestampUs)},
+                                 {QStringLiteral("timeUs"), jsonTime(note.timestampUs)},
                                  {QStringLiteral("text"), note.text}});
     return array;
 }

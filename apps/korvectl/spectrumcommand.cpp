@@ -127,7 +127,7 @@ QJsonArray linesArray(const Spectrum &spectrum)
         for (const float value : line.levels)
             values.append(static_cast<double>(value));
         lines.append(QJsonObject{{QStringLiteral("positionBytes"), jsonNumber(line.position)},
-                                 {QStringLiteral("timeUs"), jsonNumber(line.timestampUs)},
+                                 {QStringLiteral("timeUs"), jsonTime(line.timestampUs)},
                                  {QStringLiteral("dBFS"), values}});
     }
     return lines;

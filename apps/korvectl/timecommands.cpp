@@ -51,7 +51,7 @@ void printTime(const CommandLine &line, AdminSession &admin)
     const double aheadS = (static_cast<double>(time.us) - static_cast<double>(nowUs())) / 1e6;
     print(line.json ? jsonText(QJsonObject{{QStringLiteral("device"), line.device},
                                            {QStringLiteral("time"), units::exactInstant(time.us)},
-                                           {QStringLiteral("timeUs"), jsonNumber(time.us)},
+                                           {QStringLiteral("timeUs"), jsonTime(time.us)},
                                            {QStringLiteral("aheadS"), aheadS},
                                            {QStringLiteral("synchronized"), time.isSynchronized}})
                     : tableOf(line.device, time, aheadS));

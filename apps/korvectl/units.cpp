@@ -27,6 +27,31 @@ QString scaled(double value, const char *unit)
                                          QLatin1String(unit));
 }
 
+/// A time since 1970, of which one before that is the number that wraps around.
+struct Parts {
+    qint64 seconds;
+    qint64 us; ///< from 0 to 999999, later than the second
+};
+
+Parts partsOf(quint64 us)
+{
+    constexpr qint64 second = 1'000'000;
+    const auto count = static_cast<qint64>(us);
+    const qint64 rest = (count % second + second) % second;
+    return {(count - rest) / second, rest};
+}
+
+/// The number itself for a time whose year has no four digits.
+QString dated(quint64 us, const char *form, const QString &fraction)
+{
+    constexpr qint64 begin = -62'135'596'800; // the year 1
+    constexpr qint64 end = 253'402'300'800;   // the year 10000
+    const qint64 seconds = partsOf(us).seconds;
+    if (seconds < begin || seconds >= end)
+        return QString::number(static_cast<qint64>(us));
+    return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC).toString(QLatin1String(form)) + fraction;
+}
+
 } // namespace
 
 QString bytes(quint64 count)
@@ -59,18 +84,13 @@ QString offset(double seconds)
 
 QString instant(quint64 us)
 {
-    const QDateTime time = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(us / 1000), Qt::UTC);
-    return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    return dated(us, "yyyy-MM-dd HH:mm:ss", QString());
 }
 
 QString exactInstant(quint64 us)
 {
-    constexpr quint64 endOfTimes = 253'402'300'800'000'000; // the year 10000
-    if (us >= endOfTimes)
-        return QString::number(us);
-    const QDateTime time = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(us / 1'000'000), Qt::UTC);
-    return time.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss")) +
-           QStringLiteral(".%1Z").arg(us % 1'000'000, 6, 10, QLatin1Char('0'));
+    const QString fraction = QStringLiteral(".%1Z").arg(partsOf(us).us, 6, 10, QLatin1Char('0'));
+    return dated(us, "yyyy-MM-ddTHH:mm:ss", fraction);
 }
 
 QString timeOfDay()

@@ -89,11 +89,12 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(MomentCase{"2026-11-21T12:32:22.629123Z", Moment{Moment::Kind::Absolute, 1795264342629123}},
                     MomentCase{"2026-11-21 12:32:22.6", Moment{Moment::Kind::Absolute, 1795264342600000}},
                     MomentCase{"1970-01-01T00:00:00", Moment{Moment::Kind::Absolute, 0}},
+                    MomentCase{"1969-12-31T23:59:59.999999Z", Moment{Moment::Kind::Absolute, 18446744073709551615u}},
                     MomentCase{"1795264342629123", Moment{Moment::Kind::Absolute, 1795264342629123}},
                     MomentCase{"18446744073709551615", Moment{Moment::Kind::Absolute, 18446744073709551615u}},
                     MomentCase{"+1.5s", Moment{Moment::Kind::AfterBegin, 1'500'000}}, MomentCase{"+100", {}},
                     MomentCase{"18446744073709551616", {}}, MomentCase{"-5", {}}, MomentCase{"now", {}},
-                    MomentCase{"2026-02-30T00:00:00", {}}, MomentCase{"1969-12-31T23:59:59", {}},
+                    MomentCase{"2026-02-30T00:00:00", {}}, MomentCase{"0000-01-01T00:00:00", {}},
                     MomentCase{"2026-11-21T12:32:22+02:00", {}}, MomentCase{"2026-11-21", {}}, MomentCase{"", {}}));
 
 TEST(MomentText, OfAClockMayBeNowButIsNotRelative)

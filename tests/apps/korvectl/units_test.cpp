@@ -49,7 +49,17 @@ TEST(Units, ShowWholeTimeStamps)
 {
     EXPECT_EQ(units::exactInstant(1'795'264'342'629'123), QLatin1String("2026-11-21T12:32:22.629123Z"));
     EXPECT_EQ(units::exactInstant(1), QLatin1String("1970-01-01T00:00:00.000001Z"));
-    EXPECT_EQ(units::exactInstant(18'446'744'073'709'551'615u), QLatin1String("18446744073709551615"));
+    EXPECT_EQ(units::exactInstant(253'402'300'800'000'000), QLatin1String("253402300800000000"));
+}
+
+TEST(Units, ShowInstantsBefore1970)
+{
+    const auto before = [](qint64 us) { return static_cast<quint64>(-us); };
+    EXPECT_EQ(units::instant(before(1)), QLatin1String("1969-12-31 23:59:59"));
+    EXPECT_EQ(units::exactInstant(before(1)), QLatin1String("1969-12-31T23:59:59.999999Z"));
+    EXPECT_EQ(units::exactInstant(before(86'400'000'000)), QLatin1String("1969-12-31T00:00:00.000000Z"));
+    EXPECT_EQ(units::exactInstant(before(62'135'596'800'000'000)), QLatin1String("0001-01-01T00:00:00.000000Z"));
+    EXPECT_EQ(units::exactInstant(quint64{1} << 63), QLatin1String("-9223372036854775808"));
 }
 
 TEST(Units, ShowRates)
