@@ -1,6 +1,6 @@
 #include "apps/korvectl/console.h"
 
-#include "apps/korvectl/displaywidth.h"
+#include "programs/printable.h"
 
 #include <cerrno>
 #include <iostream>
@@ -51,7 +51,7 @@ ExitCode endOfOutput(ExitCode exitCode)
 
 void complain(const QString &sentence)
 {
-    std::cerr << "korvectl: " << printable(sentence).toStdString() << std::endl;
+    std::cerr << "korvectl: " << programs::printable(sentence).toStdString() << std::endl;
 }
 
 void complain(const Failure &failure)

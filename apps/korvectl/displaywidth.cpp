@@ -2,7 +2,6 @@
 
 #include <QVector>
 
-#include <algorithm>
 #include <clocale>
 #include <cwchar>
 
@@ -40,18 +39,6 @@ int displayWidth(const QString &text)
         width += own < 0 ? 1 : own; // one that is not known is drawn as some sign
     }
     return width;
-}
-
-QString printable(QString text)
-{
-    const auto movesCursor = [](QChar character) {
-        const bool joinsLetters = character == QChar(0x200c) || character == QChar(0x200d); // or keeps them apart
-        const QChar::Category category = character.category();
-        return category == QChar::Other_Control || (category == QChar::Other_Format && !joinsLetters) ||
-               category == QChar::Separator_Line || category == QChar::Separator_Paragraph;
-    };
-    std::replace_if(text.begin(), text.end(), movesCursor, QChar(u'?'));
-    return text;
 }
 
 } // namespace korvectl

@@ -8,7 +8,4 @@ namespace korvectl
 /// How many columns of a terminal @p text takes: two for a wide letter, none for what is drawn upon the one before it.
 int displayWidth(const QString &text);
 
-/// @p text, which may be of another machine, with a question mark for what would move the cursor of a terminal.
-QString printable(QString text);
-
 } // namespace korvectl

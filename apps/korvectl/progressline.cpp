@@ -3,6 +3,7 @@
 #include "apps/korvectl/console.h"
 #include "apps/korvectl/displaywidth.h"
 #include "apps/korvectl/units.h"
+#include "programs/printable.h"
 
 #include <algorithm>
 #include <iostream>
@@ -46,7 +47,7 @@ QString ProgressLine::drawn(const QString &title, quint64 done, quint64 total, i
     const double part = total == 0 ? 1.0 : std::min(1.0, static_cast<double>(done) / static_cast<double>(total));
     const QString amount = QStringLiteral("%1 % of %2").arg(static_cast<int>(part * 100), 3).arg(units::bytes(total));
     const int forTitle = width - amount.size() - 4; // with a bar of no length
-    const QString shown = shortened(printable(title), std::max(1, forTitle));
+    const QString shown = shortened(programs::printable(title), std::max(1, forTitle));
     const int room = std::clamp(forTitle - shown.size(), 0, widest);
     const int filled = static_cast<int>(part * room);
     return QStringLiteral("%1 [%2%3] %4").arg(shown, QString(filled, u'#'), QString(room - filled, u'.'), amount);

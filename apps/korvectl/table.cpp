@@ -1,6 +1,7 @@
 #include "apps/korvectl/table.h"
 
 #include "apps/korvectl/displaywidth.h"
+#include "programs/printable.h"
 
 #include <algorithm>
 
@@ -14,7 +15,7 @@ QStringList allPrintable(const QStringList &cells)
 {
     QStringList row;
     for (const QString &cell : cells)
-        row << printable(cell);
+        row << programs::printable(cell);
     return row;
 }
 
