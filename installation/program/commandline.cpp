@@ -93,7 +93,7 @@ std::optional<CommandLine> CommandLine::parse(int argc, char **argv, int &exitCo
     if (!raw.files.empty()) {
         line.import = Import{QString::fromStdString(raw.device), {}};
         for (const std::string &file : raw.files)
-            line.import->files << QString::fromStdString(file);
+            line.import->files << QByteArray::fromStdString(file);
     }
     return line;
 }

@@ -19,7 +19,7 @@ QString nameOf(Role role);
 struct CommandLine {
     struct Import {
         QString device;
-        QStringList files;
+        QList<QByteArray> files; ///< as they were typed, in whatever characters
     };
 
     QList<Role> roles; ///< in the order of starting

@@ -4,6 +4,7 @@
 #include "installation/program/progressbar.h"
 
 #include "orbconnection/orbhandler.h"
+#include "programs/printable.h"
 
 #include <QFileInfo>
 
@@ -29,9 +30,10 @@ void interrupt(int)
     interrupted = true;
 }
 
+/// File names are another's, and so is what a recorder says of them.
 void say(std::ostream &where, const QString &text)
 {
-    where << text.toStdString() << std::endl;
+    where << programs::printable(text).toStdString() << std::endl;
 }
 
 /// Nil when it is not registered now. Throws what the ORB raises when the central service does not answer.
@@ -66,11 +68,10 @@ IF_Import::_ptr_type waitForImporterOf(const QString &device, std::chrono::milli
 }
 
 /// The id of the record. Throws exImport with the reason when there is none.
-QString importOne(IF_Import::_ptr_type importer, const QString &file)
+QString importOne(IF_Import::_ptr_type importer, const QFileInfo &file)
 {
-    const QFileInfo info(file);
-    const CORBA::String_var id = importer->begin(info.absoluteFilePath().toUtf8().constData());
-    ProgressBar bar(info.fileName());
+    const CORBA::String_var id = importer->begin(file.absoluteFilePath().toUtf8().constData());
+    ProgressBar bar(programs::printable(file.fileName()));
     while (true) {
         if (interrupted)
             importer->cancel(id);
@@ -84,6 +85,26 @@ QString importOne(IF_Import::_ptr_type importer, const QString &file)
     }
 }
 
+/// Why it was not imported, in a sentence that names it once; empty when it was.
+QString tryImport(IF_Import::_ptr_type importer, const QByteArray &typed)
+{
+    const QString name = QString::fromUtf8(typed);
+    const QFileInfo file(name);
+    QString reason;
+    try {
+        if (name.toUtf8() != typed)
+            throw KORVE_INSTALLATION::exImport("its name is not UTF-8");
+        say(std::cout, QStringLiteral("%1: %2").arg(name, importOne(importer, file)));
+        return {};
+    } catch (const KORVE_INSTALLATION::exImport &refusal) {
+        reason = QString::fromUtf8(refusal.text);
+    } catch (const CORBA::Exception &error) {
+        reason = QStringLiteral("the recorder does not answer: %1").arg(QLatin1String(error._name()));
+    }
+    const bool namesIt = reason.contains(file.absoluteFilePath());
+    return QStringLiteral("Not imported: ") + (namesIt ? reason : name + QLatin1String(": ") + reason);
+}
+
 } // namespace
 
 int runImport(const CommandLine::Import &import, std::chrono::milliseconds patience)
@@ -93,18 +114,10 @@ int runImport(const CommandLine::Import &import, std::chrono::milliseconds patie
     if (CORBA::is_nil(importer))
         return 2;
     int exitCode = 0;
-    for (const QString &file : import.files) {
-        QString failure;
-        try {
-            if (!interrupted)
-                say(std::cout, QStringLiteral("%1: %2").arg(file, importOne(importer, file)));
-        } catch (const KORVE_INSTALLATION::exImport &refusal) {
-            failure = QString::fromUtf8(refusal.text);
-        } catch (const CORBA::Exception &error) {
-            failure = QStringLiteral("the recorder does not answer: %1").arg(QLatin1String(error._name()));
-        }
+    for (const QByteArray &file : import.files) {
+        const QString failure = interrupted ? QString() : tryImport(importer, file);
         if (!failure.isEmpty())
-            say(std::cerr, QStringLiteral("%1 was not imported: %2").arg(file, failure));
+            say(std::cerr, failure);
         if (!failure.isEmpty() || interrupted)
             exitCode = 1;
     }

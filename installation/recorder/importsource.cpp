@@ -8,10 +8,7 @@
 namespace installation::recorder
 {
 
-namespace
-{
-
-ImportSource inspectByContent(const QString &path)
+ImportSource inspectFile(const QString &path)
 {
     if (isSigmfName(path))
         return inspectSigmf(path);
@@ -20,17 +17,6 @@ ImportSource inspectByContent(const QString &path)
         return inspectWav(path);
     throw RecorderError(TQ_KORVE::ekINVALID_VALUE,
                         QStringLiteral("neither a WAV file nor one called .sigmf-meta or .sigmf-data"));
-}
-
-} // namespace
-
-ImportSource inspectFile(const QString &path)
-{
-    try {
-        return inspectByContent(path);
-    } catch (const RecorderError &error) {
-        throw RecorderError(error.kind(), QStringLiteral("%1: %2").arg(path, error.text()));
-    }
 }
 
 } // namespace installation::recorder

@@ -16,7 +16,7 @@ struct ImportSource {
 };
 
 /// Looks at a WAV file, or at either file of a SigMF pair, and leaves its samples open. Blocks.
-/// @throws RecorderError with the name of the file and the reason for which it is refused.
+/// @throws RecorderError with the reason for which it is refused; the caller says of which file.
 ImportSource inspectFile(const QString &path);
 
 } // namespace installation::recorder

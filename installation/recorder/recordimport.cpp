@@ -61,15 +61,11 @@ void noteChecksum(Record &record, const QByteArray &sha512)
 QString importFile(StoreThread &store, const QString &path, const ImportControl &control)
 {
     ImportSource source = inspectFile(path);
-    try {
-        requireRoom(store, source.record.sizeBytes);
-        ReservedRecord reserved(store);
-        noteChecksum(source.record, copySamples(source, reserved.samplesPath(), control));
-        stopWhenCancelled(control);
-        return reserved.adopt(source.record);
-    } catch (const RecorderError &error) {
-        throw RecorderError(error.kind(), QStringLiteral("%1: %2").arg(path, error.text()));
-    }
+    requireRoom(store, source.record.sizeBytes);
+    ReservedRecord reserved(store);
+    noteChecksum(source.record, copySamples(source, reserved.samplesPath(), control));
+    stopWhenCancelled(control);
+    return reserved.adopt(source.record);
 }
 
 } // namespace installation::recorder

@@ -21,7 +21,7 @@ struct ImportControl {
 ///
 /// Copies on the caller's thread, and blocks it meanwhile. The record exists when this returns, and not before.
 /// @throws RecorderError when the file is refused, when the disk is full, when the copying fails or is cancelled;
-/// nothing stays behind then.
+/// nothing stays behind then. The caller says which file it was.
 QString importFile(StoreThread &store, const QString &path, const ImportControl &control = {});
 
 } // namespace installation::recorder

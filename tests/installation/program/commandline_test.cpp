@@ -43,7 +43,7 @@ TEST(CommandLine, TakesAnImport)
     const Parsed parsed({"--state", "/tmp", "import", "REC1", "a.wav", "b.wav"});
     ASSERT_TRUE(parsed.line && parsed.line->import);
     EXPECT_EQ(parsed.line->import->device, QLatin1String("REC1"));
-    EXPECT_EQ(parsed.line->import->files, QStringList({QStringLiteral("a.wav"), QStringLiteral("b.wav")}));
+    EXPECT_EQ(parsed.line->import->files, QList<QByteArray>({"a.wav", "b.wav"}));
     EXPECT_EQ(parsed.line->stateFolder, QLatin1String("/tmp"));
 }
 

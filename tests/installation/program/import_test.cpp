@@ -90,6 +90,39 @@ TEST_F(Import, NamesAFileThatIsNoneAndGoesOn)
     EXPECT_TRUE(done.output.startsWith(wav));
 }
 
+TEST_F(Import, NamesAFileOnceWhenItIsRefused)
+{
+    const QString missing = filePath("missing.wav");
+    const QString other = filePath("host.ini");
+    const QString errors = import({missing, other}).errors;
+    EXPECT_EQ(errors.count(missing), 1) << errors.toStdString();
+    EXPECT_EQ(errors.count(other), 1) << errors.toStdString();
+    EXPECT_TRUE(errors.startsWith(QStringLiteral("Not imported: cannot open %1: No such file").arg(missing)));
+}
+
+TEST_F(Import, PrintsNamesSafely)
+{
+    ASSERT_TRUE(managerKnowsTheDevice());
+    const QString taken = writeWavFile(shared->folder.path(), QStringLiteral("red\x1b[31m\nalert.wav"), 10);
+    const Run done = import({taken, filePath("gone\x1b[2J.wav")});
+    EXPECT_EQ(done.exitCode, 1);
+    EXPECT_FALSE((done.output + done.errors).contains(QChar(0x1b)));
+    EXPECT_EQ(done.output.count(u'\n'), 1) << done.output.toStdString();
+    EXPECT_TRUE(done.output.contains(QLatin1String("red?[31m?alert.wav: R"))) << done.output.toStdString();
+    EXPECT_TRUE(done.errors.contains(QLatin1String("gone?[2J.wav"))) << done.errors.toStdString();
+}
+
+TEST_F(Import, SaysThatANameIsNotUtf8)
+{
+    QProcess shell; // which passes on what Qt cannot
+    shell.start(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), QStringLiteral("exec \"$0\" import REC1 \"$(printf 'a\\377.wav')\""),
+                                            QStringLiteral(INSTALLATION_PROGRAM)});
+    ASSERT_TRUE(shell.waitForFinished(20000));
+    EXPECT_EQ(shell.exitCode(), 1);
+    const QString errors = QString::fromUtf8(shell.readAllStandardError());
+    EXPECT_TRUE(errors.endsWith(QLatin1String(".wav: its name is not UTF-8\n"))) << errors.toStdString();
+}
+
 TEST_F(Import, SaysThatThereIsNoSuchRecorder)
 {
     const Run done = run({QStringLiteral("import"), QStringLiteral("REC9"), filePath("host.ini")});
