@@ -18,6 +18,17 @@ inline void requireSamples(const installation::recorder::ImportSource &source)
     require(source.samples->read(stepBytes).isEmpty());
 }
 
+/// The index goes from the first sample to behind the last, and never back in place or time.
+inline void requireIndex(const installation::recorder::Record &record)
+{
+    const auto &index = record.index;
+    require(index.size() >= 2 && index.first().offsetBytes == 0 && index.last().offsetBytes == record.sizeBytes);
+    for (int i = 1; i < index.size(); ++i)
+        require(index.at(i - 1).offsetBytes < index.at(i).offsetBytes &&
+                index.at(i - 1).timestampUs <= index.at(i).timestampUs);
+    require(record.startUs == index.first().timestampUs && record.stopUs == index.last().timestampUs);
+}
+
 /// What was accepted of a file of @p fileBytes can be imported, and is the same after a restart.
 inline void requireImportable(const installation::recorder::ImportSource &source, quint64 fileBytes)
 {
@@ -25,7 +36,7 @@ inline void requireImportable(const installation::recorder::ImportSource &source
     const Record &record = source.record;
     require(record.sizeBytes > 0 && record.sizeBytes <= fileBytes);
     requireSamples(source);
-    require(record.stopUs >= record.startUs && record.index.size() == 2);
+    requireIndex(record);
     const QByteArray document = toDocument(record);
     const Record again = fromDocument(document, QStringLiteral("record"));
     require(static_cast<const RecordSummary &>(again) == record && again.index == record.index);

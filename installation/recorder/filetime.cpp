@@ -33,4 +33,15 @@ std::optional<quint64> fromSigmfTime(const QString &text)
     return quint64(seconds.toSecsSinceEpoch()) * 1'000'000 + fraction.toUInt();
 }
 
+QString whyNoSigmfTime(const QString &text)
+{
+    static const QRegularExpression offset(QStringLiteral("[+-]\\d\\d:?\\d\\d$"));
+    const int begin = text.indexOf(offset);
+    if (fromSigmfTime(text + QLatin1Char('Z')))
+        return QStringLiteral("which has no \"Z\" at its end, so that nobody knows its zone");
+    if (begin > 0 && fromSigmfTime(text.left(begin) + QLatin1Char('Z')))
+        return QStringLiteral("which has an offset from UTC instead of \"Z\"");
+    return QStringLiteral("which is no time since 1970");
+}
+
 } // namespace installation::recorder

@@ -41,24 +41,59 @@ void requirePlainSamples(const JsonMembers &global, const QVector<QJsonObject> &
         throw refusal(QStringLiteral("its file of samples holds other bytes as well"));
 }
 
-quint64 tunerFrequency(const QJsonObject &capture)
+quint64 tunerFrequency(const JsonMembers &capture)
 {
     const QString key = QStringLiteral("core:frequency");
-    const double frequency = capture.contains(key) ? JsonMembers(capture).number(key) : 0;
+    const double frequency = capture.has(key) ? capture.number(key) : 0;
     if (!(frequency < 1e15))
         throw refusal(QStringLiteral("\"core:frequency\" is %1").arg(frequency));
     return frequency > 0 ? std::llround(frequency) : 0; // a signal in the base band may be left and right of 0
 }
 
-quint64 begin(const QVector<QJsonObject> &captures, const QString &dataPath)
+/// A number of samples, written as JSON has numbers: exact to 2^53.
+quint64 sampleNumber(const JsonMembers &members, const QString &key)
+{
+    constexpr double most = 9007199254740992.0;
+    const double number = members.number(key);
+    if (!(number >= 0 && number <= most) || number != std::floor(number))
+        throw refusal(QStringLiteral("\"%1\" is %2, which counts no samples").arg(key).arg(number, 0, 'g', 17));
+    return static_cast<quint64>(number);
+}
+
+/// Where the capture begins in the file of samples. Only the first one begins there when it does not say so.
+quint64 firstSample(const JsonMembers &capture, bool isFirst, quint64 offset)
+{
+    const QString key = QStringLiteral("core:sample_start");
+    if (isFirst && !capture.has(key))
+        return 0;
+    const quint64 number = sampleNumber(capture, key);
+    if (number < offset)
+        throw refusal(QStringLiteral("\"%1\" is %2, before the first sample, which is %3")
+                          .arg(key, QString::number(number), QString::number(offset)));
+    return number - offset;
+}
+
+std::optional<quint64> captureTime(const JsonMembers &capture)
 {
     const QString key = QStringLiteral("core:datetime");
-    if (captures.isEmpty() || !captures.first().contains(key))
-        return modificationTimeUs(dataPath);
-    const QString text = JsonMembers(captures.first()).text(key);
+    if (!capture.has(key))
+        return {};
+    const QString text = capture.text(key);
     if (const std::optional<quint64> time = fromSigmfTime(text))
-        return *time;
-    throw refusal(QStringLiteral("\"core:datetime\" is \"%1\", which is no time since 1970").arg(text));
+        return time;
+    throw refusal(QStringLiteral("\"%1\" is \"%2\", %3").arg(key, text, whyNoSigmfTime(text)));
+}
+
+QVector<SignalCapture> signalCaptures(const QVector<QJsonObject> &list, const JsonMembers &global)
+{
+    const QString key = QStringLiteral("core:offset");
+    const quint64 offset = global.has(key) ? sampleNumber(global, key) : 0;
+    QVector<SignalCapture> captures;
+    for (const QJsonObject &object : list) {
+        const JsonMembers capture(object);
+        captures.append({firstSample(capture, captures.isEmpty(), offset), tunerFrequency(capture), captureTime(capture)});
+    }
+    return captures;
 }
 
 SignalDescription describeSignal(const JsonMembers &sigmf, const QString &dataPath)
@@ -73,11 +108,8 @@ SignalDescription describeSignal(const JsonMembers &sigmf, const QString &dataPa
     signal.channels = layout.channels;
     signal.sampleRateHz = global.number(QStringLiteral("core:sample_rate"));
     signal.sizeBytes = fileStatus(dataPath).st_size;
-    signal.beginUs = begin(captures, dataPath);
-    if (!captures.isEmpty()) {
-        signal.firstTunerFrequencyHz = tunerFrequency(captures.first());
-        signal.lastTunerFrequencyHz = tunerFrequency(captures.last());
-    }
+    signal.beginUs = modificationTimeUs(dataPath);
+    signal.captures = signalCaptures(captures, global);
     return signal;
 }
 

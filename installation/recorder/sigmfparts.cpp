@@ -16,6 +16,7 @@ namespace
 
 const QString startKey = QStringLiteral("core:sample_start");
 const QString countKey = QStringLiteral("core:sample_count");
+const QString offsetKey = QStringLiteral("core:offset"); // the number of the first sample in the file
 
 /// A section in samples, and where it goes. Numbers of JSON are doubles, which count samples to 2^53.
 struct Move {
@@ -31,12 +32,13 @@ struct Marked {
     QJsonObject object;
 };
 
-std::vector<Marked> marked(const QJsonValue &list)
+/// Those of @p list, counted from the first sample in the file, which has the number @p offset there.
+std::vector<Marked> marked(const QJsonValue &list, double offset)
 {
     std::vector<Marked> all;
     for (const QJsonValue value : list.toArray()) {
         const QJsonObject object = value.toObject();
-        const double start = object.value(startKey).toDouble();
+        const double start = object.value(startKey).toDouble(offset) - offset;
         all.push_back({start, start + object.value(countKey).toDouble(), object});
     }
     return all;
@@ -86,8 +88,10 @@ void appendAnnotations(QJsonArray &target, const std::vector<Marked> &annotation
 QJsonObject sigmfOfParts(const QJsonObject &sigmf, const QVector<FilePart> &parts, const PositionTimes &times)
 {
     const auto sampleBytes = static_cast<double>(times.layout().sampleBytes());
-    const std::vector<Marked> oldCaptures = marked(sigmf.value(QLatin1String("captures")));
-    const std::vector<Marked> oldAnnotations = marked(sigmf.value(QLatin1String("annotations")));
+    QJsonObject global = sigmf.value(QLatin1String("global")).toObject();
+    const double offset = global.value(offsetKey).toDouble();
+    const std::vector<Marked> oldCaptures = marked(sigmf.value(QLatin1String("captures")), offset);
+    const std::vector<Marked> oldAnnotations = marked(sigmf.value(QLatin1String("annotations")), offset);
     QJsonArray captures;
     QJsonArray annotations;
     double target = 0;
@@ -99,8 +103,8 @@ QJsonObject sigmfOfParts(const QJsonObject &sigmf, const QVector<FilePart> &part
         target += move.end - move.begin;
     }
     QJsonObject result = sigmf;
-    QJsonObject global = sigmf.value(QLatin1String("global")).toObject();
     global.remove(QStringLiteral("core:sha512"));
+    global.remove(offsetKey);
     result[QStringLiteral("global")] = global;
     result[QStringLiteral("captures")] = captures;
     result[QStringLiteral("annotations")] = annotations;

@@ -5,6 +5,7 @@
 #include "korvebase/corbatodeviceconverter.h"
 #include "korvebase/datarateclass.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace installation::recorder
@@ -46,7 +47,7 @@ DataRate narrowestClass(double bandwidthHz)
 
 quint64 sampleCount(const SignalDescription &signal)
 {
-    const quint64 bytes = quint64(signal.sampleFormat.bytes) * signal.channels;
+    const quint64 bytes = signal.frameBytes();
     if (bytes == 0 || signal.sizeBytes == 0)
         throw refusal(QStringLiteral("it holds no samples"));
     if (signal.sizeBytes % bytes != 0)
@@ -55,10 +56,9 @@ quint64 sampleCount(const SignalDescription &signal)
     return signal.sizeBytes / bytes;
 }
 
-void requireRate(double sampleRateHz)
+double bandwidthOf(double sampleRateHz, bool complex)
 {
-    if (!std::isfinite(sampleRateHz) || sampleRateHz <= 0)
-        throw refusal(QStringLiteral("a sample rate of %1 Hz").arg(sampleRateHz));
+    return complex ? sampleRateHz : sampleRateHz / 2;
 }
 
 /// Exact also for days of samples, which microseconds in a double are not.
@@ -70,23 +70,91 @@ quint64 durationUs(quint64 samples, double sampleRateHz)
     return static_cast<quint64>(std::llround(duration));
 }
 
+/// Makes the index of a signal, from its begin on.
+class IndexMaker
+{
+public:
+    explicit IndexMaker(const SignalDescription &signal)
+        : signal(signal), samples(sampleCount(signal)), knownUs(beginOf(signal))
+    {
+        append(0, knownUs, 0);
+    }
+
+    void add(const SignalCapture &capture)
+    {
+        if (capture.firstSample >= samples)
+            throw refusal(QStringLiteral("a capture begins at sample %1, behind the last of %2")
+                              .arg(QString::number(capture.firstSample), QString::number(samples)));
+        if (capture.firstSample < lastSample)
+            throw refusal(QStringLiteral("the capture at sample %1 comes after that at sample %2")
+                              .arg(QString::number(capture.firstSample), QString::number(lastSample)));
+        const quint64 timeUs = capture.timeUs.value_or(timeAt(capture.firstSample));
+        if (timeUs < index.last().timestampUs)
+            throw refusal(QStringLiteral("the capture at sample %1 is earlier than what lies before it")
+                              .arg(capture.firstSample));
+        if (capture.timeUs) {
+            knownSample = capture.firstSample;
+            knownUs = timeUs;
+        }
+        if (capture.firstSample == lastSample) // what lies there before it holds for no sample
+            index.removeLast();
+        append(capture.firstSample, timeUs, capture.tunerFrequencyHz);
+    }
+    QVector<IndexEntry> finished()
+    {
+        append(samples, timeAt(samples), index.last().tunerFrequencyHz);
+        return index;
+    }
+
+private:
+    /// The first time that is known may be that of a later sample than the first.
+    static quint64 beginOf(const SignalDescription &signal)
+    {
+        const auto timed = std::ranges::find_if(signal.captures, [](const auto &capture) { return capture.timeUs.has_value(); });
+        if (timed == signal.captures.end())
+            return signal.beginUs;
+        return *timed->timeUs - std::min(durationUs(timed->firstSample, signal.sampleRateHz), *timed->timeUs);
+    }
+    quint64 timeAt(quint64 sample) const { return knownUs + durationUs(sample - knownSample, signal.sampleRateHz); }
+    void append(quint64 sample, quint64 timeUs, quint64 tunerFrequencyHz)
+    {
+        const double bandwidthHz = bandwidthOf(signal.sampleRateHz, signal.sampleFormat.complex);
+        lastSample = sample;
+        index.append({sample * signal.frameBytes(), timeUs, tunerFrequencyHz,
+                      static_cast<quint64>(std::llround(signal.sampleRateHz)),
+                      static_cast<quint64>(std::llround(bandwidthHz))});
+    }
+
+    const SignalDescription &signal;
+    const quint64 samples;
+    quint64 knownSample = 0; ///< the last one of which somebody says the time
+    quint64 knownUs;
+    quint64 lastSample = 0;
+    QVector<IndexEntry> index;
+};
+
 } // namespace
+
+DataRate classOfSamples(double sampleRateHz, bool complex)
+{
+    if (!std::isfinite(sampleRateHz) || sampleRateHz <= 0)
+        throw refusal(QStringLiteral("a sample rate of %1 Hz is impossible").arg(sampleRateHz));
+    return narrowestClass(bandwidthOf(sampleRateHz, complex));
+}
 
 Record describe(const SignalDescription &signal)
 {
-    requireRate(signal.sampleRateHz);
-    const double bandwidthHz = signal.sampleFormat.complex ? signal.sampleRateHz : signal.sampleRateHz / 2;
     Record record;
+    record.rate = classOfSamples(signal.sampleRateHz, signal.sampleFormat.complex);
+    IndexMaker index(signal);
+    for (const SignalCapture &capture : signal.captures)
+        index.add(capture);
+    record.index = index.finished();
     record.sizeBytes = signal.sizeBytes;
-    record.startUs = signal.beginUs;
-    record.stopUs = signal.beginUs + durationUs(sampleCount(signal), signal.sampleRateHz);
-    record.format = signal.dataFormat;
-    record.rate = narrowestClass(bandwidthHz);
     record.stopPosition = signal.sizeBytes;
-    const quint64 sampleRateHz = std::llround(signal.sampleRateHz);
-    const quint64 wholeBandwidthHz = std::llround(bandwidthHz);
-    record.index = {{0, record.startUs, signal.firstTunerFrequencyHz, sampleRateHz, wholeBandwidthHz},
-                    {signal.sizeBytes, record.stopUs, signal.lastTunerFrequencyHz, sampleRateHz, wholeBandwidthHz}};
+    record.startUs = record.index.first().timestampUs;
+    record.stopUs = record.index.last().timestampUs;
+    record.format = signal.dataFormat;
     return record;
 }
 

@@ -1,5 +1,6 @@
 #include "installation/recorder/wavfile.h"
 
+#include "installation/recorder/file.h"
 #include "installation/recorder/filetime.h"
 #include "installation/recorder/recordererror.h"
 #include "installation/recorder/signaldescription.h"
@@ -55,17 +56,55 @@ private:
     quint64 leftBytes;         ///< behind them the library would go on into other bytes, up to a whole sample
 };
 
+/// How the chunk of the format describes the samples. The library is content with what it can make of that.
+struct WavFormat {
+    quint16 code = 0;
+    quint32 sampleRateHz = 0;
+    quint16 frameBytes = 0;
+    quint16 bits = 0; ///< of one sample of one channel
+};
+
 /// The library would also try its readers of other formats, and those of compressed sound on what has none.
-void requireWave(const QString &path)
+void requireWave(const File &file)
 {
-    const QByteArray head = File::openForReading(path).read(12);
+    const QByteArray head = file.readAt(0, 12);
     if (!(head.startsWith("RIFF") || head.startsWith("RF64")) || head.mid(8) != "WAVE")
         throw refusal(QStringLiteral("its RIFF content is not WAVE"));
 }
 
+WavFormat readFormat(const File &file)
+{
+    constexpr int mostChunks = 1000; // before it; nobody writes as many
+    quint64 position = 12;
+    for (int chunk = 0; chunk < mostChunks; ++chunk) {
+        const QByteArray bytes = file.readAt(position, 24);
+        const char *const content = bytes.constData() + 8;
+        if (bytes.size() == 24 && bytes.startsWith("fmt "))
+            return {qFromLittleEndian<quint16>(content), qFromLittleEndian<quint32>(content + 4),
+                    qFromLittleEndian<quint16>(content + 12), qFromLittleEndian<quint16>(content + 14)};
+        if (bytes.size() < 8)
+            break;
+        const auto size = qFromLittleEndian<quint32>(bytes.constData() + 4);
+        position += 8 + quint64(size) + size % 2;
+    }
+    throw refusal(QStringLiteral("it does not say how its samples are stored"));
+}
+
+/// The format, if it can be one that is kept byte for byte.
+WavFormat plausibleFormat(const QString &path)
+{
+    constexpr quint16 pcm = 1, extensible = 0xFFFE;
+    const File file = File::openForReading(path); // a regular file, at which opening does not wait
+    requireWave(file);
+    const WavFormat format = readFormat(file);
+    classOfSamples(format.sampleRateHz, false);
+    if ((format.code == pcm || format.code == extensible) && format.bits % 8 != 0)
+        throw refusal(QStringLiteral("samples of %1 bits are not known").arg(format.bits));
+    return format;
+}
+
 SoundFile openSound(const QString &path, SF_INFO &info)
 {
-    requireWave(path); // and that it is a regular file, at which opening does not wait
     static std::mutex mutex; // guards the library's one text of why the last file could not be opened
     const std::scoped_lock lock(mutex);
     SoundFile file(sf_open(QFile::encodeName(path).constData(), SFM_READ, &info));
@@ -117,6 +156,16 @@ SampleFormat sampleFormatOf(const SF_INFO &info)
                       .arg(unknown.name ? QString::fromUtf8(unknown.name) : QString::number(subtype, 16)));
 }
 
+/// The library passes over bytes between the samples, or takes some twice, and counts otherwise.
+void requireNoGaps(const WavFormat &format, const SignalDescription &signal)
+{
+    if (format.bits != 8 * signal.sampleFormat.bytes || format.frameBytes != signal.frameBytes())
+        throw refusal(QStringLiteral("%1 samples of %2 bits do not fill the %3 bytes that they take")
+                          .arg(signal.channels)
+                          .arg(format.bits)
+                          .arg(format.frameBytes));
+}
+
 SignalDescription describeSound(SNDFILE *file, const SF_INFO &info, quint64 beginUs)
 {
     SignalDescription signal;
@@ -126,9 +175,8 @@ SignalDescription describeSound(SNDFILE *file, const SF_INFO &info, quint64 begi
     signal.sampleRateHz = info.samplerate;
     signal.sizeBytes = declaredBytes(file);
     signal.beginUs = beginUs;
-    const quint64 frameBytes = quint64(signal.sampleFormat.bytes) * signal.channels;
-    const quint64 presentBytes = static_cast<quint64>(info.frames) * frameBytes;
-    if (presentBytes < signal.sizeBytes - signal.sizeBytes % frameBytes)
+    const quint64 presentBytes = static_cast<quint64>(info.frames) * signal.frameBytes();
+    if (presentBytes < signal.sizeBytes - signal.sizeBytes % signal.frameBytes())
         throw refusal(QStringLiteral("the file is cut off: %1 of %2 bytes of samples are there")
                           .arg(QString::number(presentBytes), QString::number(signal.sizeBytes)));
     return signal;
@@ -152,12 +200,14 @@ QJsonObject sigmfOf(const SignalDescription &signal)
 
 ImportSource inspectWav(const QString &path)
 {
+    const WavFormat format = plausibleFormat(path);
     SF_INFO info{};
     SoundFile file = openSound(path, info);
     const SignalDescription signal = describeSound(file.get(), info, modificationTimeUs(path));
-    const unsigned frameBytes = signal.sampleFormat.bytes * signal.channels;
+    requireNoGaps(format, signal);
     ImportSource source{nullptr, {}, describe(signal)};
-    source.samples = std::make_unique<WavSamples>(std::move(file), frameBytes, signal.sizeBytes);
+    source.samples =
+        std::make_unique<WavSamples>(std::move(file), static_cast<unsigned>(signal.frameBytes()), signal.sizeBytes);
     source.record.name = QFileInfo(path).completeBaseName();
     source.record.sigmf = sigmfOf(signal);
     return source;

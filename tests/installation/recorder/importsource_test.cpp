@@ -10,6 +10,7 @@
 #include <QDateTime>
 #include <QFile>
 #include <QJsonArray>
+#include <QJsonDocument>
 
 using namespace installation::recorder;
 using KORVE_XML::KORVE_RecordData;
@@ -42,7 +43,6 @@ protected:
         try {
             inspectFile(path);
         } catch (const RecorderError &error) {
-            EXPECT_NE(error.text(), QString());
             return error.what();
         }
         return "taken";
@@ -159,7 +159,12 @@ INSTANTIATE_TEST_SUITE_P(
                     WavCase{"HalfASample", {.samples = QByteArray(7, 's')}, "no whole number of samples"},
                     WavCase{"NoSamples", {.samples = {}}, "holds no samples"},
                     WavCase{"NoChannels", {.channels = 0}, "Channel count is zero"},
-                    WavCase{"NoRate", {.sampleRateHz = 0}, "incomplete"}),
+                    WavCase{"TwelveBits", {.bits = 12}, "samples of 12 bits are not known"},
+                    WavCase{"TwentyBits", {.bits = 20}, "samples of 20 bits are not known"},
+                    WavCase{"BytesBetween", {.frameBytes = 3}, "1 samples of 16 bits do not fill the 3 bytes"},
+                    WavCase{"FewerBytes", {.channels = 2, .frameBytes = 3}, "2 samples of 16 bits do not fill"},
+                    WavCase{"NoRate", {.sampleRateHz = 0}, "a sample rate of 0 Hz is impossible"},
+                    WavCase{"FarTooFast", {.sampleRateHz = 4'000'000'000}, "above that of every data-rate class"}),
     [](const auto &info) { return std::string(info.param.name); });
 
 TEST_F(Inspection, OfASigmfPairTakesWhatItSays)
@@ -184,6 +189,89 @@ TEST_F(Inspection, OfASigmfPairStartsFromEitherFile)
     EXPECT_EQ(inspectFile(directory.filePath("air.sigmf-data")).record,
               inspectFile(directory.filePath("air.sigmf-meta")).record);
 }
+
+/// The recording, which has 1000 samples at 20 MHz, with these captures.
+QByteArray withCaptures(const QJsonArray &captures, const QJsonObject &global = {})
+{
+    QJsonObject document = QJsonDocument::fromJson(sigmfMeta(global)).object();
+    document["captures"] = captures;
+    return QJsonDocument(document).toJson();
+}
+
+QJsonObject capture(double start, double frequency, const char *time = nullptr)
+{
+    QJsonObject object{{"core:sample_start", start}, {"core:frequency", frequency}};
+    if (time)
+        object["core:datetime"] = time;
+    return object;
+}
+
+TEST_F(Inspection, OfASigmfPairHasAnIndexEntryWhereTheFrequencyChanges)
+{
+    const QJsonArray captures{capture(0, 98.5e6, "2023-11-14T22:13:20.25Z"), capture(400, 100e6),
+                              capture(600, 101e6, "2023-11-14T22:13:21.25Z"), capture(800, 102e6)};
+    const Record record = inspectFile(sigmf(withCaptures(captures))).record;
+    const QVector<IndexEntry> expected{{0, beginUs, 98'500'000, 20'000'000, 20'000'000},
+                                       {1600, beginUs + 20, 100'000'000, 20'000'000, 20'000'000},
+                                       {2400, beginUs + 1'000'000, 101'000'000, 20'000'000, 20'000'000},
+                                       {3200, beginUs + 1'000'010, 102'000'000, 20'000'000, 20'000'000},
+                                       {4000, beginUs + 1'000'020, 102'000'000, 20'000'000, 20'000'000}};
+    EXPECT_EQ(record.index, expected);
+    EXPECT_EQ(record.startUs, beginUs);
+    EXPECT_EQ(record.stopUs, beginUs + 1'000'020);
+}
+
+TEST_F(Inspection, OfASigmfPairCountsBackFromTheFirstTimeThatIsKnown)
+{
+    const QJsonArray captures{capture(200, 98.5e6), capture(400, 100e6, "2023-11-14T22:13:20.25Z")};
+    const Record record = inspectFile(sigmf(withCaptures(captures))).record;
+    const QVector<IndexEntry> expected{{0, beginUs - 20, 0, 20'000'000, 20'000'000},
+                                       {800, beginUs - 10, 98'500'000, 20'000'000, 20'000'000},
+                                       {1600, beginUs, 100'000'000, 20'000'000, 20'000'000},
+                                       {4000, beginUs + 30, 100'000'000, 20'000'000, 20'000'000}};
+    EXPECT_EQ(record.index, expected);
+}
+
+TEST_F(Inspection, OfALaterPartOfASigmfRecordingCountsFromItsFirstSample)
+{
+    const QJsonObject global{{"core:offset", 5000}};
+    const QJsonArray captures{capture(5000, 98.5e6), capture(5400, 100e6)};
+    const Record record = inspectFile(sigmf(withCaptures(captures, global))).record;
+    ASSERT_EQ(record.index.size(), 3);
+    EXPECT_EQ(record.index.at(1).offsetBytes, 1600u);
+    EXPECT_NE(refusalOf(sigmf(withCaptures({capture(4999, 1)}, global))).find("before the first sample, which is 5000"),
+              std::string::npos);
+}
+
+struct CapturesCase {
+    const char *name;
+    QJsonArray captures;
+    const char *reason;
+};
+
+class MisplacedCaptures : public Inspection, public testing::WithParamInterface<CapturesCase>
+{
+};
+
+TEST_P(MisplacedCaptures, AreRefusedWithTheReason)
+{
+    const std::string refusal = refusalOf(sigmf(withCaptures(GetParam().captures)));
+    EXPECT_NE(refusal.find(GetParam().reason), std::string::npos) << refusal;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, MisplacedCaptures,
+    testing::Values(
+        CapturesCase{"Negative", {capture(-1, 1)}, "\"core:sample_start\" is -1, which counts no samples"},
+        CapturesCase{"AFraction", {capture(1.5, 1)}, "\"core:sample_start\" is 1.5, which counts no samples"},
+        CapturesCase{"Countless", {capture(1e300, 1)}, "which counts no samples"},
+        CapturesCase{"Behind", {capture(0, 1), capture(1000, 2)}, "begins at sample 1000, behind the last of 1000"},
+        CapturesCase{"Descending", {capture(0, 1), capture(9, 2), capture(8, 3)}, "at sample 8 comes after that at sample 9"},
+        CapturesCase{"Placeless", {capture(0, 1), QJsonObject{{"core:frequency", 2}}}, "\"core:sample_start\" is missing"},
+        CapturesCase{"BackInTime",
+                     {capture(0, 1, "2023-11-14T22:13:20Z"), capture(9, 2, "2023-11-14T22:13:19Z")},
+                     "at sample 9 is earlier than what lies before it"}),
+    [](const auto &info) { return std::string(info.param.name); });
 
 TEST_F(Inspection, OfASigmfPairWithoutTimeTakesThatOfTheFile)
 {
@@ -256,6 +344,9 @@ INSTANTIATE_TEST_SUITE_P(
         RefusalCase{"BytesBefore", {}, {{"core:header_bytes", 12}}, "holds other bytes as well"},
         RefusalCase{"BytesBehind", {{"core:trailing_bytes", 12}}, {}, "holds other bytes as well"},
         RefusalCase{"TimeIsNone", {}, {{"core:datetime", "yesterday"}}, "\"yesterday\", which is no time"},
+        RefusalCase{"TimeHasAnOffset", {}, {{"core:datetime", "2023-11-14T23:13:20.25+01:00"}}, "an offset from UTC instead"},
+        RefusalCase{"TimeHasAShortOffset", {}, {{"core:datetime", "2023-11-14T17:13:20-0500"}}, "an offset from UTC instead"},
+        RefusalCase{"TimeHasNoZone", {}, {{"core:datetime", "2023-11-14T22:13:20.25"}}, "has no \"Z\" at its end"},
         RefusalCase{"TimeIsNumber", {}, {{"core:datetime", 7}}, "\"core:datetime\" is missing or not a text"},
         RefusalCase{"FrequencyIsText", {}, {{"core:frequency", "FM"}}, "\"core:frequency\""},
         RefusalCase{"FrequencyIsTooHigh", {}, {{"core:frequency", 1e30}}, "\"core:frequency\" is 1e+30"}),

@@ -78,6 +78,14 @@ TEST_F(Import, OfASigmfPairKeepsSamplesAndMetaData)
     EXPECT_EQ(recordOf(id).sigmf["global"].toObject()["other:antenna"].toString(), "loop");
 }
 
+TEST_F(Import, KeepsTheNumbersThatJsonHasExactly)
+{
+    constexpr double most = 9007199254740992.0; // 2^53
+    const QString id = importFile(store, sigmf(QByteArray(4000, 's'), {{"other:count", most}}));
+    EXPECT_TRUE(readFile(directory.filePath("state/recordings/" + id + ".sigmf-meta")).contains(": 9007199254740992\n"));
+    EXPECT_EQ(recordOf(id).sigmf["global"].toObject()["other:count"].toDouble(), most);
+}
+
 TEST_F(Import, KeepsANameBeyondSixteenBits)
 {
     const QString id = importFile(store, foreign("f\xC3\xBCr \xF0\x9F\x93\xBB.wav", WavFile{}.bytes()));

@@ -27,7 +27,7 @@ QByteArray chunk(const char *name, const QByteArray &content)
 
 QByteArray WavFile::bytes() const
 {
-    const quint16 frame = quint16(channels * bits / 8);
+    const quint16 frame = frameBytes == 0 ? quint16(channels * bits / 8) : frameBytes;
     const QByteArray format = littleEndian(code) + littleEndian(channels) + littleEndian(sampleRateHz) +
                               littleEndian(quint32(sampleRateHz * frame)) + littleEndian(frame) + littleEndian(bits);
     const QByteArray content = "WAVE" + before + chunk("fmt ", format) + chunk("data", samples);

@@ -12,6 +12,7 @@ struct WavFile {
     quint16 bits = 16;
     QByteArray samples = QByteArray("\x01\x00\x02\x00\xff\xff\x1a\x0d", 8);
     QByteArray before = {}; ///< chunks between the RIFF head and the format
+    quint16 frameBytes = 0; ///< from one sample to the next; 0: what they fill
 
     QByteArray bytes() const;
 };

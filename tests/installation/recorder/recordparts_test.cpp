@@ -193,4 +193,16 @@ TEST(RecordOfSections, HasItsOwnCapturesAndAnnotations)
     EXPECT_EQ(sigmf["annotations"].toArray(), annotations);
 }
 
+TEST(RecordOfSections, CountsItsSamplesFromItsOwnFirst)
+{
+    Record record = gappedRecord();
+    record.sigmf["global"] = QJsonObject{{"core:datatype", "ci16_le"}, {"core:sample_rate", 1000.0}, {"core:offset", 9000}};
+    record.sigmf["captures"] = QJsonArray{startingAt(9000, {}), startingAt(9500, {{"core:frequency", 200}})};
+    record.sigmf["annotations"] = QJsonArray{startingAt(9600, {{"core:label", "b"}})};
+    const QJsonObject sigmf = recordOfParts(record, {{1600, 2600}}).sigmf;
+    EXPECT_FALSE(sigmf["global"].toObject().contains("core:offset"));
+    EXPECT_EQ(sigmf["captures"].toArray().at(1), startingAt(100, {{"core:frequency", 200}}));
+    EXPECT_EQ(sigmf["annotations"].toArray().at(0), startingAt(200, {{"core:label", "b"}}));
+}
+
 } // namespace
