@@ -119,38 +119,57 @@ std::shared_ptr<RecordingReceiver> Sessions::receiverOf(const Opened &opened, co
             std::make_unique<RecordingWriter>(opened.samplesPath, sampleLayout(opened.record), opened.record.loopSizeBytes),
             RecordingBook(*around.store, recordId), around.clockUs, listener);
     } catch (const std::exception &) { // no descriptor, no thread
-        discard(recordId);
+        discard(std::make_shared<QString>(recordId));
         throw;
     }
 }
 
-void Sessions::discard(const QString &recordId) const
+/// Removes a record without samples once the store has done what was asked of it before; empty: it has made none.
+void Sessions::discard(const std::shared_ptr<const QString> &recordId) const
 {
     try {
-        around.store->ask([recordId](RecordStore &records) { records.discard(recordId); });
+        around.store->tell([recordId](RecordStore &records) {
+            if (!recordId->isEmpty())
+                records.discard(*recordId);
+        });
     } catch (const RecorderError &error) { // the next start of the store clears it away
         traceAt(TraceLevel::Normal, sourceName, [&] { return error.text(); });
     }
 }
 
-/// Makes a record without samples.
+/// Makes a record without samples, on the store's thread.
+Sessions::Opened Sessions::make(RecordStore &records, Activities &activities, Record record)
+{
+    const RecordStore::Reservation place = records.reserve();
+    record.id = place.id;
+    try {
+        writeWhole(place.samplesPath, {});
+        Opened opened{record, records.samplesPath(record.id),
+                      activities.begin(record.id, record.name, KORVE_RecordData::READY_FOR_RECORDING)};
+        records.adopt(record);
+        return opened;
+    } catch (const RecorderError &) {
+        records.abandon(record.id);
+        throw;
+    }
+}
+
+/// Makes a record without samples. One that the store makes only when nobody waits for it any more goes again.
 Sessions::Opened Sessions::begin(const RecordingWish &wish)
 {
-    Record record = newRecording(wish, around.clockUs());
-    return around.store->ask([activities = around.activities, record](RecordStore &records) mutable {
-        const RecordStore::Reservation place = records.reserve();
-        record.id = place.id;
-        try {
-            writeWhole(place.samplesPath, {});
-            Opened opened{record, records.samplesPath(record.id),
-                          activities->begin(record.id, record.name, KORVE_RecordData::READY_FOR_RECORDING)};
-            records.adopt(record);
+    const Record record = newRecording(wish, around.clockUs());
+    const auto madeId = std::make_shared<QString>(); // the store's thread alone touches it
+    try {
+        return around.store->ask([activities = around.activities, record, madeId](RecordStore &records) {
+            Opened opened = make(records, *activities, record);
+            *madeId = opened.record.id;
             return opened;
-        } catch (const RecorderError &) {
-            records.abandon(record.id);
-            throw;
-        }
-    });
+        });
+    } catch (const RecorderError &error) {
+        if (error.isOutcomeUnknown())
+            discard(madeId);
+        throw;
+    }
 }
 
 /// A call that is under way may outlive us.

@@ -62,9 +62,10 @@ private:
 
     TQ_KORVE::IF_ReplaySession_ptr makeReplay(const QString &recordId, std::optional<DataRate> rate);
     void attach(Receiver receiver, const QString &recordId, bool isNew);
+    static Opened make(RecordStore &records, Activities &activities, Record record);
     Opened begin(const RecordingWish &wish);
     std::shared_ptr<RecordingReceiver> receiverOf(const Opened &opened, const std::shared_ptr<Activity> &activity);
-    void discard(const QString &recordId) const;
+    void discard(const std::shared_ptr<const QString> &recordId) const;
     void requireRoom(SessionKind kind);
     std::function<void()> endOf(const QString &recordId);
     Opened open(const QString &recordId);

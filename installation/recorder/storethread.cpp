@@ -3,8 +3,15 @@
 #include "installation/recorder/recordererror.h"
 #include "installation/recorder/recordstore.h"
 
+#include "coresupport/trace.h"
+
 namespace installation::recorder
 {
+
+namespace
+{
+constexpr const char *sourceName = "installation/recorder/storethread";
+}
 
 StoreThread::StoreThread(const QString &path, std::chrono::milliseconds limit) : limit(limit)
 {
@@ -40,6 +47,17 @@ std::shared_ptr<StoreRequest> StoreThread::post(std::function<void(RecordStore &
     }
     changed.notify_one();
     return request;
+}
+
+void StoreThread::tell(std::function<void(RecordStore &)> work)
+{
+    post([work = std::move(work)](RecordStore &store) {
+        try {
+            work(store);
+        } catch (const RecorderError &error) {
+            traceAt(TraceLevel::Normal, sourceName, [&] { return error.text(); });
+        }
+    });
 }
 
 void StoreThread::giveUp(StoreRequest &request)

@@ -53,6 +53,10 @@ public:
         return answer.get().take();
     }
 
+    /// Has @p work done in its turn, and waits for nothing; what it throws is traced.
+    /// @throws RecorderError when too many requests are waiting.
+    void tell(std::function<void(RecordStore &)> work);
+
 private:
     std::shared_ptr<StoreRequest> post(std::function<void(RecordStore &)> work);
     [[noreturn]] static void giveUp(StoreRequest &request);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <future>
+#include <utility>
 
 using namespace installation::recorder;
 using namespace std::chrono_literals;
@@ -40,8 +41,14 @@ protected:
     }
     ~SlowStore() override
     {
-        gate.set_value();
+        goOn();
         operations->stop();
+    }
+    /// From here on the store does not stand still any more.
+    void goOn()
+    {
+        if (!std::exchange(isOpen, true))
+            gate.set_value();
     }
     /// Once the store has begun; until then it says that nothing was done, on a slow machine.
     template <typename Call> CORBA::CompletionStatus completionOf(Call call)
@@ -65,6 +72,7 @@ protected:
         return storeRecord(records, "air", "abcd").toUtf8();
     }();
     std::promise<void> gate;
+    bool isOpen = false;
     const std::shared_ptr<StoreThread> store = std::make_shared<StoreThread>(directory.path(), 50ms);
     const std::shared_ptr<DeviceClock> clock = std::make_shared<DeviceClock>(directory.filePath("clock"));
     const std::shared_ptr<Notifier> notifier = std::make_shared<Notifier>([] { return quint64(1); });
@@ -85,6 +93,25 @@ TEST_F(SlowStore, TellsNothingOfWhatIsRead)
     } catch (const TQ_KORVE::exKorve &refusal) {
         EXPECT_EQ(refusal.kind, TQ_KORVE::ekMASS_STORAGE_TOO_SLOW);
     }
+}
+
+TEST_F(SlowStore, LeavesNoRecordOfARecordingThatItMakesTooLate)
+{
+    for (bool isBegun = false; !isBegun;) {
+        try {
+            sessions->record({}, TQ_KORVE_IT::IF_Korve_IT::_nil(), {});
+            FAIL() << "it was answered";
+        } catch (const RecorderError &refusal) {
+            EXPECT_EQ(refusal.kind(), TQ_KORVE::ekMASS_STORAGE_TOO_SLOW);
+            isBegun = refusal.isOutcomeUnknown();
+        }
+    }
+    goOn();
+    const auto records = store->ask([](RecordStore &records) { return records.records(); }, 1min);
+    ASSERT_EQ(records.size(), 1);
+    EXPECT_EQ(records.first().id.toUtf8(), record);
+    EXPECT_EQ(contentOf(directory.filePath("recordings")).size(), 2);
+    activities->requireNone(QString::fromUtf8(record));
 }
 
 class ChangeAtASlowStore : public SlowStore, public testing::WithParamInterface<Change>
