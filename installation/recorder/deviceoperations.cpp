@@ -34,9 +34,10 @@ void tellOfTransfer(Notifier &notifier, Receiver receiver, const QString &record
 } // namespace
 
 DeviceOperations::DeviceOperations(const std::shared_ptr<StoreThread> &store, std::shared_ptr<DeviceClock> deviceClock,
-                                   std::shared_ptr<Activities> activities, std::shared_ptr<Notifier> notifier)
+                                   const std::shared_ptr<Activities> &activities, std::shared_ptr<Notifier> notifier)
     : deviceClock(std::move(deviceClock)), notifier(std::move(notifier)),
-      copier(store, *this->deviceClock, claimBy(std::move(activities))), spectrumSender(store), fileTransfers(store)
+      copier(store, *this->deviceClock, claimBy(activities)), spectrumSender(store), fileTransfers(store),
+      loops(store, *activities)
 {
 }
 
@@ -71,6 +72,7 @@ void DeviceOperations::stop()
     copier.stop();
     spectrumSender.stop();
     fileTransfers.stop();
+    loops.stop();
 }
 
 } // namespace installation::recorder

@@ -3,6 +3,7 @@
 #include "installation/recorder/activities.h"
 #include "installation/recorder/deviceclock.h"
 #include "installation/recorder/filetransfers.h"
+#include "installation/recorder/interruptedloops.h"
 #include "installation/recorder/notifier.h"
 #include "installation/recorder/recordcopier.h"
 #include "installation/recorder/spectrumsender.h"
@@ -21,7 +22,7 @@ public:
     using Receiver = TQ_KORVE_IT::IF_Korve_IT_ptr;
 
     DeviceOperations(const std::shared_ptr<StoreThread> &store, std::shared_ptr<DeviceClock> deviceClock,
-                     std::shared_ptr<Activities> activities, std::shared_ptr<Notifier> notifier);
+                     const std::shared_ptr<Activities> &activities, std::shared_ptr<Notifier> notifier);
 
     DeviceClock &clock() { return *deviceClock; }
     SpectrumSender &spectra() { return spectrumSender; }
@@ -41,6 +42,7 @@ private:
     RecordCopier copier;
     SpectrumSender spectrumSender;
     FileTransfers fileTransfers;
+    InterruptedLoops loops;
 };
 
 } // namespace installation::recorder

@@ -1,6 +1,7 @@
 #include "installation/recorder/looporder.h"
 
 #include "installation/recorder/file.h"
+#include "installation/recorder/recordererror.h"
 
 #include <algorithm>
 
@@ -23,7 +24,7 @@ quint64 movedBefore(quint64 present, quint64 size)
 
 } // namespace
 
-void moveSection(const QString &from, quint64 begin, quint64 end, const QString &to)
+void moveSection(const QString &from, quint64 begin, quint64 end, const QString &to, const std::stop_token &cancellation)
 {
     const quint64 size = end - begin;
     File source = File::openForChange(from);
@@ -34,6 +35,8 @@ void moveSection(const QString &from, quint64 begin, quint64 end, const QString 
     quint64 moved = movedBefore(present, size);
     target.seek(moved); // over the last piece: were that cut off, nobody could tell that the one before it has gone
     while (moved < size) {
+        if (cancellation.stop_requested())
+            throw RecorderError(TQ_KORVE::ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE, QStringLiteral("cancelled"));
         QByteArray piece(static_cast<int>(std::min(pieceBytes, size - moved)), Qt::Uninitialized);
         source.readWholeAt(begin + moved, piece.data(), piece.size());
         target.write(piece);

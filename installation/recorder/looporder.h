@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <stop_token>
+
 namespace installation::recorder
 {
 
@@ -13,7 +15,8 @@ constexpr quint64 moveRoomBytes = 8 << 20;
 ///
 /// After an end of the process at any moment the same call goes on where that was; it may also name an earlier end than
 /// before. @p from keeps its size; which of its bytes have gone only the next call knows.
-/// @throws RecorderError; what is moved stays so.
-void moveSection(const QString &from, quint64 begin, quint64 end, const QString &to);
+/// @throws RecorderError, also when it is cancelled; what is moved stays so.
+void moveSection(const QString &from, quint64 begin, quint64 end, const QString &to,
+                 const std::stop_token &cancellation = {});
 
 } // namespace installation::recorder

@@ -85,6 +85,18 @@ void putInOrder(Record &record)
     record.status = KORVE_RecordData::IDLE;
 }
 
+/// Moves what is kept of a loop to where close() of the store expects it.
+void orderSamples(StoreThread &store, const QString &recordId, quint64 begin, quint64 end,
+                  const std::stop_token &cancellation = {})
+{
+    const auto [from, to] = store.ask(
+        [recordId](RecordStore &records) {
+            return std::pair(records.samplesPath(recordId), records.orderedPath(recordId));
+        },
+        closeLimit);
+    moveSection(from, begin, end, to, cancellation);
+}
+
 } // namespace
 
 void RecordingBook::note(const RecordingProgress &progress)
@@ -97,14 +109,10 @@ void RecordingBook::note(const RecordingProgress &progress)
 void RecordingBook::close(const RecordingProgress &progress, const QStringList &remarks)
 {
     if (progress.end == progress.begin)
-        return store.ask([id = recordId](RecordStore &records) { records.discard(id); });
+        return store.ask([id = recordId](RecordStore &records) { records.discard(id); }, closeLimit);
     note(progress); // a loop that is in order is known by this
-    if (progress.begin > 0) {
-        const auto [from, to] = store.ask([id = recordId](RecordStore &records) {
-            return std::pair(records.samplesPath(id), records.orderedPath(id));
-        });
-        moveSection(from, progress.begin, progress.end, to);
-    }
+    if (progress.begin > 0)
+        orderSamples(store, recordId, progress.begin, progress.end);
     const auto closeRecord = [id = recordId, remarks, nowUs = progress.nowUs](RecordStore &records) {
         records.close(id, [&](Record &record) {
             putInOrder(record);
@@ -122,12 +130,19 @@ void RecordingBook::remark(const Note &note)
     });
 }
 
-void closeRecording(RecordStore &records, const RecordSummary &record)
+bool closeRecordingInOrder(RecordStore &records, const RecordSummary &record)
 {
     const bool isInOrder = quint64(fileStatus(records.samplesPath(record.id)).st_size) < record.sizeBytes;
     if (record.startPosition > 0 && !isInOrder)
-        moveSection(records.samplesPath(record.id), record.startPosition, record.sizeBytes, records.orderedPath(record.id));
-    records.close(record.id, [](Record &closed) { putInOrder(closed); });
+        return false;
+    records.close(record.id, putInOrder);
+    return true;
+}
+
+void closeLoop(StoreThread &store, const RecordSummary &loop, const std::stop_token &cancellation)
+{
+    orderSamples(store, loop.id, loop.startPosition, loop.sizeBytes, cancellation);
+    store.ask([id = loop.id](RecordStore &records) { records.close(id, putInOrder); }, closeLimit);
 }
 
 } // namespace installation::recorder

@@ -2,6 +2,8 @@
 
 #include "installation/recorder/record.h"
 
+#include <stop_token>
+
 namespace installation::recorder
 {
 
@@ -40,7 +42,11 @@ private:
     const QString recordId;
 };
 
-/// Closes the recording @p record of a process that has ended; on the store's thread.
-void closeRecording(RecordStore &records, const RecordSummary &record);
+/// Closes the recording @p record of a process that has ended; on the store's thread. False, with nothing done, for a loop
+/// whose samples are still to be put in order.
+bool closeRecordingInOrder(RecordStore &records, const RecordSummary &record);
+/// Puts such a loop in order and closes it; waits for the store thread. When it is cancelled the next call goes on.
+/// @throws RecorderError.
+void closeLoop(StoreThread &store, const RecordSummary &loop, const std::stop_token &cancellation);
 
 } // namespace installation::recorder

@@ -148,12 +148,17 @@ void RecordStore::closeRecordings()
         try {
             if (record.sizeBytes == 0)
                 discard(record.id);
-            else
-                closeRecording(*this, record);
+            else if (!closeRecordingInOrder(*this, record))
+                loops.append(record);
         } catch (const RecorderError &error) {
-            withCatalogue([&] { refuse(record.id, error.text()); });
+            giveUp(record.id, error.text());
         }
     }
+}
+
+void RecordStore::giveUp(const QString &id, const QString &reason)
+{
+    withCatalogue([&] { refuse(id, reason); });
 }
 
 void RecordStore::removeFiles(const Record &gone)
@@ -188,7 +193,7 @@ Record RecordStore::record(const QString &id)
         return folder.read(id);
     } catch (const RecorderError &error) {
         if (error.kind() == TQ_KORVE::ekRECORD_CORRUPTED)
-            withCatalogue([&] { refuse(id, error.text()); });
+            giveUp(id, error.text());
         throw;
     }
 }

@@ -58,6 +58,12 @@ public:
     /// @p observer hears of each record that came, changed or went, when that is on the disk.
     void observe(Observer observer) { tell = std::move(observer); }
 
+    /// Recordings of the process before that are loops, which somebody is to put in order and close. All others are
+    /// closed.
+    const QVector<RecordSummary> &interruptedLoops() const { return loops; }
+    /// The record is damaged, for @p reason: it is refused from now on.
+    void giveUp(const QString &id, const QString &reason);
+
     QVector<RecordSummary> records();
     Record record(const QString &id);
     /// The same for who goes on to read its samples.
@@ -89,6 +95,7 @@ private:
     const File lock; ///< two processes that change the same files would undo each other's changes
     RecordFolder folder;
     std::unique_ptr<Catalogue> catalogue;
+    QVector<RecordSummary> loops;
     QHash<QString, QString> damaged; ///< reason by record id
     QStringList reserved;
     Observer tell = [](Event, const QString &, const QString &) {};

@@ -2,6 +2,8 @@
 
 #include <QDeadlineTimer>
 
+#include <thread>
+
 using namespace TQ_KORVE;
 
 namespace
@@ -22,6 +24,12 @@ protected:
             sent += piece;
         }
         return sent;
+    }
+    void waitUntilInOrder()
+    {
+        const QDeadlineTimer end(60'000);
+        while (metaData().recordStatus == CORBA::ULong(rsINDEXING) && !end.hasExpired())
+            std::this_thread::yield();
     }
 };
 
@@ -50,6 +58,7 @@ TEST_F(KilledRecording, LeavesALoopInOrder)
     }
     recorder->kill();
     serve({});
+    waitUntilInOrder();
     const struMETA_DATA record = metaData();
     EXPECT_EQ(record.recordStatus, CORBA::ULong(rsIDLE));
     EXPECT_EQ(record.size, 1u << 20);
@@ -72,6 +81,8 @@ TEST_F(KilledRecording, LeavesALoopInOrderThatWasBeingClosed)
     }
     recorder->kill();
     serve({});
+    EXPECT_NE(metaData().recordStatus, CORBA::ULong(rsRECORDING));
+    waitUntilInOrder();
     EXPECT_EQ(metaData().recordStatus, CORBA::ULong(rsIDLE));
     EXPECT_EQ(metaData().size, CORBA::ULongLong(loopMebibytes) << 20);
     EXPECT_TRUE(stored() == sent.right(loopMebibytes << 20));

@@ -2,6 +2,7 @@
 
 #include "installation/recorder/file.h"
 #include "installation/recorder/recordererror.h"
+#include "tests/installation/recorder/refusal.h"
 #include "tests/installation/recorder/storedrecords.h"
 
 #include <gtest/gtest.h>
@@ -103,6 +104,17 @@ TEST_F(MovedSection, MayEndEarlierThanBefore)
     expectMoved(16 * mebibyte - 8);
     expectMoved(5 * mebibyte);
     expectMoved(5 * mebibyte);
+}
+
+TEST_F(MovedSection, GoesOnWhereItWasCancelled)
+{
+    moveUntilKilled(9 * mebibyte);
+    std::stop_source source;
+    source.request_stop();
+    EXPECT_EQ(kindOf([&] { moveSection(from, begin, begin + size, to, source.get_token()); }),
+              TQ_KORVE::ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE);
+    EXPECT_EQ(QFileInfo(to).size(), qint64(9 * mebibyte));
+    expectMoved();
 }
 
 TEST_F(MovedSection, NeedsAllOfItsBytes)
