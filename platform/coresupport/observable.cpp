@@ -1,5 +1,7 @@
 #include "coresupport/observable.h"
 
+#include "coresupport/firstexception.h"
+
 #include <algorithm>
 #include <cstddef>
 
@@ -93,13 +95,12 @@ void Observable::NotifyObservers(TChangeCode code, IObserver *originator)
 {
     if (observers.empty())
         return;
+    FirstException trouble;
     Round round(*this);
-    while (round.next < round.end) {
+    while (round.subject && round.next < round.end) {
         IObserver *const observer = observers[round.next++];
-        if (observer == originator)
-            continue;
-        observer->Update(this, code);
-        if (!round.subject)
-            return;
+        if (observer != originator)
+            trouble.attempt([&] { observer->Update(this, code); });
     }
+    trouble.rethrow();
 }

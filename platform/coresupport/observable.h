@@ -27,7 +27,8 @@ public:
 
     bool hasObservers() const { return !observers.empty(); }
 
-    /// Calls all observers but @p originator. An exception of an observer ends the round and reaches the caller.
+    /// Calls all observers but @p originator. An exception of an observer reaches the caller after the others
+    /// have been told.
     void NotifyObservers(TChangeCode code, IObserver *originator);
 
 private:

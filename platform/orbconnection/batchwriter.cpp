@@ -1,13 +1,9 @@
 #include "orbconnection/batchwriter.h"
 
-#include "coresupport/trace.h"
-
 namespace mirror
 {
 namespace
 {
-constexpr char sourceName[] = "orbconnection/batchwriter";
-
 /// No record of this content is longer.
 std::size_t mostBytes(const Record &record)
 {
@@ -16,44 +12,40 @@ std::size_t mostBytes(const Record &record)
 }
 } // namespace
 
-void BatchWriter::write(const Record &record)
+bool BatchWriter::write(const Record &record)
 {
     const std::size_t most = mostBytes(record);
-    if (batchHeaderBytes + most > maximumBytes) {
-        traceAt(TraceLevel::Normal, sourceName, [&] {
-            return QStringLiteral("%1 bytes of \"%2\" are too many for a batch")
-                .arg(QString::number(most), textOf(record.path));
-        });
-        return;
-    }
-    if (batch.size() + most > maximumBytes)
+    if (batchHeaderBytes + most > timing.maximumBatchBytes)
+        return false;
+    if (batch.size() + most > timing.maximumBatchBytes)
         flush();
     if (batch.empty())
-        appendHeader(batch, {sequence, applied});
+        appendHeader(batch, sequence);
     appendRecord(batch, record);
-    if (batch.size() >= batchBytes)
+    if (batch.size() >= timing.batchBytes)
         flush();
+    return true;
 }
 
 void BatchWriter::flush()
 {
+    flushWanted = false;
     if (batch.empty())
         return;
     std::string complete;
     complete.swap(batch);
-    sink(sequence++, std::move(complete), isSnapshot);
+    outlet.put(sequence++, std::move(complete));
+}
+
+void BatchWriter::wantFlush()
+{
+    if (!std::exchange(flushWanted, true))
+        outlet.wantsFlush();
 }
 
 void BatchWriter::restart()
 {
     batch.clear();
     sequence = 1;
-    applied = 0;
-}
-
-void BatchWriter::setSnapshot(bool on)
-{
-    flush();
-    isSnapshot = on;
 }
 } // namespace mirror

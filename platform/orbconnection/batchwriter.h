@@ -7,41 +7,44 @@
 
 namespace mirror
 {
+/// Where a mirror's batches go: to whoever carries them to the peer.
+struct Outlet {
+    /// Takes a batch that is complete.
+    std::function<void(quint64 sequence, std::string bytes)> put;
+    /// The bytes that wait for the peer.
+    std::function<std::size_t()> waiting;
+    /// There is something to write: a flush is to come soon. Called once until then.
+    std::function<void()> wantsFlush;
+};
+
 /// Gathers records into numbered batches.
 class BatchWriter
 {
 public:
-    /// Takes a batch that is complete.
-    using Sink = std::function<void(quint64 sequence, std::string bytes, bool isSnapshot)>;
+    BatchWriter(const MirrorTiming &timing, const Outlet &outlet) : timing(timing), outlet(outlet) {}
 
-    BatchWriter(const MirrorTiming &timing, Sink sink)
-        : batchBytes(timing.batchBytes), maximumBytes(timing.maximumBatchBytes), sink(std::move(sink))
-    {
-    }
-
-    /// A record that is too large for a batch is traced and left out.
-    void write(const Record &record);
+    /// False, with nothing written, when @p record is too large for a batch.
+    bool write(const Record &record);
     /// Completes the batch that is being gathered, if there is one.
     void flush();
-    /// Numbers what the other side sent, see BatchHeader::applied. Flush first.
-    void setApplied(quint64 sequence) { applied = sequence; }
-    /// What is completed until the call with false belongs to a snapshot.
-    void setSnapshot(bool on);
+    /// Asks for a flush, unless one has been asked for since the last.
+    void wantFlush();
+
+    /// Whether what may be merged is to be written now, or rather later.
+    bool hasRoom() const { return waiting() < timing.windowBytes; }
+    /// Whether what can't be merged may still be written.
+    bool hasRoomForEvents() const { return waiting() < timing.queueBytes; }
 
     /// Drops what is gathered and counts from 1 again.
     void restart();
 
-    bool isEmpty() const { return batch.empty(); }
-    /// The number of the batch that the last record went to.
-    quint64 lastSequence() const { return batch.empty() ? sequence - 1 : sequence; }
-
 private:
-    const std::size_t batchBytes;
-    const std::size_t maximumBytes;
-    const Sink sink;
+    std::size_t waiting() const { return outlet.waiting() + batch.size(); }
+
+    const MirrorTiming timing;
+    const Outlet outlet;
     std::string batch;
     quint64 sequence = 1;
-    quint64 applied = 0;
-    bool isSnapshot = false;
+    bool flushWanted = false;
 };
 } // namespace mirror

@@ -2,8 +2,8 @@
 
 namespace mirror
 {
-Heartbeat::Heartbeat(const MirrorTiming &timing, Clock clock)
-    : patience(timing.silenceUntilLost()), clock(std::move(clock))
+Heartbeat::Heartbeat(std::chrono::milliseconds patience, Clock clock)
+    : patience(patience), clock(std::move(clock))
 {
     beat();
 }

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "orbconnection/mirrortiming.h"
-
 #include <atomic>
+#include <chrono>
 #include <functional>
 
 namespace mirror
@@ -13,7 +12,7 @@ class Heartbeat
 public:
     using Clock = std::function<std::chrono::steady_clock::time_point()>;
 
-    explicit Heartbeat(const MirrorTiming &timing, Clock clock = &std::chrono::steady_clock::now);
+    explicit Heartbeat(std::chrono::milliseconds patience, Clock clock = &std::chrono::steady_clock::now);
 
     /// The peer has been heard.
     void beat();

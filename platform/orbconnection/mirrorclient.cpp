@@ -1,6 +1,5 @@
 #include "orbconnection/mirrorclient.h"
 
-#include "coresupport/trace.h"
 #include "orbconnection/mirrorvalue.h"
 #include "valuetreelib/commandonvalue.h"
 #include "valuetreelib/node.h"
@@ -12,35 +11,19 @@ namespace
 {
 constexpr char sourceName[] = "orbconnection/mirrorclient";
 
-MirrorClient::Outcome refuse(const char *reason)
+void traceTooLarge(const QString &path, const std::string &frames)
 {
-    traceAt(TraceLevel::Normal, sourceName,
-            [&] { return QStringLiteral("The server's batch is refused: %1").arg(QString::fromUtf8(reason)); });
-    return MirrorClient::Outcome::Malformed;
-}
-
-/// Who throws when it is told of a loss does not keep others from hearing of theirs.
-template <typename Telling> void tell(const Telling &telling)
-{
-    try {
-        telling();
-    } catch (const std::exception &e) {
-        traceAt(TraceLevel::Normal, sourceName, [&] {
-            return QStringLiteral("An observer cannot be told of a loss: %1").arg(QString::fromUtf8(e.what()));
-        });
-    }
-}
-
-bool beginsSnapshot(const values::ByteCursor &in)
-{
-    return !in.isAtEnd() && *in.position == static_cast<char>(RecordKind::SnapshotBegin);
+    traceAt(TraceLevel::Normal, sourceName, [&] {
+        return QStringLiteral("The content of %1 is too large for the server: %2 bytes")
+            .arg(path, QString::number(frames.size()));
+    });
 }
 } // namespace
 
 MirrorClient::MirrorClient(values::Tree &tree, const QString &path, const QString &ownValue,
-                           const MirrorTiming &timing, BatchWriter::Sink sink, std::function<void()> wantsFlush)
-    : tree(tree), path(path), ownValuePath(MirroredPath(path + u'/' + ownValue).top()),
-      maximumBatchBytes(timing.maximumBatchBytes), writer(timing, std::move(sink)), wantsFlush(std::move(wantsFlush))
+                           const MirrorTiming &timing, const Outlet &outlet)
+    : tree(tree), path(path), ownValuePath(ownValue.isEmpty() ? QString() : MirroredPath(path + u'/' + ownValue).top()),
+      maximumBatchBytes(timing.maximumBatchBytes), writer(timing, outlet)
 {
     tree.addListener(this->path.top(), this);
 }
@@ -52,66 +35,45 @@ MirrorClient::~MirrorClient()
 
 void MirrorClient::begin()
 {
-    writer.restart();
-    unconfirmed.clear();
-    for (const QString &valuePath : known.paths())
-        staleValues.insert(valuePath);
-    known.clear();
-    lastReceived = 0;
-    lastOwnId = 0;
-    inSnapshot = false;
-    complete = false;
-    inSession = true;
-}
-
-MirrorClient::Outcome MirrorClient::receive(std::string_view batch)
-{
-    if (batch.size() > maximumBatchBytes)
-        return refuse("it is too long");
-    values::ByteCursor in{batch.data(), batch.data() + batch.size()};
-    const std::optional<BatchHeader> header = readHeader(in);
-    if (!header)
-        return refuse("no header of this version");
-    if (header->sequence <= lastReceived)
-        return Outcome::Repeated;
-    if (header->sequence != lastReceived + 1 && !beginsSnapshot(in))
-        return Outcome::Missing;
-    if (lastReceived == 0 && !beginsSnapshot(in))
-        return refuse("it comes before the snapshot");
-    lastReceived = header->sequence;
-    unconfirmed.confirm(header->applied);
-    const bool wasComplete = complete;
-    try {
-        while (!in.isAtEnd() && inSession) {
-            const std::optional<Record> record = readRecord(in);
-            if (!record || !apply(*record))
-                return refuse("it is malformed");
-        }
-    } catch (const std::exception &e) { // an observer's; the rest of the batch would be missing
-        return refuse(e.what());
+    for (Place place = 1; place <= paths.last(); ++place) {
+        if (paths[place].value)
+            staleValues.insert(paths[place].path);
+        if (paths[place].hasNode)
+            staleNodes.insert(paths[place].path);
     }
-    return complete && !wasComplete ? Outcome::SnapshotComplete : Outcome::Applied;
+    paths.clear();
+    serverNamed.clear();
+    writer.restart();
+    lastNumber = 0;
+    recordsSent = confirmed = lastReceived = 0;
+    mayBeKnown = inSnapshot = complete = false;
+    inSession = true;
 }
 
 void MirrorClient::lose()
 {
     if (!inSession)
         return;
-    inSession = false;
-    complete = false;
-    unconfirmed.clear();
-    const std::vector<QString> valuePaths = known.paths();
-    const std::set<QString> nodePaths = nodes;
+    inSession = inSnapshot = complete = false;
+    paths.clearDirty();
+    std::vector<QString> valuePaths;
+    std::vector<QString> nodePaths;
+    for (Place place = 1; place <= paths.last(); ++place) {
+        if (paths[place].value)
+            valuePaths.push_back(paths[place].path);
+        if (paths[place].hasNode)
+            nodePaths.push_back(paths[place].path);
+    }
     // By path each time, since observers may remove what comes next.
     for (const QString &valuePath : valuePaths)
         if (values::ValueBase *const value = tree.findValue(valuePath))
-            tell([&] { value->SetState(values::ValueStateConnectionLost, this); });
+            tellObservers(sourceName, [&] { value->SetState(values::ValueStateConnectionLost, this); });
     for (const QString &nodePath : nodePaths)
         if (values::Node *const node = tree.findNode(nodePath))
-            tell([&] { node->NotifyObservers(ChangeCodeDeleted, this); });
+            tellObservers(sourceName, [&] { node->NotifyObservers(ChangeCodeDeleted, this); });
     for (const QString &valuePath : valuePaths)
         if (values::ValueBase *const value = tree.findValue(valuePath))
-            tell([&] { value->NotifyObservers(ChangeCodeDeleted, this); });
+            tellObservers(sourceName, [&] { value->NotifyObservers(ChangeCodeDeleted, this); });
 }
 
 void MirrorClient::detach()
@@ -119,86 +81,192 @@ void MirrorClient::detach()
     tree.removeListener(this);
 }
 
-void MirrorClient::flush()
+void MirrorClient::removeAll()
 {
-    writer.flush();
+    tellObservers(sourceName, [this] { tree.removeNode(path.top(), this); });
 }
 
 void MirrorClient::itemAdded(values::TreeItem &item, IObserver *originator)
 {
-    if (originator == this && !item.isNode()) // before observers can change it
-        known.bind(incomingId, static_cast<values::ValueBase *>(&item));
-}
-
-void MirrorClient::itemRemoved(values::TreeItem &item, IObserver *)
-{
-    const QString gone = item.GetPathName();
-    if (!item.isNode()) {
-        unconfirmed.remove(static_cast<values::ValueBase *>(&item));
-        known.removeValue(gone);
+    if (item.isNode() || isOwn(item))
+        return;
+    auto &value = static_cast<values::ValueBase &>(item);
+    if (originator == this) {
+        paths.bind(arriving, &value); // before observers can change it
         return;
     }
-    for (const values::ValueBase *below : known.valuesBelow(gone))
-        unconfirmed.remove(below);
-    known.removeBelow(gone);
-    nodes.erase(gone);
-    const QString prefix = gone + u'/';
-    auto node = nodes.lower_bound(prefix);
-    while (node != nodes.end() && node->startsWith(prefix))
-        node = nodes.erase(node);
+    if (dynamic_cast<const ClientsHand *>(originator)) {
+        // A client of this process wants to have it, and so do we of our server.
+        if (complete)
+            announce(value);
+        else
+            wanted.insert(value.GetPathName());
+        return;
+    }
+    fresh.insert(&value);
+    writer.wantFlush();
 }
 
-bool MirrorClient::isOurs(const values::ValueBase &value, const IObserver *originator) const
+void MirrorClient::itemRemoved(values::TreeItem &item, IObserver *originator)
 {
-    return originator == this || !complete || value.GetPathName() == ownValuePath;
+    const bool isToldToServer = inSession && originator != this;
+    if (item.isNode()) {
+        const Place place = paths.find(item.GetPathName());
+        staleNodes.erase(item.GetPathName());
+        if (place && std::exchange(paths[place].hasNode, false) && isToldToServer)
+            makeDirty(place, nodePart);
+        return;
+    }
+    const auto *const value = static_cast<const values::ValueBase *>(&item);
+    fresh.remove(value);
+    wanted.erase(item.GetPathName());
+    staleValues.remove(item.GetPathName());
+    const Place place = paths.find(value);
+    if (!place)
+        return;
+    paths.unbind(place);
+    paths.takeDirty(place);
+    if (isToldToServer)
+        makeDirty(place, gonePart);
 }
 
 void MirrorClient::valueChanged(const values::ValueChange &change)
 {
-    if (isOurs(change.value, change.originator) || change.code == ChangeCodeDeleted)
+    if (change.originator == this || change.code == ChangeCodeDeleted)
         return;
-    std::string frames;
-    change.value.AddCommandForTransmission(change.code, change.forced, frames);
-    announce(change.value);
-    send(change.value, frames);
+    const Place place = placeToTell(change.value, change.forced);
+    if (!place)
+        return;
+    const Parts part = partOf(change.code);
+    if (part && change.value.isOptimized())
+        return makeDirty(place, change.forced ? part | part << forcedShift : part);
+    event.clear();
+    change.value.AddCommandForTransmission(change.code, change.forced, event);
+    tellEvent(place);
 }
 
 void MirrorClient::commandRecorded(values::ValueBase &value, const values::ValueBase::CommandOnValue &command)
 {
-    if (isOurs(value, command.originator()))
+    if (command.originator() == this)
         return;
-    std::string frames;
-    value.AddCommand(command, frames);
-    announce(value);
-    send(value, frames);
+    if (const Place place = placeToTell(value, false)) {
+        event.clear();
+        value.AddCommand(command, event);
+        tellEvent(place);
+    }
 }
 
-void MirrorClient::announce(values::ValueBase &value)
+MirrorClient::Place MirrorClient::placeToTell(values::ValueBase &value, bool forced)
 {
-    const std::optional<QByteArray> relative = path.relative(value.GetPathName());
-    if (known.id(&value) != 0 || !relative)
-        return;
-    const quint32 id = clientIdBit | ++lastOwnId;
-    known.bind(id, &value);
-    writeValue(value, id, *relative, scratch, [this](const Record &record) { write(record); });
-    unconfirmed.announce(&value, scratch, writer.lastSequence());
-    staleValues.erase(value.GetPathName());
+    if (isOwn(value))
+        return 0;
+    if (const Place place = paths.find(&value))
+        return inSession ? place : 0; // else the server's word comes with the next session
+    if (fresh.contains(&value) && !forced)
+        return 0; // its seed
+    if (complete)
+        return announce(value);
+    if (!staleValues.contains(value.GetPathName()))
+        wanted.insert(value.GetPathName());
+    return 0;
 }
 
-void MirrorClient::send(const values::ValueBase &value, const std::string &frames)
+MirrorClient::Place MirrorClient::announce(values::ValueBase &value)
 {
-    const quint32 id = known.id(&value);
-    if (id == 0 || frames.empty())
-        return;
-    write({.kind = RecordKind::Change, .id = id, .frames = frames});
-    unconfirmed.add(&value, frames, writer.lastSequence());
+    mayBeKnown = true;
+    fresh.remove(&value);
+    const Place place = paths.placeOf(value.GetPathName());
+    paths.bind(place, &value);
+    paths[place].type = value.GetType();
+    makeDirty(place, wholePart);
+    return place;
 }
 
-void MirrorClient::write(const Record &record)
+void MirrorClient::makeDirty(Place place, Parts parts)
 {
-    const bool first = writer.isEmpty();
-    writer.write(record);
-    if (first && !writer.isEmpty())
-        wantsFlush();
+    paths.makeDirty(place, parts);
+    writer.wantFlush();
+}
+
+void MirrorClient::tellEvent(Place place)
+{
+    if (event.empty())
+        return;
+    if (!writer.hasRoomForEvents())
+        return makeDirty(place, everyPart);
+    writeDirty(false);
+    writeSet(place, event);
+    writer.wantFlush();
+}
+
+bool MirrorClient::flush()
+{
+    fresh.clear();
+    const bool isClean = writeDirty(true);
+    writer.flush();
+    return isClean;
+}
+
+bool MirrorClient::writeDirty(bool onlyWithRoom)
+{
+    while (const Place place = paths.firstDirty()) {
+        if (onlyWithRoom && !writer.hasRoom())
+            return false;
+        write(place);
+    }
+    return true;
+}
+
+void MirrorClient::write(Place place)
+{
+    const Parts parts = paths.takeDirty(place);
+    if (parts & gonePart)
+        writeAbout(place, {.kind = RecordKind::ValueGone});
+    if (parts & nodePart)
+        writeAbout(place, {.kind = RecordKind::NodeGone});
+    if (paths[place].value && (parts & wholePart))
+        writeValue(place);
+    if (!paths[place].value || !(parts & everyPart))
+        return;
+    scratch.clear();
+    appendParts(*paths[place].value, parts, scratch);
+    if (!scratch.empty())
+        writeSet(place, scratch);
+}
+
+void MirrorClient::writeValue(Place place)
+{
+    const values::ValueBase &value = *paths[place].value;
+    scratch.clear();
+    value.AddObjectStateStringForTransmission(scratch);
+    const QByteArray typeName = value.GetTypeName().toUtf8();
+    const bool written = writeAbout(place, {.kind = RecordKind::Value, .type = value.GetType(),
+                                            .typeName = viewOf(typeName), .frames = scratch});
+    if (!written) {
+        traceTooLarge(paths[place].path, scratch);
+        paths.unbind(place); // stays this side's own
+    }
+}
+
+void MirrorClient::writeSet(Place place, const std::string &frames)
+{
+    if (!writeAbout(place, {.kind = RecordKind::Set, .type = paths[place].type, .frames = frames}))
+        traceTooLarge(paths[place].path, frames);
+}
+
+bool MirrorClient::writeAbout(Place place, Record record)
+{
+    PathTable::Entry &entry = paths[place];
+    if (entry.number == 0) {
+        const QByteArray relative = path.relative(entry.path).value_or(QByteArray());
+        writer.write({.kind = RecordKind::Path, .path = viewOf(relative)});
+        entry.number = ++lastNumber;
+        ++recordsSent;
+    }
+    record.number = entry.number;
+    if (!writer.write(record))
+        return false;
+    entry.sent = ++recordsSent;
+    return true;
 }
 } // namespace mirror

@@ -2,9 +2,10 @@
 
 #include "orbconnection/batchwriter.h"
 #include "orbconnection/mirroredpath.h"
-#include "orbconnection/mirroredvalues.h"
-#include "orbconnection/unconfirmedchanges.h"
+#include "orbconnection/pathtable.h"
 #include "valuetreelib/itreelistener.h"
+
+#include <QSet>
 
 #include <set>
 
@@ -18,9 +19,12 @@ namespace mirror
 /// The client's side of one mirror: makes one path of the tree what the server tells, and tells the server of changes
 /// that others make there. Knows no transport.
 ///
-/// The server's word holds; what is set here before the snapshot is complete, or while there is no session, is not
-/// sent. Values that are created here are sent when they are set later. Removals here are not sent.
-/// Observers may end it while it works, by lose(); whoever owns it keeps it alive for that call.
+/// A change that is made here shows at once, and what the server says of that path is passed over until the server has
+/// confirmed that it applied the record of it; then the server's word holds. Changes merge while they wait for room, but
+/// for values that are not optimised. docs/mirror.md says what is sent, and what is not.
+///
+/// Observers may end the session while this works, by lose(); whoever owns it keeps it alive for that call. One that
+/// throws is traced, and nothing else is lost.
 /// Thread: main; never blocks.
 class MirrorClient final : public values::ITreeListener, public IObserver
 {
@@ -30,12 +34,12 @@ public:
         Repeated,         ///< seen already, since the answer to it was lost
         SnapshotComplete, ///< from now on this side is as the server says
         Missing,          ///< batches are missing: ask for a snapshot
-        Malformed         ///< or an observer has thrown: end the session
+        Malformed         ///< end the session
     };
 
-    /// @p ownValue, a path relative to @p path, is not mirrored.
+    /// The value at @p ownValue, a path relative to @p path, is not mirrored; empty: there is none.
     MirrorClient(values::Tree &tree, const QString &path, const QString &ownValue, const MirrorTiming &timing,
-                 BatchWriter::Sink sink, std::function<void()> wantsFlush);
+                 const Outlet &outlet);
     ~MirrorClient() override;
 
     /// A session begins: forgets numbers, keeps values.
@@ -44,9 +48,13 @@ public:
     /// The session has ended: every mirrored value gets ValueStateConnectionLost; then nodes and values tell
     /// ChangeCodeDeleted. Nothing, when there was no session.
     void lose();
-    void flush();
-    /// For good: the tree is left alone from here on, and neither function that it was made with is called.
+    /// Writes what was changed here, as far as there is room. False: the rest waits for room.
+    bool flush();
+    /// For good: the tree is left alone from here on, and nothing that it was made with is called.
     void detach();
+
+    /// Removes the mirrored node with all below it, of which the server is not told.
+    void removeAll();
 
     bool isComplete() const { return complete; }
     /// No snapshot is being received or to come.
@@ -62,40 +70,61 @@ public:
     void Update(Observable *, TChangeCode) override {}
 
 private:
-    bool isOurs(const values::ValueBase &value, const IObserver *originator) const;
-    void send(const values::ValueBase &value, const std::string &frames);
-    void announce(values::ValueBase &value);
-    void write(const Record &record);
+    using Place = PathTable::Place;
 
+    // What goes to the server.
+    bool isOwn(const values::TreeItem &item) const { return item.GetPathName() == ownValuePath; }
+    Place placeToTell(values::ValueBase &value, bool forced);
+    Place announce(values::ValueBase &value);
+    void makeDirty(Place place, Parts parts);
+    void tellEvent(Place place);
+    bool writeDirty(bool onlyWithRoom);
+    void write(Place place);
+    void writeValue(Place place);
+    void writeSet(Place place, const std::string &frames);
+    bool writeAbout(Place place, Record record);
+
+    // What comes from the server.
     bool apply(const Record &record);
+    bool applyAbout(const Record &record);
     void beginSnapshot();
-    void endSnapshot();
-    bool applyNode(const Record &record);
-    bool applyNodeGone(const Record &record);
-    bool applyValue(const Record &record);
-    bool applyValueGone(const Record &record);
-    bool applyChange(const Record &record);
-    /// What the server has not heard of yet stays there once it has.
-    std::vector<QString> announcedBelow(const QString &top) const;
-    void removeAllBelowBut(const std::vector<QString> &kept, const QString &top);
+    bool endSnapshot();
+    bool applyPath(const Record &record);
+    void applyNode(Place place);
+    void applyNodeGone(Place place);
+    void applyValue(Place place, const Record &record);
+    void applyValueGone(Place place);
+    void applyFrames(Place place, std::string_view frames);
+    void addValue(Place place, const Record &record);
+    void noteNamed(Place place, RecordKind kind);
+    /// A change made here is on its way to the server, whose word about the path is older until it is confirmed.
+    bool isPassedOver(Place place) const;
+    bool goesWithItsNode(const values::ValueBase &value);
+    void removeNode(const QString &nodePath);
+    void removeUnnamed();
+    void announceWanted();
 
     values::Tree &tree;
     const MirroredPath path;
     const QString ownValuePath;
     const std::size_t maximumBatchBytes;
     BatchWriter writer;
-    const std::function<void()> wantsFlush;
-    MirroredValues known;
-    UnconfirmedChanges unconfirmed;
-    std::set<QString> staleValues; // mirrored before, not yet in the snapshot that is being received
-    std::set<QString> staleNodes;
-    std::set<QString> nodes;
-    quint32 incomingId = 0;
-    quint32 lastOwnId = 0;
+    PathTable paths;
+    std::vector<Place> serverNamed; // by the server's number; 0: a path that this tree can't hold
+    quint32 lastNumber = 0;
+    quint64 recordsSent = 0;
+    quint64 confirmed = 0;
     quint64 lastReceived = 0;
+    Place arriving = 0; // of the value that is being added
+    QSet<QString> staleValues; // mirrored in a session before, not named yet in this one
+    std::set<QString> staleNodes;
+    QSet<const values::ValueBase *> fresh; // created since the last flush: what is set of them is their seed
+    std::set<QString> wanted;              // set here before the server could be told of them
+    bool mayBeKnown = false;               // what the server names
     bool inSnapshot = false;
     bool complete = false;
     bool inSession = false;
-    std::string scratch;
+    std::string event;   // the frames of one change
+    std::string scratch; // others
 };
 } // namespace mirror

@@ -1,7 +1,7 @@
 // What MirrorClient does with the server's records.
-#include "coresupport/trace.h"
 #include "orbconnection/mirrorclient.h"
 #include "orbconnection/mirrorvalue.h"
+#include "valuetreelib/commandframe.h"
 #include "valuetreelib/node.h"
 #include "valuetreelib/tree.h"
 
@@ -12,6 +12,42 @@ namespace mirror
 namespace
 {
 constexpr char sourceName[] = "orbconnection/mirrorclientapply";
+
+MirrorClient::Outcome refuse(const char *reason)
+{
+    traceAt(TraceLevel::Normal, sourceName,
+            [&] { return QStringLiteral("The server's batch is refused: %1").arg(QLatin1String(reason)); });
+    return MirrorClient::Outcome::Malformed;
+}
+
+bool beginsSnapshot(const values::ByteCursor &in)
+{
+    return !in.isAtEnd() && *in.position == static_cast<char>(RecordKind::SnapshotBegin);
+}
+} // namespace
+
+MirrorClient::Outcome MirrorClient::receive(std::string_view batch)
+{
+    if (batch.size() > maximumBatchBytes)
+        return refuse("it is too long");
+    values::ByteCursor in{batch.data(), batch.data() + batch.size()};
+    const std::optional<quint64> sequence = readHeader(in);
+    if (!sequence)
+        return refuse("no header of this version");
+    if (*sequence <= lastReceived)
+        return Outcome::Repeated;
+    if (*sequence != lastReceived + 1 && !beginsSnapshot(in))
+        return Outcome::Missing;
+    if (lastReceived == 0 && !beginsSnapshot(in))
+        return refuse("it comes before the snapshot");
+    lastReceived = *sequence;
+    const bool wasComplete = complete;
+    while (!in.isAtEnd() && inSession) {
+        const std::optional<Record> record = readRecord(in);
+        if (!record || !apply(*record))
+            return refuse("it is malformed");
+    }
+    return complete && !wasComplete ? Outcome::SnapshotComplete : Outcome::Applied;
 }
 
 bool MirrorClient::apply(const Record &record)
@@ -19,136 +55,237 @@ bool MirrorClient::apply(const Record &record)
     switch (record.kind) {
     case RecordKind::SnapshotBegin:
         beginSnapshot();
-        return true;
+        [[fallthrough]];
+    case RecordKind::Applied:
+        confirmed = std::max(confirmed, record.count);
+        return record.count <= recordsSent;
     case RecordKind::SnapshotEnd:
-        if (!inSnapshot)
-            return false;
-        endSnapshot();
-        return true;
+        return endSnapshot();
+    case RecordKind::Path:
+        return applyPath(record);
     case RecordKind::Node:
-        return applyNode(record);
     case RecordKind::NodeGone:
-        return applyNodeGone(record);
     case RecordKind::Value:
-        return applyValue(record);
     case RecordKind::ValueGone:
-        return applyValueGone(record);
     case RecordKind::Change:
-        return applyChange(record);
+        return applyAbout(record);
+    case RecordKind::Set:
+        return false; // only a client says so
     }
     return false;
 }
 
+bool MirrorClient::applyAbout(const Record &record)
+{
+    if (record.number == 0 || record.number > serverNamed.size())
+        return false;
+    const Place place = serverNamed[record.number - 1];
+    if (!place || paths[place].path == ownValuePath)
+        return true;
+    noteNamed(place, record.kind);
+    if (isPassedOver(place))
+        return true;
+    switch (record.kind) {
+    case RecordKind::Node:
+        applyNode(place);
+        return true;
+    case RecordKind::NodeGone:
+        applyNodeGone(place);
+        return true;
+    case RecordKind::Value:
+        applyValue(place, record);
+        return true;
+    case RecordKind::ValueGone:
+        applyValueGone(place);
+        return true;
+    default:
+        applyFrames(place, record.frames);
+        return true;
+    }
+}
+
 void MirrorClient::beginSnapshot()
 {
-    // One that was cut short leaves what it did not reach. The server has yet to hear of what was announced just now.
-    for (const QString &valuePath : known.paths())
-        if (!unconfirmed.isAnnounced(tree.findValue(valuePath)))
-            staleValues.insert(valuePath);
-    staleNodes.insert(nodes.begin(), nodes.end());
+    // The server names again what it has named before.
+    mayBeKnown = mayBeKnown || !serverNamed.empty();
+    serverNamed.clear();
+    for (Place place = 1; place <= paths.last(); ++place)
+        paths[place].valueNamed = paths[place].nodeNamed = false;
     inSnapshot = true;
 }
 
-void MirrorClient::endSnapshot()
+bool MirrorClient::endSnapshot()
 {
-    const std::set<QString> goneValues = std::exchange(staleValues, {});
-    const std::set<QString> goneNodes = std::exchange(staleNodes, {});
-    for (const QString &valuePath : goneValues)
-        tree.removeValue(valuePath, this);
-    for (const QString &nodePath : goneNodes)
-        if (nodePath != path.top())
-            tree.removeNode(nodePath, this);
-    tree.addNode(path.top(), this); // also where the server has none
-    inSnapshot = false;
-    complete = true;
-}
-
-bool MirrorClient::applyNode(const Record &record)
-{
-    const QString absolute = path.absolute(record.path);
-    staleNodes.erase(absolute);
-    nodes.insert(absolute);
-    tree.addNode(absolute, this);
-    return true;
-}
-
-bool MirrorClient::applyNodeGone(const Record &record)
-{
-    const QString gone = path.absolute(record.path);
-    const std::vector<QString> announced = announcedBelow(gone);
-    // The mirrored node itself stays: who watches it is to see what comes back.
-    if (gone != path.top() && announced.empty())
-        tree.removeNode(gone, this);
-    else
-        removeAllBelowBut(announced, gone);
-    return true;
-}
-
-std::vector<QString> MirrorClient::announcedBelow(const QString &top) const
-{
-    std::vector<QString> announced;
-    for (const values::ValueBase *value : known.valuesBelow(top))
-        if (unconfirmed.isAnnounced(value))
-            announced.push_back(value->GetPathName());
-    return announced;
-}
-
-void MirrorClient::removeAllBelowBut(const std::vector<QString> &kept, const QString &top)
-{
-    // By path each time, since observers may remove what comes next.
-    std::vector<QString> goneValues;
-    for (const values::ValueBase *value : known.valuesBelow(top))
-        if (std::ranges::find(kept, value->GetPathName()) == kept.end())
-            goneValues.push_back(value->GetPathName());
-    for (const QString &valuePath : goneValues)
-        tree.removeValue(valuePath, this);
-    const std::set<QString> mirroredNodes = nodes;
-    const auto goes = [&](const QString &nodePath) {
-        const auto holds = [&](const QString &valuePath) { return valuePath.startsWith(nodePath + u'/'); };
-        return (nodePath == top || MirroredPath(top).relative(nodePath)) && nodePath != path.top()
-               && std::ranges::none_of(kept, holds);
-    };
-    for (const QString &nodePath : mirroredNodes)
-        if (goes(nodePath))
-            tree.removeNode(nodePath, this);
-}
-
-bool MirrorClient::applyValue(const Record &record)
-{
-    if (record.id == 0 || (record.id & clientIdBit) || record.path.empty())
+    if (!inSnapshot)
         return false;
+    inSnapshot = false;
+    removeUnnamed();
+    tellObservers(sourceName, [this] { tree.addNode(path.top(), this); }); // also where the server has none
+    if (inSession) {
+        complete = true;
+        announceWanted();
+    }
+    return true;
+}
+
+void MirrorClient::removeUnnamed()
+{
+    std::set<QString> goneNodes = std::exchange(staleNodes, {});
+    const QSet<QString> stale = std::exchange(staleValues, {});
+    std::vector<QString> goneValues(stale.begin(), stale.end());
+    std::ranges::sort(goneValues);
+    for (Place place = 1; place <= paths.last(); ++place) {
+        const PathTable::Entry &entry = paths[place];
+        if (isPassedOver(place))
+            continue;
+        if (entry.value && !entry.valueNamed)
+            goneValues.push_back(entry.path);
+        if (entry.hasNode && !entry.nodeNamed)
+            goneNodes.insert(entry.path);
+    }
+    for (const QString &valuePath : goneValues)
+        tellObservers(sourceName, [&] { tree.removeValue(valuePath, this); });
+    for (const QString &nodePath : goneNodes)
+        removeNode(nodePath);
+}
+
+void MirrorClient::announceWanted()
+{
+    for (const QString &valuePath : std::exchange(wanted, {})) {
+        values::ValueBase *const value = tree.findValue(valuePath);
+        if (value && !paths.find(value))
+            announce(*value);
+    }
+}
+
+bool MirrorClient::applyPath(const Record &record)
+{
     const QString absolute = path.absolute(record.path);
-    if (absolute == ownValuePath)
-        return true;
-    staleValues.erase(absolute);
-    values::ValueBase *const value = tree.findValue(absolute);
-    if (value && value->GetType() == record.type) {
-        known.bind(record.id, value);
-        std::string remaining;
-        return value->SetCommandString(unconfirmed.without(value, record.frames, remaining), this);
-    }
-    if (value) {
+    const bool canBe = values::Tree::canHold(absolute);
+    if (!canBe)
         traceAt(TraceLevel::Normal, sourceName,
-                [&] { return QStringLiteral("%1 becomes a %2, as at the server").arg(absolute, textOf(record.typeName)); });
-        tree.removeValue(absolute, this);
+                [&] { return QStringLiteral("The server's path is refused: %1").arg(absolute.left(200)); });
+    serverNamed.push_back(!canBe ? 0 : mayBeKnown ? paths.placeOf(absolute) : paths.add(absolute));
+    return true;
+}
+
+void MirrorClient::noteNamed(Place place, RecordKind kind)
+{
+    PathTable::Entry &entry = paths[place];
+    if (kind == RecordKind::Node || kind == RecordKind::NodeGone)
+        entry.nodeNamed = true;
+    else
+        entry.valueNamed = true;
+    // What is said to be gone goes with the rest that is stale.
+    if (kind == RecordKind::Value && !staleValues.isEmpty())
+        staleValues.remove(entry.path);
+    if (kind == RecordKind::Node && !staleNodes.empty())
+        staleNodes.erase(entry.path);
+}
+
+bool MirrorClient::isPassedOver(Place place) const
+{
+    return paths[place].dirty != 0 || paths[place].sent > confirmed;
+}
+
+void MirrorClient::applyNode(Place place)
+{
+    paths[place].hasNode = true;
+    const QString nodePath = paths[place].path;
+    tellObservers(sourceName, [&] { tree.addNode(nodePath, this); });
+}
+
+void MirrorClient::applyNodeGone(Place place)
+{
+    paths[place].hasNode = false;
+    removeNode(QString(paths[place].path));
+}
+
+bool MirrorClient::goesWithItsNode(const values::ValueBase &value)
+{
+    const Place place = paths.find(&value);
+    return place ? !isPassedOver(place) : staleValues.contains(value.GetPathName());
+}
+
+void MirrorClient::removeNode(const QString &nodePath)
+{
+    std::vector<QString> nodes;
+    std::vector<QString> goneValues;
+    bool allGoes = nodePath != path.top(); // who watches the mirrored node itself is to see what comes back
+    for (values::TreeItem *item : tree.subtree(nodePath)) {
+        if (item->isNode())
+            nodes.push_back(item->GetPathName());
+        else if (goesWithItsNode(static_cast<values::ValueBase &>(*item)))
+            goneValues.push_back(item->GetPathName());
+        else
+            allGoes = false; // the server has yet to hear of it, or never will
     }
-    incomingId = record.id;
-    return addValue(tree, absolute, record, this);
+    if (allGoes) {
+        tellObservers(sourceName, [&] { tree.removeNode(nodePath, this); });
+        return;
+    }
+    // By path each time, since observers may remove what comes next.
+    for (const QString &valuePath : goneValues)
+        tellObservers(sourceName, [&] { tree.removeValue(valuePath, this); });
+    for (auto below = nodes.rbegin(); below != nodes.rend(); ++below) {
+        const values::Node *const node = tree.findNode(*below);
+        if (node && *below != path.top() && node->GetTreeItems().empty())
+            tellObservers(sourceName, [&] { tree.removeNode(*below, this); });
+    }
 }
 
-bool MirrorClient::applyValueGone(const Record &record)
+void MirrorClient::applyValue(Place place, const Record &record)
 {
-    if (values::ValueBase *const value = known.value(record.id))
-        tree.removeValue(value->GetPathName(), this);
-    return record.id != 0;
+    paths[place].type = record.type;
+    const QString valuePath = paths[place].path;
+    values::ValueBase *value = paths[place].value ? paths[place].value : tree.findValue(valuePath);
+    if (value && !isOfClass(*value, record)) {
+        traceAt(TraceLevel::Normal, sourceName, [&] {
+            return QStringLiteral("%1 becomes a %2, as at the server").arg(valuePath, textOf(record.typeName));
+        });
+        tellObservers(sourceName, [&] { tree.removeValue(valuePath, this); });
+        value = tree.findValue(valuePath);
+        if (value && !isOfClass(*value, record))
+            return; // an observer will have its own
+    }
+    if (!value)
+        return addValue(place, record);
+    if (!paths[place].value)
+        paths.bind(place, value);
+    fresh.remove(value);
+    applyFrames(place, record.frames);
 }
 
-bool MirrorClient::applyChange(const Record &record)
+void MirrorClient::addValue(Place place, const Record &record)
 {
-    values::ValueBase *const value = known.value(record.id);
-    if (!value) // of a class that is not known here, or removed here
-        return record.id != 0;
-    std::string remaining;
-    return value->SetCommandString(unconfirmed.without(value, record.frames, remaining), this);
+    const QString valuePath = paths[place].path;
+    std::unique_ptr<values::ValueBase> value = makeValue(record, valuePath, this);
+    if (!value)
+        return;
+    arriving = place;
+    tellObservers(sourceName, [&] { tree.addValueAt(valuePath, std::move(value), this); });
+}
+
+void MirrorClient::applyValueGone(Place place)
+{
+    if (!paths[place].value)
+        return; // what stands there, if anything, is not the server's
+    const QString valuePath = paths[place].path;
+    tellObservers(sourceName, [&] { tree.removeValue(valuePath, this); });
+}
+
+void MirrorClient::applyFrames(Place place, std::string_view frames)
+{
+    values::ByteCursor in{frames.data(), frames.data() + frames.size()};
+    while (const std::optional<values::CommandFrame> frame = values::nextFrame(in)) {
+        // Asked anew for each frame: observers may answer, remove the value, or end the session.
+        values::ValueBase *const value = paths[place].value;
+        if (!value || isPassedOver(place))
+            return;
+        tellObservers(sourceName, [&] { value->SetCommandString(frame->command, frame->payload, this); });
+    }
+    if (!in.isAtEnd())
+        traceAt(TraceLevel::Normal, sourceName,
+                [&] { return QStringLiteral("%1: the server's word is incomplete").arg(paths[place].path); });
 }
 } // namespace mirror

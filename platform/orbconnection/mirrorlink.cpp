@@ -65,7 +65,7 @@ void MirrorLink::pause(std::size_t failures)
 
 std::shared_ptr<LinkSession> MirrorLink::open()
 {
-    const auto session = std::make_shared<LinkSession>(timing);
+    const auto session = std::make_shared<LinkSession>();
     const bool opened = succeeds([&] {
         const CorbaCommon::OrbHandler &orb = CorbaCommon::OrbHandler::Instance();
         if (!orb.isRunning())
@@ -151,8 +151,6 @@ void MirrorLink::pushAll(LinkSession &session)
     quint64 sent = 0;
     while (!session.outbox.isClosed() && !CorbaCommon::isBackgroundEnding()) {
         const Outbox::Entry entry = session.outbox.next(sent, timing.heartbeat);
-        if (session.outbox.takeOverflow())
-            throw CORBA::NO_RESOURCES(0, CORBA::COMPLETED_NO);
         if (entry.sequence == 0)
             continue;
         // Without a copy: the sequence only looks at the bytes.

@@ -13,8 +13,6 @@ namespace mirror
 {
 /// One session of a client with a server, as the client's threads and the main thread share it.
 struct LinkSession {
-    explicit LinkSession(const MirrorTiming &timing) : outbox(timing.queueBytes) {}
-
     VALUETREE::TreeServer_var server;
     quint64 number = 0;
     Outbox outbox;                           ///< to the server; closing it ends the session

@@ -1,7 +1,6 @@
 #include "orbconnection/mirrorsession.h"
 
-#include "coresupport/trace.h"
-#include "orbconnection/mirrorvalue.h"
+#include "valuetreelib/commandframe.h"
 #include "valuetreelib/commandonvalue.h"
 #include "valuetreelib/node.h"
 #include "valuetreelib/tree.h"
@@ -12,20 +11,18 @@ namespace
 {
 constexpr char sourceName[] = "orbconnection/mirrorsession";
 
-bool refuse(const char *reason)
+void appendConnectionLost(std::string &out)
 {
-    traceAt(TraceLevel::Normal, sourceName,
-            [&] { return QStringLiteral("A client's batch is refused: %1").arg(QString::fromUtf8(reason)); });
-    return false;
+    values::appendFrame(out, values::SetStateCommand,
+                        [](std::string &payload) { payload.push_back(values::ValueStateConnectionLost); });
 }
 } // namespace
 
-MirrorSession::MirrorSession(values::Tree &tree, const QString &path, const MirrorTiming &timing,
-                             BatchWriter::Sink sink, std::function<void()> wantsFlush)
-    : tree(tree), path(path), maximumBatchBytes(timing.maximumBatchBytes), writer(timing, std::move(sink)),
-      wantsFlush(std::move(wantsFlush))
+MirrorSession::MirrorSession(values::Tree &tree, const QString &path, const MirrorTiming &timing, const Outlet &outlet)
+    : tree(tree), path(path), maximumBatchBytes(timing.maximumBatchBytes), writer(timing, outlet)
 {
     tree.addListener(this->path.top(), this);
+    startOver();
 }
 
 MirrorSession::~MirrorSession()
@@ -33,163 +30,201 @@ MirrorSession::~MirrorSession()
     tree.removeListener(this);
 }
 
-void MirrorSession::sendSnapshot()
+void MirrorSession::startOver()
 {
-    // Ids stay known: what the client has sent meanwhile has them.
-    writer.setSnapshot(true);
-    writer.write({.kind = RecordKind::SnapshotBegin});
-    for (values::TreeItem *item : tree.subtree(path.top()))
-        writeItem(*item);
-    writer.write({.kind = RecordKind::SnapshotEnd});
-    writer.setSnapshot(false);
-}
-
-void MirrorSession::flush()
-{
-    writer.flush();
-}
-
-bool MirrorSession::receive(std::string_view batch)
-{
-    if (batch.size() > maximumBatchBytes)
-        return refuse("it is too long");
-    values::ByteCursor in{batch.data(), batch.data() + batch.size()};
-    const std::optional<BatchHeader> header = readHeader(in);
-    if (!header)
-        return refuse("no header of this version");
-    if (header->sequence <= lastReceived)
-        return true; // sent again, since its answer was lost
-    if (header->sequence != lastReceived + 1)
-        return refuse("some before it are missing");
-    // What was written before is older than the client's changes, and the client has to know.
-    writer.flush();
-    lastReceived = header->sequence;
-    writer.setApplied(lastReceived);
-    try {
-        while (!in.isAtEnd()) {
-            const std::optional<Record> record = readRecord(in);
-            if (!record || !apply(*record))
-                return refuse("it is malformed");
-        }
-    } catch (const std::exception &e) { // an observer's; the rest of the batch would be missing
-        return refuse(e.what());
+    paths.clearDirty();
+    listed = 0;
+    bool mayBeKnown = paths.last() != 0;
+    for (values::TreeItem *item : tree.subtree(path.top())) {
+        const QString itemPath = item->GetPathName();
+        mayBeKnown = mayBeKnown || (item->isNode() && tree.findValue(itemPath)); // both stand at one path
+        const Place place = mayBeKnown ? paths.placeOf(itemPath) : paths.add(itemPath);
+        if (!item->isNode() && !paths[place].value)
+            paths.bind(place, static_cast<values::ValueBase *>(item));
+        paths.makeDirty(place, item->isNode() ? nodePart : wholePart);
+        listed += !std::exchange(paths[place].isListed, true);
     }
-    return true;
+    snapshotBegins = true;
+    inSnapshot = true;
+    writer.wantFlush();
 }
 
-void MirrorSession::itemAdded(values::TreeItem &item, IObserver *originator)
+void MirrorSession::itemAdded(values::TreeItem &item, IObserver *)
 {
-    if (originator != this)
-        writeItem(item);
-    else if (!item.isNode()) // before observers can change it
-        known.bind(clientIdBit | lastClientId, static_cast<values::ValueBase *>(&item));
+    const Place place = paths.placeOf(item.GetPathName());
+    if (!item.isNode())
+        paths.bind(place, static_cast<values::ValueBase *>(&item));
+    makeDirty(place, item.isNode() ? nodePart : wholePart);
 }
 
 void MirrorSession::itemRemoved(values::TreeItem &item, IObserver *)
 {
-    const QString gone = item.GetPathName();
+    const Place place = item.isNode() ? paths.placeOf(item.GetPathName())
+                                      : paths.find(static_cast<values::ValueBase *>(&item));
     if (!item.isNode()) {
-        const quint32 id = known.id(static_cast<values::ValueBase *>(&item));
-        known.removeValue(gone);
-        if (id != 0)
-            write({.kind = RecordKind::ValueGone, .id = id});
-        return;
+        paths.unbind(place);
+        paths[place].isOurs = false;
     }
-    known.removeBelow(gone);
-    // A node above takes the mirrored one with it.
-    const QByteArray relative = path.relative(gone).value_or(QByteArray());
-    write({.kind = RecordKind::NodeGone, .path = viewOf(relative)});
+    makeDirty(place, item.isNode() ? nodePart : wholePart);
 }
 
 void MirrorSession::valueChanged(const values::ValueChange &change)
 {
     if (change.originator == this)
+        return; // the record that made it touches the path
+    const Parts part = partOf(change.code);
+    const Place place = paths.find(&change.value);
+    if (!place)
         return;
-    scratch.clear();
-    change.value.AddCommandForTransmission(change.code, change.forced, scratch);
-    writeChange(change.value, scratch);
+    if (part && change.value.isOptimized())
+        return makeDirty(place, change.forced ? part | part << forcedShift : part);
+    event.clear();
+    change.value.AddCommandForTransmission(change.code, change.forced, event);
+    tellEvent(place);
 }
 
 void MirrorSession::commandRecorded(values::ValueBase &value, const values::ValueBase::CommandOnValue &command)
 {
-    if (command.originator() == this)
+    const Place place = paths.find(&value);
+    if (command.originator() == this || !place)
+        return;
+    event.clear();
+    value.AddCommand(command, event);
+    tellEvent(place);
+}
+
+void MirrorSession::makeDirty(Place place, Parts parts)
+{
+    paths.makeDirty(place, parts);
+    writer.wantFlush();
+}
+
+void MirrorSession::tellEvent(Place place)
+{
+    if (event.empty())
+        return;
+    // Whoever is told everything, or is far behind, gets it merged.
+    if (inSnapshot || paths[place].isWithheld || !writer.hasRoomForEvents())
+        return makeDirty(place, wholePart);
+    writeDirty(false);
+    if (!writer.write({.kind = RecordKind::Change, .number = numberOf(place), .frames = event}))
+        makeDirty(place, wholePart);
+    writer.wantFlush();
+}
+
+bool MirrorSession::flush()
+{
+    const bool isClean = writeDirty(true);
+    writer.flush();
+    return isClean;
+}
+
+bool MirrorSession::writeDirty(bool onlyWithRoom)
+{
+    for (;;) {
+        if (onlyWithRoom && !writer.hasRoom())
+            return !inSnapshot && !paths.firstDirty() && appliedTold == applied;
+        if (std::exchange(snapshotBegins, false))
+            beginSnapshot();
+        else if (std::exchange(appliedTold, applied) != applied)
+            writer.write({.kind = RecordKind::Applied, .count = applied});
+        else if (inSnapshot && listed == 0)
+            endSnapshot();
+        else if (const Place place = paths.firstDirty())
+            write(place);
+        else
+            return true;
+    }
+}
+
+void MirrorSession::beginSnapshot()
+{
+    writer.flush(); // the mark begins a batch, so that it is found when some before it are missing
+    writer.write({.kind = RecordKind::SnapshotBegin, .count = applied});
+    appliedTold = applied;
+    for (const Place place : named)
+        name(place);
+}
+
+void MirrorSession::endSnapshot()
+{
+    writer.write({.kind = RecordKind::SnapshotEnd});
+    inSnapshot = false;
+}
+
+void MirrorSession::write(Place place)
+{
+    listed -= paths[place].isListed;
+    const Parts parts = paths.takeDirty(place);
+    if (parts & nodePart)
+        writeNode(place);
+    const bool isWhole = (parts & wholePart) || (parts && paths[place].isWithheld);
+    if (isWhole)
+        writeValue(place);
+    const Parts forced = parts >> forcedShift & everyPart;
+    const Parts changed = isWhole ? forced : parts & everyPart;
+    if (changed && !paths[place].isWithheld)
+        writeChange(place, changed | forced << forcedShift);
+}
+
+quint32 MirrorSession::numberOf(Place place)
+{
+    if (paths[place].number == 0) {
+        name(place);
+        named.push_back(place);
+        paths[place].number = static_cast<quint32>(named.size());
+    }
+    return paths[place].number;
+}
+
+void MirrorSession::name(Place place)
+{
+    const QByteArray relative = path.relative(paths[place].path).value_or(QByteArray());
+    writer.write({.kind = RecordKind::Path, .path = viewOf(relative)});
+}
+
+void MirrorSession::writeNode(Place place)
+{
+    const bool isThere = tree.findNode(paths[place].path);
+    writer.write({.kind = isThere ? RecordKind::Node : RecordKind::NodeGone, .number = numberOf(place)});
+}
+
+void MirrorSession::writeValue(Place place)
+{
+    const values::ValueBase *const value = paths[place].value;
+    const quint32 number = numberOf(place);
+    if (!value) {
+        writer.write({.kind = RecordKind::ValueGone, .number = number});
+        return;
+    }
+    scratch.clear();
+    value->AddObjectStateStringForTransmission(scratch);
+    const QByteArray typeName = value->GetTypeName().toUtf8();
+    Record record{.kind = RecordKind::Value, .number = number, .type = value->GetType(), .typeName = viewOf(typeName),
+                  .frames = scratch};
+    paths[place].isWithheld = !writer.write(record);
+    if (!paths[place].isWithheld)
+        return;
+    traceAt(TraceLevel::Normal, sourceName, [&] {
+        return QStringLiteral("The content of %1 is too large for a client: %2 bytes")
+            .arg(paths[place].path, QString::number(record.frames.size()));
+    });
+    scratch.clear();
+    appendConnectionLost(scratch);
+    record.frames = scratch;
+    writer.write(record);
+}
+
+void MirrorSession::writeChange(Place place, Parts parts)
+{
+    const values::ValueBase *const value = paths[place].value;
+    if (!value)
         return;
     scratch.clear();
-    value.AddCommand(command, scratch);
-    writeChange(value, scratch);
-}
-
-void MirrorSession::write(const Record &record)
-{
-    const bool first = writer.isEmpty();
-    writer.write(record);
-    if (first && !writer.isEmpty())
-        wantsFlush();
-}
-
-void MirrorSession::writeItem(values::TreeItem &item)
-{
-    const std::optional<QByteArray> relative = path.relative(item.GetPathName());
-    if (!relative)
+    appendParts(*value, parts, scratch);
+    if (scratch.empty())
         return;
-    if (item.isNode())
-        return write({.kind = RecordKind::Node, .path = viewOf(*relative)});
-    auto &value = static_cast<values::ValueBase &>(item);
-    quint32 id = known.id(&value);
-    if (id == 0 || (id & clientIdBit))
-        known.bind(id = ++lastId, &value);
-    writeValue(value, id, *relative, scratch, [this](const Record &record) { write(record); });
-}
-
-void MirrorSession::writeChange(const values::ValueBase &value, const std::string &frames)
-{
-    const quint32 id = known.id(&value);
-    if (id != 0 && !frames.empty())
-        write({.kind = RecordKind::Change, .id = id, .frames = frames});
-}
-
-bool MirrorSession::apply(const Record &record)
-{
-    switch (record.kind) {
-    case RecordKind::Value:
-        return applyValue(record);
-    case RecordKind::Change:
-        return applyChange(record);
-    case RecordKind::SnapshotBegin:
-    case RecordKind::SnapshotEnd:
-    case RecordKind::Node:
-    case RecordKind::NodeGone:
-    case RecordKind::ValueGone:
-        return false; // only a server says so
-    }
-    return false;
-}
-
-bool MirrorSession::applyValue(const Record &record)
-{
-    if (record.id != (clientIdBit | (lastClientId + 1)) || record.path.empty())
-        return false;
-    ++lastClientId;
-    const QString absolute = path.absolute(record.path);
-    if (values::ValueBase *const value = tree.findValue(absolute)) {
-        if (value->GetType() == record.type) {
-            known.bind(record.id, value);
-            return value->SetCommandString(record.frames, this);
-        }
-        // The client is about to replace its own by ours, and knows that by our id alone.
-        traceAt(TraceLevel::Normal, sourceName,
-                [&] { return QStringLiteral("%1 is of another class here than at a client").arg(absolute); });
-        return true;
-    }
-    return addValue(tree, absolute, record, this);
-}
-
-bool MirrorSession::applyChange(const Record &record)
-{
-    const bool byClient = record.id & clientIdBit;
-    if ((record.id & ~clientIdBit) > (byClient ? lastClientId : lastId) || record.id == 0)
-        return false; // was never given
-    values::ValueBase *const value = known.value(record.id);
-    return !value || value->SetCommandString(record.frames, this); // it may have gone meanwhile
+    if (!writer.write({.kind = RecordKind::Change, .number = numberOf(place), .frames = scratch}))
+        writeValue(place);
 }
 } // namespace mirror

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstddef>
@@ -15,7 +16,10 @@ struct MirrorTiming {
     std::chrono::milliseconds snapshotPatience{30000};
     std::size_t batchBytes = 256 * 1024;       ///< a batch is closed when it has grown to this
     std::size_t maximumBatchBytes = 64 * 1024 * 1024; ///< a longer one is refused, a value that needs one left out
-    std::size_t queueBytes = 16 * 1024 * 1024; ///< changes that wait for a peer; a snapshot comes on top
+    std::size_t windowBytes = 1024 * 1024; ///< while more wait for a peer, changes are merged
+    std::size_t queueBytes = 16 * 1024 * 1024; ///< while more wait, those too that are told one by one otherwise
 
     std::chrono::milliseconds silenceUntilLost() const { return heartbeat * missedUntilLost; }
+    /// Between looks whether somebody is lost.
+    std::chrono::milliseconds watchInterval() const { return std::max(heartbeat / 4, std::chrono::milliseconds(1)); }
 };

@@ -1,6 +1,5 @@
 #include "orbconnection/mirrorvalue.h"
 
-#include "coresupport/trace.h"
 #include "valuetreelib/valuefactory.h"
 
 namespace mirror
@@ -18,20 +17,22 @@ std::unique_ptr<values::ValueBase> make(const Record &record)
 }
 } // namespace
 
-bool addValue(values::Tree &tree, const QString &absolutePath, const Record &record, IObserver *originator)
+std::unique_ptr<values::ValueBase> makeValue(const Record &record, const QString &path, IObserver *originator)
 {
     std::unique_ptr<values::ValueBase> value = make(record);
     if (!value) {
         traceAt(TraceLevel::Normal, sourceName, [&] {
             return QStringLiteral("%1 is of a class that is not known here: %2 (%3)")
-                .arg(absolutePath, textOf(record.typeName), QString::number(record.type));
+                .arg(path, textOf(record.typeName), QString::number(record.type));
         });
-        return true;
+        return nullptr;
     }
-    value->SetName(absolutePath, originator); // for traces
-    if (!value->SetCommandString(record.frames, originator))
-        return false;
-    tree.addValueAt(absolutePath, std::move(value), originator); // traces a path that cannot be
-    return true;
+    value->SetName(path, originator); // for traces
+    return value->SetCommandString(record.frames, originator) ? std::move(value) : nullptr;
+}
+
+bool isOfClass(const values::ValueBase &value, const Record &record)
+{
+    return value.GetType() == record.type || value.GetTypeName() == textOf(record.typeName);
 }
 } // namespace mirror

@@ -1,24 +1,42 @@
 #pragma once
 
+#include "coresupport/iobserver.h"
+#include "coresupport/trace.h"
 #include "orbconnection/mirrorwire.h"
-#include "valuetreelib/tree.h"
-#include "valuetreelib/valuebase.h"
+
+#include <memory>
+
+namespace values
+{
+class ValueBase;
+}
 
 namespace mirror
 {
-/// Hands the record that announces @p value to @p write; @p scratch is used for its bytes.
-template <typename Write>
-void writeValue(const values::ValueBase &value, quint32 id, const QByteArray &relativePath, std::string &scratch,
-                const Write &write)
+/// The originator of changes that a client of this process has made: mirrors pass them on to their own servers.
+class ClientsHand : public IObserver
 {
-    scratch.clear();
-    value.AddObjectStateStringForTransmission(scratch);
-    const QByteArray typeName = value.GetTypeName().toUtf8();
-    write(Record{.kind = RecordKind::Value, .id = id, .type = value.GetType(), .typeName = viewOf(typeName),
-                 .path = viewOf(relativePath), .frames = scratch});
-}
+public:
+    void Update(Observable *, TChangeCode) override {}
+};
 
-/// Makes a value as @p record says and adds it at @p absolutePath. A class that this program does not know is traced
-/// and left out. False, when the record's frames are malformed.
-bool addValue(values::Tree &tree, const QString &absolutePath, const Record &record, IObserver *originator);
+/// Makes a value of the class and content that @p record says, for @p path. Null, with a trace, when this program does
+/// not know the class, or the content is none.
+std::unique_ptr<values::ValueBase> makeValue(const Record &record, const QString &path, IObserver *originator);
+
+/// Whether @p value is of the class that @p record says.
+bool isOfClass(const values::ValueBase &value, const Record &record);
+
+/// Does what may tell observers. One that throws costs nothing but a trace.
+template <typename Action> void tellObservers(const char *sourceName, const Action &action)
+{
+    try {
+        action();
+    } catch (const std::exception &e) {
+        traceAt(TraceLevel::Normal, sourceName,
+                [&] { return QStringLiteral("An observer is in trouble: %1").arg(QString::fromUtf8(e.what())); });
+    } catch (...) { // who threw it is an application's own
+        traceAt(TraceLevel::Normal, sourceName, [] { return QStringLiteral("An observer is in trouble"); });
+    }
+}
 } // namespace mirror

@@ -45,28 +45,31 @@ bool readContent(values::ByteCursor &in, Record &record)
 {
     switch (record.kind) {
     case RecordKind::SnapshotBegin:
+    case RecordKind::Applied:
+        return read(in, record.count);
     case RecordKind::SnapshotEnd:
         return true;
+    case RecordKind::Path:
+        return readPath(in, record.path);
     case RecordKind::Node:
     case RecordKind::NodeGone:
-        return readPath(in, record.path);
-    case RecordKind::Value:
-        return read(in, record.id) && read(in, record.type) && read(in, record.typeName) && readPath(in, record.path)
-               && read(in, record.frames);
     case RecordKind::ValueGone:
-        return read(in, record.id);
+        return read(in, record.number);
+    case RecordKind::Value:
+        return read(in, record.number) && read(in, record.type) && read(in, record.typeName) && read(in, record.frames);
     case RecordKind::Change:
-        return read(in, record.id) && read(in, record.frames);
+        return read(in, record.number) && read(in, record.frames);
+    case RecordKind::Set:
+        return read(in, record.number) && read(in, record.type) && read(in, record.frames);
     }
     return false;
 }
 } // namespace
 
-void appendHeader(std::string &out, const BatchHeader &header)
+void appendHeader(std::string &out, quint64 sequence)
 {
     out.push_back(static_cast<char>(protocolVersion));
-    append(out, header.sequence);
-    append(out, header.applied);
+    append(out, sequence);
 }
 
 void appendRecord(std::string &out, const Record &record)
@@ -74,32 +77,38 @@ void appendRecord(std::string &out, const Record &record)
     out.push_back(static_cast<char>(record.kind));
     switch (record.kind) {
     case RecordKind::SnapshotBegin:
+    case RecordKind::Applied:
+        return append(out, record.count);
     case RecordKind::SnapshotEnd:
         return;
+    case RecordKind::Path:
+        return appendBytes(out, record.path);
     case RecordKind::Node:
     case RecordKind::NodeGone:
-        return appendBytes(out, record.path);
+    case RecordKind::ValueGone:
+        return append(out, record.number);
     case RecordKind::Value:
-        append(out, record.id);
+        append(out, record.number);
         append(out, record.type);
         appendBytes(out, record.typeName);
-        appendBytes(out, record.path);
         return appendBytes(out, record.frames);
-    case RecordKind::ValueGone:
-        return append(out, record.id);
     case RecordKind::Change:
-        append(out, record.id);
+        append(out, record.number);
+        return appendBytes(out, record.frames);
+    case RecordKind::Set:
+        append(out, record.number);
+        append(out, record.type);
         return appendBytes(out, record.frames);
     }
 }
 
-std::optional<BatchHeader> readHeader(values::ByteCursor &in)
+std::optional<quint64> readHeader(values::ByteCursor &in)
 {
     quint8 version = 0;
-    BatchHeader header{};
-    if (!read(in, version) || version != protocolVersion || !read(in, header.sequence) || !read(in, header.applied))
+    quint64 sequence = 0;
+    if (!read(in, version) || version != protocolVersion || !read(in, sequence))
         return std::nullopt;
-    return header;
+    return sequence;
 }
 
 std::optional<Record> readRecord(values::ByteCursor &in)

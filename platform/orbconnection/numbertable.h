@@ -22,6 +22,7 @@ public:
         const Slot &slot = slots[placeOf(key)];
         return slot.key ? slot.value : Value();
     }
+    std::size_t size() const { return count; }
     /// Makes room for @p keys in all.
     void reserve(std::size_t keys)
     {

@@ -4,56 +4,56 @@
 
 namespace mirror
 {
-void Outbox::put(quint64 sequence, std::string bytes, bool essential)
+void Outbox::put(quint64 sequence, std::string bytes)
 {
     const std::lock_guard lock(mutex);
-    if (dropping || closed)
+    if (closed)
         return;
-    if (!essential && bytesWaiting + bytes.size() > maximumBytes) {
-        dropping = true;
-        overflowNoted = true;
-        entries.clear();
-        bytesWaiting = 0;
-    } else {
-        const std::size_t counted = essential ? 0 : bytes.size();
-        bytesWaiting += counted;
-        entries.push_back({sequence, std::make_shared<const std::string>(std::move(bytes)), counted});
-    }
+    bytesWaiting += bytes.size();
+    entries.push_back({sequence, std::make_shared<const std::string>(std::move(bytes))});
     changed.notify_all();
 }
 
-void Outbox::refill()
+void Outbox::clear()
 {
     const std::lock_guard lock(mutex);
-    dropping = false;
-    overflowNoted = false;
     entries.clear();
     bytesWaiting = 0;
 }
 
-bool Outbox::takeOverflow()
+void Outbox::whenBelow(std::size_t bytes, std::function<void()> call)
 {
-    const std::lock_guard lock(mutex);
-    return std::exchange(overflowNoted, false);
+    std::function<void()> due;
+    {
+        const std::lock_guard lock(mutex);
+        callBelow = bytes;
+        roomCall = std::move(call);
+        due = callThatIsDue();
+    }
+    if (due)
+        due();
 }
 
 Outbox::Entry Outbox::next(quint64 received, std::chrono::milliseconds patience)
 {
-    std::unique_lock lock(mutex);
-    Entry entry = firstAfter(received);
-    if (entry.sequence == 0) {
-        changed.wait_for(lock, patience, [&] {
-            entry = firstAfter(received);
-            return entry.sequence != 0 || closed || overflowNoted;
-        });
+    std::function<void()> due;
+    {
+        const std::lock_guard lock(mutex);
+        drop(received);
+        due = callThatIsDue();
     }
-    return entry;
+    if (due)
+        due();
+    std::unique_lock lock(mutex);
+    changed.wait_for(lock, patience, [this] { return !entries.empty() || closed; });
+    return entries.empty() ? Entry() : entries.front();
 }
 
 void Outbox::close()
 {
     const std::lock_guard lock(mutex);
     closed = true;
+    roomCall = nullptr;
     changed.notify_all();
 }
 
@@ -63,12 +63,16 @@ bool Outbox::isClosed() const
     return closed;
 }
 
-Outbox::Entry Outbox::firstAfter(quint64 received)
+void Outbox::drop(quint64 received)
 {
     while (!entries.empty() && entries.front().sequence <= received) {
-        bytesWaiting -= entries.front().counted;
+        bytesWaiting -= entries.front().bytes->size();
         entries.pop_front();
     }
-    return entries.empty() ? Entry() : entries.front();
+}
+
+std::function<void()> Outbox::callThatIsDue()
+{
+    return bytesWaiting < callBelow ? std::exchange(roomCall, nullptr) : nullptr;
 }
 } // namespace mirror

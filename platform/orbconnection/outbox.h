@@ -2,9 +2,11 @@
 
 #include <QtGlobal>
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -19,7 +21,8 @@ constexpr std::size_t countedBytes(std::size_t batchBytes)
 
 /// Batches on their way from the main thread to a thread that makes or answers remote calls.
 ///
-/// Kept until the peer has them. Thread: any; the lock is held for moments only, and never while anything else waits.
+/// Kept until the peer has them. Who puts them in looks at waiting() first: the box takes everything.
+/// Thread: any; the lock is held for moments only, and never while anything else waits.
 class Outbox
 {
 public:
@@ -28,18 +31,15 @@ public:
     struct Entry {
         quint64 sequence = 0; ///< 0: there is none
         Batch bytes;
-        std::size_t counted = 0; ///< towards what may wait
     };
 
-    explicit Outbox(std::size_t maximumBytes) : maximumBytes(maximumBytes) {}
-
-    /// Adds a batch. One that is not @p essential and has no room empties the box and is dropped, with all that follow
-    /// until refill(): whoever is that far behind is better off with a new snapshot.
-    void put(quint64 sequence, std::string bytes, bool essential);
-    /// Ends dropping; drops what is still there.
-    void refill();
-    /// True once after the box has overflowed.
-    bool takeOverflow();
+    void put(quint64 sequence, std::string bytes);
+    /// Drops what waits.
+    void clear();
+    /// The bytes of the batches that the peer has not got yet.
+    std::size_t waiting() const { return bytesWaiting; }
+    /// Makes @p call once, as soon as fewer than @p bytes wait: at once, or on the thread that takes batches.
+    void whenBelow(std::size_t bytes, std::function<void()> call);
 
     /// The first batch after @p received, those up to it are dropped. Waits for one, at most for @p patience.
     Entry next(quint64 received, std::chrono::milliseconds patience);
@@ -48,15 +48,15 @@ public:
     bool isClosed() const;
 
 private:
-    Entry firstAfter(quint64 received);
+    void drop(quint64 received);
+    std::function<void()> callThatIsDue();
 
-    const std::size_t maximumBytes;
-    mutable std::mutex mutex; // guards all below
+    mutable std::mutex mutex; // guards all below; bytesWaiting is read without it
     std::condition_variable changed;
     std::deque<Entry> entries;
-    std::size_t bytesWaiting = 0;
-    bool dropping = false;
-    bool overflowNoted = false;
+    std::atomic<std::size_t> bytesWaiting = 0;
+    std::size_t callBelow = 0;
+    std::function<void()> roomCall;
     bool closed = false;
 };
 } // namespace mirror

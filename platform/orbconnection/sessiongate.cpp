@@ -1,16 +1,26 @@
 #include "orbconnection/sessiongate.h"
 
+#include <algorithm>
+
 namespace mirror
 {
-quint64 SessionGate::open(const QString &path)
+bool SessionGate::isFullFor(const std::string &address) const
+{
+    const auto isOfAddress = [&](const auto &line) { return line.second->address == address; };
+    return lines.size() >= maximumSessions
+        || (!address.empty() // else it is of this process
+            && static_cast<std::size_t>(std::ranges::count_if(lines, isOfAddress)) >= maximumOfOneAddress);
+}
+
+quint64 SessionGate::open(const QString &path, const std::string &address)
 {
     const std::lock_guard lock(mutex);
-    if (closed || lines.size() >= maximumSessions)
+    if (closed || isFullFor(address))
         return 0;
     quint64 session = 0;
     while (session == 0 || lines.contains(session))
         session = quint64{random()} << 32 | random();
-    lines.emplace(session, std::make_shared<SessionLine>(timing, path));
+    lines.emplace(session, std::make_shared<SessionLine>(timing, path, address));
     untaken.insert(session);
     return session;
 }

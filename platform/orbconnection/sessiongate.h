@@ -1,6 +1,7 @@
 #pragma once
 
 #include "orbconnection/heartbeat.h"
+#include "orbconnection/mirrortiming.h"
 #include "orbconnection/outbox.h"
 
 #include <QString>
@@ -14,12 +15,13 @@ namespace mirror
 {
 /// What the main thread and the ORB's threads share of one session.
 struct SessionLine {
-    SessionLine(const MirrorTiming &timing, const QString &path)
-        : path(path), outbox(timing.queueBytes), heartbeat(timing)
+    SessionLine(const MirrorTiming &timing, const QString &path, const std::string &address)
+        : path(path), address(address), heartbeat(timing.silenceUntilLost() - timing.watchInterval())
     {
     }
 
-    const QString path; ///< what the client mirrors
+    const QString path;        ///< what the client mirrors
+    const std::string address; ///< where it calls from
     Outbox outbox;
     Heartbeat heartbeat;
     /// Pushed by the client, not yet seen by the main thread; see countedBytes().
@@ -32,14 +34,22 @@ class SessionGate
 {
 public:
     static constexpr std::size_t maximumSessions = 1000;
+    /// Those of one address.
+    static constexpr std::size_t maximumOfOneAddress = maximumSessions / 4;
     /// What all together may have waiting for the main thread, as a multiple of what one may.
     static constexpr std::size_t fullQueues = 4;
     using Numbered = std::pair<quint64, std::shared_ptr<SessionLine>>;
 
-    explicit SessionGate(const MirrorTiming &timing) : timing(timing) {}
+    explicit SessionGate(const MirrorTiming &timing) : timing(timing), mainThread(timing.silenceUntilLost()) {}
 
-    /// A new session with a number that nobody can guess; 0 when there are too many, or after close().
-    quint64 open(const QString &path);
+    /// The main thread lives; to be called at each watchInterval().
+    void beat() { mainThread.beat(); }
+    /// It stands still, so that clients are to look elsewhere, as if the process were gone.
+    bool isMainThreadLost() const { return mainThread.isLost(); }
+
+    /// A new session with a number that nobody can guess; 0 when there are too many, in all or from @p address (empty: of
+    /// this process), or after close().
+    quint64 open(const QString &path, const std::string &address);
     /// The sessions that nobody has taken yet.
     std::vector<Numbered> takeNew();
     /// Null, when there is none.
@@ -54,7 +64,10 @@ public:
     void release(std::size_t bytes) { bytesToApply -= bytes; }
 
 private:
+    bool isFullFor(const std::string &address) const;
+
     const MirrorTiming timing;
+    Heartbeat mainThread;
     mutable std::mutex mutex; // guards all below
     std::map<quint64, std::shared_ptr<SessionLine>> lines;
     std::set<quint64> untaken;

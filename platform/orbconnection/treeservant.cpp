@@ -28,7 +28,8 @@ CORBA::ULongLong TreeServant::open(const char *path, CORBA::ULong version)
     }
     if (qstrlen(path) > maximumPathBytes)
         throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_NO);
-    const quint64 session = gate->open(QString::fromUtf8(path));
+    refuseWhileMainThreadIsLost();
+    const quint64 session = gate->open(QString::fromUtf8(path), std::string());
     if (session == 0)
         throw CORBA::NO_RESOURCES(0, CORBA::COMPLETED_NO);
     keeper->beginNew();
@@ -40,11 +41,9 @@ VALUETREE::Delivery *TreeServant::pull(CORBA::ULongLong session, CORBA::ULongLon
     const std::shared_ptr<SessionLine> line = lineOf(session);
     line->heartbeat.beat();
     const Outbox::Entry entry = line->outbox.next(received, room ? timing.heartbeat : std::chrono::milliseconds(0));
-    line->heartbeat.beat();
     if (line->outbox.isClosed())
         throw VALUETREE::SessionUnknown();
-    if (room && line->outbox.takeOverflow()) // without room, a snapshot would only wait here
-        askForSnapshot(session, *line);
+    refuseWhileMainThreadIsLost();
     VALUETREE::Delivery_var delivery = new VALUETREE::Delivery;
     delivery->number = 0;
     if (room && entry.sequence != 0) {
@@ -74,7 +73,8 @@ CORBA::Boolean TreeServant::push(CORBA::ULongLong session, CORBA::ULongLong, con
 
 void TreeServant::resynchronise(CORBA::ULongLong session)
 {
-    askForSnapshot(session, *lineOf(session));
+    if (!lineOf(session)->snapshotAsked.exchange(true))
+        keeper->resynchronise(session);
 }
 
 void TreeServant::close(CORBA::ULongLong session)
@@ -83,10 +83,10 @@ void TreeServant::close(CORBA::ULongLong session)
         keeper->end(session);
 }
 
-void TreeServant::askForSnapshot(quint64 session, SessionLine &line)
+void TreeServant::refuseWhileMainThreadIsLost() const
 {
-    if (!line.snapshotAsked.exchange(true))
-        keeper->resynchronise(session);
+    if (gate->isMainThreadLost())
+        throw CORBA::TRANSIENT(0, CORBA::COMPLETED_NO);
 }
 
 std::shared_ptr<SessionLine> TreeServant::lineOf(quint64 session) const

@@ -18,6 +18,8 @@ public:
     virtual void receive(quint64 session, std::string batch) = 0;
     /// The line's `snapshotAsked` is set until it is done.
     virtual void resynchronise(quint64 session) = 0;
+    /// A session that had more to tell has room again.
+    virtual void flush() = 0;
     virtual void end(quint64 session) = 0;
 };
 
@@ -35,7 +37,7 @@ public:
 
 private:
     std::shared_ptr<SessionLine> lineOf(quint64 session) const;
-    void askForSnapshot(quint64 session, SessionLine &line);
+    void refuseWhileMainThreadIsLost() const;
 
     const MirrorTiming timing;
     const std::shared_ptr<SessionGate> gate;

@@ -54,6 +54,7 @@ public:
     const VtConnectData address;
     const QString reregisterPath;
     values::Tree &tree = values::Tree::Instance();
+    const std::size_t windowBytes;
     const std::shared_ptr<MirrorClient> client; // shared with the calls that it is in, since observers may delete this
     VtClient vtClient;
     std::shared_ptr<MirrorLink> link;
@@ -63,6 +64,9 @@ public:
     bool flushPosted = false;
 
 private:
+    mirror::Outlet outlet();
+    /// Of calls from other threads to this, on the main thread.
+    auto poster();
     MirrorLink::Events events();
     void begin(const std::shared_ptr<LinkSession> &newSession);
     void receive(const std::shared_ptr<LinkSession> &from, const std::string &batch);
@@ -72,6 +76,7 @@ private:
     void leaveServer(const char *reason);
     void observeReregisterValue();
     void wantFlush();
+    void flush();
 
     QTimer snapshotPatience; // runs while a snapshot is awaited
     bool snapshotAsked = false;
@@ -81,14 +86,8 @@ VtConnectionObserver::Private::Private(VtConnectionObserver *observer, const QSt
                                        const QString &clientPath, const VtConnectData &address,
                                        const QString &reregisterPath, const MirrorTiming &timing)
     : observer(observer), address(address), reregisterPath(reregisterPath),
-      client(std::make_shared<MirrorClient>(
-          tree, clientPath, reregisterPath, timing,
-          [this](quint64 sequence, std::string bytes, bool) {
-              if (session)
-                  session->outbox.put(sequence, std::move(bytes), false);
-          },
-          [this] { wantFlush(); })),
-      vtClient(client->clientPath())
+      windowBytes(timing.windowBytes),
+      client(std::make_shared<MirrorClient>(tree, clientPath, reregisterPath, timing, outlet())), vtClient(client->clientPath())
 {
     const QString host = address.ipAddress.isEmpty() ? address.hostName : address.ipAddress;
     const QString where = QStringLiteral("The tree server at %1:%2").arg(host, QString::number(address.port));
@@ -112,17 +111,33 @@ VtConnectionObserver::Private::~Private()
     client->detach();
 }
 
-MirrorLink::Events VtConnectionObserver::Private::events()
+mirror::Outlet VtConnectionObserver::Private::outlet()
+{
+    return {.put =
+                [this](quint64 sequence, std::string bytes) {
+                    if (session)
+                        session->outbox.put(sequence, std::move(bytes));
+                },
+            .waiting = [this] { return session ? session->outbox.waiting() : 0; },
+            .wantsFlush = [this] { wantFlush(); }};
+}
+
+auto VtConnectionObserver::Private::poster()
 {
     const auto door =
         ThreadingHelper::ThreadSwitchingAdministration::CreateThreadSwitchingHandler(QLatin1String(sourceName));
     const QPointer<Private> self(this); // looked at on the main thread alone
-    const auto post = [door, self](auto call) {
+    return [door, self](auto call) {
         door->post(ThreadingHelper::RunInMainThreadEvent([self, call = std::move(call)] {
             if (self)
                 call(*self);
         }));
     };
+}
+
+MirrorLink::Events VtConnectionObserver::Private::events()
+{
+    const auto post = poster();
     return {[post](const auto &session) { post([session](Private &d) { d.begin(session); }); },
             [post](const auto &session, std::string batch) {
                 post([session, batch = std::move(batch)](Private &d) { d.receive(session, batch); });
@@ -198,10 +213,9 @@ void VtConnectionObserver::Private::lose()
 {
     const std::shared_ptr<MirrorClient> loser = client;
     const bool deletes = deletesClientPath;
-    values::Tree &home = tree;
     loser->lose();
     if (deletes)
-        home.removeNode(loser->clientPath());
+        loser->removeAll();
 }
 
 void VtConnectionObserver::Private::askForSnapshot()
@@ -244,12 +258,15 @@ void VtConnectionObserver::Private::wantFlush()
     if (std::exchange(flushPosted, true))
         return;
     QMetaObject::invokeMethod(
-        this,
-        [this] {
-            flushPosted = false;
-            client->flush();
-        },
-        Qt::QueuedConnection);
+        this, [this] { flush(); }, Qt::QueuedConnection);
+}
+
+void VtConnectionObserver::Private::flush()
+{
+    flushPosted = false;
+    if (!client->flush() && session)
+        session->outbox.whenBelow(windowBytes / 2,
+                                  [post = poster()] { post([](Private &d) { d.wantFlush(); }); });
 }
 
 VtConnectionObserver::VtConnectionObserver(const QString &serverPath, const QString &clientPath,

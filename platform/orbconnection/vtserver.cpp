@@ -57,6 +57,9 @@ private:
     void activate();
     void begin(quint64 session, const std::shared_ptr<SessionLine> &line);
     void wantFlush();
+    void flushWithRoom(SessionLine &line);
+
+    std::shared_ptr<mirror::ISessionKeeper> keeper;
 };
 
 namespace
@@ -84,6 +87,10 @@ public:
     {
         post([session](Server &server) { server.resynchronise(session); });
     }
+    void flush() override
+    {
+        post([](Server &server) { server.flushAll(); });
+    }
     void end(quint64 session) override
     {
         post([session](Server &server) { server.end(session); });
@@ -109,8 +116,11 @@ private:
 VtServer::Private::Private(values::Tree &tree, const MirrorTiming &timing)
     : tree(tree), timing(timing), gate(std::make_shared<mirror::SessionGate>(timing))
 {
-    connect(&watch, &QTimer::timeout, this, &Private::endSilent);
-    watch.start(timing.heartbeat);
+    connect(&watch, &QTimer::timeout, this, [this] {
+        gate->beat();
+        endSilent();
+    });
+    watch.start(timing.watchInterval());
     activate();
 }
 
@@ -136,7 +146,7 @@ void VtServer::Private::activate()
     };
     if (!orb.isRunning())
         return fail("the ORB does not run");
-    const auto keeper = std::make_shared<PostingKeeper<Private>>(this);
+    keeper = std::make_shared<PostingKeeper<Private>>(this);
     const PortableServer::ServantBase_var servant = new mirror::TreeServant(timing, gate, keeper);
     servantId = PortableServer::string_to_ObjectId(key);
     try {
@@ -155,16 +165,15 @@ void VtServer::Private::beginNew()
 
 void VtServer::Private::begin(quint64 session, const std::shared_ptr<SessionLine> &line)
 {
-    const auto send = [line](quint64 sequence, std::string bytes, bool isSnapshot) {
-        line->outbox.put(sequence, std::move(bytes), isSnapshot);
-    };
-    const auto want = [server = QPointer<Private>(this)] {
-        if (server) // or an observer has ended it
-            server->wantFlush();
-    };
-    const auto mirror = std::make_shared<MirrorSession>(tree, line->path, timing, send, want);
-    mirror->sendSnapshot();
-    sessions[session] = {line, mirror};
+    const mirror::Outlet outlet{
+        .put = [line](quint64 sequence, std::string bytes) { line->outbox.put(sequence, std::move(bytes)); },
+        .waiting = [line] { return line->outbox.waiting(); },
+        .wantsFlush =
+            [server = QPointer<Private>(this)] {
+                if (server) // or an observer has ended it
+                    server->wantFlush();
+            }};
+    sessions[session] = {line, std::make_shared<MirrorSession>(tree, line->path, timing, outlet)};
     traceSession(QStringLiteral("Begins"), line->path);
 }
 
@@ -189,9 +198,8 @@ void VtServer::Private::resynchronise(quint64 session)
         return;
     traceSession(QStringLiteral("Is told everything again"), found->second.line->path);
     found->second.line->snapshotAsked = false;
-    found->second.mirror->flush();
-    found->second.line->outbox.refill();
-    found->second.mirror->sendSnapshot();
+    found->second.mirror->startOver();
+    found->second.line->outbox.clear();
 }
 
 void VtServer::Private::end(quint64 session)
@@ -226,7 +234,13 @@ void VtServer::Private::flushAll()
 {
     flushPosted = false;
     for (const auto &[number, session] : sessions)
-        session.mirror->flush();
+        if (!session.mirror->flush())
+            flushWithRoom(*session.line);
+}
+
+void VtServer::Private::flushWithRoom(SessionLine &line)
+{
+    line.outbox.whenBelow(timing.windowBytes / 2, [keeper = keeper] { keeper->flush(); });
 }
 
 VtServer::VtServer() : VtServer(values::Tree::Instance())

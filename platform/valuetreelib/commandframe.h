@@ -25,7 +25,7 @@ enum CommandId : quint8 {
     SetInt64Command = 5,  ///< 8 bytes
     SetDoubleCommand = 6,
     SelectKeyCommand = 7, ///< 8 bytes
-    SetStateCommand = 8,  ///< 1 byte, a TValueState other than deleted
+    SetStateCommand = 8,  ///< 1 byte, 0 to greatestState, but not deleted
     SetLimitsCommand = 9, ///< the number of the command that sets the content, then minimum, maximum, step
     SetSelectionItemsCommand = 10, ///< 32 bits of count; each: key (8), number (8), 32 bits of length and the text
     MapSetAtCommand = 20,          // keyed maps have 20 to 22

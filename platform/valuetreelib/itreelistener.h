@@ -23,8 +23,7 @@ public:
     virtual ~ITreeListener() = default;
     /// Nodes come before what stands below them.
     virtual void itemAdded(TreeItem &item, IObserver *originator) = 0;
-    /// @p item is out of the tree, with all that is below it, which is not told singly. It may also be a node above the
-    /// listener's path.
+    /// @p item is out of the tree. Of what is removed together, each item is told, nodes before what stood below them.
     virtual void itemRemoved(TreeItem &item, IObserver *originator) = 0;
     /// Not for changes within a transaction, but for what they came to at its end.
     virtual void valueChanged(const ValueChange &change) = 0;

@@ -2,8 +2,6 @@
 
 #include "valuetreelib/mainthread.h"
 
-#include <algorithm>
-
 namespace values
 {
 Node::Node(const QString &path, Tree *owner) : TreeItem(path, true), owner(owner)
@@ -24,24 +22,33 @@ void Node::SetValueDescriptor(const ValueDescriptor *newDescriptor, IObserver *o
 std::vector<TreeItem *> Node::GetTreeItems() const
 {
     std::vector<TreeItem *> items;
-    items.reserve(children.size());
+    items.reserve(children.size() - gaps);
     for (const std::unique_ptr<TreeItem> &child : children)
-        items.push_back(child.get());
+        if (child)
+            items.push_back(child.get());
     return items;
 }
 
 void Node::hook(std::unique_ptr<TreeItem> child)
 {
     child->parentNode = this;
+    child->place = static_cast<quint32>(children.size());
     children.push_back(std::move(child));
 }
 
-std::unique_ptr<TreeItem> Node::unhook(const TreeItem *child)
+std::unique_ptr<TreeItem> Node::unhook(const TreeItem &child)
 {
-    const auto found = std::find_if(children.begin(), children.end(),
-                                    [child](const std::unique_ptr<TreeItem> &other) { return other.get() == child; });
-    std::unique_ptr<TreeItem> unhooked = std::move(*found);
-    children.erase(found);
+    std::unique_ptr<TreeItem> unhooked = std::move(children[child.place]);
+    if (2 * ++gaps > children.size())
+        closeGaps();
     return unhooked;
+}
+
+void Node::closeGaps()
+{
+    std::erase(children, nullptr);
+    gaps = 0;
+    for (std::size_t place = 0; place < children.size(); ++place)
+        children[place]->place = static_cast<quint32>(place);
 }
 } // namespace values

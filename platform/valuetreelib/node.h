@@ -33,9 +33,12 @@ private:
 
     Node(const QString &path, Tree *owner);
     void hook(std::unique_ptr<TreeItem> child);
-    std::unique_ptr<TreeItem> unhook(const TreeItem *child);
+    std::unique_ptr<TreeItem> unhook(const TreeItem &child);
+    void closeGaps();
 
+    // In the order in which they were added. Who goes leaves a null behind, so that many can go one by one.
     std::vector<std::unique_ptr<TreeItem>> children;
+    std::size_t gaps = 0;
     Tree *owner; // null once the node has been removed
     const ValueDescriptor *descriptor = nullptr;
 };

@@ -1,5 +1,6 @@
 #include "valuetreelib/subtreeremoval.h"
 
+#include "coresupport/firstexception.h"
 #include "valuetreelib/itemindex.h"
 #include "valuetreelib/node.h"
 
@@ -18,10 +19,11 @@ SubtreeRemoval::SubtreeRemoval(std::unique_ptr<TreeItem> top, ItemIndex &nodeInd
         takeOut(item, nodeIndex, valueIndex);
         if (!item.isNode())
             continue;
-        auto &children = static_cast<Node &>(item).children;
-        pending.insert(pending.end(), std::make_move_iterator(children.rbegin()),
-                       std::make_move_iterator(children.rend()));
-        children.clear();
+        auto &node = static_cast<Node &>(item);
+        node.closeGaps();
+        pending.insert(pending.end(), std::make_move_iterator(node.children.rbegin()),
+                       std::make_move_iterator(node.children.rend()));
+        node.children.clear();
     }
 }
 
@@ -44,14 +46,16 @@ void SubtreeRemoval::takeOut(TreeItem &item, ItemIndex &nodeIndex, ItemIndex &va
 
 void SubtreeRemoval::tell(IObserver *originator)
 {
+    FirstException trouble;
     for (const std::unique_ptr<TreeItem> &item : items) {
         if (item->isNode())
-            tellNode(*item, originator);
+            trouble.attempt([&] { tellNode(*item, originator); });
     }
     for (const std::unique_ptr<TreeItem> &item : items) {
         if (!item->isNode())
-            tellValue(*item, originator);
+            trouble.attempt([&] { tellValue(*item, originator); });
     }
+    trouble.rethrow();
 }
 
 void SubtreeRemoval::tellNode(TreeItem &node, IObserver *originator)
@@ -66,7 +70,9 @@ void SubtreeRemoval::tellValue(TreeItem &value, IObserver *originator)
     value.bits.state = ValueStateDeleted;
     value.tellHolders(ChangeCodeState);
     // Past a transaction that may be open: nobody would end it.
-    value.NotifyObservers(ChangeCodeState, originator);
-    value.NotifyObservers(ChangeCodeDeleted, originator);
+    FirstException trouble;
+    trouble.attempt([&] { value.NotifyObservers(ChangeCodeState, originator); });
+    trouble.attempt([&] { value.NotifyObservers(ChangeCodeDeleted, originator); });
+    trouble.rethrow();
 }
 } // namespace values

@@ -19,7 +19,8 @@ public:
     SubtreeRemoval &operator=(const SubtreeRemoval &) = delete;
     ~SubtreeRemoval();
 
-    TreeItem &top() const { return *items.front(); }
+    /// Each node before what was below it.
+    const std::vector<std::unique_ptr<TreeItem>> &removedItems() const { return items; }
     /// Tells holders and observers that their items go: first all nodes, then the values.
     void tell(IObserver *originator);
 
@@ -28,6 +29,6 @@ private:
     static void tellNode(TreeItem &node, IObserver *originator);
     static void tellValue(TreeItem &value, IObserver *originator);
 
-    std::vector<std::unique_ptr<TreeItem>> items; // each node before what was below it
+    std::vector<std::unique_ptr<TreeItem>> items;
 };
 } // namespace values

@@ -1,5 +1,6 @@
 #include "valuetreelib/tree.h"
 
+#include "coresupport/firstexception.h"
 #include "coresupport/trace.h"
 #include "valuetreelib/itemguard.h"
 #include "valuetreelib/itemindex.h"
@@ -41,10 +42,11 @@ bool hasName(const QString &path)
     return !path.isEmpty() && !path.endsWith(u'/');
 }
 
-bool isTooDeep(const QString &normalizedPath)
+bool fits(const QString &normalizedPath)
 {
     // Each part takes two characters at least.
-    return normalizedPath.size() > 2 * Tree::maxDepth && normalizedPath.count(u'/') > Tree::maxDepth;
+    return normalizedPath.size() <= Tree::maxPathLength
+        && (normalizedPath.size() <= 2 * Tree::maxDepth || normalizedPath.count(u'/') <= Tree::maxDepth);
 }
 
 void refuse(const QString &path, const char *reason)
@@ -112,25 +114,30 @@ void Tree::Private::tell(const Addition &addition, IObserver *originator)
     if (!addition.grown->hasObservers())
         return;
     const ItemGuard guard(*addition.grown);
-    addition.grown->NotifyObservers(ChangeCodeChildAdded, originator);
+    FirstException trouble;
+    trouble.attempt([&] { addition.grown->NotifyObservers(ChangeCodeChildAdded, originator); });
     if (guard.isAlive())
-        addition.grown->NotifyObservers(ChangeCodeNodeItems, originator);
+        trouble.attempt([&] { addition.grown->NotifyObservers(ChangeCodeNodeItems, originator); });
+    trouble.rethrow();
 }
 
 void Tree::Private::remove(TreeItem &item, IObserver *originator)
 {
     Node &parent = *item.parentNode;
-    SubtreeRemoval removal(parent.unhook(&item), nodes, values);
-    listeners.itemRemoved(removal.top(), originator);
-    parent.NotifyObservers(ChangeCodeNodeItems, originator);
-    removal.tell(originator);
+    SubtreeRemoval removal(parent.unhook(item), nodes, values);
+    for (const std::unique_ptr<TreeItem> &removed : removal.removedItems())
+        listeners.itemRemoved(*removed, originator);
+    FirstException trouble;
+    trouble.attempt([&] { parent.NotifyObservers(ChangeCodeNodeItems, originator); });
+    trouble.attempt([&] { removal.tell(originator); });
+    trouble.rethrow();
 }
 
 void Tree::Private::removeBelowRoot(IObserver *originator)
 {
     // By their paths: observers may remove some of them themselves, or add others, which stay.
     std::vector<std::pair<QString, bool>> tops;
-    for (const std::unique_ptr<TreeItem> &child : root->children)
+    for (const TreeItem *child : root->GetTreeItems())
         tops.emplace_back(child->path, child->isNode());
     for (const auto &[path, isNode] : tops) {
         if (TreeItem *const item = (isNode ? nodes : values).find(path))
@@ -154,6 +161,11 @@ Tree &Tree::Instance()
     return tree;
 }
 
+bool Tree::canHold(const QString &path)
+{
+    return path.size() <= maxPathLength && fits(normalizedPath(path));
+}
+
 bool Tree::addValue(const QString &parentPath, std::unique_ptr<ValueBase> value, IObserver *originator)
 {
     const QString path = joined(parentPath, value ? value->path : QString());
@@ -168,9 +180,9 @@ bool Tree::addValueAt(const QString &givenPath, std::unique_ptr<ValueBase> value
         return false;
     }
     value->path = normalizedPath(givenPath);
-    const bool tooDeep = isTooDeep(value->path);
-    if (tooDeep || !d->values.insert(*value)) {
-        refuse(value->path, tooDeep ? "too deep" : "there is such a value");
+    const bool hasRoom = fits(value->path);
+    if (!hasRoom || !d->values.insert(*value)) {
+        refuse(value->path, hasRoom ? "there is such a value" : "too deep or too long");
         return false;
     }
     Private::Addition addition;
@@ -185,8 +197,8 @@ Node *Tree::addNode(const QString &path, IObserver *originator)
     if (Node *const node = findNode(path))
         return node;
     const QString normalized = normalizedPath(path);
-    if (isTooDeep(normalized)) {
-        refuse(path, "too deep");
+    if (!fits(normalized)) {
+        refuse(path, "too deep or too long");
         return nullptr;
     }
     Private::Addition addition;
@@ -255,7 +267,8 @@ std::vector<TreeItem *> Tree::subtree(const QString &path) const
             continue;
         const auto &children = static_cast<Node *>(item)->children;
         for (auto child = children.rbegin(); child != children.rend(); ++child)
-            pending.push_back(child->get());
+            if (*child)
+                pending.push_back(child->get());
     }
     return items;
 }

@@ -21,6 +21,10 @@ class VALUETREELIB_EXPORT Tree
 public:
     /// The deepest path that can be added has this many parts.
     static constexpr int maxDepth = 256;
+    /// The longest one has this many characters.
+    static constexpr int maxPathLength = 65535;
+    /// Whether an item can be added at @p path, by its depth and length.
+    static bool canHold(const QString &path);
 
     Tree();
     Tree(const Tree &) = delete;
@@ -30,11 +34,11 @@ public:
     static Tree &Instance();
 
     /// Adds @p value under @p parentPath and its name, with the nodes that are missing. False, with the value deleted,
-    /// when there is such a value already, it has no name, or the path is too deep.
+    /// when there is such a value already, it has no name, or the path is too deep or too long.
     bool addValue(const QString &parentPath, std::unique_ptr<ValueBase> value, IObserver *originator = nullptr);
     /// The same, where the value gets its name from @p path, and the nodes above it are those of the path.
     bool addValueAt(const QString &path, std::unique_ptr<ValueBase> value, IObserver *originator = nullptr);
-    /// The node at @p path, added if necessary; null when the path is too deep.
+    /// The node at @p path, added if necessary; null when the path is too deep or too long.
     Node *addNode(const QString &path, IObserver *originator = nullptr);
 
     /// Removes the value, or the node with all that is below it (of the root, only that). False when it is not there.

@@ -59,5 +59,6 @@ private:
     QString path;
     Node *parentNode = nullptr;
     Bits bits;
+    quint32 place = 0; // among the children of the parent
 };
 } // namespace values

@@ -29,19 +29,13 @@ bool TreeListeners::concerns(const Entry &entry, const TreeItem &item)
     return entry.listener && (isPathBelow(item.path, entry.path) || (item.isNode() && item.path == entry.path));
 }
 
-bool TreeListeners::losesItsItems(const Entry &entry, const TreeItem &removed)
-{
-    return concerns(entry, removed)
-        || (entry.listener && removed.isNode() && isPathBelow(entry.path, removed.path));
-}
-
-template <typename Tell> void TreeListeners::tell(Condition isMeant, const TreeItem &item, const Tell &tell)
+template <typename Tell> void TreeListeners::tell(const TreeItem &item, const Tell &tell)
 {
     if (entries.empty())
         return;
     ++depth;
     for (std::size_t i = 0; i < entries.size(); ++i) {
-        if (isMeant(entries[i], item))
+        if (concerns(entries[i], item))
             tell(*entries[i].listener);
     }
     if (!--depth)
@@ -50,27 +44,27 @@ template <typename Tell> void TreeListeners::tell(Condition isMeant, const TreeI
 
 void TreeListeners::itemAdded(TreeItem &item, IObserver *originator)
 {
-    tell(concerns, item, [&](ITreeListener &listener) { listener.itemAdded(item, originator); });
+    tell(item, [&](ITreeListener &listener) { listener.itemAdded(item, originator); });
 }
 
 void TreeListeners::itemRemoved(TreeItem &item, IObserver *originator)
 {
-    tell(losesItsItems, item, [&](ITreeListener &listener) { listener.itemRemoved(item, originator); });
+    tell(item, [&](ITreeListener &listener) { listener.itemRemoved(item, originator); });
 }
 
 void TreeListeners::valueChanged(const ValueChange &change)
 {
-    tell(concerns, change.value, [&](ITreeListener &listener) { listener.valueChanged(change); });
+    tell(change.value, [&](ITreeListener &listener) { listener.valueChanged(change); });
 }
 
 void TreeListeners::commandRecorded(ValueBase &value, const ValueBase::CommandOnValue &command)
 {
-    tell(concerns, value, [&](ITreeListener &listener) { listener.commandRecorded(value, command); });
+    tell(value, [&](ITreeListener &listener) { listener.commandRecorded(value, command); });
 }
 
 void TreeListeners::valueReleased(ValueBase &value)
 {
-    tell(concerns, value, [&](ITreeListener &listener) { listener.valueReleased(value); });
+    tell(value, [&](ITreeListener &listener) { listener.valueReleased(value); });
 }
 
 bool TreeListeners::hear(const ValueBase &value) const

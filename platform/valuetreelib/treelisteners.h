@@ -29,11 +29,8 @@ private:
         ITreeListener *listener; // null: removed while listeners were being told
     };
 
-    using Condition = bool (*)(const Entry &entry, const TreeItem &item);
-
     static bool concerns(const Entry &entry, const TreeItem &item);
-    static bool losesItsItems(const Entry &entry, const TreeItem &removed);
-    template <typename Tell> void tell(Condition isMeant, const TreeItem &item, const Tell &tell);
+    template <typename Tell> void tell(const TreeItem &item, const Tell &tell);
 
     std::vector<Entry> entries;
     int depth = 0;

@@ -1,5 +1,6 @@
 #include "valuetreelib/valuebase.h"
 
+#include "coresupport/firstexception.h"
 #include "coresupport/trace.h"
 #include "valuetreelib/commandframe.h"
 #include "valuetreelib/commandonvalue.h"
@@ -55,6 +56,10 @@ TValueState ValueBase::GetState() const
 void ValueBase::SetState(TValueState state, IObserver *originator)
 {
     Q_ASSERT(isMainThread());
+    if (state < 0 || state > greatestState) {
+        refuseContent(QStringLiteral("the state %1").arg(state));
+        return;
+    }
     if (bits.state == static_cast<unsigned>(state))
         return;
     bits.state = static_cast<unsigned>(state);
@@ -119,13 +124,13 @@ void ValueBase::EndTransaction(TChangeCode code, IObserver *originator)
         return;
     bits.heldCodes = 0;
     tellListenersOfHeld(held, code, originator);
-    if ((held & heldBit(ChangeCodeState)) && code != ChangeCodeState) {
-        const ItemGuard guard(*this);
-        Observable::NotifyObservers(ChangeCodeState, originator);
-        if (!guard.isAlive())
-            return;
-    }
-    Observable::NotifyObservers(code, originator);
+    const ItemGuard guard(*this);
+    FirstException trouble;
+    if ((held & heldBit(ChangeCodeState)) && code != ChangeCodeState)
+        trouble.attempt([&] { Observable::NotifyObservers(ChangeCodeState, originator); });
+    if (guard.isAlive())
+        trouble.attempt([&] { Observable::NotifyObservers(code, originator); });
+    trouble.rethrow();
 }
 
 void ValueBase::tellListenersOfHeld(unsigned held, TChangeCode endCode, IObserver *originator)

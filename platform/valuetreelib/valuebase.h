@@ -31,6 +31,7 @@ public:
     void SetStringValue(QString text, IObserver *originator) override = 0;
     QString GetStringValue() const override = 0;
     TValueState GetState() const override;
+    /// A code below 0 or above greatestState is traced and changes nothing.
     void SetState(TValueState state, IObserver *originator) override;
     /// Tells observers and mirrors of @p code although nothing need have changed.
     virtual void HasChanged(TChangeCode code, IObserver *originator);

@@ -11,6 +11,8 @@ enum TValueState : int {
     ValueStateSeeded = 2,  ///< filled with a first content by whoever created it
     ValueStateConnectionLost = 3,
 };
+/// Codes up to this one may be given a meaning by a program; what is beyond is refused.
+constexpr int greatestState = 15;
 
 /// A value's content stays, but its limits, or the items to select from, changed.
 constexpr auto ChangeCodeLimits = static_cast<TChangeCode>(4);

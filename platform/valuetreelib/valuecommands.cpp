@@ -75,8 +75,7 @@ bool ValueBase::applyState(ByteCursor payload, bool forced, IObserver *originato
 {
     const char *const byte = payload.take(1);
     // That a value is deleted is never told by its state.
-    if (!byte || !payload.isAtEnd() || *byte < ValueStateValid || *byte > ValueStateConnectionLost
-        || *byte == ValueStateDeleted)
+    if (!byte || !payload.isAtEnd() || *byte < ValueStateValid || *byte > greatestState || *byte == ValueStateDeleted)
         return false;
     const auto state = static_cast<TValueState>(*byte);
     if (forced && state == GetState())
@@ -104,7 +103,7 @@ void ValueBase::refuseContent(const QString &content) const
 
 void ValueBase::AddCommandForTransmission(TChangeCode code, bool forced, std::string &out) const
 {
-    if (code != ChangeCodeState)
+    if (code != ChangeCodeState || GetState() == ValueStateDeleted)
         return;
     appendFrame(out, SetStateCommand | (forced ? forcedCommandFlag : 0),
                 [this](std::string &payload) { payload.push_back(static_cast<char>(GetState())); });

@@ -1,5 +1,6 @@
 #include "valuetreelib/valueselection.h"
 
+#include "coresupport/firstexception.h"
 #include "valuetreelib/itemguard.h"
 #include "valuetreelib/selectionstream.h"
 #include "valuetreelib/streamformat.h"
@@ -79,9 +80,11 @@ void ValueSelection::setItems(std::vector<SelItemDesc> newItems, IObserver *orig
     if (lost)
         currentKey = noKey;
     const ItemGuard guard(*this);
-    changed(ChangeCodeSelectionItems, originator);
+    FirstException trouble;
+    trouble.attempt([&] { changed(ChangeCodeSelectionItems, originator); });
     if (lost && guard.isAlive())
-        changed(ChangeCodeValue, originator);
+        trouble.attempt([&] { changed(ChangeCodeValue, originator); });
+    trouble.rethrow();
 }
 
 void ValueSelection::addItem(const QString &text, double number, long key, IObserver *originator)

@@ -1,4 +1,5 @@
 #include "orbconnection/heartbeat.h"
+#include "orbconnection/mirrortiming.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +10,7 @@ namespace
 TEST(Heartbeat, IsLostAfterThreeMissed)
 {
     std::chrono::steady_clock::time_point now{};
-    mirror::Heartbeat heartbeat(MirrorTiming(), [&] { return now; });
+    mirror::Heartbeat heartbeat(MirrorTiming().silenceUntilLost(), [&] { return now; });
     now += 6000ms;
     EXPECT_FALSE(heartbeat.isLost());
     now += 1ms;

@@ -13,8 +13,7 @@ public:
     JoinedMirror(values::Tree &serverTree, values::Tree &clientTree, const QString &serverPath,
                  const QString &clientPath)
         : serverTree(serverTree), clientTree(clientTree), serverPath(serverPath),
-          client(clientTree, clientPath, QStringLiteral("ReregisterCorba"), timing,
-                 [this](quint64, std::string bytes, bool) { toServer.push_back(std::move(bytes)); }, [] {})
+          client(clientTree, clientPath, QStringLiteral("ReregisterCorba"), timing, outletTo(toServer))
     {
     }
 
@@ -22,11 +21,8 @@ public:
     {
         toClient.clear();
         toServer.clear();
-        session = std::make_unique<mirror::MirrorSession>(
-            serverTree, serverPath, timing,
-            [this](quint64, std::string bytes, bool) { toClient.push_back(std::move(bytes)); }, [] {});
+        session = std::make_unique<mirror::MirrorSession>(serverTree, serverPath, timing, outletTo(toClient));
         client.begin();
-        session->sendSnapshot();
         carry();
     }
     void disconnect() override
@@ -61,6 +57,20 @@ public:
         session->flush();
         for (; !toClient.empty(); toClient.pop_front())
             outcome = client.receive(toClient.front());
+    }
+
+    /// What waits is what has not been carried yet.
+    static mirror::Outlet outletTo(std::deque<std::string> &batches)
+    {
+        return {.put = [&batches](quint64, std::string bytes) { batches.push_back(std::move(bytes)); },
+                .waiting =
+                    [&batches] {
+                        std::size_t bytes = 0;
+                        for (const std::string &batch : batches)
+                            bytes += batch.size();
+                        return bytes;
+                    },
+                .wantsFlush = [] {}};
     }
 
     values::Tree &serverTree;

@@ -43,8 +43,19 @@ TEST_F(Mirror, MakesValuesOfTheSameClasses)
     EXPECT_TRUE(clientTree.findValue(QStringLiteral("/Sub/A/Device/Mode"))->Compare(selection));
 }
 
-TEST_F(Mirror, BringsChangesInTheirOrder)
+TEST_F(Mirror, MergesChangesThatWaitForTheSameDelivery)
 {
+    pair->connect();
+    Diary diary(text(clientTree, "/Sub/A/Device/State"));
+    for (const char *content : {"a", "b", "c"})
+        state->SetValue(QLatin1String(content), nullptr);
+    pair->carry();
+    EXPECT_THAT(diary.contents, ElementsAre("c"));
+}
+
+TEST_F(Mirror, BringsEachChangeOfAValueThatIsNotOptimised)
+{
+    state->setOptimized(false);
     pair->connect();
     Diary diary(text(clientTree, "/Sub/A/Device/State"));
     for (const char *content : {"a", "b", "b", "c"})

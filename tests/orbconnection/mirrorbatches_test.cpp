@@ -44,7 +44,7 @@ TEST_F(MirroredBatch, AsksForASnapshotWhenABatchIsMissing)
     pair.carryToClient();
     EXPECT_EQ(pair.outcome, MirrorClient::Outcome::Missing);
     EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("idle"));
-    pair.session->sendSnapshot();
+    pair.session->startOver();
     pair.carry();
     EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("arrives"));
     EXPECT_EQ(text(clientTree, "/Sub/A/Device/State")->GetState(), ValueStateValid);
@@ -74,28 +74,36 @@ TEST_F(MirroredBatch, RefusesAClientsBatchWhenOneBeforeItIsMissing)
     EXPECT_EQ(state->GetValue(), QStringLiteral("idle"));
 }
 
-TEST_F(MirroredBatch, EndsWhenAnObserverHereThrows)
+TEST_F(MirroredBatch, GoesOnWhenAnObserverHereThrows)
 {
+    auto *const other = addText(serverTree, QStringLiteral("/K/Device"), QStringLiteral("Other"), QString());
     pair.connect();
     Thrower thrower;
     text(clientTree, "/Sub/A/Device/State")->AddObserver(&thrower);
+    Diary diary(text(clientTree, "/Sub/A/Device/State"));
     state->SetValue(QStringLiteral("busy"), nullptr);
+    other->SetValue(QStringLiteral("after it"), nullptr);
     pair.carryToClient();
-    EXPECT_EQ(pair.outcome, MirrorClient::Outcome::Malformed);
-    text(clientTree, "/Sub/A/Device/State")->DeleteObserver(&thrower);
-    pair.disconnect();
-    pair.connect();
+    EXPECT_EQ(pair.outcome, MirrorClient::Outcome::Applied);
     EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("busy"));
+    EXPECT_EQ(at("/Sub/A/Device/Other"), QStringLiteral("after it"));
+    EXPECT_EQ(diary.contents, std::vector<std::string>{"busy"});
+    text(clientTree, "/Sub/A/Device/State")->DeleteObserver(&thrower);
 }
 
-TEST_F(MirroredBatch, EndsWhenAnObserverAtTheServerThrows)
+TEST_F(MirroredBatch, GoesOnWhenAnObserverAtTheServerThrows)
 {
+    auto *const other = addText(serverTree, QStringLiteral("/K/Device"), QStringLiteral("Other"), QString());
     pair.connect();
     Thrower thrower;
     state->AddObserver(&thrower);
+    Diary diary(state);
     text(clientTree, "/Sub/A/Device/State")->SetValue(QStringLiteral("busy"), nullptr);
+    text(clientTree, "/Sub/A/Device/Other")->SetValue(QStringLiteral("after it"), nullptr);
     pair.carryToServer();
-    EXPECT_FALSE(pair.serverAccepts);
+    EXPECT_TRUE(pair.serverAccepts);
+    EXPECT_EQ(other->GetValue(), QStringLiteral("after it"));
+    EXPECT_EQ(diary.contents, std::vector<std::string>{"busy"});
     state->DeleteObserver(&thrower);
 }
 
@@ -103,10 +111,9 @@ TEST_F(MirroredBatch, EndsWhenAnObserverAtTheServerThrows)
 TEST_F(MirroredBatch, SurvivesDamagedBatches)
 {
     addNew<ValueSelection>(serverTree, QStringLiteral("/K/Device/D1"), QStringLiteral("Mode"));
-    pair.session = std::make_unique<mirror::MirrorSession>(
-        serverTree, pair.serverPath, pair.timing,
-        [&](quint64, std::string bytes, bool) { pair.toClient.push_back(std::move(bytes)); }, [] {});
-    pair.session->sendSnapshot();
+    pair.session = std::make_unique<mirror::MirrorSession>(serverTree, pair.serverPath, pair.timing,
+                                                           JoinedMirror::outletTo(pair.toClient));
+    pair.session->flush();
     const std::string whole = pair.toClient.front();
     int refused = 0;
     for (std::size_t i = 0; i < whole.size(); ++i) {
@@ -117,8 +124,8 @@ TEST_F(MirroredBatch, SurvivesDamagedBatches)
         pair.client.begin();
         pair.client.receive(damaged);
         Tree fresh;
-        mirror::MirrorSession server(
-            fresh, QStringLiteral("/K"), pair.timing, [](quint64, std::string, bool) {}, [] {});
+        std::deque<std::string> answers;
+        mirror::MirrorSession server(fresh, QStringLiteral("/K"), pair.timing, JoinedMirror::outletTo(answers));
         server.receive(damaged);
     }
     EXPECT_GT(refused, static_cast<int>(whole.size()) / 2);

@@ -50,7 +50,9 @@ public:
         };
         setAtServer("ToClient");
         require([&] { return hasMark(clientTree, clientPath, "/Mark/ToClient"); });
-        addMark(clientTree, clientPath, "ToServer")->SetValue(QString::number(mark), nullptr);
+        TextValue *const toServer = addMark(clientTree, clientPath, "ToServer");
+        toServer->SetValue(QString::number(mark), nullptr);
+        toServer->HasChanged(ChangeCodeValue, nullptr); // also where it is new, so that this is its seed
         require([&] { return hasMark(serverTree, serverPath, "/Mark/ToServer"); });
         setAtServer("Answer");
         require([&] { return hasMark(clientTree, clientPath, "/Mark/Answer"); });

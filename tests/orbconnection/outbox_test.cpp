@@ -14,55 +14,57 @@ class AnOutbox : public testing::Test
 protected:
     quint64 next(quint64 received) { return box.next(received, 0ms).sequence; }
 
-    Outbox box{100};
+    Outbox box;
 };
 
 TEST_F(AnOutbox, HandsOutABatchUntilItIsReceived)
 {
-    box.put(1, "a", false);
-    box.put(2, "b", false);
+    box.put(1, "a");
+    box.put(2, "b");
     EXPECT_EQ(next(0), 1u);
     EXPECT_EQ(next(0), 1u);
     EXPECT_EQ(next(1), 2u);
     EXPECT_EQ(next(2), 0u);
 }
 
-TEST_F(AnOutbox, DropsEverythingWhenItIsTooFull)
+TEST_F(AnOutbox, CountsWhatWaits)
 {
-    box.put(1, std::string(60, 'x'), false);
-    box.put(2, std::string(60, 'x'), false);
-    EXPECT_EQ(next(0), 0u);
-    box.put(3, "a", false);
-    EXPECT_EQ(next(0), 0u);
-    EXPECT_TRUE(box.takeOverflow());
-    EXPECT_FALSE(box.takeOverflow());
-    box.refill();
-    box.put(4, "a", false);
-    EXPECT_EQ(next(0), 4u);
+    box.put(1, std::string(60, 'x'));
+    box.put(2, std::string(50, 'x'));
+    EXPECT_EQ(box.waiting(), 110u);
+    next(1);
+    EXPECT_EQ(box.waiting(), 50u);
+    box.clear();
+    EXPECT_EQ(box.waiting(), 0u);
+    EXPECT_EQ(next(1), 0u);
 }
 
-TEST_F(AnOutbox, HasRoomAgainForWhatWasReceived)
+TEST_F(AnOutbox, SaysOnceWhenThereIsRoom)
 {
-    for (quint64 i = 1; i < 10; ++i) {
-        box.put(i, std::string(60, 'x'), false);
-        EXPECT_EQ(next(i - 1), i);
-        EXPECT_EQ(next(i), 0u);
-    }
-    EXPECT_FALSE(box.takeOverflow());
+    int calls = 0;
+    box.put(1, std::string(60, 'x'));
+    box.put(2, std::string(60, 'x'));
+    box.put(3, std::string(60, 'x'));
+    box.whenBelow(100, [&] { ++calls; });
+    next(1);
+    EXPECT_EQ(calls, 0);
+    next(2);
+    EXPECT_EQ(calls, 1);
+    next(3);
+    EXPECT_EQ(calls, 1);
 }
 
-TEST_F(AnOutbox, AlwaysHasRoomForASnapshot)
+TEST_F(AnOutbox, WithRoomSaysSoAtOnce)
 {
-    box.put(1, std::string(500, 'x'), true);
-    box.put(2, std::string(500, 'x'), true);
-    box.put(3, std::string(60, 'x'), false);
-    EXPECT_EQ(next(2), 3u);
-    EXPECT_FALSE(box.takeOverflow());
+    int calls = 0;
+    box.put(1, std::string(60, 'x'));
+    box.whenBelow(61, [&] { ++calls; });
+    EXPECT_EQ(calls, 1);
 }
 
 TEST_F(AnOutbox, WakesWhoWaits)
 {
-    std::thread other([this] { box.put(1, "a", false); });
+    std::thread other([this] { box.put(1, "a"); });
     EXPECT_EQ(box.next(0, 20s).sequence, 1u);
     other.join();
 }

@@ -9,10 +9,17 @@ protected:
     /// What the client writes before it sees the snapshot that the server has written.
     template <typename Change> void amid(const Change &change)
     {
-        pair.session->sendSnapshot();
+        pair.session->startOver();
+        pair.session->flush();
         change();
         pair.carryToClient();
         pair.carry();
+    }
+    /// A value of the client's own, whose time of being seeded is over.
+    void addLocal(const char *parent, const char *name)
+    {
+        addText(clientTree, QLatin1String(parent), QLatin1String(name), QString());
+        pair.client.flush();
     }
     void set(const char *path, const char *content)
     {
@@ -35,7 +42,7 @@ TEST_F(Resynchronisation, KeepsAValueThatWasAnnouncedMeanwhile)
 {
     pair.connect();
     amid([this] {
-        addText(clientTree, QStringLiteral("/Sub/A/Device/D1"), QStringLiteral("Mine"), QString());
+        addLocal("/Sub/A/Device/D1", "Mine");
         set("/Sub/A/Device/D1/Mine", "set");
     });
     EXPECT_EQ(at("/Sub/A/Device/D1/Mine"), QStringLiteral("set"));
@@ -51,7 +58,7 @@ TEST_F(Resynchronisation, KeepsAnAnnouncedValueWhoseNodeTheServerHasRemovedMeanw
     addText(serverTree, QStringLiteral("/K/Device/D1/Other"), QStringLiteral("X"), QStringLiteral("1"));
     pair.connect();
     serverTree.removeNode(QStringLiteral("/K/Device/D1"));
-    addText(clientTree, QStringLiteral("/Sub/A/Device/D1"), QStringLiteral("Mine"), QString());
+    addLocal("/Sub/A/Device/D1", "Mine");
     set("/Sub/A/Device/D1/Mine", "set");
     pair.carryToClient(); // the server has not heard of it yet
     EXPECT_EQ(at("/Sub/A/Device/D1/Mine"), QStringLiteral("set"));
@@ -64,7 +71,7 @@ TEST_F(Resynchronisation, KeepsAnAnnouncedValueWhoseTopTheServerHasRemovedMeanwh
 {
     pair.connect();
     serverTree.removeNode(QStringLiteral("/K"));
-    addText(clientTree, QStringLiteral("/Sub/A/Device"), QStringLiteral("Mine"), QString());
+    addLocal("/Sub/A/Device", "Mine");
     set("/Sub/A/Device/Mine", "set");
     pair.carryToClient();
     EXPECT_EQ(at("/Sub/A/Device/Mine"), QStringLiteral("set"));
@@ -94,7 +101,7 @@ TEST_F(Resynchronisation, FollowsTheServersValueWhenBothAddOneOfAnotherClass)
 TEST_F(Resynchronisation, TakesAwayAnAnnouncedValueThatTheServerHasRemoved)
 {
     pair.connect();
-    addText(clientTree, QStringLiteral("/Sub/A/Device"), QStringLiteral("Mine"), QString());
+    addLocal("/Sub/A/Device", "Mine");
     set("/Sub/A/Device/Mine", "set");
     pair.carry();
     serverTree.removeValue(QStringLiteral("/K/Device/Mine"));

@@ -68,7 +68,7 @@ TEST_P(RudeServer, IsNamedAndLeftAndTriedAgain)
 INSTANTIATE_TEST_SUITE_P(
     Manners, RudeServer,
     testing::Values(
-        RudeCase{"OtherVersion", Manner::OtherVersion, "speaks version 7 of the mirror, this is version 1"},
+        RudeCase{"OtherVersion", Manner::OtherVersion, "speaks version 7 of the mirror, this is version 2"},
         RudeCase{"EndsSessions", Manner::EndsSessions, "has ended the session"},
         RudeCase{"NeverCompletes", Manner::NeverCompletes, "/C is to connect again: no snapshot is completed"},
         RudeCase{"SaysNothing", Manner::SaysNothing, "/C is to connect again: no snapshot is completed"},

@@ -15,6 +15,7 @@ public:
     void beginNew() override { asked.push_back("begin"); }
     void receive(quint64, std::string) override { asked.push_back("receive"); }
     void resynchronise(quint64) override { asked.push_back("resynchronise"); }
+    void flush() override { asked.push_back("flush"); }
     void end(quint64) override { asked.push_back("end"); }
     std::vector<std::string> asked;
 };
@@ -35,8 +36,6 @@ protected:
         timing.maximumBatchBytes = 2000;
         return timing;
     }
-    void pull(bool room) { const VALUETREE::Delivery_var delivery = servant.pull(session, 0, room); }
-
     const std::shared_ptr<mirror::SessionGate> gate = std::make_shared<mirror::SessionGate>(timing());
     const std::shared_ptr<BusyKeeper> keeper = std::make_shared<BusyKeeper>();
     mirror::TreeServant servant{timing(), gate, keeper};
@@ -44,21 +43,19 @@ protected:
     const std::shared_ptr<mirror::SessionLine> line = gate->line(session);
 };
 
-TEST_F(ASessionLine, KeepsItsOverflowForAClientThatHasRoom)
+TEST_F(ASessionLine, KeepsABatchForAClientThatHasRoom)
 {
-    line->outbox.put(1, std::string(2000, 'x'), false);
-    pull(false);
-    EXPECT_THAT(keeper->asked, IsEmpty());
-    pull(true);
-    EXPECT_THAT(keeper->asked, ElementsAre("resynchronise"));
+    line->outbox.put(1, "batch");
+    const VALUETREE::Delivery_var without = servant.pull(session, 0, false);
+    EXPECT_EQ(without->number, 0u);
+    const VALUETREE::Delivery_var with = servant.pull(session, 0, true);
+    EXPECT_EQ(with->number, 1u);
 }
 
 TEST_F(ASessionLine, AsksForOneSnapshotAtATime)
 {
     for (int i = 0; i < 3; ++i)
         servant.resynchronise(session);
-    line->outbox.put(1, std::string(2000, 'x'), false);
-    pull(true);
     EXPECT_THAT(keeper->asked, ElementsAre("resynchronise"));
     line->snapshotAsked = false; // done
     servant.resynchronise(session);

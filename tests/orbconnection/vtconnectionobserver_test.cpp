@@ -203,15 +203,14 @@ TEST_F(Connection, MayBeDeletedByWhoIsToldOfWhatItBrings)
     device->DeleteObserver(&deleter);
 }
 
-TEST_F(Connection, BeginsAnewWhenAnObserverThrows)
+TEST_F(Connection, GoesOnWhenAnObserverThrows)
 {
     ASSERT_TRUE(comesTrue([&] { return connection->isConnected(); }));
     Once thrower(ChangeCodeValue, [] { throw std::runtime_error("an observer's trouble"); });
     value("/C/Device/State")->AddObserver(&thrower);
     server().tell("burst /K/Device/State 10000");
-    ASSERT_TRUE(comesTrue([&] { return disconnected.count() == 1; }));
-    EXPECT_TRUE(comesTrue([&] { return connected.count() == 2; }));
     EXPECT_TRUE(isHere("/C/Device/State", "10000"));
+    EXPECT_EQ(disconnected.count(), 0);
     value("/C/Device/State")->DeleteObserver(&thrower);
 }
 

@@ -19,7 +19,7 @@ constexpr char key[] = "ValueTree";
 std::string batch(quint64 number, const std::vector<Record> &records)
 {
     std::string bytes;
-    appendHeader(bytes, {number, 0});
+    appendHeader(bytes, number);
     for (const Record &record : records)
         appendRecord(bytes, record);
     return bytes;
@@ -37,7 +37,7 @@ std::string honestFrames()
 
 std::string hugeLength(quint64 number)
 {
-    return batch(number, {{.kind = RecordKind::SnapshotBegin}}) + "\x03\xff\xff\xff\xff State";
+    return batch(number, {{.kind = RecordKind::SnapshotBegin}}) + "\x04\xff\xff\xff\xff State";
 }
 } // namespace
 
@@ -101,9 +101,10 @@ private:
 std::string RudeTreeServer::Conduct::wholeSnapshot(quint64 number) const
 {
     return batch(number, {{.kind = RecordKind::SnapshotBegin},
-                          {.kind = RecordKind::Node},
-                          {.kind = RecordKind::Value, .id = 1, .type = values::ValueTypeText,
-                           .path = "State", .frames = frames},
+                          {.kind = RecordKind::Path},
+                          {.kind = RecordKind::Node, .number = 1},
+                          {.kind = RecordKind::Path, .path = "State"},
+                          {.kind = RecordKind::Value, .number = 2, .type = values::ValueTypeText, .frames = frames},
                           {.kind = RecordKind::SnapshotEnd}});
 }
 
@@ -120,7 +121,7 @@ std::string RudeTreeServer::Conduct::bytesOf(quint64 number) const
     case Manner::BatchTooLong:
         return wholeSnapshot(number) + std::string(tooManyBytes, '\2');
     case Manner::SkipsNumbers:
-        return number == 1 ? wholeSnapshot(number) : batch(2 * number, {{.kind = RecordKind::Node}});
+        return number == 1 ? wholeSnapshot(number) : batch(2 * number, {{.kind = RecordKind::Node, .number = 1}});
     case Manner::Malformed:
         return number == 1 ? wholeSnapshot(number) : batch(number, {}) + '\xee';
     case Manner::HugeLength:

@@ -287,7 +287,7 @@ INSTANTIATE_TEST_SUITE_P(
                     MalformedCase{"ContentOfAnotherClass", ValueTypeBool, "03 01 00 61"},
                     MalformedCase{"Int64ForDouble", ValueTypeDouble, "09 05 00 00 00 00 00 01 00 00"},
                     MalformedCase{"StateDeleted", ValueTypeInt, "02 08 01"},
-                    MalformedCase{"StateUnknown", ValueTypeInt, "02 08 04"},
+                    MalformedCase{"StateUnknown", ValueTypeInt, "02 08 10"},
                     MalformedCase{"StateNegative", ValueTypeInt, "02 08 ff"},
                     MalformedCase{"LimitsOfAnotherType", ValueTypeNumericInt,
                                   "0e 09 04 00 00 00 00 01 00 00 00 01 00 00 00"},

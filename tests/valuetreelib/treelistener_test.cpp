@@ -120,7 +120,7 @@ TEST_F(Listener, HearsOfATransactionWhatItCameTo)
     EXPECT_THAT(taken(), ElementsAre("forced 3 /a/v"));
 }
 
-TEST_F(Listener, HearsOfRemovalOnce)
+TEST_F(Listener, HearsOfEachItemThatIsRemovedOnce)
 {
     add<TextValue>(QStringLiteral("/a/b/"), QStringLiteral("v"));
     add<TextValue>(QStringLiteral("/a/b/"), QStringLiteral("w"));
@@ -130,16 +130,16 @@ TEST_F(Listener, HearsOfRemovalOnce)
     tree.removeValue(QStringLiteral("/a/b/v"));
     EXPECT_THAT(taken(), ElementsAre("removed /a/b/v"));
     tree.removeNode(QStringLiteral("/a/b"));
-    EXPECT_THAT(taken(), ElementsAre("removed /a/b", "parent 16"));
+    EXPECT_THAT(taken(), ElementsAre("removed /a/b", "removed /a/b/w", "parent 16"));
 }
 
-TEST_F(Listener, HearsOfTheRemovalOfWhatIsAboveItsPath)
+TEST_F(Listener, HearsOfItsOwnItemsWhenWhatIsAboveThemIsRemoved)
 {
     tree.addListener(QStringLiteral("/x/y/z"), &notes);
     add<TextValue>(QStringLiteral("/x/y/z"), QStringLiteral("v"));
     taken();
     tree.removeNode(QStringLiteral("/x"));
-    EXPECT_THAT(taken(), ElementsAre("removed /x"));
+    EXPECT_THAT(taken(), ElementsAre("removed /x/y/z", "removed /x/y/z/v"));
 }
 
 TEST_F(Listener, HearsNothingMoreOfWhatWasRemoved)
@@ -153,7 +153,7 @@ TEST_F(Listener, HearsNothingMoreOfWhatWasRemoved)
     };
     taken();
     tree.removeNode(QStringLiteral("/a/b"));
-    EXPECT_THAT(taken(), ElementsAre("removed /a/b", "o 2"));
+    EXPECT_THAT(taken(), ElementsAre("removed /a/b", "removed /a/b/v", "o 2"));
 }
 
 TEST_F(Listener, MayLeaveWhileItIsTold)
