@@ -43,6 +43,16 @@ inline void fill(values::Tree &tree)
     tree.addNode(QStringLiteral("/K/Device/D1/Admin"));
 }
 
+/// Takes batches, and is never full.
+inline mirror::Outlet outlet(std::function<void(std::string bytes)> take = [](const std::string &) {})
+{
+    mirror::Outlet outlet;
+    outlet.put = [take = std::move(take)](quint64, std::string bytes) { take(std::move(bytes)); };
+    outlet.waiting = [] { return std::size_t(0); };
+    outlet.wantsFlush = [] {};
+    return outlet;
+}
+
 /// All of the value that travels; unlike a comparison, also where it holds a number that is none.
 inline std::string stateOf(const values::ValueBase &value)
 {
@@ -56,10 +66,10 @@ inline void takeOver(values::Tree &server, values::Tree &client, mirror::MirrorC
 {
     using Outcome = mirror::MirrorClient::Outcome;
     receiver.begin();
-    mirror::MirrorSession session(
-        server, QStringLiteral("/K/Device"), {},
-        [&](quint64, std::string bytes, bool) { require(receiver.receive(bytes) != Outcome::Malformed); }, [] {});
-    session.sendSnapshot();
+    mirror::MirrorSession session(server, QStringLiteral("/K/Device"), {}, outlet([&](const std::string &bytes) {
+                                      require(receiver.receive(bytes) != Outcome::Malformed);
+                                  }));
+    session.flush();
     require(receiver.isSettled());
     for (values::TreeItem *const item : server.subtree(QStringLiteral("/K/Device"))) {
         const QString path = QStringLiteral("/C") + item->GetPathName().mid(int(qstrlen("/K")));

@@ -18,8 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     ErrorHandler::Instance().setTraceMask(0);
     values::Tree tree;
-    mirror::MirrorClient client(tree, QStringLiteral("/C/Device"), QStringLiteral("Own"), {},
-                                [](quint64, std::string, bool) {}, [] {});
+    mirror::MirrorClient client(tree, QStringLiteral("/C/Device"), QStringLiteral("Own"), {}, outlet());
     client.begin();
     int number = 0;
     for (const std::string_view batch : batchesIn(data, size)) {

@@ -7,14 +7,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     ErrorHandler::Instance().setTraceMask(0);
     values::Tree tree;
     fill(tree);
-    mirror::MirrorSession session(tree, QStringLiteral("/K/Device"), {}, [](quint64, std::string, bool) {}, [] {});
-    session.sendSnapshot();
-    for (const std::string_view batch : batchesIn(data, size))
+    mirror::MirrorSession session(tree, QStringLiteral("/K/Device"), {}, outlet());
+    for (const std::string_view batch : batchesIn(data, size)) {
         if (!session.receive(batch))
             break;
+        session.flush();
+    }
     values::Tree other;
-    mirror::MirrorClient client(other, QStringLiteral("/C/Device"), QString(), {},
-                                [](quint64, std::string, bool) {}, [] {});
+    mirror::MirrorClient client(other, QStringLiteral("/C/Device"), QString(), {}, outlet());
     takeOver(tree, other, client);
     return 0;
 }

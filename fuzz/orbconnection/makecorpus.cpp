@@ -19,9 +19,8 @@ public:
     {
         session = std::make_unique<mirror::MirrorSession>(
             serverTree, QStringLiteral("/K/Device"), MirrorTiming(),
-            [this](quint64, std::string bytes, bool) { toClient.push_back(std::move(bytes)); }, [] {});
+            outlet([this](std::string bytes) { toClient.push_back(std::move(bytes)); }));
         client.begin();
-        session->sendSnapshot();
         carry();
     }
     void carry()
@@ -45,6 +44,7 @@ public:
         auto value = std::make_unique<Value<qint64>>();
         value->SetName(QLatin1String(name), nullptr);
         clientTree.addValue(QStringLiteral("/C/Device/D2"), std::move(value));
+        client.flush(); // what is set of it from here on is no seed
         set((QByteArray("/C/Device/D2/") + name).constData(), "5");
     }
 
@@ -56,8 +56,7 @@ public:
 
 private:
     mirror::MirrorClient client{clientTree, QStringLiteral("/C/Device"), QStringLiteral("Own"), {},
-                                [this](quint64, std::string bytes, bool) { toServer.push_back(std::move(bytes)); },
-                                [] {}};
+                                outlet([this](std::string bytes) { toServer.push_back(std::move(bytes)); })};
     std::size_t pushed = 0;
     std::size_t delivered = 0;
 };
@@ -108,7 +107,7 @@ bool writeAll(const QString &folder)
     removals.carry();
     Exchange resynchronised;
     resynchronised.connect();
-    resynchronised.session->sendSnapshot();
+    resynchronised.session->startOver();
     resynchronised.set("/C/Device/Mode", "On");
     return write(folder, "snapshot", snapshot) && write(folder, "changes", changes)
            && write(folder, "announcements", announcements) && write(folder, "removals", removals)
