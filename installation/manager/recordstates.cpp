@@ -38,12 +38,11 @@ RecordStates::Moment RecordStates::now()
 void RecordStates::compare(const QString &device, const QVector<RecordState> &busy, Moment asked)
 {
     const std::scoped_lock lock(mutex);
-    for (const RecordState &state : busy + nowIdle(device, busy)) {
-        const auto notification = notified.find({state.device, state.record});
-        if (notification == notified.end() || notification->second <= asked)
-            take(state);
-    }
+    // What was told before the question is older than the list.
     std::erase_if(notified, [&](const auto &entry) { return entry.first.first == device && entry.second <= asked; });
+    for (const RecordState &state : busy + nowIdle(device, busy))
+        if (!notified.contains({state.device, state.record}))
+            take(state);
 }
 
 void RecordStates::take(const RecordState &state)

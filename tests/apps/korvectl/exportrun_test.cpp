@@ -196,7 +196,7 @@ TEST_F(Export, WritesThroughNoLink)
 
 TEST_F(Export, DoesNotTakeMoreThanWasTold)
 {
-    send(run.beginFile(data, 3), "0123456789");
+    send(run.beginFile(data, 3), "0123");
     run.endFile(data, true);
     EXPECT_FALSE(run.files().last().isWhole);
     EXPECT_TRUE(run.complaint().startsWith(QLatin1String("More has come for"))) << run.complaint().toStdString();

@@ -331,6 +331,34 @@ TEST_F(ChannelTest, SaysWhenNobodyKnowsWhetherItReplays)
     EXPECT_EQ(channel(id).error.code, 756u);
 }
 
+TEST_F(ChannelTest, ReplaysOnNoOtherChannel)
+{
+    const QString other = add(receiverChannel());
+    ChannelSettings settings = receiverChannel();
+    settings.name = QStringLiteral("second");
+    const QString id = add(settings);
+    object(id)->startReplaying("REC1", "R1", TQ_KRV::drHF_20k, 0, 1000, 0);
+    EXPECT_EQ(channel(id).run.state, State::ReplayRunning);
+    EXPECT_TRUE(channel(other).run.isIdle());
+    EXPECT_EQ(replay()->StopReplay("REC1", "R1"), 0u);
+    object(id)->setReplayFlag(false);
+    object(id)->startReplaying("REC1", "R1", TQ_KRV::drHF_20k, 0, 1000, 0);
+    EXPECT_EQ(channel(id).error.code, 761u);
+    EXPECT_TRUE(channel(other).run.isIdle());
+}
+
+TEST_F(ChannelTest, ShowsTheLastFailureWhileOtherCommandsSucceed)
+{
+    const QString id = add(receiverChannel());
+    object(id)->startReplaying("REC1", "R9", TQ_KRV::drHF_20k, 0, 1000, 0);
+    const CommandError error = channel(id).error;
+    ASSERT_EQ(error.code, 766u);
+    object(id)->startReplaying("REC1", "R1", TQ_KRV::drHF_20k, 0, 1000, 0);
+    EXPECT_EQ(channel(id).run.state, State::ReplayRunning);
+    EXPECT_EQ(replay()->StopReplay("REC1", "R1"), 0u);
+    EXPECT_EQ(channel(id).error, error);
+}
+
 TEST_F(ChannelTest, ShowsWhatItsProgramReports)
 {
     const QString id = add(managerChannel());

@@ -3,6 +3,8 @@
 #include "tests/installation/manager/managerfixture.h"
 #include "tests/installation/manager/servedobject.h"
 
+#include "installation/cco/orbaccess.h"
+#include "installation/manager/callbackclients.h"
 #include "tests/installation/cco/loopbackports.h"
 #include "tests/installation/cco/testorb.h"
 
@@ -163,26 +165,115 @@ TEST_F(ClientCallbacks, AreNotHeldUpByOneThatHangs)
     hanging->notes.answer();
 }
 
-TEST_F(ClientCallbacks, TellOfTheStorageAsItIsAndWhenItChanges)
+namespace
 {
-    waitUntilFollowed();
-    recorder.reset(); // the real one's disk changes as it likes
-    CORBA::release(cco->Unregister("KorveRecorder/REC1/IF_Control", 0));
-    const ServedObject<StorageClient> client(cco, "KorveManager/StatusCallbacks/one");
-    const auto freeAt = [&](qint64 bytes) {
+
+/// Of what a client has been told of storage, that of one device: its free bytes, in the order of the news.
+std::vector<qint64> freeBytesTold(Notes &notes, const char *device)
+{
+    std::vector<qint64> bytes;
+    for (const std::string &xml : notes.all()) {
+        KORVE_XML::KORVE_StorageStatus status;
+        if (status.SetXmlString(QString::fromStdString(xml), false) && status.GetDeviceId() == QLatin1String(device) &&
+            status.GetMassStorageStatus().GetTotalCapacity() == 1000)
+            bytes.push_back(status.GetMassStorageStatus().GetFreeCapacity());
+    }
+    return bytes;
+}
+
+/// With nobody but recorders whose disks change as they are told.
+class StorageCallbacks : public ClientCallbacks
+{
+protected:
+    StorageCallbacks()
+    {
+        recorder.reset();
+        CORBA::release(cco->Unregister("KorveRecorder/REC1/IF_Control", 0));
+    }
+    static bool hears(const ServedObject<StorageClient> &client, const char *device, qint64 bytes)
+    {
         return QTest::qWaitFor(
             [&] {
-                for (const std::string &xml : client->notes.all()) {
-                    KORVE_XML::KORVE_StorageStatus status;
-                    if (status.SetXmlString(QString::fromStdString(xml), false) && status.GetDeviceId() == "FAKE" &&
-                        status.GetMassStorageStatus().GetFreeCapacity() == bytes)
-                        return status.GetMassStorageStatus().GetTotalCapacity() == 1000;
-                }
-                return false;
+                const std::vector<qint64> told = freeBytesTold(client->notes, device);
+                return !told.empty() && told.back() == bytes;
             },
             20000);
-    };
-    EXPECT_TRUE(freeAt(500));
+    }
+};
+
+} // namespace
+
+TEST_F(StorageCallbacks, TellHowItIsAndWhenItChanges)
+{
+    waitUntilFollowed();
+    const ServedObject<StorageClient> client(cco, "KorveManager/StatusCallbacks/one");
+    EXPECT_TRUE(hears(client, "FAKE", 500));
     fake->setFreeBytes(250);
-    EXPECT_TRUE(freeAt(250));
+    EXPECT_TRUE(hears(client, "FAKE", 250));
+}
+
+TEST_F(StorageCallbacks, TellNothingOfADeviceThatHasNotChanged)
+{
+    ServedObject<FakeRecorder> other(cco, "KorveRecorder/OTHER/IF_Control");
+    waitUntilFollowed();
+    ASSERT_TRUE(becomesAvailable("OTHER"));
+    const ServedObject<StorageClient> client(cco, "KorveManager/StatusCallbacks/one");
+    ASSERT_TRUE(hears(client, "OTHER", 500));
+    other->setFreeBytes(250);
+    EXPECT_TRUE(hears(client, "OTHER", 250));
+    EXPECT_THAT(freeBytesTold(client->notes, "FAKE"), ElementsAre(500)); // which would have been told first
+    service.reset();
+}
+
+namespace
+{
+
+/// Clients in a folder of their own, which are looked for only when the test says so.
+class FollowedClients : public ManagerFixture
+{
+protected:
+    using Clients = installation::CallbackClients;
+    static constexpr const char *name = "Followers/one";
+
+    static Clients::Message message(const char *text)
+    {
+        return {text, [text](CORBA::Object_ptr client) {
+                    const auto own = TQ_KRV::IF_KorveStatusCallback::_unchecked_narrow(client);
+                    TQ_KRV::IF_KorveStatusCallback_var(own)->NotifyCStorageStatus("", text);
+                }};
+    }
+    void enroll() { cco->Register(name, CORBA::Object_var(client.reference()), 0); }
+    void lookWithoutIt(int looks)
+    {
+        CORBA::release(cco->Unregister(name, 0));
+        for (int look = 0; look < looks; ++look)
+            clients.look();
+    }
+    /// What the client has been told when it has heard so many texts.
+    std::vector<std::string> told(std::size_t count) { return client->notes.have(count), client->notes.all(); }
+
+    ServedObject<StorageClient> client{"follower"};
+    Clients clients{installation::RegisteredObjects(cco, "Followers/", std::chrono::seconds(1)),
+                    [](CORBA::Object_ptr object) {
+                        return installation::withCallLimit<TQ_KRV::IF_KorveStatusCallback>(object,
+                                                                                           std::chrono::seconds(9));
+                    },
+                    [] { return std::vector{message("welcome")}; }};
+};
+
+} // namespace
+
+TEST_F(FollowedClients, AreToldUntilTheThirdLookWithoutTheirName)
+{
+    enroll();
+    clients.look();
+    lookWithoutIt(2);
+    clients.tell(message("still known"));
+    enroll();
+    clients.look();
+    EXPECT_THAT(told(2), ElementsAre("welcome", "still known"));
+    lookWithoutIt(3);
+    enroll();
+    clients.look();
+    EXPECT_THAT(told(3), ElementsAre("welcome", "still known", "welcome")); // as one that nobody knows
 }

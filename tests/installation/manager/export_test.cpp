@@ -203,6 +203,14 @@ TEST_F(Export, CanBeCancelled)
     EXPECT_EQ(kindRaisedBy([&] { manager->cancelExport(exporter->id.c_str()); }), Kinds::Request_Failed);
 }
 
+TEST_F(Export, CanBeCancelledBetweenTwoFiles)
+{
+    exporter->atEndOfFile = [this] { manager->cancelExport(exporter->id.c_str()); };
+    start();
+    EXPECT_EQ(exporter->end(), "end badly: the export was cancelled");
+    EXPECT_THAT(exporter->notes.all(), testing::Not(testing::Contains("stream R1.sigmf-meta 11")));
+}
+
 TEST_F(Export, EndsWithAnExporterThatHasDied)
 {
     fake->hangs = true;

@@ -43,6 +43,7 @@ void FakeExporter::fileStreamFinished(const char *fileName, CORBA::Boolean succe
 {
     if (isDead)
         throw CORBA::TRANSIENT(0, CORBA::COMPLETED_NO);
+    atEndOfFile();
     notes.take(std::string(success ? "good " : "bad ") + fileName);
 }
 

@@ -28,6 +28,8 @@ public:
     void die() { isDead = true; }
     /// Done while it hears of the end of the export, the first time.
     std::function<void()> atEnd;
+    /// Done while it hears of the end of a file.
+    std::function<void()> atEndOfFile = [] {};
 
     std::string id = "EXPORTER@R1@a@b@c";
     std::string device = "EXPORTER";

@@ -79,6 +79,25 @@ TEST_F(States, BelievesANotificationThatCameAfterTheListWasAskedFor)
     EXPECT_THAT(toldNow(), ElementsAre("D A 5"));
 }
 
+TEST_F(States, BelievesAListThatWasAskedForAfterTheNotification)
+{
+    states->changed(state("A", TQ_KRV::rsRECORDING));
+    const RecordStates::Moment asked = states->now();
+    toldNow();
+    states->compare(QStringLiteral("D"), {}, asked);
+    EXPECT_THAT(toldNow(), ElementsAre("D A 5"));
+}
+
+TEST_F(States, KeepsOnlyRecordsThatAreBusy)
+{
+    states->changed(state("A", TQ_KRV::rsRECORDING));
+    states->changed(state("B", TQ_KRV::rsREPLAYING));
+    states->changed(state("A", TQ_KRV::rsIDLE));
+    const QVector<RecordState> kept = BusyRecords(folder.path()).load();
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(kept.first().record, QStringLiteral("B"));
+}
+
 TEST_F(States, ComparesWithWhatItKnewBeforeARestart)
 {
     states->changed(state("A", TQ_KRV::rsRECORDING));
