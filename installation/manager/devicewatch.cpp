@@ -5,6 +5,7 @@
 #include "coresupport/trace.h"
 #include "orbconnection/publishedendpoint.h"
 
+#include <future>
 #include <utility>
 
 namespace installation
@@ -81,8 +82,8 @@ void DeviceWatch::look()
         save();
     bool changed = addressesChanged;
     const bool countRecords = looks++ % looksPerCount == 0;
-    for (auto &[id, watched] : devices)
-        changed |= !repetition.isStopping() && ask(watched, countRecords);
+    if (!repetition.isStopping())
+        changed |= askAll(countRecords);
     directory->replace(list());
     if (changed && listener)
         listener(list());
@@ -104,6 +105,20 @@ bool DeviceWatch::take(const QString &id, CORBA::Object_ptr recorder)
     watched.device.id = id;
     watched.device.address = address;
     return isNews;
+}
+
+/// All at once, so that many silent ones hold up a look for no longer than one does. True when there is news.
+bool DeviceWatch::askAll(bool countRecords)
+{
+    std::vector<std::future<bool>> answers;
+    for (auto &[id, watched] : devices) // deferred when there is no thread to be had: then it is asked below
+        answers.push_back(std::async(std::launch::async | std::launch::deferred, [this, &watched, countRecords] {
+            return ask(watched, countRecords);
+        }));
+    bool isAnyNew = false;
+    for (std::future<bool> &answer : answers)
+        isAnyNew |= answer.get();
+    return isAnyNew;
 }
 
 /// True when the device says something else than before.

@@ -18,7 +18,8 @@ namespace installation
 ///
 /// A device stays in the directory for good; one that does not answer is not available. What the central object service
 /// forgets is still asked, so that its restart disturbs nobody.
-/// Thread: all calls and the disk are used on a thread of its own.  Errors: traced, and the last good state kept.
+/// Thread: looks and the disk are a matter of a thread of its own; the devices are asked on one thread each.
+/// Errors: traced, and the last good state kept.
 class DeviceWatch
 {
 public:
@@ -43,6 +44,7 @@ private:
     static std::map<QString, Watched> watchedFrom(const QString &stateFolder);
     void look();
     bool take(const QString &id, CORBA::Object_ptr recorder);
+    bool askAll(bool countRecords);
     bool ask(Watched &watched, bool countRecords);
     int countOf(const Device &device, int lastCount);
     void save() const;
@@ -53,7 +55,7 @@ private:
     RecorderFinder finder;
     const std::shared_ptr<DeviceDirectory> directory;
     const Listener listener;
-    RecordWatch records;                // of the thread
+    RecordWatch records;
     std::map<QString, Watched> devices; // of the thread
     unsigned looks = 0;                 // of the thread
     Repetition repetition;              // last: it uses all the others

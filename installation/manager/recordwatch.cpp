@@ -58,6 +58,7 @@ void RecordWatch::announce(const QString &device, TQ_KORVE::IF_Control_ptr recor
 
 const Activation &RecordWatch::receiverFor(const QString &device)
 {
+    const std::scoped_lock lock(*mutex);
     std::unique_ptr<Activation> &receiver = receivers[device];
     if (!receiver)
         receiver = std::make_unique<Activation>(poa, "KorveManagerNotifications-" + device.toStdString(),

@@ -7,6 +7,7 @@
 
 #include <map>
 #include <memory>
+#include <mutex>
 
 namespace installation
 {
@@ -14,7 +15,7 @@ namespace installation
 /// Follows what the records of each recorder are doing: has itself told by the recorder, and reads the whole list now
 /// and then for what it was not told, such as before a restart of either.
 ///
-/// Thread: follow() one at a time; it blocks for the recorder.
+/// Thread: any, one at a time for each recorder; follow() blocks for it.
 class RecordWatch
 {
 public:
@@ -33,6 +34,7 @@ private:
 
     const PortableServer::POA_var poa;
     const std::shared_ptr<RecordStates> states;
+    std::unique_ptr<std::mutex> mutex = std::make_unique<std::mutex>(); // guards `receivers`; not held during calls
     std::map<QString, std::unique_ptr<Activation>> receivers;
 };
 

@@ -1,4 +1,6 @@
+#include "tests/installation/manager/fakerecorder.h"
 #include "tests/installation/manager/managerfixture.h"
+#include "tests/installation/manager/servedobject.h"
 
 #include "installation/cco/activation.h"
 #include "installation/recorder/controlservant.h"
@@ -6,6 +8,9 @@
 #include "tests/installation/cco/testorb.h"
 
 #include <QtTest/QTest>
+
+#include <condition_variable>
+#include <list>
 
 using Kinds = TQ_KRV::IF_KRV_c_KRV;
 
@@ -26,7 +31,72 @@ public:
     TQ_KORVE::seqMETA_DATA *listAllRecordsEx3() override { throw CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE); }
 };
 
+/// Where so many calls wait for each other, until somebody lets them go.
+class Meeting
+{
+public:
+    explicit Meeting(int size) : size(size) {}
+    void attend()
+    {
+        std::unique_lock lock(mutex);
+        ++present;
+        changed.notify_all();
+        changed.wait(lock, [this] { return isComplete || present >= size; });
+        isComplete = true;
+    }
+    bool isEverybodyThere()
+    {
+        const std::scoped_lock lock(mutex);
+        return present >= size;
+    }
+    void close()
+    {
+        const std::scoped_lock lock(mutex);
+        isComplete = true;
+        changed.notify_all();
+    }
+
+private:
+    const int size;
+    std::mutex mutex; // guards the rest
+    std::condition_variable changed;
+    int present = 0;
+    bool isComplete = false;
+};
+
+/// A recorder that says nothing before others have been asked, too.
+class WaitingRecorder : public FakeRecorder
+{
+public:
+    void waitFor(Meeting &others) { meeting = &others; }
+    char *getFirmwareVersion() override
+    {
+        if (Meeting *const others = meeting)
+            others->attend();
+        return FakeRecorder::getFirmwareVersion();
+    }
+
+private:
+    std::atomic<Meeting *> meeting = nullptr;
+};
+
 } // namespace
+
+TEST_F(ManagerService, AsksAllDevicesAtOnce)
+{
+    Meeting meeting(3);
+    std::list<ServedObject<WaitingRecorder>> waiting;
+    for (const char *device : {"A", "B", "C"}) {
+        waiting.emplace_back("Waiting" + std::string(device))->waitFor(meeting);
+        registerRecorder(device, CORBA::Object_var(waiting.back().reference()));
+    }
+    startManager();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return meeting.isEverybodyThere(); }, 20000));
+    meeting.close();
+    for (const char *device : {"A", "B", "C"})
+        EXPECT_TRUE(becomesAvailable(device));
+    service.reset();
+}
 
 TEST_F(ManagerService, ListsTheRecordersThatAreRegistered)
 {
