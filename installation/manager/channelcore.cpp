@@ -6,13 +6,15 @@ namespace installation
 ChannelCore::ChannelCore(std::shared_ptr<ChannelDirectory> channels, std::shared_ptr<const DeviceDirectory> devices,
                          const ManagerConfiguration &configuration)
     : hasArchive(configuration.archive.has_value()),
-      context(std::move(channels), std::move(devices), configuration.timing), replays(context, watch),
-      recordings(context, watch), watch(configuration.timing.runInterval)
+      context(std::move(channels), std::move(devices), configuration.timing),
+      left(configuration.stateFolder, context, watch), replays(context, watch), recordings(context, watch, left),
+      watch(configuration.timing.runInterval)
 {
 }
 
 void ChannelCore::resume()
 {
+    left.resume();
     for (const Channel &channel : context.channels->list()) {
         if (channel.run.isReplay())
             replays.resume(channel);

@@ -22,6 +22,7 @@ public:
 
     const bool hasArchive;
     const RunContext context;
+    LeftRecordings left;
     ReplayRun replays;
     RecordingRun recordings;
     RunWatch watch; // last: its threads use what stands above

@@ -12,7 +12,8 @@ void RecordingEnd::finish(const Channel &held, const QString &comment, bool forc
     const ChannelManager peer = context.channelManager(held);
     peer.tell([&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->stopDataFlow(id.constData()); });
     const auto failed = endSession(held, comment);
-    if (failed && !forced && mayGoOn(held, *failed)) {
+    const bool goesOn = failed && mayGoOn(held, *failed);
+    if (goesOn && !forced) {
         context.enter(held, ChannelRun::State::Recording);
         throw *failed;
     }
@@ -21,7 +22,7 @@ void RecordingEnd::finish(const Channel &held, const QString &comment, bool forc
         manager->RecordingFinished(id.constData(), held.run.deviceId.toUtf8().constData(),
                                    held.run.recordId.toUtf8().constData());
     });
-    context.leave(held);
+    leave(held, goesOn);
     if (failed)
         throw *failed;
 }
@@ -36,8 +37,16 @@ bool RecordingEnd::undo(const Channel &held) const
         context.channelManager(channel).tell(
             [&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->disconnect(channel.id.toUtf8().constData()); });
     }
-    context.leave(channel);
+    leave(channel, mayRecord);
     return !mayRecord;
+}
+
+/// A session without a record has no link yet, and stores nothing.
+void RecordingEnd::leave(const Channel &held, bool mayRecord) const
+{
+    if (mayRecord && !held.run.recordId.isEmpty())
+        left.add(held.run);
+    context.leave(held);
 }
 
 /// A recorder that does not answer, or that refused the comment, still records.

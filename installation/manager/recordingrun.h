@@ -21,7 +21,10 @@ struct RecordingOrder {
 class RecordingRun
 {
 public:
-    RecordingRun(const RunContext &context, RunWatch &runs) : context(context), watch(context, runs), end(context) {}
+    RecordingRun(const RunContext &context, RunWatch &runs, LeftRecordings &left)
+        : context(context), watch(context, runs, left), end(context, left)
+    {
+    }
 
     void start(const QString &channelId, const RecordingOrder &order);
     /// With @p forced, also when the recorder cannot be told.

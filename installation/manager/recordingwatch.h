@@ -12,7 +12,10 @@ namespace installation
 class RecordingWatch
 {
 public:
-    RecordingWatch(const RunContext &context, RunWatch &watch) : context(context), watch(watch), end(context) {}
+    RecordingWatch(const RunContext &context, RunWatch &watch, LeftRecordings &left)
+        : context(context), watch(watch), end(context, left)
+    {
+    }
 
     void lookAfter(const Channel &channel);
     /// Finds out what has become of a recording that an earlier manager has begun, and looks after it again.
