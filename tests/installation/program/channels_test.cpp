@@ -3,6 +3,7 @@
 #include "tests/installation/manager/samplereceiver.h"
 #include "tests/installation/manager/wavfile.h"
 
+#include "korvebase/errordescriptor.h"
 #include "orbconnection/vtconnectionobserver.h"
 #include "valuetreelib/tree.h"
 #include "valuetreelib/valuenumeric.h"
@@ -45,6 +46,14 @@ protected:
         const auto *const value =
             dynamic_cast<values::ValueNumeric<double> *>(values::Tree::Instance().findValue(path));
         return value && value->GetState() == values::ValueStateValid ? value->GetValue() : 0;
+    }
+    /// Of the last command on the channel that failed, and of what ended by itself.
+    std::string shownFailure() const
+    {
+        const QString path = QStringLiteral("/KORVE/Channel/%1/ErrorCode").arg(QLatin1String(id.in()));
+        const auto *const value = dynamic_cast<values::Value<QString> *>(values::Tree::Instance().findValue(path));
+        const bool isThere = value && value->GetState() == values::ValueStateValid;
+        return ErrorDescriptor().GetErrorCode(isThere ? value->GetValue() : QString()).errorCode.toStdString();
     }
     bool positionMoves() const
     {
@@ -103,4 +112,15 @@ TEST_F(Channels, ReplayOnWhileTheirManagerIsKilled)
     ASSERT_FALSE(CORBA::is_nil(channel));
     EXPECT_STREQ(CORBA::String_var(channel->getChannelID()), id);
     EXPECT_TRUE(stops());
+}
+
+TEST_F(Channels, TellOfAReplayThatARestartOfTheRecorderCutsShort)
+{
+    registerReceiver();
+    ASSERT_EQ(replay()->StartReplay("REC1", record.constData(), TQ_KRV::drHF_20k, 0, 2 * sampleCount, 1), 0u);
+    ASSERT_TRUE(positionMoves());
+    process("recorder")->kill();
+    process("recorder") = start("recorder");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return shownFailure() == "756"; }, patienceMs)) << shownFailure();
+    EXPECT_EQ(replay()->StopReplay("REC1", record.constData()), 760u); // it is over
 }
