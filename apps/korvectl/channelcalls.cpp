@@ -61,6 +61,9 @@ template <typename Request> Answer ChannelCalls::answerOf(const char *operation,
         return {request(), false};
     } catch (const CORBA::UserException &refusal) {
         return {log.userException(refusal, name, channelId), false};
+    } catch (const CORBA::PERSIST_STORE &error) {
+        return {log.systemException(error, name, channelId), error.completed() != CORBA::COMPLETED_NO,
+                QStringLiteral("the recorder manager cannot keep the channel: its disk is full, or fails")};
     } catch (const CORBA::SystemException &error) {
         return {log.systemException(error, name, channelId), error.completed() != CORBA::COMPLETED_NO};
     }

@@ -52,7 +52,9 @@ Failure failureOf(const Answer &answer, const Deed &deed)
                        QStringLiteral("The outcome of %1 is unknown: the connection was lost after it was sent, or the "
                                       "answer did not come in time (%2). Check it with: %3")
                            .arg(deed.words, originSentence(answer.number), deed.check));
-    const QString sentence = sentenceFor(answer.number, deed.flow, deed.about);
+    const QString sentence = answer.reason.isEmpty()
+                                 ? sentenceFor(answer.number, deed.flow, deed.about)
+                                 : QStringLiteral("Id: %1 : %2").arg(QString::number(answer.number), answer.reason);
     return Failure(exitCodeOf(answer.number),
                    QStringLiteral("%1 failed: %2").arg(asSentence(deed.words), withPeriod(sentence)));
 }

@@ -13,6 +13,7 @@ namespace korvectl
 struct Answer {
     unsigned long number = 0;
     bool isUnknown = false; ///< it may have been done although it failed
+    QString reason{};       ///< says more than the sentence of the number, and stands in its place; empty: none
 };
 
 /// What was to be done, in the words that tell of its failure.

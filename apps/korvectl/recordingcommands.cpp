@@ -44,7 +44,10 @@ Answer withCause(const Answer &answer, const QString &channel, const ChannelStat
     const auto told = states.waitFor([&](const ChannelState &state) {
         return state.id == channel && state.errorNumber() != 0 && state.error != errorBefore;
     });
-    return told ? Answer{told->errorNumber(), false} : answer;
+    if (!told)
+        return answer;
+    const unsigned long number = told->errorNumber();
+    return {number, false, isKnown(number, Flow::StartRecording) ? QString() : told->errorText()};
 }
 
 QString errorOf(const ChannelStates &states, const QString &channel)

@@ -26,6 +26,14 @@ TEST(Outcome, IsAFailureWithNumberAndSentence)
                             "doesn't match any record. R1."));
 }
 
+TEST(Outcome, GivesTheReasonInPlaceOfTheSentence)
+{
+    const Failure failure = failureOf({10012, false, QStringLiteral("it has gone")}, comment);
+    EXPECT_EQ(failure.exitCode, ExitCode::Refused);
+    EXPECT_EQ(wordsOf(failure),
+              QLatin1String("Setting the comment of record R1 on REC1 failed: Id: 10012 : it has gone."));
+}
+
 TEST(Outcome, ThatIsUnknownIsNeverToldAsFailed)
 {
     const Failure failure = failureOf({210, true}, comment);

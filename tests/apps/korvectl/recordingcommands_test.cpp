@@ -1,4 +1,5 @@
 #include "tests/apps/korvectl/recordfixture.h"
+#include "tests/installation/recorder/fulldisk.h"
 
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -64,6 +65,33 @@ TEST_F(RecordingCommand, TellsWhyItCannot)
     const Run unknown = ask(words("record stop no-such-channel"));
     EXPECT_EQ(unknown.exitCode, 3);
     EXPECT_TRUE(unknown.errors.contains(QLatin1String("Id: 300 : "))) << unknown.errors.toStdString();
+}
+
+TEST_F(RecordingCommand, TellsThatANameIsTooLong)
+{
+    const QString from = QStringLiteral("%1:%2").arg(address()).arg(source.serverPort());
+    const Run refused = ask(words("record start REC1") << QString(70000, u'n') << words("--from") << from);
+    EXPECT_EQ(refused.exitCode, 3) << refused.errors.toStdString();
+    EXPECT_TRUE(refused.errors.contains(QLatin1String("a text of 70000 characters is too long")))
+        << refused.errors.toStdString();
+    EXPECT_TRUE(array(ask(words("replay status --json"))).isEmpty());
+}
+
+TEST_F(RecordingCommand, TellsThatTheDiskOfTheManagerIsFull)
+{
+    process("manager")->end();
+    {
+        const FullDisk limit(100);
+        process("manager") = InstallationFixture::start("manager");
+    }
+    ASSERT_TRUE(managerKnowsTheDevice());
+    const Run refused = start("--rate VUHF_1M");
+    EXPECT_TRUE(isOneSentence(refused.errors)) << refused.errors.toStdString();
+    EXPECT_TRUE(refused.errors.contains(QLatin1String("its disk is full"))) << refused.errors.toStdString();
+    EXPECT_FALSE(refused.errors.contains(QLatin1String("incompatible")));
+    process("manager")->end();
+    process("manager") = InstallationFixture::start("manager");
+    ASSERT_TRUE(managerKnowsTheDevice());
 }
 
 } // namespace
