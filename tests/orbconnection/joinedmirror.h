@@ -5,6 +5,7 @@
 #include "tests/orbconnection/mirrorpair.h"
 
 #include <deque>
+#include <map>
 
 /// One client and its side of the server, joined by a function that carries the batches.
 class JoinedMirror : public MirrorPair
@@ -89,5 +90,29 @@ public:
 class JoinedTrees : public TwoTrees
 {
 protected:
+    /// By their relative paths: the class and the frames of values; of nodes only that they are there.
+    using Items = std::map<std::string, std::string>;
+    static Items itemsBelow(const values::Tree &tree, const QString &top)
+    {
+        Items items;
+        for (const values::TreeItem *item : tree.subtree(top)) {
+            const std::string path = item->GetPathName().mid(top.size()).toStdString();
+            if (item->isNode()) {
+                items[path + "/"] = "node";
+                continue;
+            }
+            const auto *const value = static_cast<const values::ValueBase *>(item);
+            items[path] = value->GetTypeName().toStdString() + ' ';
+            value->AddObjectStateStringForTransmission(items[path]);
+        }
+        return items;
+    }
+    /// To be looked at when all is quiet.
+    void expectEqualTrees() const
+    {
+        EXPECT_EQ(itemsBelow(clientTree, QStringLiteral("/Sub/A/Device")),
+                  itemsBelow(serverTree, QStringLiteral("/K/Device")));
+    }
+
     JoinedMirror pair{serverTree, clientTree, QStringLiteral("/K/Device"), QStringLiteral("/Sub/A/Device/")};
 };
