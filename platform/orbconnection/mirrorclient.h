@@ -103,6 +103,7 @@ private:
     void removeNode(const QString &nodePath);
     void removeUnnamed();
     void announceWanted();
+    void noteStale(const PathTable::Entry &entry);
 
     values::Tree &tree;
     const MirroredPath path;

@@ -313,6 +313,14 @@ TEST_F(RestartedServer, TakesAwayTheNodesOfWhatTheClientMade)
     restart();
 }
 
+TEST_F(RestartedServer, TakesAwayTheNodesOfWhatTheClientMadeInVain)
+{
+    pair.connect();
+    announce();
+    pair.client.flush(); // and nobody receives it
+    restart();
+}
+
 TEST_F(RestartedServer, TakesAwayANodeThatTheClientHasEmptied)
 {
     addText(serverTree, QStringLiteral("/K/Device/D1"), QStringLiteral("X"), QString());
