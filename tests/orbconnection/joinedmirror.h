@@ -12,8 +12,8 @@ class JoinedMirror : public MirrorPair
 {
 public:
     JoinedMirror(values::Tree &serverTree, values::Tree &clientTree, const QString &serverPath,
-                 const QString &clientPath)
-        : serverTree(serverTree), clientTree(clientTree), serverPath(serverPath),
+                 const QString &clientPath, const MirrorTiming &timing = {})
+        : serverTree(serverTree), clientTree(clientTree), serverPath(serverPath), timing(timing),
           client(clientTree, clientPath, QStringLiteral("ReregisterCorba"), timing, outletTo(toServer))
     {
     }
