@@ -4,6 +4,8 @@
 #include "installation/cco/orbaccess.h"
 #include "installation/cco/updateservant.h"
 
+#include "orbconnection/incomingconnections.h"
+
 namespace installation
 {
 
@@ -12,6 +14,7 @@ namespace
 
 std::shared_ptr<CentralObjectParts> makeParts(CentralObjectConfiguration &&configuration)
 {
+    CorbaCommon::watchIncomingConnections();
     const CORBA::ORB_var orb = theOrb();
     return std::make_shared<CentralObjectParts>(orb, std::move(configuration));
 }

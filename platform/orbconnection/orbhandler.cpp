@@ -2,6 +2,7 @@
 
 #include "coresupport/trace.h"
 #include "orbconnection/backgroundthreads.h"
+#include "orbconnection/incomingconnections.h"
 #include "orbconnection/orboptions.h"
 #include "orbconnection/staleconnections.h"
 
@@ -89,6 +90,7 @@ void OrbHandler::Private::start()
     OrbOptions options(settings, arguments);
     try {
         orb = CORBA::ORB_init(options.argumentCount(), options.arguments(), "omniORB4", options.pairs());
+        watchIncomingConnections();
         rootPoa = activePoa(orb, "RootPOA");
         keyedPoa = activePoa(orb, "omniINSPOA");
         const CORBA::Object_var object = orb->resolve_initial_references("CCO");

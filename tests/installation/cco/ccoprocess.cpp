@@ -1,8 +1,12 @@
 #include "tests/installation/cco/ccoprocess.h"
 
+#include "installation/cco/orbaccess.h"
 #include "tests/installation/cco/testorb.h"
 
+#include <QDir>
+
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 
 #include <stdexcept>
@@ -43,6 +47,31 @@ CCO::IF_CCO_c_ptr CcoProcess::service() const
 {
     const CORBA::Object_var object = TestOrb::instance().orb()->string_to_object(fullReference.c_str());
     return CCO::IF_CCO_c::_narrow(object);
+}
+
+CCO::IF_CCO_c_ptr CcoProcess::service(std::chrono::milliseconds limit) const
+{
+    return installation::withCallLimit<CCO::IF_CCO_c>(CCO::IF_CCO_c_var(service()), limit);
+}
+
+CCO::IF_CCO_c_Update_ptr CcoProcess::update() const
+{
+    const std::string reference = "corbaloc::1.2@127.0.0.1:" + std::to_string(servedPort) + "/CCOUpdate";
+    const CORBA::Object_var object = TestOrb::instance().orb()->string_to_object(reference.c_str());
+    return CCO::IF_CCO_c_Update::_narrow(object);
+}
+
+void CcoProcess::limitDescriptors(unsigned most)
+{
+    const rlimit limit{most, most};
+    if (::prlimit(static_cast<pid_t>(process.processId()), RLIMIT_NOFILE, &limit, nullptr) != 0)
+        throw std::runtime_error("the descriptors of the central object service cannot be limited");
+}
+
+std::size_t CcoProcess::descriptors() const
+{
+    const QDir folder(QStringLiteral("/proc/%1/fd").arg(process.processId()));
+    return static_cast<std::size_t>(folder.entryList(QDir::Files | QDir::System | QDir::NoDotAndDotDot).size());
 }
 
 void CcoProcess::kill()

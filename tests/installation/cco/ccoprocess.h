@@ -4,6 +4,7 @@
 
 #include <QProcess>
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -20,6 +21,12 @@ public:
     std::uint16_t port() const { return servedPort; }
     /// A full reference; the caller releases it.
     CCO::IF_CCO_c_ptr service() const;
+    /// One whose calls end after @p limit.
+    CCO::IF_CCO_c_ptr service(std::chrono::milliseconds limit) const;
+    CCO::IF_CCO_c_Update_ptr update() const;
+    /// It may not open more than @p most descriptors from now on.
+    void limitDescriptors(unsigned most);
+    std::size_t descriptors() const; ///< that it has open
     void kill();
     void suspend();
     void resume();

@@ -10,12 +10,12 @@
 namespace
 {
 
-sockaddr_in loopback(std::uint16_t port)
+sockaddr_in loopback(std::uint16_t port, in_addr_t host = INADDR_LOOPBACK)
 {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_addr.s_addr = htonl(host);
     return address;
 }
 
@@ -78,6 +78,30 @@ DeafPort::~DeafPort()
 std::uint16_t DeafPort::port() const
 {
     return portOf(listener);
+}
+
+StrangersConnections::StrangersConnections(std::uint16_t port, int count)
+{
+    constexpr in_addr_t stranger = 0x7f090909;
+    const sockaddr_in from = loopback(0, stranger);
+    const sockaddr_in to = loopback(port);
+    for (int i = 0; i < count; ++i) {
+        descriptors.push_back(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+        ::bind(descriptors.back(), reinterpret_cast<const sockaddr *>(&from), sizeof from);
+        ::connect(descriptors.back(), reinterpret_cast<const sockaddr *>(&to), sizeof to);
+    }
+}
+
+StrangersConnections::~StrangersConnections()
+{
+    for (const int descriptor : descriptors)
+        ::close(descriptor);
+}
+
+void StrangersConnections::send(const std::string &bytes)
+{
+    for (const int descriptor : descriptors)
+        ::send(descriptor, bytes.data(), bytes.size(), MSG_NOSIGNAL);
 }
 
 RefusingPort::RefusingPort() : holder(boundSocket()) {}

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 /// A TCP port of 127.0.0.1 that accepts connections (the system does it) and never says a word.
@@ -32,6 +33,22 @@ public:
 private:
     const int listener;
     std::vector<int> waiting;
+};
+
+/// Connections from 127.9.9.9 to a port of 127.0.0.1, as many as there are to be had.
+class StrangersConnections
+{
+public:
+    StrangersConnections(std::uint16_t port, int count);
+    ~StrangersConnections();
+    StrangersConnections(const StrangersConnections &) = delete;
+    StrangersConnections &operator=(const StrangersConnections &) = delete;
+
+    /// On each of them.
+    void send(const std::string &bytes);
+
+private:
+    std::vector<int> descriptors;
 };
 
 /// A port of 127.0.0.1 where nobody listens: it is bound for the life of this object, so that nobody else gets it.
