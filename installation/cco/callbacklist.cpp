@@ -9,22 +9,23 @@ namespace installation
 namespace
 {
 // Each has a thread.
-constexpr std::size_t maximumCallbacks = 256;
+constexpr std::ptrdiff_t maximumCallbacks = 256;
+constexpr std::ptrdiff_t maximumCallbacksOfOneAddress = maximumCallbacks / 4;
 } // namespace
 
 CallbackList::CallbackList(std::chrono::milliseconds callLimit) : callLimit(callLimit) {}
 
 void CallbackList::add(const std::string &key, CCO::Callback_ptr callback, CallbackQueue::Interests interests,
-                       std::unique_ptr<Activation> registration)
+                       std::unique_ptr<Activation> registration, const std::string &owner)
 {
     const std::scoped_lock lock(mutex);
     if (stopped)
         throw CORBA::OBJECT_NOT_EXIST(0, CORBA::COMPLETED_NO);
-    if (active.size() + retired.size() >= maximumCallbacks)
+    if (!hasRoomFor(owner))
         throw CORBA::NO_RESOURCES(0, CORBA::COMPLETED_NO);
     try {
         auto queue = std::make_unique<CallbackQueue>(callback, std::move(interests), callLimit);
-        active[key] = {std::move(queue), std::move(registration)};
+        active[key] = {std::move(queue), std::move(registration), owner};
     } catch (const std::system_error &) { // no thread to be had
         throw CORBA::NO_RESOURCES(0, CORBA::COMPLETED_NO);
     }
@@ -36,6 +37,15 @@ void CallbackList::remove(const std::string &key)
     const std::scoped_lock lock(mutex);
     const auto position = active.find(key);
     if (position != active.end())
+        retire(position, registrations);
+}
+
+void CallbackList::drop(const std::string &key, Answer answer)
+{
+    std::vector<std::unique_ptr<Activation>> registrations;
+    const std::scoped_lock lock(mutex);
+    const auto position = active.find(key);
+    if (position != active.end() && position->second.silence.endsWith(answer))
         retire(position, registrations);
 }
 
@@ -80,6 +90,13 @@ std::vector<CallbackList::Registered> CallbackList::callbacks() const
     for (const auto &[key, subscription] : active)
         all.push_back({key, subscription.queue->callback()});
     return all;
+}
+
+bool CallbackList::hasRoomFor(const std::string &owner) const
+{
+    const auto all = std::ssize(active) + std::ssize(retired);
+    const auto own = std::ranges::count_if(active, [&](const auto &known) { return known.second.owner == owner; });
+    return all < maximumCallbacks && own < maximumCallbacksOfOneAddress;
 }
 
 void CallbackList::retire(Subscriptions::iterator position, std::vector<std::unique_ptr<Activation>> &registrations)

@@ -2,6 +2,7 @@
 
 #include "installation/cco/activation.h"
 #include "installation/cco/callbackqueue.h"
+#include "installation/cco/liveness.h"
 
 #include <map>
 #include <memory>
@@ -22,9 +23,12 @@ public:
 
     /// @p registration is what the client holds of it; it goes when the callback goes.
     /// @throws CORBA::NO_RESOURCES when there are too many callbacks, CORBA::OBJECT_NOT_EXIST after stop().
+    /// @p owner is the address that has registered it: one of them has at most a quarter of all.
     void add(const std::string &key, CCO::Callback_ptr callback, CallbackQueue::Interests interests,
-             std::unique_ptr<Activation> registration);
+             std::unique_ptr<Activation> registration, const std::string &owner);
     void remove(const std::string &key);
+    /// Takes note of a look at the callback, and removes it when that was its end.
+    void drop(const std::string &key, Answer answer);
     void tell(CORBA::ULong event, const std::string &name);
     /// Frees what belonged to callbacks that have ended.
     void reap();
@@ -37,9 +41,12 @@ private:
     struct Subscription {
         std::unique_ptr<CallbackQueue> queue;
         std::unique_ptr<Activation> registration;
+        std::string owner;
+        Silence silence{};
     };
     using Subscriptions = std::map<std::string, Subscription>;
 
+    bool hasRoomFor(const std::string &owner) const;
     void retire(Subscriptions::iterator position, std::vector<std::unique_ptr<Activation>> &registrations);
 
     const std::chrono::milliseconds callLimit;

@@ -1,6 +1,6 @@
 #include "installation/cco/centralobjectparts.h"
 
-#include "installation/cco/liveness.h"
+#include "installation/cco/holder.h"
 
 #include "coresupport/trace.h"
 
@@ -12,10 +12,11 @@ namespace
 
 constexpr const char *sourceName = "installation/cco/centralobjectparts";
 
-void traceDropped(const std::string &name)
+void traceDropped(const std::string &name, const Holder &holder)
 {
     traceAt(TraceLevel::Normal, sourceName, [&] {
-        return QStringLiteral("%1 does not answer any more and is dropped").arg(QString::fromStdString(name));
+        return QStringLiteral("%1 is held by nobody: %2 does not answer any more")
+            .arg(QString::fromStdString(name), QString::fromStdString(holder.description()));
     });
 }
 
@@ -24,7 +25,7 @@ void traceDropped(const std::string &name)
 CentralObjectParts::CentralObjectParts(CORBA::ORB_ptr orb, CentralObjectConfiguration given)
     : configuration(std::move(given)), callbacks(configuration.timing.callbackLimit),
       registry([this](CORBA::ULong event, const std::string &name) { callbacks.tell(event, name); }),
-      peers(orb, configuration), directory(configuration, peers, indications),
+      registrar(registry, configuration.timing.answerLimit), peers(orb, configuration), directory(configuration, peers, indications),
       prober(configuration.timing.probeInterval, [this] { return targets(); })
 {
 }
@@ -53,16 +54,12 @@ void CentralObjectParts::addRegistered(std::vector<Prober::Target> &targets)
 {
     const auto limit = configuration.timing.answerLimit;
     for (const Registry::Entry &entry : registry.entries()) {
-        std::function<bool()> answers;
-        if (const auto *object = std::get_if<CORBA::Object_var>(&entry.content))
-            answers = [object = *object, limit] { return objectAnswers(object, limit); };
-        else if (const auto address = addressIn(std::get<Registry::Values>(entry.content)))
-            answers = [address = *address] { return addressAnswers(address); };
-        else
+        const Holder holder(entry.content);
+        if (!holder.canBeAsked())
             continue; // mere values are there until somebody takes them away
-        targets.push_back({"name " + entry.name, [this, entry, answers] {
-                               if (!answers() && registry.drop(entry))
-                                   traceDropped(entry.name);
+        targets.push_back({"name " + entry.name, [this, entry, holder, limit] {
+                               if (registry.drop(entry, holder.ask(limit)))
+                                   traceDropped(entry.name, holder);
                            }});
     }
 }
@@ -71,8 +68,8 @@ void CentralObjectParts::addCallbacks(std::vector<Prober::Target> &targets)
 {
     for (const CallbackList::Registered &registered : callbacks.callbacks())
         targets.push_back({"callback " + registered.key, [this, registered] {
-                               if (!objectAnswers(registered.callback, configuration.timing.answerLimit))
-                                   callbacks.remove(registered.key);
+                               const auto limit = configuration.timing.answerLimit;
+                               callbacks.drop(registered.key, askObject(registered.callback, limit));
                            }});
 }
 

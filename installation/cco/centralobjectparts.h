@@ -4,7 +4,7 @@
 #include "installation/cco/indications.h"
 #include "installation/cco/installationdirectory.h"
 #include "installation/cco/peerdirectory.h"
-#include "installation/cco/registry.h"
+#include "installation/cco/registrar.h"
 
 namespace installation
 {
@@ -23,6 +23,7 @@ public:
     const CentralObjectConfiguration configuration;
     CallbackList callbacks;
     Registry registry;
+    Registrar registrar;
     PeerDirectory peers;
     Indications indications;
     const InstallationDirectory directory;

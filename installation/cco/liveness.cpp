@@ -3,7 +3,11 @@
 #include "installation/cco/orbaccess.h"
 
 #include "coresupport/ulmaos.h"
+#include "orbconnection/publishedendpoint.h"
 
+#include <omniORB4/minorCode.h>
+
+#include <cerrno>
 #include <charconv>
 
 namespace installation
@@ -12,25 +16,49 @@ namespace installation
 namespace
 {
 
+/// Why there is no connection to @p object.
+Answer askEndpoint(CORBA::Object_ptr object)
+{
+    const CorbaCommon::Endpoint endpoint = CorbaCommon::publishedEndpoint(object);
+    const Answer answer = askAddress({endpoint.host.toStdString(), endpoint.port});
+    return answer == Answer::Lives ? Answer::Silent : answer; // the object itself has not answered
+}
+
 /// @throws CORBA::COMM_FAILURE when the connection is lost meanwhile.
-bool exists(CORBA::Object_ptr object)
+Answer askOnce(CORBA::Object_ptr object)
 {
     try {
-        return !object->_non_existent();
+        return object->_non_existent() ? Answer::Gone : Answer::Lives;
     } catch (const CORBA::COMM_FAILURE &) {
         throw;
-    } catch (const CORBA::TRANSIENT &) {
-        return false;
+    } catch (const CORBA::TRANSIENT &error) {
+        return error.minor() == omni::TRANSIENT_ConnectFailed ? askEndpoint(object) : Answer::Silent;
     } catch (const CORBA::TIMEOUT &) {
-        return false;
+        return Answer::Silent;
     } catch (const CORBA::OBJECT_NOT_EXIST &) {
-        return false;
+        return Answer::Gone;
     } catch (const CORBA::SystemException &) {
-        return true; // a refusal is an answer
+        return Answer::Lives; // a refusal is an answer
     }
 }
 
 } // namespace
+
+bool Silence::endsWith(Answer answer)
+{
+    switch (answer) {
+    case Answer::Lives:
+        misses = 0;
+        return false;
+    case Answer::Silent:
+        return ++misses >= mostMisses;
+    case Answer::Gone:
+        return true;
+    case Answer::NotAsked:
+        return false;
+    }
+    return false;
+}
 
 std::optional<NetworkAddress> addressIn(const std::vector<std::string> &values)
 {
@@ -44,12 +72,25 @@ std::optional<NetworkAddress> addressIn(const std::vector<std::string> &values)
     return NetworkAddress{values[0], port};
 }
 
-bool addressAnswers(const NetworkAddress &address)
+Answer askAddress(const NetworkAddress &address)
 {
-    return UlmaOS::GetInstance().probe(address.host.c_str(), address.port, 0).reachable != 0;
+    const UlmaOS::ProbeReply reply = UlmaOS::GetInstance().probe(address.host.c_str(), address.port, 0);
+    if (reply.reachable != 0)
+        return Answer::Lives;
+    switch (reply.errorNumber) {
+    case ECONNREFUSED:
+        return Answer::Gone;
+    case EMFILE:
+    case ENFILE:
+    case ENOBUFS:
+    case ENOMEM:
+        return Answer::NotAsked;
+    default:
+        return Answer::Silent;
+    }
 }
 
-bool objectAnswers(CORBA::Object_ptr object, std::chrono::milliseconds limit)
+Answer askObject(CORBA::Object_ptr object, std::chrono::milliseconds limit)
 {
     // The ORB keeps its connections to a process that has been killed. The first call on each of them fails, also when
     // another process serves the same object by now; one that nobody serves is TRANSIENT on a new connection.
@@ -57,12 +98,12 @@ bool objectAnswers(CORBA::Object_ptr object, std::chrono::milliseconds limit)
     const CORBA::Object_var limited = withCallLimit<CORBA::Object>(object, limit);
     for (int dead = 0; dead < mostDeadConnections; ++dead) {
         try {
-            return exists(limited);
+            return askOnce(limited);
         } catch (const CORBA::COMM_FAILURE &) {
             continue;
         }
     }
-    return false;
+    return Answer::Silent;
 }
 
 } // namespace installation

@@ -1,10 +1,17 @@
 #include "installation/cco/namingservant.h"
 
+#include "installation/cco/orbaccess.h"
 #include "installation/cco/textsequence.h"
 
+#include "orbconnection/incomingconnections.h"
+#include "orbconnection/refusednames.h"
+
+#include <cstring>
 #include <iomanip>
 #include <random>
 #include <sstream>
+
+using CorbaCommon::callerAddress;
 
 namespace installation
 {
@@ -13,6 +20,8 @@ namespace
 {
 
 constexpr std::size_t maximumNameLength = 1000;
+constexpr CORBA::ULong maximumInterests = 100;
+constexpr std::size_t maximumReferenceBytes = 16384;
 
 /// What a client holds of its callback.
 class RegistrationServant : public POA_CCO::CBRegistration
@@ -53,9 +62,13 @@ void refuseRedundancy(CORBA::ULong type)
 
 CallbackQueue::Interests interestsIn(const CCO::seqInterest &sequence)
 {
+    if (sequence.length() > maximumInterests)
+        refuseParameter();
     CallbackQueue::Interests interests;
     for (CORBA::ULong i = 0; i < sequence.length(); ++i) {
         const auto path = parseNamePath(sequence[i].name.in());
+        if (std::strlen(sequence[i].name.in()) > maximumNameLength)
+            refuseParameter();
         interests.push_back({sequence[i].event, path ? path->name : sequence[i].name.in()});
     }
     return interests;
@@ -87,13 +100,13 @@ void NamingServant::Register(const char *arg1, CORBA::Object_ptr arg2, CORBA::UL
     refuseRedundancy(arg3);
     if (CORBA::is_nil(arg2))
         throw CCO::IF_CCO_c_Naming::InvalidObject();
-    parts->registry.put(ownName(arg1), CORBA::Object_var(CORBA::Object::_duplicate(arg2)));
+    parts->registrar.put(ownName(arg1), CORBA::Object_var(CORBA::Object::_duplicate(arg2)), callerAddress());
 }
 
 void NamingServant::RegisterValues(const char *arg1, const CCO::seqString &arg2, CORBA::ULong arg3)
 {
     refuseRedundancy(arg3);
-    parts->registry.put(ownName(arg1), fromSequence(arg2));
+    parts->registrar.put(ownName(arg1), fromSequence(arg2), callerAddress());
 }
 
 CORBA::Object_ptr NamingServant::Unregister(const char *arg1, CORBA::ULong arg2)
@@ -181,12 +194,13 @@ CORBA::Boolean NamingServant::IsWorkstationIndicated(const char *arg1, const cha
 
 CCO::CBRegistration_ptr NamingServant::register_callback(CCO::Callback_ptr arg1, const CCO::seqInterest &arg2)
 {
-    if (CORBA::is_nil(arg1))
+    if (CORBA::is_nil(arg1) || bytesOf(arg1) > maximumReferenceBytes)
         refuseParameter();
+    CallbackQueue::Interests interests = interestsIn(arg2);
     const std::string key = nextRegistrationKey();
     auto registration = std::make_unique<Activation>(poa, key, new RegistrationServant(parts, key));
     const CORBA::Object_var reference = registration->reference();
-    parts->callbacks.add(key, arg1, interestsIn(arg2), std::move(registration));
+    parts->callbacks.add(key, arg1, std::move(interests), std::move(registration), callerAddress());
     return CCO::CBRegistration::_narrow(reference);
 }
 
@@ -199,7 +213,8 @@ std::string NamingServant::ownName(const char *path) const
 {
     const auto parsed = parseNamePath(path);
     if (!parsed || !parts->directory.isOwnSubsystem(parsed->subsystem) || parsed->name.empty() ||
-        parsed->name.size() > maximumNameLength || isFolder(parsed->name))
+        parsed->name.size() > maximumNameLength || isFolder(parsed->name) ||
+        parsed->name.starts_with(CorbaCommon::refusedNames))
         refuseParameter();
     return parsed->name;
 }

@@ -11,8 +11,9 @@ namespace installation
 
 /// Answers the calls of CCO::IF_CCO_c. Only redundancy type 0 is supported.
 ///
-/// A name to register is one of the own subsystem: not empty, not a folder, at most 1000 characters; any other gives
-/// CORBA::BAD_PARAM. Resolving the name of a values entry gives InvalidType. The values of a path that ends in "/" are the
+/// A name to register is one of the own subsystem: not empty, not a folder, at most 1000 characters, not one of those
+/// that the service itself lists; any other gives CORBA::BAD_PARAM. A name that somebody else holds gives
+/// CORBA::NO_PERMISSION, and CORBA::NO_RESOURCES when there is no room, also for one address. Resolving the name of a values entry gives InvalidType. The values of a path that ends in "/" are the
 /// names below it, of objects and of values, sorted and relative to it; its subsystem is found as that of any other path.
 class NamingServant : public POA_CCO::IF_CCO_c
 {

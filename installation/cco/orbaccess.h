@@ -3,6 +3,7 @@
 #include <omniORB4/CORBA.h>
 
 #include <chrono>
+#include <cstddef>
 
 namespace installation
 {
@@ -12,6 +13,9 @@ CORBA::ORB_ptr theOrb();
 
 /// A reference of its own to the same object; what is set for it holds for nobody else. The caller releases it.
 CORBA::Object_ptr separateReference(CORBA::Object_ptr object);
+
+/// What a reference takes to keep.
+std::size_t bytesOf(CORBA::Object_ptr object);
 
 /// A reference of its own to the same object, as one to an @p Interface, which is not checked. Calls through it end
 /// after @p limit, those through @p object do not. (Limits per thread would need an ORB that is set up for them.)

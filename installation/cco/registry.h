@@ -1,5 +1,8 @@
 #pragma once
 
+#include "installation/cco/liveness.h"
+#include "installation/cco/namerooms.h"
+
 #include <omniORB4/CORBA.h>
 
 #include <cstdint>
@@ -29,20 +32,30 @@ public:
     struct Entry {
         std::string name;
         Content content;
-        std::uint64_t registration; ///< counts up with every put
+        std::uint64_t holding;      ///< another number for each holder of the name
+        std::uint64_t registration; ///< another number for each repetition, too
+    };
+    /// What becomes of a registration.
+    struct Outcome {
+        bool isNew = false;            ///< nobody had the name
+        std::optional<Entry> holder{}; ///< what has it, when that is something else; nothing is changed then
     };
 
     explicit Registry(Listener listener);
 
-    /// Replaces what the name had. Repeating what is there is no change.
-    /// @throws CORBA::NO_RESOURCES when there are too many names.
-    void put(const std::string &name, Content content);
+    /// Gives a name that nobody has to @p content, or notes that it is repeated. @p owner is the address that asks for it.
+    /// @throws CORBA::NO_RESOURCES when there is no room for it.
+    Outcome offer(const std::string &name, const Content &content, const std::string &owner);
+    /// Gives the name of @p holder to @p content; false if the holder has registered again or is gone since it was read.
+    /// @throws CORBA::NO_RESOURCES when there is no room for it.
+    bool replace(const Entry &holder, const Content &content, const std::string &owner);
     /// Removes the name if it has an object, which the caller releases; nil otherwise.
     CORBA::Object_ptr takeObject(const std::string &name);
     /// Removes the name if it has values.
     void takeValues(const std::string &name);
-    /// Removes a name that turned out to be dead; false if it was registered again since @p entry was read.
-    bool drop(const Entry &entry);
+    /// Takes note of a look at what @p entry stands for, and removes it when that was its end: false when it stays, also
+    /// since it was registered again meanwhile.
+    bool drop(const Entry &entry, Answer answer);
 
     std::optional<Content> find(const std::string &name) const;
     /// Relative to @p folder, which ends in "/" or is empty; sorted.
@@ -52,15 +65,22 @@ public:
 private:
     struct Registered {
         Content content;
-        std::uint64_t registration;
+        NameRooms::Cost cost;
+        std::uint64_t holding;
+        std::uint64_t registration = holding;
+        Silence silence{};
     };
     using Names = std::map<std::string, Registered>;
 
+    static Entry entryOf(const Names::value_type &name);
+    void add(const std::string &name, const Content &content, const NameRooms::Cost &cost);
+    void remove(Names::iterator position);
     void erase(Names::iterator position);
 
     const Listener listener;
-    mutable std::mutex mutex; // guards the two members below
+    mutable std::mutex mutex; // guards the three members below
     Names names;
+    NameRooms rooms;
     std::uint64_t registrations = 0;
 };
 

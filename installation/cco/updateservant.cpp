@@ -1,5 +1,7 @@
 #include "installation/cco/updateservant.h"
 
+#include "orbconnection/incomingconnections.h"
+
 namespace installation
 {
 
@@ -7,7 +9,7 @@ UpdateServant::UpdateServant(std::shared_ptr<CentralObjectParts> parts) : parts(
 
 void UpdateServant::StartupIndication(const char *arg1)
 {
-    parts->indications.add(arg1);
+    parts->indications.add(arg1, CorbaCommon::callerAddress());
     parts->prober.hurry();
 }
 

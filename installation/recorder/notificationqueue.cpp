@@ -11,7 +11,7 @@ NotificationQueue::NotificationQueue(TQ_KORVE_IT::IF_Korve_IT_ptr receiver, std:
 {
     // A receiver may have the address of a process that was killed; over a connection to that one, what is told is
     // lost.
-    queue.add({"a new receiver", [this, callLimit] { objectAnswers(this->receiver, callLimit); }});
+    queue.add({"a new receiver", [this, callLimit] { askObject(this->receiver, callLimit); }});
 }
 
 void NotificationQueue::tell(const std::string &recordId, Notification notification)

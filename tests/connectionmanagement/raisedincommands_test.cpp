@@ -66,6 +66,7 @@ protected:
         const QByteArray reference = process.readyWords().value(2).toLatin1();
         managerReference =
             TQ_KRV::IF_KRV_c_KRV::_narrow(CORBA::Object_var(orb.orb()->string_to_object(reference.constData())));
+        unregisterManager(); // the one of this process lives, and would keep the name
         registerManager();
         upAll();
         handler->ReconnectToServer();

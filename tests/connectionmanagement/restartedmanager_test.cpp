@@ -18,6 +18,7 @@ protected:
         const QByteArray reference = process->readyWords().value(2).toLatin1();
         const CORBA::Object_var object = orb.orb()->string_to_object(reference.constData());
         managerReference = TQ_KRV::IF_KRV_c_KRV::_narrow(object);
+        unregisterManager(); // the one of this process lives, and would keep the name
         registerManager();
     }
     unsigned long askForRecords() { return handler.getAllRecords(QStringLiteral("D1"), records); }

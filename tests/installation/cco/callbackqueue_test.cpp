@@ -1,4 +1,4 @@
-#include "installation/cco/callbackqueue.h"
+#include "installation/cco/callbacklist.h"
 #include "tests/installation/cco/loopbackports.h"
 #include "tests/installation/cco/recordingcallback.h"
 #include "tests/installation/cco/testorb.h"
@@ -92,6 +92,39 @@ TEST(QueueOfADeadCallback, IsGivenUp)
     CallbackQueue queue(reference, {}, 2s);
     queue.tell(available, "A");
     EXPECT_TRUE(QTest::qWaitFor([&] { return queue.finished(); }, 5000));
+}
+
+class ListOfCallbacks : public Queue
+{
+protected:
+    void add(const std::string &key, const std::string &owner)
+    {
+        list.add(key, reference, {}, nullptr, owner);
+    }
+
+    CallbackList list{2s};
+};
+
+TEST_F(ListOfCallbacks, IsLimitedForEachAddressAndForAll)
+{
+    for (const char *owner : {"10.0.0.1", "10.0.0.2", "10.0.0.3", "10.0.0.4"}) {
+        for (int i = 0; i < 64; ++i)
+            add(owner + std::to_string(i), owner);
+        EXPECT_THROW(add("one more", owner), CORBA::NO_RESOURCES);
+    }
+    EXPECT_THROW(add("one more", "10.0.0.5"), CORBA::NO_RESOURCES);
+    list.stop();
+}
+
+TEST_F(ListOfCallbacks, KeepsOneThatMissesTwoLooks)
+{
+    add("A", "10.0.0.1");
+    list.drop("A", Answer::Silent);
+    list.drop("A", Answer::Silent);
+    EXPECT_EQ(list.callbacks().size(), 1u);
+    list.drop("A", Answer::Silent);
+    EXPECT_TRUE(list.callbacks().empty());
+    list.stop();
 }
 
 } // namespace

@@ -13,6 +13,7 @@ namespace
 class Flood : public testing::Test
 {
 protected:
+    static CCO::seqString listOf(std::size_t bytes) { return sequenceOf({std::string(bytes, 'x')}); }
     /// Over new connections.
     bool answers() const
     {
@@ -25,8 +26,64 @@ protected:
             }
         });
     }
+    /// How many names of @p folder the service takes, each with @p bytes of values.
+    std::size_t takenOf(const std::string &folder, std::size_t wanted, std::size_t bytes) const
+    {
+        const CCO::IF_CCO_c_var service = process.service(10s);
+        for (std::size_t taken = 0; taken < wanted; ++taken) {
+            try {
+                service->RegisterValues((folder + std::to_string(taken)).c_str(), listOf(bytes), 0);
+            } catch (const CORBA::NO_RESOURCES &) {
+                return taken;
+            }
+        }
+        return wanted;
+    }
+
     CcoProcess process{"South", "ws1"};
 };
+
+TEST_F(Flood, OfValuesIsNotKept)
+{
+    EXPECT_EQ(takenOf("Large/", 300, 1'700'000), 0u);
+    EXPECT_LE(takenOf("Middling/", 300, 100'000), 10u);
+}
+
+TEST_F(Flood, OfNamesLeavesRoomForRecordersAndManagers)
+{
+    EXPECT_EQ(takenOf("Other/", 20'000, 10), 1000u);
+    EXPECT_EQ(takenOf("KorveRecorder/", 20'000, 10), 1000u);
+    EXPECT_EQ(takenOf("KorveManager/", 1, 10), 1u);
+}
+
+TEST_F(Flood, OfIndicationsIsNotKept)
+{
+    const CCO::IF_CCO_c_Update_var update = process.update();
+    update->StartupIndication(std::string(1'000'000, 'x').c_str());
+    EXPECT_FALSE(update->CheckIndication(std::string(1'000'000, 'x').c_str()));
+    for (int i = 0; i < 300; ++i)
+        update->StartupIndication(std::to_string(i).c_str());
+    EXPECT_TRUE(update->CheckIndication("0"));
+    EXPECT_FALSE(update->CheckIndication("299"));
+}
+
+TEST_F(Flood, OfCallbacksIsNotKept)
+{
+    const CallbackOwner callback(RecordingCallback::make());
+    const CCO::Callback_var reference = callback->reference();
+    const CCO::IF_CCO_c_var service = process.service(10s);
+    CCO::seqInterest interests;
+    interests.length(101);
+    EXPECT_THROW(CCO::CBRegistration_var(service->register_callback(reference, interests)), CORBA::BAD_PARAM);
+    interests.length(1);
+    interests[0].name = std::string(1001, 'x').c_str();
+    EXPECT_THROW(CCO::CBRegistration_var(service->register_callback(reference, interests)), CORBA::BAD_PARAM);
+    interests[0].name = "A";
+    for (int i = 0; i < 64; ++i)
+        CCO::CBRegistration_var(service->register_callback(reference, interests));
+    EXPECT_THROW(CCO::CBRegistration_var(service->register_callback(reference, interests)), CORBA::NO_RESOURCES);
+    callback->retire();
+}
 
 TEST_F(Flood, OfSilentConnectionsLeavesDescriptorsForOthers)
 {

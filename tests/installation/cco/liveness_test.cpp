@@ -1,8 +1,11 @@
 #include "installation/cco/liveness.h"
 #include "tests/installation/cco/loopbackports.h"
 #include "tests/installation/cco/recordingcallback.h"
+#include "tests/installation/cco/testorb.h"
 
 #include <gtest/gtest.h>
+
+#include <sys/resource.h>
 
 using namespace installation;
 using namespace std::chrono_literals;
@@ -10,27 +13,39 @@ using namespace std::chrono_literals;
 namespace
 {
 
-TEST(AnAddress, AnswersWhenItAcceptsConnections)
+TEST(AnAddress, LivesWhenItAcceptsConnections)
 {
     const MutePort port;
-    EXPECT_TRUE(addressAnswers({"127.0.0.1", port.port()}));
+    EXPECT_EQ(askAddress({"127.0.0.1", port.port()}), Answer::Lives);
 }
 
-TEST(AnAddress, DoesNotAnswerWhenItRefuses)
+TEST(AnAddress, IsGoneWhenItRefuses)
 {
     const RefusingPort port;
-    EXPECT_FALSE(addressAnswers({"127.0.0.1", port.port()}));
+    EXPECT_EQ(askAddress({"127.0.0.1", port.port()}), Answer::Gone);
 }
 
-TEST(AnAddress, DoesNotAnswerWhenItStaysSilent)
+TEST(AnAddress, IsSilentWhenItAcceptsNothing)
 {
     const DeafPort port;
-    EXPECT_FALSE(addressAnswers({"127.0.0.1", port.port()}));
+    EXPECT_EQ(askAddress({"127.0.0.1", port.port()}), Answer::Silent);
 }
 
-TEST(AnAddress, DoesNotAnswerWithoutSuchAHost)
+TEST(AnAddress, IsSilentWithoutSuchAHost)
 {
-    EXPECT_FALSE(addressAnswers({"no such host", 8003}));
+    EXPECT_EQ(askAddress({"no such host", 8003}), Answer::Silent);
+}
+
+TEST(AnAddress, IsNotAskedWithoutADescriptor)
+{
+    const MutePort port;
+    rlimit limit{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const rlimit none{0, limit.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    const Answer answer = askAddress({"127.0.0.1", port.port()});
+    setrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_EQ(answer, Answer::NotAsked);
 }
 
 struct ValuesCase {
@@ -61,13 +76,50 @@ INSTANTIATE_TEST_SUITE_P(Forms, ValuesList,
                                          ValuesCase{"PortEmpty", {"host", ""}, false}),
                          [](const auto &info) { return std::string(info.param.label); });
 
-TEST(AnObject, AnswersUntilItsServantGoes)
+TEST(AnObject, LivesUntilItsServantGoes)
 {
     const CallbackOwner callback(RecordingCallback::make());
     const CCO::Callback_var reference = callback->reference();
-    EXPECT_TRUE(objectAnswers(reference, 5s));
+    EXPECT_EQ(askObject(reference, 5s), Answer::Lives);
     callback->retire();
-    EXPECT_FALSE(objectAnswers(reference, 5s));
+    EXPECT_EQ(askObject(reference, 5s), Answer::Gone);
+}
+
+CORBA::Object_ptr objectAt(std::uint16_t port)
+{
+    const std::string reference = "corbaloc::1.2@127.0.0.1:" + std::to_string(port) + "/Object";
+    return TestOrb::instance().orb()->string_to_object(reference.c_str());
+}
+
+TEST(AnObject, IsGoneWhenItsPortRefuses)
+{
+    const RefusingPort port;
+    EXPECT_EQ(askObject(CORBA::Object_var(objectAt(port.port())), 5s), Answer::Gone);
+}
+
+TEST(AnObject, IsSilentWhenItsPortDoesNotAnswer)
+{
+    const MutePort mute;
+    EXPECT_EQ(askObject(CORBA::Object_var(objectAt(mute.port())), 100ms), Answer::Silent);
+    const DeafPort deaf;
+    EXPECT_EQ(askObject(CORBA::Object_var(objectAt(deaf.port())), 100ms), Answer::Silent);
+}
+
+TEST(ASilence, EndsWithTheThirdMissInARow)
+{
+    Silence silence;
+    EXPECT_FALSE(silence.endsWith(Answer::Silent));
+    EXPECT_FALSE(silence.endsWith(Answer::Silent));
+    EXPECT_FALSE(silence.endsWith(Answer::Lives));
+    EXPECT_FALSE(silence.endsWith(Answer::Silent));
+    EXPECT_FALSE(silence.endsWith(Answer::NotAsked));
+    EXPECT_FALSE(silence.endsWith(Answer::Silent));
+    EXPECT_TRUE(silence.endsWith(Answer::Silent));
+}
+
+TEST(ASilence, EndsAtOnceWithWhatIsGone)
+{
+    EXPECT_TRUE(Silence().endsWith(Answer::Gone));
 }
 
 } // namespace

@@ -226,6 +226,7 @@ TEST_F(Export, EndsWhenTheRecorderHasRestarted)
     start();
     ASSERT_TRUE(isSending(exporter));
     const ServedObject<ExportingRecorder> restarted(cco, "KorveRecorder/EXPORTER/another");
+    CORBA::Object_var(cco->Unregister("KorveRecorder/EXPORTER/IF_Control", 0)); // else it keeps the name while it lives
     registerRecorder("EXPORTER", CORBA::Object_var(restarted.reference()));
     EXPECT_EQ(exporter->end(), "end badly: the recorder has restarted");
 }

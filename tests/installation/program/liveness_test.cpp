@@ -6,7 +6,8 @@ namespace
 {
 
 using Liveness = InstallationFixture;
-using installation::objectAnswers;
+using installation::Answer;
+using installation::askObject;
 
 } // namespace
 
@@ -14,19 +15,19 @@ TEST_F(Liveness, IsThatOfAnObjectThatServesAgain)
 {
     ASSERT_TRUE(managerKnowsTheDevice());
     const TQ_KRV::IF_KRV_c_KRV_var found = manager();
-    ASSERT_TRUE(objectAnswers(found, std::chrono::seconds(10)));
+    ASSERT_EQ(askObject(found, std::chrono::seconds(10)), Answer::Lives);
     shared->manager->kill();
-    EXPECT_FALSE(objectAnswers(found, std::chrono::seconds(10)));
+    EXPECT_EQ(askObject(found, std::chrono::seconds(10)), Answer::Gone);
     shared->manager = start("manager");
-    EXPECT_TRUE(objectAnswers(found, std::chrono::seconds(10)));
+    EXPECT_EQ(askObject(found, std::chrono::seconds(10)), Answer::Lives);
 }
 
 TEST_F(Liveness, IsSeenPastConnectionsToAFormerProcess)
 {
     ASSERT_TRUE(managerKnowsTheDevice());
     const TQ_KRV::IF_KRV_c_KRV_var found = manager();
-    ASSERT_TRUE(objectAnswers(found, std::chrono::seconds(10)));
+    ASSERT_EQ(askObject(found, std::chrono::seconds(10)), Answer::Lives);
     shared->manager->kill();
     shared->manager = start("manager");
-    EXPECT_TRUE(objectAnswers(found, std::chrono::seconds(10)));
+    EXPECT_EQ(askObject(found, std::chrono::seconds(10)), Answer::Lives);
 }

@@ -1,0 +1,83 @@
+#include "installation/cco/registrar.h"
+
+#include "installation/cco/holder.h"
+
+#include "coresupport/trace.h"
+#include "orbconnection/refusednames.h"
+
+namespace installation
+{
+
+namespace
+{
+
+constexpr const char *sourceName = "installation/cco/registrar";
+
+template <typename... Texts> void traceName(const char *pattern, const Texts &...texts)
+{
+    traceAt(TraceLevel::Normal, sourceName,
+            [&] { return QString::fromUtf8(pattern).arg(QString::fromStdString(texts)...); });
+}
+
+/// Where it is listed that the one at @p endpoint wants @p name.
+std::string refusalOf(const std::string &name, const NetworkAddress &endpoint)
+{
+    return CorbaCommon::refusedNames + name + '/' + endpoint.host + ':' + std::to_string(endpoint.port);
+}
+
+} // namespace
+
+Registrar::Registrar(Registry &registry, std::chrono::milliseconds answerLimit)
+    : registry(registry), answerLimit(answerLimit)
+{
+}
+
+void Registrar::put(const std::string &name, const Registry::Content &content, const std::string &caller)
+{
+    for (;;) {
+        const Registry::Outcome outcome = registry.offer(name, content, caller);
+        if (outcome.isNew)
+            traceName("%1 is held by %2", name, Holder(content).description());
+        if (!outcome.holder)
+            return forgetRefusal(name, content);
+        const Holder holder(outcome.holder->content);
+        const bool lives = holder.canBeAsked() && holder.ask(answerLimit) != Answer::Gone;
+        if (lives)
+            refuse(*outcome.holder, content, caller);
+        if (registry.replace(*outcome.holder, content, caller)) {
+            const Holder next(content);
+            if (holder.canBeAsked() || next.canBeAsked()) // mere values may change often
+                traceName("%1 goes from %2 to %3", name, holder.description(), next.description());
+            return forgetRefusal(name, content);
+        }
+    }
+}
+
+void Registrar::refuse(const Registry::Entry &holder, const Registry::Content &other, const std::string &caller)
+{
+    if (noteRefusal(holder.name, other, caller))
+        traceName("%1 is refused to %2: it is held by %3", holder.name, Holder(other).description(),
+                  Holder(holder.content).description());
+    throw CORBA::NO_PERMISSION(0, CORBA::COMPLETED_NO);
+}
+
+bool Registrar::noteRefusal(const std::string &name, const Registry::Content &content, const std::string &caller)
+{
+    const auto endpoint = Holder(content).endpoint();
+    if (!endpoint)
+        return false;
+    try {
+        const Registry::Values values{endpoint->host, std::to_string(endpoint->port)};
+        return registry.offer(refusalOf(name, *endpoint), values, caller).isNew;
+    } catch (const CORBA::NO_RESOURCES &) {
+        return false; // so many are refused something that this one is not listed
+    }
+}
+
+void Registrar::forgetRefusal(const std::string &name, const Registry::Content &content)
+{
+    if (const auto endpoint = Holder(content).endpoint())
+        registry.takeValues(refusalOf(name, *endpoint));
+}
+
+} // namespace installation

@@ -1,0 +1,151 @@
+#include "tests/installation/cco/ccoprocess.h"
+#include "tests/installation/cco/loopbackports.h"
+#include "tests/installation/cco/servicefixture.h"
+#include "tests/installation/cco/testorb.h"
+
+using namespace installation;
+using namespace std::chrono_literals;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace
+{
+
+const char *const refusedNames = "CentralObjectService/Refused/";
+
+/// Names whose service looks for dead holders only when somebody else wants to have one.
+class HeldName : public ServiceFixture
+{
+protected:
+    HeldName()
+    {
+        configuration.timing.probeInterval = 1h;
+        startService();
+    }
+    ~HeldName() override { other->retire(); }
+
+    void giveTo(const CallbackOwner &holder) { cco->Register(managerName, CCO::Callback_var(holder->reference()), 0); }
+    bool isHeldBy(CORBA::Object_ptr holder)
+    {
+        const CORBA::Object_var found = cco->Resolve(managerName, CCO::rtInstallation);
+        return !CORBA::is_nil(found) && found->_is_equivalent(holder);
+    }
+    /// Where it is listed that somebody in this process is refused it.
+    static std::string listedRefusal()
+    {
+        return std::string(managerName) + "/127.0.0.1:" + std::to_string(TestOrb::instance().port());
+    }
+
+    const CallbackOwner other{RecordingCallback::make()};
+    const CCO::Callback_var otherObject{other->reference()};
+};
+
+TEST_F(HeldName, IsRefusedToAnotherWhileItsHolderLives)
+{
+    giveTo(owner);
+    EXPECT_THROW(giveTo(other), CORBA::NO_PERMISSION);
+    EXPECT_THROW(cco->RegisterValues(managerName, sequenceOf({"127.0.0.1", "8004"}), 0), CORBA::NO_PERMISSION);
+    EXPECT_THROW(cco->RegisterValues(managerName, sequenceOf({"mere", "values", "here"}), 0), CORBA::NO_PERMISSION);
+    EXPECT_TRUE(isHeldBy(object));
+}
+
+TEST_F(HeldName, MayBeRepeatedByItsHolder)
+{
+    giveTo(owner);
+    EXPECT_NO_THROW(giveTo(owner));
+    EXPECT_TRUE(isHeldBy(object));
+}
+
+TEST_F(HeldName, GoesToAnotherAtOnceWhenItsObjectIsGone)
+{
+    const CallbackOwner mortal(RecordingCallback::make());
+    giveTo(mortal);
+    mortal->retire();
+    giveTo(other);
+    EXPECT_TRUE(isHeldBy(otherObject));
+}
+
+TEST_F(HeldName, GoesToAnotherAtOnceWhenThePortOfItsHolderRefuses)
+{
+    CcoProcess process("North", "n1");
+    cco->Register(managerName, CCO::IF_CCO_c_var(process.service()), 0);
+    EXPECT_THROW(giveTo(other), CORBA::NO_PERMISSION);
+    process.kill();
+    giveTo(other);
+    EXPECT_TRUE(isHeldBy(otherObject));
+}
+
+TEST_F(HeldName, StaysWithAHolderThatStandsStill)
+{
+    CcoProcess process("North", "n1");
+    const CCO::IF_CCO_c_var holder = process.service();
+    cco->Register(managerName, holder, 0);
+    process.suspend();
+    EXPECT_THROW(giveTo(other), CORBA::NO_PERMISSION);
+    process.resume();
+    EXPECT_TRUE(isHeldBy(holder));
+}
+
+TEST_F(HeldName, IsThatOfAnAddressToo)
+{
+    std::optional<MutePort> server(std::in_place);
+    const MutePort otherServer;
+    cco->RegisterValues("A", sequenceOf({"127.0.0.1", std::to_string(server->port())}), 0);
+    const CCO::seqString next = sequenceOf({"127.0.0.1", std::to_string(otherServer.port())});
+    EXPECT_THROW(cco->RegisterValues("A", next, 0), CORBA::NO_PERMISSION);
+    server.reset();
+    cco->RegisterValues("A", next, 0);
+    EXPECT_THAT(valuesOf("A"), ElementsAre("127.0.0.1", std::to_string(otherServer.port())));
+}
+
+TEST_F(HeldName, ListsWhomItIsRefused)
+{
+    const CallbackOwner mortal(RecordingCallback::make());
+    giveTo(mortal);
+    EXPECT_THROW(giveTo(other), CORBA::NO_PERMISSION);
+    EXPECT_THAT(valuesOf(refusedNames), ElementsAre(listedRefusal()));
+    EXPECT_THAT(valuesOf(refusedNames + listedRefusal()),
+                ElementsAre("127.0.0.1", std::to_string(TestOrb::instance().port())));
+    mortal->retire();
+    giveTo(other);
+    EXPECT_THAT(valuesOf(refusedNames), IsEmpty());
+}
+
+TEST_F(HeldName, IsListedAsRefusedByTheServiceAlone)
+{
+    EXPECT_THROW(cco->RegisterValues((refusedNames + listedRefusal()).c_str(), sequenceOf({"mine"}), 0),
+                 CORBA::BAD_PARAM);
+}
+
+TEST_F(ServiceFixture, ForgetsWhoIsRefusedANameWhenThatOneIsGone)
+{
+    startService();
+    cco->Register(managerName, object, 0);
+    CcoProcess process("North", "n1");
+    EXPECT_THROW(cco->Register(managerName, CCO::IF_CCO_c_var(process.service()), 0), CORBA::NO_PERMISSION);
+    EXPECT_FALSE(valuesOf(refusedNames).empty());
+    process.kill();
+    EXPECT_TRUE(waitUntil([&] { return valuesOf(refusedNames).empty(); }));
+}
+
+TEST_F(ServiceFixture, GivesTheNameOfASilentHolderToAnotherInTheEnd)
+{
+    startService();
+    CcoProcess process("North", "n1");
+    const CCO::IF_CCO_c_var holder = process.service();
+    cco->Register(managerName, holder, 0);
+    process.suspend();
+    EXPECT_TRUE(waitUntil([&] {
+        try {
+            cco->Register(managerName, object, 0);
+            return true;
+        } catch (const CORBA::NO_PERMISSION &) {
+            return false;
+        }
+    }));
+    process.resume();
+}
+
+} // namespace
