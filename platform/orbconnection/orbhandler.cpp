@@ -5,6 +5,7 @@
 #include "orbconnection/incomingconnections.h"
 #include "orbconnection/orboptions.h"
 #include "orbconnection/staleconnections.h"
+#include "orbconnection/textsequence.h"
 
 #include <QCoreApplication>
 
@@ -50,14 +51,6 @@ PortableServer::POA_ptr activePoa(CORBA::ORB_ptr orb, const char *name)
     const PortableServer::POAManager_var manager = poa->the_POAManager();
     manager->activate();
     return poa._retn();
-}
-
-QStringList toList(const CCO::seqString &sequence)
-{
-    QStringList list;
-    for (CORBA::ULong i = 0; i < sequence.length(); ++i)
-        list << QString::fromUtf8(sequence[i].in());
-    return list;
 }
 } // namespace
 

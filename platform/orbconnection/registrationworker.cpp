@@ -2,7 +2,9 @@
 
 #include "coresupport/trace.h"
 #include "orbconnection/orbhandler.h"
+#include "orbconnection/publishedendpoint.h"
 #include "orbconnection/staleconnections.h"
+#include "orbconnection/textsequence.h"
 
 namespace CorbaCommon
 {
@@ -11,13 +13,28 @@ namespace
 constexpr char sourceName[] = "orbconnection/registrationworker";
 constexpr CORBA::ULong noRedundancy = 0;
 
-CCO::seqString toSequence(const QStringList &list)
+/// Nil for a name without one; the caller releases it.
+CORBA::Object_ptr objectAt(CCO::IF_CCO_c_ptr service, const char *path)
 {
-    CCO::seqString sequence;
-    sequence.length(static_cast<CORBA::ULong>(list.size()));
-    for (int i = 0; i < list.size(); ++i)
-        sequence[static_cast<CORBA::ULong>(i)] = list[i].toUtf8().constData();
-    return sequence;
+    try {
+        return service->Resolve(path, CCO::rtThisServiceOnly);
+    } catch (const CCO::IF_CCO_c_Naming::InvalidType &) { // it has values
+        return CORBA::Object::_nil();
+    }
+}
+
+/// "HOST:PORT", or its values.
+QString holderOf(CCO::IF_CCO_c_ptr service, const char *path)
+{
+    try {
+        const CORBA::Object_var object = objectAt(service, path);
+        const Endpoint endpoint = CORBA::is_nil(object) ? Endpoint() : publishedEndpoint(object);
+        if (endpoint.port != 0)
+            return QStringLiteral("%1:%2").arg(endpoint.host).arg(endpoint.port);
+        return toList(CCO::seqString_var(service->ResolveValues(path, CCO::rtThisServiceOnly))).join(u':');
+    } catch (const CORBA::Exception &e) {
+        return QLatin1String(e._name());
+    }
 }
 } // namespace
 
@@ -35,75 +52,125 @@ void RegistrationWorker::start()
 
 void RegistrationWorker::offer(const QString &name, const Offer &offer)
 {
+    withdraw(name); // what it had before may live on, and would keep the name
     offers[name] = offer;
-    registerOne(name, offer);
+    registerAll();
 }
 
 void RegistrationWorker::withdraw(const QString &name)
 {
-    const auto position = offers.find(name);
-    if (position == offers.end())
+    if (!offers.contains(name))
         return;
-    unregisterOne(name, *position);
-    offers.erase(position);
+    unregisterOne(name);
+    offers.remove(name);
 }
 
 void RegistrationWorker::withdrawAll()
 {
     repetition.stop();
-    for (auto it = offers.constBegin(); it != offers.constEnd(); ++it)
-        if (!unregisterOne(it.key(), it.value()))
-            break; // a service that does not answer drops the names by itself
+    unregisterAll();
     offers.clear();
-}
-
-bool RegistrationWorker::registerOne(const QString &name, const Offer &offer)
-{
-    return succeeds(name, [&](const char *path) {
-        if (CORBA::is_nil(offer.object))
-            service->RegisterValues(path, toSequence(offer.values), noRedundancy);
-        else
-            service->Register(path, offer.object, noRedundancy);
-    });
 }
 
 void RegistrationWorker::registerAll()
 {
-    for (auto it = offers.constBegin(); it != offers.constEnd(); ++it)
-        if (!registerOne(it.key(), it.value()))
-            return; // each failure may have cost a time-out
+    QString name;
+    QString reason;
+    const State now = tryAll(name, reason);
+    note(now, name, reason);
+    const bool isNews = now == State::Refused && refused != name;
+    refused = now == State::Refused ? name : QString();
+    if (isNews)
+        unregisterAll(); // nobody is to find a part of the names
 }
 
-bool RegistrationWorker::unregisterOne(const QString &name, const Offer &offer)
+RegistrationWorker::State RegistrationWorker::tryAll(QString &name, QString &reason)
 {
-    return succeeds(name, [&](const char *path) {
-        if (CORBA::is_nil(offer.object))
-            service->UnregisterValues(path, noRedundancy);
-        else
-            CORBA::release(service->Unregister(path, noRedundancy));
-    });
-}
-
-template <typename Call> bool RegistrationWorker::succeeds(const QString &name, const Call &call)
-{
-    const auto note = [&](bool now, const char *reason) {
-        if (failing != now)
-            return now;
-        failing = !now;
-        traceAt(TraceLevel::Normal, sourceName, [&] {
-            return now ? QStringLiteral("Registered at the central object service again")
-                       : QStringLiteral("%1 cannot be registered at the central object service: %2")
-                             .arg(name, QLatin1String(reason));
-        });
-        return now;
-    };
-    if (CORBA::is_nil(service))
-        return note(false, "the ORB does not run");
-    try {
-        pastStaleConnections([&, path = name.toUtf8()] { call(path.constData()); });
-        return note(true, "");
-    } catch (const CORBA::Exception &e) {
-        return note(false, e._name());
+    QStringList names = offers.keys();
+    if (offers.contains(refused))
+        names.prepend(refused); // while that one is not to be had, the others are left alone
+    for (const QString &next : std::as_const(names)) {
+        name = next;
+        const State now = registerOne(name, reason);
+        if (now != State::Registered)
+            return now; // each failure may have cost a time-out
     }
+    return State::Registered;
+}
+
+RegistrationWorker::State RegistrationWorker::registerOne(const QString &name, QString &reason) const
+{
+    if (CORBA::is_nil(service)) {
+        reason = QStringLiteral("the ORB does not run");
+        return State::Failing;
+    }
+    try {
+        pastStaleConnections([&, offer = offers[name], path = name.toUtf8()] {
+            if (CORBA::is_nil(offer.object))
+                service->RegisterValues(path.constData(), toSequence(offer.values), noRedundancy);
+            else
+                service->Register(path.constData(), offer.object, noRedundancy);
+        });
+        return State::Registered;
+    } catch (const CORBA::NO_PERMISSION &) {
+        return State::Refused;
+    } catch (const CORBA::Exception &e) {
+        reason = QLatin1String(e._name());
+        return State::Failing;
+    }
+}
+
+bool RegistrationWorker::unregisterOne(const QString &name)
+{
+    if (CORBA::is_nil(service))
+        return false;
+    try {
+        pastStaleConnections([&, path = name.toUtf8()] { unregister(path.constData(), offers[name]); });
+        return true;
+    } catch (const CORBA::Exception &e) {
+        note(State::Failing, name, QLatin1String(e._name()));
+        return false;
+    }
+}
+
+void RegistrationWorker::unregisterAll()
+{
+    for (auto it = offers.constBegin(); it != offers.constEnd(); ++it)
+        if (!unregisterOne(it.key()))
+            return; // a service that does not answer drops the names by itself
+}
+
+void RegistrationWorker::unregister(const char *path, const Offer &offer) const
+{
+    // The name may be somebody else's by now, or always have been.
+    if (CORBA::is_nil(offer.object)) {
+        if (toList(CCO::seqString_var(service->ResolveValues(path, CCO::rtThisServiceOnly))) == offer.values)
+            service->UnregisterValues(path, noRedundancy);
+        return;
+    }
+    const CORBA::Object_var found = objectAt(service, path);
+    if (!CORBA::is_nil(found) && offer.object->_is_equivalent(found))
+        CORBA::release(service->Unregister(path, noRedundancy));
+}
+
+void RegistrationWorker::note(State now, const QString &name, const QString &reason)
+{
+    if (now == state)
+        return;
+    state = now;
+    traceAt(TraceLevel::Normal, sourceName, [&] {
+        switch (now) {
+        case State::Registered:
+            return QStringLiteral("Registered at the central object service again");
+        case State::Refused:
+            return QStringLiteral("%1 is held by another, at %2. None of the names of this service is registered, so "
+                                  "nobody finds it; it tries again every %3 ms")
+                .arg(name, holderOf(service, name.toUtf8().constData()))
+                .arg(timing.repetition.count());
+        case State::Failing:
+            return QStringLiteral("%1 cannot be registered at the central object service: %2").arg(name, reason);
+        }
+        return QString();
+    });
 }
 } // namespace CorbaCommon

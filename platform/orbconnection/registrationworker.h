@@ -26,19 +26,31 @@ public:
     void offer(const QString &name, const Offer &offer);
     void withdraw(const QString &name);
     void withdrawAll();
-    /// The last call for a name succeeded.
-    bool isRegistered() const { return !failing; }
+    /// All names are.
+    bool isRegistered() const { return state == State::Registered; }
 
 private:
-    bool registerOne(const QString &name, const Offer &offer);
+    enum class State {
+        Registered,
+        Refused, ///< somebody else holds one of the names
+        Failing
+    };
+
     void registerAll();
-    bool unregisterOne(const QString &name, const Offer &offer);
-    template <typename Call> bool succeeds(const QString &name, const Call &call);
+    /// The first name that is not registered and its state; otherwise Registered.
+    State tryAll(QString &name, QString &reason);
+    State registerOne(const QString &name, QString &reason) const;
+    /// False when the service does not answer.
+    bool unregisterOne(const QString &name);
+    void unregisterAll();
+    void unregister(const char *path, const Offer &offer) const;
+    void note(State now, const QString &name, const QString &reason);
 
     const ServiceRegistration::Timing timing;
     CCO::IF_CCO_c_var service;
     QMap<QString, Offer> offers;
     QTimer repetition;
-    bool failing = false;
+    State state = State::Registered;
+    QString refused; ///< the name that somebody else holds; empty when there is none
 };
 } // namespace CorbaCommon

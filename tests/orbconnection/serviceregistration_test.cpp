@@ -1,6 +1,10 @@
 #include "orbconnection/serviceregistration.h"
 
+#include "coresupport/trace.h"
 #include "tests/orbconnection/livecentralservice.h"
+
+#include <mutex>
+#include <optional>
 
 using namespace CorbaCommon;
 using namespace std::chrono_literals;
@@ -103,5 +107,91 @@ TEST_F(Registration, EndsSoonAlsoWithoutAnAnswer)
     registration.reset();
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 10s);
     service().resume();
+}
+/// Two services that want the name "A/Endpoint", each with a name of its own behind it; both live.
+class RivalRegistrations : public Registration
+{
+protected:
+    RivalRegistrations() : formerCapture(setTraceCapture([this](const TraceLine &line) { note(line.text); })) {}
+    ~RivalRegistrations() override { setTraceCapture(formerCapture); }
+
+    static void offer(ServiceRegistration &registration, unsigned short port, const char *otherName)
+    {
+        registration.registerEndpoint(QStringLiteral("A/Endpoint"), port);
+        registration.registerValues(QLatin1String(otherName), {QStringLiteral("one")});
+    }
+    bool isHeldAt(const char *port) const
+    {
+        return valuesOf("A/Endpoint") == std::vector<std::string>{address().toStdString(), port};
+    }
+    bool hasSaid(const QString &words)
+    {
+        const std::lock_guard lock(mutex);
+        return said.contains(words);
+    }
+
+    const ServiceProcess rival{QStringLiteral(TROUBLE_PROGRAM), {address(), QStringLiteral("8100")}};
+    std::optional<ServiceRegistration> first{std::in_place, ServiceRegistration::Timing{.repetition = 1h}};
+    std::optional<ServiceRegistration> second;
+
+private:
+    void note(const QString &text)
+    {
+        const std::lock_guard lock(mutex);
+        said += text;
+    }
+
+    std::mutex mutex; // guards the next
+    QString said;
+    const TraceCapture formerCapture;
+};
+
+TEST_F(RivalRegistrations, GiveTheSecondNoneOfItsNamesWhileTheFirstLives)
+{
+    offer(*first, 8100, "B/First");
+    ASSERT_TRUE(first->waitUntilTried());
+    second.emplace(timing);
+    second->registerValues(QStringLiteral("A/Before"), {QStringLiteral("one")}); // comes first, and is to be had
+    ASSERT_TRUE(second->waitUntilTried());
+    offer(*second, 8003, "B/Second");
+    EXPECT_FALSE(second->waitUntilTried());
+    EXPECT_TRUE(isHeldAt("8100"));
+    EXPECT_TRUE(valuesOf("A/Before").empty());
+    EXPECT_TRUE(valuesOf("B/Second").empty());
+    EXPECT_TRUE(hasSaid(QStringLiteral("A/Endpoint is held by another, at %1:8100").arg(address())));
+}
+
+TEST_F(RivalRegistrations, GiveTheSecondAllItsNamesWhenTheFirstEnds)
+{
+    offer(*first, 8100, "B/First");
+    ASSERT_TRUE(first->waitUntilTried());
+    second.emplace(timing);
+    offer(*second, 8003, "B/Second");
+    ASSERT_FALSE(second->waitUntilTried());
+    first.reset();
+    EXPECT_TRUE(comesTrue([&] { return isHeldAt("8003") && !valuesOf("B/Second").empty(); }));
+    EXPECT_TRUE(comesTrue([&] { return second->waitUntilTried(); }));
+}
+
+TEST_F(RivalRegistrations, LeaveTheFirstItsNamesWhenTheSecondEnds)
+{
+    offer(*first, 8100, "B/First");
+    ASSERT_TRUE(first->waitUntilTried());
+    second.emplace(timing);
+    offer(*second, 8003, "B/Second");
+    ASSERT_FALSE(second->waitUntilTried());
+    second.reset();
+    EXPECT_TRUE(isHeldAt("8100"));
+}
+
+TEST_F(Registration, ReplacesWhatItsOwnNameHad)
+{
+    ServiceRegistration registration(timing);
+    const CCO::IF_CCO_c_var object = direct();
+    registration.registerObject(QStringLiteral("A"), object);
+    ASSERT_TRUE(registration.waitUntilTried());
+    registration.registerEndpoint(QStringLiteral("A"), 8003);
+    EXPECT_TRUE(registration.waitUntilTried());
+    EXPECT_EQ(valuesOf("A"), (std::vector<std::string>{address().toStdString(), "8003"}));
 }
 } // namespace
