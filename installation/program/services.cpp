@@ -107,7 +107,9 @@ private:
     std::unique_ptr<CentralObjectService> centralService;
     std::unique_ptr<RecorderHost> recorder;
     std::unique_ptr<ManagerHost> manager;
-    CorbaCommon::ServiceRegistration names; // last: the names go before what they stand for
+    // Last, since names go before what they stand for; apart, since what is refused to one is none of the other's names.
+    CorbaCommon::ServiceRegistration recorderNames;
+    CorbaCommon::ServiceRegistration managerNames;
 };
 
 void Services::Private::start(Role role)
@@ -130,14 +132,14 @@ void Services::Private::startCentralService()
 
 void Services::Private::startRecorder()
 {
-    recorder = std::make_unique<RecorderHost>(settings, poa(), names);
+    recorder = std::make_unique<RecorderHost>(settings, poa(), recorderNames);
     const CORBA::Object_var reference = recorder->reference();
     sayReady(Role::Recorder, CorbaCommon::publishedEndpoint(reference).port);
 }
 
 void Services::Private::startManager()
 {
-    manager = std::make_unique<ManagerHost>(settings, poa(), names);
+    manager = std::make_unique<ManagerHost>(settings, poa(), managerNames);
     sayReady(Role::Manager, VtServer::port);
 }
 
