@@ -16,8 +16,9 @@ constexpr const char *sourceName = "installation/recorder/replaysender";
 
 } // namespace
 
-ReplaySender::ReplaySender(std::unique_ptr<ReplaySource> samples, Listener listener)
-    : source(std::move(samples)), listener(std::move(listener)), place(source->sizeBytes(), source->sampleBytes())
+ReplaySender::ReplaySender(std::unique_ptr<ReplaySource> samples, Listener listener, Now now)
+    : source(std::move(samples)), listener(std::move(listener)), now(std::move(now)),
+      place(source->sizeBytes(), source->sampleBytes())
 {
     begin([this] { run(); });
 }
@@ -70,7 +71,7 @@ ReplaySender::Link ReplaySender::install(SampleLink opened, quint32 samplesPerSe
     failure.reset();
     pacer.reset();
     if (samplesPerSecond != fullSpeed)
-        pacer.emplace(checkedRate(samplesPerSecond), source->sampleBytes(), Pacer::Clock::now());
+        pacer.emplace(checkedRate(samplesPerSecond), source->sampleBytes(), now());
     return {linkId, link->address()};
 }
 
@@ -92,7 +93,7 @@ void ReplaySender::start(quint32 wanted)
         if (playing)
             throw LinkError(LLDCmodule::ekWrongSequence, QStringLiteral("the samples are on their way already"));
         if (pacer)
-            pacer->restart(Pacer::Clock::now());
+            pacer->restart(now());
         setPlaying(true);
     }
     wakeup.wake();
@@ -222,10 +223,10 @@ quint64 ReplaySender::dueBytes(Pause &pause)
 {
     if (!pacer)
         return place.left();
-    const Pacer::Clock::time_point now = Pacer::Clock::now();
-    const quint64 due = pacer->due(now);
+    const Pacer::Clock::time_point time = now();
+    const quint64 due = pacer->due(time);
     if (due == 0)
-        pause.limit = std::max(pacer->nextPiece() - now, Pacer::Clock::duration(0));
+        pause.limit = std::max(pacer->nextPiece() - time, Pacer::Clock::duration(0));
     return std::min(due, place.left());
 }
 

@@ -38,7 +38,10 @@ public:
     static constexpr quint32 fullSpeed = 0xffffffff;
     static constexpr std::chrono::milliseconds connectLimit{2000};
 
-    ReplaySender(std::unique_ptr<ReplaySource> source, Listener listener);
+    using Now = std::function<Pacer::Clock::time_point()>;
+
+    /// @p now is the clock of the pace.
+    ReplaySender(std::unique_ptr<ReplaySource> source, Listener listener, Now now = Pacer::Clock::now);
     ~ReplaySender() override { stop(); }
     ReplaySender(const ReplaySender &) = delete;
 
@@ -81,6 +84,7 @@ private:
 
     const std::unique_ptr<ReplaySource> source;
     const Listener listener;
+    const Now now;
     Wakeup wakeup;
     mutable std::mutex mutex; // guards the rest; not held while samples go out
     std::condition_variable landed;

@@ -51,6 +51,11 @@ TEST(RecordScale, CutsTimesToWholeSamples)
     EXPECT_EQ(rangeOf(":2s"), (ByteRange{0, 32000}));
 }
 
+TEST(RecordScale, FindsASampleWhoseTimeIsNoExactNumber)
+{
+    EXPECT_EQ(rangeOf("125125us:"), (ByteRange{2002, 32000})); // 1000.9999999999999 of it as a double
+}
+
 TEST(RecordScale, TakesBytesAsTheyAre)
 {
     EXPECT_EQ(rangeOf("1:7"), (ByteRange{1, 7}));

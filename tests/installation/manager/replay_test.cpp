@@ -48,6 +48,18 @@ TEST_F(Replay, ShowsThePositionAsItMoves)
     EXPECT_TRUE(positionPasses(id, channel(id).progress.position));
 }
 
+TEST_F(Replay, ShowsNothingOfTheReplayBefore)
+{
+    const QString id = add(receiverChannel());
+    ASSERT_EQ(startReplay(500000), 0u);
+    ASSERT_TRUE(positionPasses(id, 500000));
+    ASSERT_EQ(replay()->StopReplay("REC1", "R1"), 0u);
+    ASSERT_EQ(startReplay(1000, 6000), 0u);
+    const quint64 position = channel(id).progress.position;
+    EXPECT_GE(position, 1000u);
+    EXPECT_LE(position, 6000u);
+}
+
 TEST_F(Replay, PausesAndContinues)
 {
     const QString id = add(receiverChannel());

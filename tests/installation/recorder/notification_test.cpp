@@ -20,6 +20,15 @@ constexpr CORBA::ULong transferFinished = 3;
 
 class Notification : public RecordingTest
 {
+protected:
+    /// In the end.
+    static void expectNoReceiver(Notifier &notifier)
+    {
+        const QDeadlineTimer end(60'000);
+        while (notifier.receiverCount() > 0 && !end.hasExpired())
+            std::this_thread::yield();
+        EXPECT_EQ(notifier.receiverCount(), 0u);
+    }
 };
 
 TEST_F(Notification, TellsWhatHappensToARecord)
@@ -130,6 +139,21 @@ TEST_F(Notification, ReachesWhoAskedForSomethingAlsoWhenThereAreManyReceivers)
         orb->deactivate(one);
 }
 
+TEST_F(Notification, LetsTheReceiverOfASessionGo)
+{
+    const PortableServer::Servant_var<NotifiedReceiver> servant(new NotifiedReceiver);
+    const TQ_KORVE_IT::IF_Korve_IT_var one = orb->activate(*servant);
+    Notifier notifier([] { return quint64(1); });
+    notifier.attach(one, "R1");
+    notifier.attach(one, "R2");
+    notifier.tellStatus("R1", "air", KORVE_XML::KORVE_RecordData::IDLE);
+    EXPECT_EQ(notifier.receiverCount(), 1u) << "it hears of the other one";
+    notifier.tellStatus("R2", "sea", KORVE_XML::KORVE_RecordData::IDLE);
+    expectNoReceiver(notifier);
+    EXPECT_EQ(servant->upTo(true, rsIDLE).back().recordId, "R1") << "what was told before still arrives";
+    orb->deactivate(one);
+}
+
 /// A receiver that fails each time.
 class FailingReceiver : public NotifiedReceiver
 {
@@ -151,10 +175,7 @@ TEST_F(Notification, GivesUpAReceiverThatFailsThreeTimes)
     for (int i = 0; i < 5; ++i)
         notifier.tellChange(i == 2 ? Notifier::Change::TransferFailed : Notifier::Change::Changed, "R1", "air");
     EXPECT_EQ(servant->upTo(false, CORBA::ULong(Notifier::Change::TransferFailed)).size(), 3u);
-    const QDeadlineTimer end(60'000);
-    while (notifier.receiverCount() > 0 && !end.hasExpired())
-        std::this_thread::yield();
-    EXPECT_EQ(notifier.receiverCount(), 0u);
+    expectNoReceiver(notifier);
     orb->deactivate(failing);
 }
 

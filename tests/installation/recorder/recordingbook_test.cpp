@@ -18,12 +18,13 @@ namespace
 class Book : public testing::Test
 {
 protected:
-    Book()
+    Book() { begin({}); }
+    void begin(const RecordingWish &wish)
     {
-        id = store.ask([](RecordStore &records) {
+        id = store.ask([wish](RecordStore &records) {
             const RecordStore::Reservation place = records.reserve();
             writeWhole(place.samplesPath, {});
-            Record record = newRecording({}, 1);
+            Record record = newRecording(wish, 1);
             record.id = place.id;
             records.adopt(record);
             return place.id;
@@ -56,6 +57,20 @@ TEST_F(Book, KnowsHowEachLinkWasSet)
     EXPECT_EQ(captures[0].toObject().value("core:sample_start").toInt(), 0);
     EXPECT_EQ(captures[1].toObject().value("core:sample_start").toInt(), 900);
     EXPECT_EQ(captures[1].toObject().value("core:frequency").toDouble(), 100e6);
+}
+
+TEST_F(Book, HasHalfOfTheRateAsBandwidthOfRealSamples)
+{
+    begin({.format = KORVE_XML::KORVE_RecordData::ANALOG_AUDIO});
+    RecordingBook(store, id).close({0, 8000, 70'000, {{0, 1000, 98'500'000, 48'000, 0}}}, {});
+    EXPECT_EQ(record().index.first().bandwidthHz, 24'000u);
+    EXPECT_EQ(record().index.last().bandwidthHz, 24'000u);
+}
+
+TEST_F(Book, RoundsTimesToTheNearestMicrosecond)
+{
+    RecordingBook(store, id).close({0, 8, 70'000, {{0, 1000, 0, 3'000'000, 0}}}, {}); // two samples, 0.67 us
+    EXPECT_EQ(record().stopUs, 1001u);
 }
 
 TEST_F(Book, ForgetsSamplesThatWereGivenUp)

@@ -1,5 +1,6 @@
 #include "installation/recorder/recordingwriter.h"
 #include "installation/recorder/recordererror.h"
+#include "installation/recorder/wordorder.h"
 #include "tests/installation/recorder/fulldisk.h"
 #include "tests/installation/recorder/storedrecords.h"
 
@@ -40,6 +41,27 @@ TEST_F(Writer, TurnsNumbersThatComeInPieces)
     write(writer, "abc", true);
     write(writer, "defgh", true);
     EXPECT_EQ(readFile(path), "badcfehg");
+}
+
+TEST(WordOrder, IsTurnedForNumbersOfEachSize)
+{
+    const auto turned = [](QByteArray bytes, unsigned wordBytes) {
+        swapWords(bytes.data(), quint64(bytes.size()), wordBytes);
+        return bytes;
+    };
+    EXPECT_EQ(turned("abcdefghijklmnop", 1), "abcdefghijklmnop");
+    EXPECT_EQ(turned("abcdefghijklmnop", 2), "badcfehgjilknmpo");
+    EXPECT_EQ(turned("abcdefghijklmnop", 4), "dcbahgfelkjiponm");
+    EXPECT_EQ(turned("abcdefghijklmnop", 8), "hgfedcbaponmlkji");
+}
+
+TEST_F(Writer, TurnsSamplesOfSixteenBytes)
+{
+    RecordingWriter writer(path, {*SampleFormat::ofSigmf(QStringLiteral("cf64_le")), 1}, 0);
+    write(writer, "abcdefghijk", true);
+    write(writer, "lmnopq", true);
+    EXPECT_EQ(writer.end(), 16u);
+    EXPECT_EQ(readFile(path), "hgfedcbaponmlkji");
 }
 
 TEST_F(Writer, GivesTheRoomOfALoopsBeginningBack)

@@ -126,6 +126,25 @@ TEST(PositionTime, RunsWithTheSamplesAndLeapsOverAGap)
     EXPECT_EQ(times.endTimeUs(0), begunUs);
 }
 
+TEST(PositionTime, DoesNotPassTheNextEntry)
+{
+    Record record = gappedRecord();
+    record.index[1].timestampUs = begunUs + 400'000; // a clock that is set back, or a rate that is a little off
+    const PositionTimes times(record);
+    EXPECT_EQ(times.timeUs(1200), begunUs + 300'000);
+    EXPECT_EQ(times.timeUs(1996), begunUs + 400'000);
+    EXPECT_EQ(times.endTimeUs(2000), begunUs + 400'000);
+}
+
+TEST(PositionTime, IsTheNearestMicrosecond)
+{
+    Record record = gappedRecord();
+    record.sigmf["global"] = QJsonObject{{"core:datatype", "ci16_le"}, {"core:sample_rate", 3e6}};
+    record.index = {{0, begunUs, 0, 3'000'000, 0}};
+    EXPECT_EQ(PositionTimes(record).timeUs(4), begunUs);
+    EXPECT_EQ(PositionTimes(record).timeUs(8), begunUs + 1); // 0.67 us
+}
+
 TEST(PositionTime, FollowsARateThatIsNoWholeNumber)
 {
     Record record = gappedRecord();

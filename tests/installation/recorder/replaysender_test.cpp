@@ -4,11 +4,14 @@
 
 #include <gtest/gtest.h>
 
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QJsonObject>
 #include <QTemporaryDir>
 
+#include <atomic>
 #include <future>
+#include <thread>
 
 #include <sys/resource.h>
 #include <unistd.h>
@@ -40,15 +43,21 @@ private:
     rlimit before{};
 };
 
-std::unique_ptr<ReplaySource> eightSamples(const QString &path)
+/// Samples of one byte.
+std::unique_ptr<ReplaySource> samplesOf(const QByteArray &bytes, const QString &path)
 {
     QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write("abcdefgh") == 8);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
     file.close();
     Record record;
-    record.sizeBytes = 8;
+    record.sizeBytes = quint64(bytes.size());
     record.sigmf = {{QStringLiteral("global"), QJsonObject{{QStringLiteral("core:datatype"), QStringLiteral("ru8")}}}};
     return std::make_unique<ReplaySource>(record, path);
+}
+
+std::unique_ptr<ReplaySource> eightSamples(const QString &path)
+{
+    return samplesOf("abcdefgh", path);
 }
 
 /// Plays to somebody who goes, in a process that a broken pipe would end.
@@ -75,6 +84,66 @@ TEST(ReplaySenderTest, OutlivesItsReceiver)
     testing::FLAGS_gtest_death_test_style = "threadsafe"; // a process of its own, not a copy of this one
     const QTemporaryDir folder;
     EXPECT_EXIT(playToOneWhoGoes(folder.filePath(QStringLiteral("samples"))), testing::ExitedWithCode(0), "");
+}
+
+/// A replay to somebody who takes all.
+class Playing : public testing::Test
+{
+protected:
+    quint32 connect(quint32 samplesPerSecond)
+    {
+        const quint32 link = sender.connectTo({LLDCmodule::ifTCP, loopback, peer.port()}, samplesPerSecond).id;
+        peer.accept();
+        reader = std::async(std::launch::async, [this] { return peer.discardToEnd(); });
+        return link;
+    }
+    quint64 position() const { return sender.section().position(); }
+    void waitUntilItMoves(quint64 from = 0) const
+    {
+        const QDeadlineTimer end(patienceMs);
+        while (position() == from && !end.hasExpired())
+            std::this_thread::yield();
+        ASSERT_NE(position(), from);
+    }
+
+    const QTemporaryDir folder;
+    SamplePeer peer{SamplePeer::Transport::Tcp, QStringLiteral("127.0.0.1")};
+    std::atomic<Pacer::Clock::time_point> time = Pacer::Clock::time_point(std::chrono::hours(1));
+    std::future<std::uint64_t> reader; // ends when the sender has gone
+    ReplaySender sender{samplesOf(QByteArray(16 << 20, 's'), folder.filePath(QStringLiteral("samples"))),
+                        {[](bool) {}, [] {}},
+                        [this] { return time.load(); }};
+};
+
+TEST_F(Playing, HasNothingUnderWayWhenItIsPaused)
+{
+    sender.change([](ReplaySection &section) { section.setPasses(0); });
+    sender.swapBytes(true); // through a buffer, so that a piece is under way nearly always
+    const quint32 link = connect(ReplaySender::fullSpeed);
+    for (int i = 0; i < 300; ++i) {
+        const quint64 from = position();
+        sender.start(link);
+        waitUntilItMoves(from);
+        sender.pause(link);
+        ASSERT_FALSE(sender.section().isUnderWay()) << "after " << i << " pauses";
+    }
+}
+
+TEST_F(Playing, SendsNothingForTheTimeOfAPause)
+{
+    constexpr auto piece = std::chrono::milliseconds(11);
+    const quint32 link = connect(1000); // ten samples in each ten milliseconds
+    time = time.load() + std::chrono::milliseconds(500);
+    sender.start(link);
+    time = time.load() + piece;
+    waitUntilItMoves();
+    EXPECT_EQ(position(), 10u);
+    sender.pause(link);
+    time = time.load() + std::chrono::milliseconds(500);
+    sender.start(link);
+    time = time.load() + piece;
+    waitUntilItMoves(10);
+    EXPECT_EQ(position(), 20u);
 }
 
 TEST(ReplaySenderTest, SaysThatItCannotTakeAConnectionAndTriesNoFurther)
