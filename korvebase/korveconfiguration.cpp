@@ -15,19 +15,10 @@ namespace
 {
 
 constexpr char sourceName[] = "korvebase/korveconfiguration";
-constexpr long defaultPort = 8004;
-
-QString defaultHost()
-{
-    return QStringLiteral("127.0.0.1");
-}
 
 } // namespace
 
-KorveConfiguration::KorveConfiguration(QObject *parent)
-    : QObject(parent), caption(QStringLiteral("KORVE Manager")), addressHost(defaultHost()), addressPort(defaultPort)
-{
-}
+KorveConfiguration::KorveConfiguration(QObject *parent) : QObject(parent) {}
 
 KorveConfiguration::~KorveConfiguration() = default;
 
@@ -57,6 +48,7 @@ QString KorveConfiguration::GetKorveRootPath() const
 
 void KorveConfiguration::ReadConfiguration(const QString &path)
 {
+    file = {};
     try {
         readKeys(*CfgCenter::CreateCfg(QString(), CfgCenter::FileView, path));
     } catch (...) { // contract: whatever the reader throws ends here
@@ -64,25 +56,23 @@ void KorveConfiguration::ReadConfiguration(const QString &path)
     }
 }
 
-void KorveConfiguration::readKeys(const CfgFile &file)
+void KorveConfiguration::readKeys(const CfgFile &keys)
 {
-    isDebugging = file.flag(QStringLiteral("DebugApplication"), isDebugging);
-    setRecordIdle = file.flag(QStringLiteral("SetRecordIdle"), setRecordIdle);
-    passiveFtp = file.flag(QStringLiteral("PassiveFTPMode"), passiveFtp);
-    caption = file.text(QStringLiteral("Caption"), caption);
-    defaultArchiveDirectory = file.text(QStringLiteral("DefaultArchive"), defaultArchiveDirectory);
-    defaultArchiveDirectory.replace(QLatin1Char('/'), QLatin1Char('\\'));
-    readAddress(file.text(QStringLiteral("Address"), QStringLiteral("TCP:127.0.0.1:8004")));
-    helpFilePath = file.text(QStringLiteral("HelpFilePath"), helpFilePath);
+    file.isDebugging = keys.flag(QStringLiteral("DebugApplication"), file.isDebugging);
+    file.setRecordIdle = keys.flag(QStringLiteral("SetRecordIdle"), file.setRecordIdle);
+    file.passiveFtp = keys.flag(QStringLiteral("PassiveFTPMode"), file.passiveFtp);
+    file.caption = keys.text(QStringLiteral("Caption"), file.caption);
+    file.defaultArchiveDirectory = keys.text(QStringLiteral("DefaultArchive"), file.defaultArchiveDirectory)
+                                       .replace(QLatin1Char('/'), QLatin1Char('\\'));
+    readAddress(keys.text(QStringLiteral("Address"), QStringLiteral("TCP:127.0.0.1:8004")));
+    file.helpFilePath = keys.text(QStringLiteral("HelpFilePath"), file.helpFilePath);
     traceAt(TraceLevel::Debug, sourceName,
-            [&] { return QStringLiteral("Using Helpfile located at %1").arg(helpFilePath); });
+            [&] { return QStringLiteral("Using Helpfile located at %1").arg(file.helpFilePath); });
 }
 
 // The address reads "TCP:host:port". A host without a port counts for nothing.
 void KorveConfiguration::readAddress(const QString &address)
 {
-    addressHost = defaultHost();
-    addressPort = defaultPort;
     const QString port = address.section(QLatin1Char(':'), 2, 2);
     const QString host = address.section(QLatin1Char(':'), 1, 1);
     if (port.isEmpty()) {
@@ -92,9 +82,9 @@ void KorveConfiguration::readAddress(const QString &address)
         });
         return;
     }
-    addressPort = std::atol(port.toLatin1().constData());
+    file.addressPort = std::atol(port.toLatin1().constData());
     if (!host.isEmpty()) {
-        addressHost = host;
+        file.addressHost = host;
         return;
     }
     traceAt(TraceLevel::Normal, sourceName, [] {

@@ -21,7 +21,7 @@ public:
     explicit KorveConfiguration(QObject *parent = nullptr);
     ~KorveConfiguration() override;
 
-    /// Reads the INI file @p cfgPath. A file that is missing leaves everything at its default.
+    /// Reads the INI file @p cfgPath. What it does not say has its default, also when an earlier file said it.
     void Initialize(const QString &cfgPath);
 
     void SetToolbar(bool toolbar) { isToolbar = toolbar; }
@@ -32,19 +32,19 @@ public:
     void SetValuePathPrefix(const QString &prefix) { valuePathPrefix = prefix; }
 
     bool IsToolbar() const { return isToolbar; }
-    bool IsDebuggingEnabled() const { return isDebugging; }
-    bool getSetRecordIdle() const { return setRecordIdle; }
-    bool GetPassiveFTPMode() const { return passiveFtp; }
-    QString getCaption() const { return caption; }
+    bool IsDebuggingEnabled() const { return file.isDebugging; }
+    bool getSetRecordIdle() const { return file.setRecordIdle; }
+    bool GetPassiveFTPMode() const { return file.passiveFtp; }
+    QString getCaption() const { return file.caption; }
     /// With backslashes between its parts.
-    QString DefaultArchiveDirectory() const { return defaultArchiveDirectory; }
-    QString KorveAddressHost() const { return addressHost; }
-    long KorveAddressPort() const { return addressPort; }
+    QString DefaultArchiveDirectory() const { return file.defaultArchiveDirectory; }
+    QString KorveAddressHost() const { return file.addressHost; }
+    long KorveAddressPort() const { return file.addressPort; }
     QString ConnectedKorveServer() const { return connectedServer; }
     QString GetCurrentSubSystem() const { return currentSubSystem; }
     QString GetValuePathPrefix() const { return valuePathPrefix; }
     QString cfgPath() const { return configurationPath; }
-    QString HelpFilePath() const { return helpFilePath; }
+    QString HelpFilePath() const { return file.helpFilePath; }
 
     /// Prefix, "/SubSystems/" and the name, which may be empty.
     QString MakeRootPath(const QString &subsystem) const;
@@ -55,23 +55,28 @@ Q_SIGNALS:
     void signalSubsystemChanged(const QString &);
 
 private:
+    /// What a file says, each key with its default.
+    struct FileContent {
+        bool isDebugging = false;
+        bool setRecordIdle = false;
+        bool passiveFtp = true;
+        QString caption = QStringLiteral("KORVE Manager");
+        QString defaultArchiveDirectory;
+        QString addressHost = QStringLiteral("127.0.0.1");
+        long addressPort = 8004;
+        QString helpFilePath;
+    };
+
     void ReadConfiguration(const QString &path);
-    void readKeys(const CfgFile &file);
+    void readKeys(const CfgFile &keys);
     void readAddress(const QString &address);
 
+    FileContent file;
     bool isToolbar = false;
-    bool isDebugging = false;
-    bool setRecordIdle = false;
-    bool passiveFtp = true;
-    QString caption;
-    QString defaultArchiveDirectory;
-    QString addressHost;
-    long addressPort;
     QString connectedServer;
     QString currentSubSystem;
     QString valuePathPrefix;
     QString configurationPath;
-    QString helpFilePath;
 };
 
 } // namespace KorveCommon

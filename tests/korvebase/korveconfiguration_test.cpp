@@ -101,11 +101,27 @@ TEST_F(Configuration, GoesBackToTheDefaultAddress)
     EXPECT_EQ(configuration.KorveAddressPort(), 8004);
 }
 
+TEST_F(Configuration, ForgetsWhatOnlyAnEarlierFileSaid)
+{
+    read("DebugApplication=true\nSetRecordIdle=yes\nPassiveFTPMode=0\nCaption=Nord\n"
+         "DefaultArchive=//store/korve\nHelpFilePath=/usr/share/help.html\n");
+    read("Address=TCP:10.0.0.2:9001\n");
+    EXPECT_FALSE(configuration.IsDebuggingEnabled());
+    EXPECT_FALSE(configuration.getSetRecordIdle());
+    EXPECT_TRUE(configuration.GetPassiveFTPMode());
+    EXPECT_EQ(configuration.getCaption(), "KORVE Manager");
+    EXPECT_EQ(configuration.DefaultArchiveDirectory(), QString());
+    EXPECT_EQ(configuration.HelpFilePath(), QString());
+    EXPECT_EQ(configuration.KorveAddressHost(), "10.0.0.2");
+}
+
 TEST_F(Configuration, ThatCannotBeReadIsTracedAndLeavesTheDefaults)
 {
     CapturedTraces traces(32);
+    read("Caption=Nord\nAddress=TCP:10.0.0.1:9000\n");
     configuration.Initialize(folder.path());
     EXPECT_EQ(configuration.getCaption(), "KORVE Manager");
+    EXPECT_EQ(configuration.KorveAddressHost(), "127.0.0.1");
     EXPECT_THAT(traces.texts(), Contains("Error reading Korve-Configuration"));
 }
 
