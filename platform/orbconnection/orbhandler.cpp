@@ -44,6 +44,38 @@ CORBA::ULong milliseconds(std::chrono::milliseconds duration)
     return static_cast<CORBA::ULong>(duration.count());
 }
 
+/// How long calls may take. The ORB gives a call that has to connect the longer of both limits, and so is told no more
+/// for connecting than for the whole.
+class CallLimits
+{
+public:
+    explicit CallLimits(const OrbSettings &settings) : settings(settings) {}
+
+    void setCall(std::chrono::milliseconds limit)
+    {
+        const std::lock_guard lock(mutex);
+        changeWithConnect(settings.callTimeout, limit);
+        omniORB::setClientCallTimeout(milliseconds(limit));
+    }
+    void setConnect(std::chrono::milliseconds limit)
+    {
+        const std::lock_guard lock(mutex);
+        changeWithConnect(settings.connectTimeout, limit);
+    }
+
+private:
+    void changeWithConnect(std::chrono::milliseconds &which, std::chrono::milliseconds limit)
+    {
+        const std::chrono::milliseconds before = settings.connectLimit();
+        which = limit;
+        if (settings.connectLimit() != before) // else what the program's arguments say stays
+            omniORB::setClientConnectTimeout(milliseconds(settings.connectLimit()));
+    }
+
+    std::mutex mutex; // guards the settings, which any thread may change
+    OrbSettings settings;
+};
+
 PortableServer::POA_ptr activePoa(CORBA::ORB_ptr orb, const char *name)
 {
     const CORBA::Object_var object = orb->resolve_initial_references(name);
@@ -57,7 +89,7 @@ PortableServer::POA_ptr activePoa(CORBA::ORB_ptr orb, const char *name)
 class OrbHandler::Private
 {
 public:
-    explicit Private(const OrbSettings &settings) : settings(settings) {}
+    explicit Private(const OrbSettings &settings) : settings(settings), limits(settings) {}
 
     void start();
     bool ask();
@@ -67,6 +99,7 @@ public:
     std::invoke_result_t<Call, CCO::IF_CCO_c_ptr> answerOf(const char *operation, const Call &call);
 
     const OrbSettings settings;
+    CallLimits limits;
     CORBA::ORB_var orb;
     PortableServer::POA_var rootPoa;
     PortableServer::POA_var keyedPoa;
@@ -193,12 +226,12 @@ void OrbHandler::shutdown()
 
 void OrbHandler::setCallTimeout(std::chrono::milliseconds limit)
 {
-    omniORB::setClientCallTimeout(milliseconds(limit));
+    d->limits.setCall(limit);
 }
 
 void OrbHandler::setConnectTimeout(std::chrono::milliseconds limit)
 {
-    omniORB::setClientConnectTimeout(milliseconds(limit));
+    d->limits.setConnect(limit);
 }
 
 bool OrbHandler::CCOIsAvailable()

@@ -30,8 +30,9 @@ public:
     /// Ends the ORB, after the calls that it is serving; every reference of the process is dead then. For good.
     void shutdown();
 
-    /// For all calls from now on.
+    /// For all calls from now on, also those that have to connect first.
     void setCallTimeout(std::chrono::milliseconds limit);
+    /// For the part of a call that connects; a shorter limit of calls holds for both.
     void setConnectTimeout(std::chrono::milliseconds limit);
 
     /// Whether the central object service answers now. Blocks, at most for the connect time-out.
@@ -72,7 +73,8 @@ private:
 /// A reference of its own to the same object; what is set for it holds for nobody else. The caller releases it.
 ORBCONNECTION_EXPORT CORBA::Object_ptr separateReference(CORBA::Object_ptr object);
 
-/// A reference of its own to the same object, whose calls end after @p limit. The caller releases it.
+/// A reference of its own to the same object, whose calls end after @p limit, but not before the time to connect, where
+/// that is needed first. The caller releases it.
 template <typename Interface>
 typename Interface::_ptr_type withCallLimit(typename Interface::_ptr_type object, std::chrono::milliseconds limit)
 {

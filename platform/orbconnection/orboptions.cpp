@@ -45,7 +45,7 @@ OrbOptions::OrbOptions(const OrbSettings &settings, const QStringList &programAr
     add("giopMaxMsgSize", QString::number(maximumMessageBytes));
     add("maxGIOPConnectionPerServer", QString::number(connectionsPerServer));
     add("clientCallTimeOutPeriod", milliseconds(settings.callTimeout));
-    add("clientConnectTimeOutPeriod", milliseconds(settings.connectTimeout));
+    add("clientConnectTimeOutPeriod", milliseconds(settings.connectLimit()));
     add("throwTransientOnTimeOut", QStringLiteral("1"));
     addEndpoints(settings);
     if (!centralServiceGiven)

@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <algorithm>
 #include <chrono>
 #include <vector>
 
@@ -23,6 +24,12 @@ struct ORBCONNECTION_EXPORT OrbSettings {
     /// As the environment says: KORVE_ADDRESS, else 127.0.0.1; KORVE_CCO, else 127.0.0.1:8003.
     static OrbSettings fromEnvironment();
 
+    /// What connecting may take: no more than the whole call.
+    std::chrono::milliseconds connectLimit() const
+    {
+        const bool isCallLimited = callTimeout.count() != 0; // the ORB takes 0 for no limit
+        return isCallLimited ? std::min(connectTimeout, callTimeout) : connectTimeout;
+    }
     const QString &published() const { return publishedAddress.isEmpty() ? address : publishedAddress; }
 };
 

@@ -62,7 +62,11 @@ TEST(OrbOptions, LimitTheWaiting)
     settings.callTimeout = std::chrono::milliseconds(1234);
     const auto options = optionsFor(settings);
     EXPECT_THAT(allOf(options, "clientCallTimeOutPeriod"), ElementsAre("1234"));
-    EXPECT_THAT(allOf(options, "clientConnectTimeOutPeriod"), ElementsAre("2000"));
+    EXPECT_THAT(allOf(options, "clientConnectTimeOutPeriod"), ElementsAre("1234"));
+    settings.callTimeout = std::chrono::milliseconds(5000);
+    EXPECT_THAT(allOf(optionsFor(settings), "clientConnectTimeOutPeriod"), ElementsAre("2000"));
+    settings.callTimeout = std::chrono::milliseconds(0); // without a limit
+    EXPECT_THAT(allOf(optionsFor(settings), "clientConnectTimeOutPeriod"), ElementsAre("2000"));
 }
 
 TEST(OrbOptions, NameTheCentralService)
