@@ -26,7 +26,7 @@ namespace
 constexpr char sourceName[] = "connectionmanagement/korveguitoservercorbahandler";
 constexpr std::chrono::milliseconds retryPause{100};
 constexpr int failuresUntilTrace = 1000;
-constexpr int mostDeadConnections = 16; // the tics have some as well
+constexpr std::chrono::milliseconds deadConnectionsLimit{300};
 
 unsigned long numberOfRecordFailure(const RemoteOutcome &outcome)
 {
@@ -46,17 +46,6 @@ unsigned long numberOfRecordFailure(const RemoteOutcome &outcome)
         break;
     }
     return recordlist::failed;
-}
-
-/// The ORB keeps its connections to a manager that has ended, and the first call on each of them fails. Here those are
-/// calls that do nothing. What the manager answers does not matter.
-void useUpDeadConnections(TQ_KRV::IF_KRV_c_KRV_ptr manager)
-{
-    RemoteOutcome outcome;
-    int tries = 0;
-    do
-        outcome = remoteCall([&] { manager->_non_existent(); });
-    while (outcome.kind == RemoteOutcome::Kind::ConnectionLost && ++tries < mostDeadConnections);
 }
 } // namespace
 
@@ -188,7 +177,8 @@ bool KorveGuiToServerCorbaHandler::takeManager(const QString &path, const Resolv
     }
     if (CORBA::is_nil(manager))
         return false;
-    useUpDeadConnections(manager);
+    // Commands are not repeated, so the first one must not meet the end of the manager before.
+    CorbaCommon::useUpDeadConnections(manager, deadConnectionsLimit);
     korveInterface = manager;
     return true;
 }

@@ -10,6 +10,7 @@
 #include <QCoreApplication>
 
 #include <atomic>
+#include <future>
 #include <mutex>
 #include <thread>
 #include <type_traits>
@@ -19,6 +20,7 @@ namespace CorbaCommon
 namespace
 {
 constexpr char sourceName[] = "orbconnection/orbhandler";
+constexpr int mostDeadConnections = 16; // of all that a program has at one other, trees and commands together
 
 /// What the one handler is to be made with.
 struct Beginning {
@@ -332,6 +334,26 @@ PortableServer::POA_ptr OrbHandler::rootPoa() const
 PortableServer::POA_ptr OrbHandler::keyedPoa() const
 {
     return d->keyedPoa;
+}
+
+void useUpDeadConnections(CORBA::Object_ptr object, std::chrono::milliseconds limit)
+{
+    const CORBA::Object_var probe = separateReference(object);
+    if (CORBA::is_nil(probe))
+        return;
+    omniORB::setClientCallTimeout(probe, milliseconds(limit));
+    const auto end = std::make_shared<std::promise<void>>();
+    std::future<void> ended = end->get_future();
+    // In the background, since a call that has to connect first may take longer than its limit.
+    runInBackground([probe, end] {
+        try {
+            pastStaleConnections([&] { return probe->_non_existent(); }, mostDeadConnections);
+        } catch (const CORBA::SystemException &) {
+            // Whether anybody is there is for the next call to find out.
+        }
+        end->set_value();
+    });
+    ended.wait_for(limit);
 }
 
 CORBA::Object_ptr separateReference(CORBA::Object_ptr object)

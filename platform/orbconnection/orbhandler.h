@@ -73,6 +73,10 @@ private:
 /// A reference of its own to the same object; what is set for it holds for nobody else. The caller releases it.
 ORBCONNECTION_EXPORT CORBA::Object_ptr separateReference(CORBA::Object_ptr object);
 
+/// Calls nothing at @p object until the connections whose other end has gone are used up: the ORB keeps them, and the
+/// first call on each fails. Waits at most @p limit; what is not done then goes on in the background.
+ORBCONNECTION_EXPORT void useUpDeadConnections(CORBA::Object_ptr object, std::chrono::milliseconds limit);
+
 /// A reference of its own to the same object, whose calls end after @p limit, but not before the time to connect, where
 /// that is needed first. The caller releases it.
 template <typename Interface>

@@ -6,9 +6,8 @@ namespace CorbaCommon
 {
 /// Makes a call that may be repeated. When a service has been started anew, the first call on each connection to the
 /// one before it fails, and says nothing of the new one.
-template <typename Call> auto pastStaleConnections(const Call &call)
+template <typename Call> auto pastStaleConnections(const Call &call, int mostStaleConnections = 4)
 {
-    constexpr int mostStaleConnections = 4;
     for (int i = 0; i < mostStaleConnections; ++i) {
         try {
             return call();

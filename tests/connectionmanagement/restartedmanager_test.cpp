@@ -1,4 +1,5 @@
 #include "tests/connectionmanagement/handlerfixture.h"
+#include "tests/support/outage.h"
 
 namespace
 {
@@ -37,6 +38,16 @@ TEST_F(RestartedManager, AnswersTheFirstCallAfterTheConnectionIsMadeAgain)
     upAll();
     ASSERT_TRUE(comesTrue([this] { return handler.IsConnected(); }));
     EXPECT_EQ(askForRecords(), 0u);
+}
+
+TEST_F(RestartedManager, ThatStandsStillIsNotWaitedForByTheConnection)
+{
+    const Outage outage(*process, std::chrono::seconds(8));
+    handler.Shutdown();
+    EXPECT_TRUE(handler.ReconnectToServer());
+    handler.Shutdown();
+    EXPECT_TRUE(handler.ReconnectToServer()); // also where the ORB has no connection to the manager any more
+    EXPECT_TRUE(outage.lasts());
 }
 
 TEST_F(RestartedManager, FailsTheCallThatMeetsADeadConnectionAndIsNotAskedTwice)
