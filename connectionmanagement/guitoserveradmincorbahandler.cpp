@@ -248,7 +248,7 @@ unsigned long GuiToServerAdminCorbaHandler::overviewSpectrumStreamed(const QStri
                                                                      long long startPosition, long long stopPosition,
                                                                      unsigned int lineCount, unsigned long fftSize,
                                                                      KorveDataTypes::eFFT_Window window,
-                                                                     const QString &address, unsigned int port)
+                                                                     QString address, unsigned int port)
 {
     return call({{"overviewSpectrumStreamed", deviceId, recordId}, false}, [&](IF_KORVE_Admin_ptr admin) {
         return admin->getOverviewSpectrumStreamed(

@@ -69,8 +69,7 @@ public:
     /// the port 16.
     unsigned long overviewSpectrumStreamed(const QString &deviceId, const QString &recordId, long long startPosition,
                                            long long stopPosition, unsigned int lineCount, unsigned long fftSize,
-                                           KorveDataTypes::eFFT_Window window, const QString &address,
-                                           unsigned int port);
+                                           KorveDataTypes::eFFT_Window window, QString address, unsigned int port);
     unsigned long GetDeviceTime(const QString &deviceId, unsigned long long &time, bool &synchronized);
     unsigned long SetDeviceTime(const QString &deviceId, const unsigned long long &time);
 

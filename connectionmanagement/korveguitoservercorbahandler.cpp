@@ -127,7 +127,7 @@ bool KorveGuiToServerCorbaHandler::ConnectToServer()
         return true;
     QString error;
     const bool connected = workstation.isEmpty() ? connectToSubsystem(error) : connectToWorkstation(error);
-    TraceConnectionFailure(connected, error);
+    TraceConnectionFailure(connected, workstation, error);
     return connected;
 }
 
@@ -183,9 +183,10 @@ bool KorveGuiToServerCorbaHandler::takeManager(const QString &path, const Resolv
     return true;
 }
 
-void KorveGuiToServerCorbaHandler::TraceConnectionFailure(bool connected, const QString &error)
+// contract: these parameters
+void KorveGuiToServerCorbaHandler::TraceConnectionFailure(bool connected, QString &ofWorkstation, QString error)
 {
-    int &count = connectionFailures[workstation.isEmpty() ? GetCurrentSubsystem() : workstation];
+    int &count = connectionFailures[ofWorkstation.isEmpty() ? GetCurrentSubsystem() : ofWorkstation];
     // contract: nothing raises the count from 0, so that every failure is traced
     if (connected)
         count = 0;

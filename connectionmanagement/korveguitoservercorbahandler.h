@@ -75,11 +75,11 @@ private:
     bool connectToSubsystem(QString &error);
     bool connectToWorkstation(QString &error);
     template <typename Resolve> bool takeManager(const QString &path, const Resolve &resolve, QString &error);
-    void TraceConnectionFailure(bool connected, const QString &error);
+    void TraceConnectionFailure(bool connected, QString &workstation, QString error);
 
     std::vector<KorveCommon::IRecordStateChangedListener *> recordStateListeners;
     QString subsystem; ///< the last that was given
-    const QString workstation;
+    QString workstation;
     const ConnectionDataPtr serverConnectionData;
     TQ_KRV::IF_KRV_c_KRV_var korveInterface;
     TQ_KRV::IF_KORVE_Replay_var replayInterface;

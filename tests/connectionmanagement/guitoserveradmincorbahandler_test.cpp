@@ -144,6 +144,13 @@ protected:
     }
 };
 
+TEST(AdminCommands, TakeTheAddressOfAStreamByValue)
+{
+    using Published = Number (Commands::*)(const QString &, const QString &, long long, long long, unsigned int,
+                                           unsigned long, KorveDataTypes::eFFT_Window, QString, unsigned int);
+    EXPECT_TRUE((std::is_same_v<decltype(&Commands::overviewSpectrumStreamed), Published>));
+}
+
 TEST_P(AdminHandlersCommand, ArrivesWithItsArguments)
 {
     EXPECT_EQ(give(), 0u);
