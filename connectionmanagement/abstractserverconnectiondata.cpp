@@ -12,6 +12,7 @@
 #include "orbconnection/orbhandler.h"
 #include "orbconnection/vtconnectionobserver.h"
 
+#include <QPointer>
 #include <QThread>
 
 #include <algorithm>
@@ -288,14 +289,24 @@ KorveManagerConnectionData *AbstractServerConnectionData::addTic(const QString &
     return tic;
 }
 
+void AbstractServerConnectionData::reportLater(Tic *tic, TicSignal signal, Report report)
+{
+    // Qt delivers what is on its way also when the sender has been deleted meanwhile.
+    const auto unlessGone = [this, report, source = QPointer<Tic>(tic)](const QString &subsystem) {
+        if (source)
+            (this->*report)(subsystem);
+    };
+    connect(tic, signal, this, unlessGone, Qt::QueuedConnection);
+}
+
 void AbstractServerConnectionData::addDeviceTic(const QString &subsystem, const QString &clientPath,
                                                 const VtConnectData &address)
 {
     using Self = AbstractServerConnectionData;
     Tic *const tic = addTic(subsystem, DeviceConnection, korve::path::device, clientPath, address);
-    connect(tic, &Tic::ConnectionChanged, this, &Self::ConnectionChanged, Qt::QueuedConnection);
-    connect(tic, &Tic::ConnectionChanged, this, &Self::sl_onConnected, Qt::QueuedConnection);
-    connect(tic, &Tic::si_deviceNodeAdded, this, &Self::si_deviceNodeAdded, Qt::QueuedConnection);
+    reportLater(tic, &Tic::ConnectionChanged, &Self::ConnectionChanged);
+    reportLater(tic, &Tic::ConnectionChanged, &Self::sl_onConnected);
+    reportLater(tic, &Tic::si_deviceNodeAdded, &Self::si_deviceNodeAdded);
 }
 
 void AbstractServerConnectionData::replaceChannelTic(const QString &subsystem, const QString &channel,

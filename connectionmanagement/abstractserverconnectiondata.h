@@ -97,6 +97,10 @@ protected:
     /// Makes a tic and adds it to the map; its signals are for the caller to connect.
     KorveManagerConnectionData *addTic(const QString &subsystem, ConnectionType type, const QString &serverPath,
                                        const QString &clientPath, const VtConnectData &address);
+    using TicSignal = void (KorveManagerConnectionData::*)(const QString &);
+    using Report = void (AbstractServerConnectionData::*)(const QString &);
+    /// Makes @p report of what @p tic says when the connection's own signal has returned, unless the tic is gone then.
+    void reportLater(KorveManagerConnectionData *tic, TicSignal signal, Report report);
     /// Makes the tic to the devices, whose changes are handled when the connection's own signal has returned.
     void addDeviceTic(const QString &subsystem, const QString &clientPath, const VtConnectData &address);
     /// Makes the tic to a channel in the place of the one before. What it mirrors goes with the connection.

@@ -70,7 +70,7 @@ void ExportServerConnectionData::CreateVTConnectTics(const QString &subsystem)
         return;
     }
     Tic *const tic = addTic(subsystem, ServerConnection, korve::path::exportCommand, getClientBasePath(), address);
-    connect(tic, &Tic::ConnectionChanged, this, &ExportServerConnectionData::sl_onConnected, Qt::QueuedConnection);
+    reportLater(tic, &Tic::ConnectionChanged, &AbstractServerConnectionData::sl_onConnected);
 }
 
 QString ExportServerConnectionData::getClientBasePath() const

@@ -6,6 +6,7 @@
 #include "tests/connectionmanagement/openedrole.h"
 #include "valuetreelib/ivtclient.h"
 
+#include <QCoreApplication>
 #include <QSignalSpy>
 
 using namespace KorveCommon;
@@ -109,5 +110,15 @@ TEST_F(ExportClient, HearsOfItsTicLaterAndPassesNothingOn)
     EXPECT_EQ(allUp.count(), 0);
     EXPECT_TRUE(comesTrue([&] { return allUp.count() == 1; }));
     EXPECT_EQ(changed.count(), 0);
+}
+
+TEST_F(ExportClient, HearsNothingOfATicThatIsGone)
+{
+    Role role(prefix, alpha);
+    role.connectTo(alpha);
+    comeUp(role.tic(alpha, ServerConnection));
+    role.ResetVtClientConnection();
+    QCoreApplication::sendPostedEvents(&role);
+    EXPECT_FALSE(traces.contain("IsConnected subsystem not found"));
 }
 } // namespace
