@@ -34,7 +34,7 @@ constexpr std::array checkWords{"Check for ChannelConnected", "Check for DeviceC
 static_assert(checkWords.size() == ServerConnection + 1, "one for each type of connection");
 
 // contract: look-ups of a client report themselves under the same name
-const auto notFoundText = QLatin1String("AbstractServerConnectionData::IsConnected subsystem not found %1");
+constexpr QLatin1String notFoundText("AbstractServerConnectionData::IsConnected subsystem not found %1");
 } // namespace
 
 AbstractServerConnectionData::AbstractServerConnectionData(const QString &configurationName)
@@ -202,11 +202,11 @@ bool AbstractServerConnectionData::hasTics(const QString &subsystem) const
     return !ticMap.value(subsystem).isEmpty();
 }
 
-bool AbstractServerConnectionData::contains(const QString &subsystem, const QString &traceText) const
+bool AbstractServerConnectionData::contains(const QString &subsystem, QLatin1String traceText) const
 {
     if (containsSubsystemInMap(subsystem))
         return true;
-    traceAt(TraceLevel::Normal, sourceName, [&] { return traceText.arg(subsystem); });
+    traceAt(TraceLevel::Normal, sourceName, [&] { return QString(traceText).arg(subsystem); });
     return false;
 }
 

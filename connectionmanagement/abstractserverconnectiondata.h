@@ -118,7 +118,7 @@ protected:
 private:
     using Tics = QList<KorveManagerConnectionData *>;
 
-    bool contains(const QString &subsystem, const QString &traceText) const;
+    bool contains(const QString &subsystem, QLatin1String traceText) const;
     KorveManagerConnectionData *findTic(const QString &subsystem, ConnectionType type) const;
     void adoptSubsystem(const QString &configured);
 };
