@@ -21,6 +21,8 @@ struct ErrorFlow {
         }
         return other;
     }
+    /// Whether there is a sentence for just this number.
+    constexpr bool knows(unsigned long id) const { return findText(own, id) || findText(shared, id); }
 };
 
 } // namespace korve
@@ -39,5 +41,7 @@ extern const ErrorFlow controlReplay;
 extern const ErrorFlow startRecording;
 extern const ErrorFlow stopRecording;
 extern const ErrorFlow history;
+extern const ErrorFlow toolbarActions; // these two are in toolbarhelper.cpp
+extern const ErrorFlow toolbarRecords;
 
 } // namespace korve::errorflow

@@ -1,6 +1,6 @@
 #include "korvebase/toolbarhelper.h"
 
-#include "korvebase/errortext.h"
+#include "korvebase/errorflows.h"
 
 #include <QHash>
 #include <QObject>
@@ -127,10 +127,10 @@ static_assert(isInOrder(recordTexts));
 
 using Messages = QHash<unsigned int, QString>;
 
-Messages translated(std::span<const ErrorText> texts)
+Messages translated(const korve::ErrorFlow &texts)
 {
     Messages messages;
-    for (const ErrorText &row : texts)
+    for (const ErrorText &row : texts.own)
         messages.insert(static_cast<unsigned int>(row.id), QObject::tr(row.text));
     return messages;
 }
@@ -147,6 +147,14 @@ QString notFound(const QString &what)
 
 } // namespace
 
+namespace korve::errorflow
+{
+
+constinit const ErrorFlow toolbarActions{actionTexts, {}, nullptr};
+constinit const ErrorFlow toolbarRecords{recordTexts, {}, nullptr};
+
+} // namespace korve::errorflow
+
 namespace KorveCommon
 {
 
@@ -161,8 +169,8 @@ ToolbarHelper &ToolbarHelper::Instance()
 QString ToolbarHelper::ErrorId2Text(unsigned int id, errorIdContext context)
 {
     // contract: translated once, into the language of the first message that is asked for
-    static const Messages actionMessages = translated(actionTexts);
-    static const Messages recordMessages = translated(recordTexts);
+    static const Messages actionMessages = translated(korve::errorflow::toolbarActions);
+    static const Messages recordMessages = translated(korve::errorflow::toolbarRecords);
     if (context != ActionErrors && context != RecordErrors)
         return notFound(QString::number(id));
 

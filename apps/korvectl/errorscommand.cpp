@@ -1,9 +1,10 @@
 #include "apps/korvectl/errorscommand.h"
 
 #include "apps/korvectl/console.h"
-#include "apps/korvectl/errororigin.h"
 #include "apps/korvectl/jsontext.h"
 #include "apps/korvectl/table.h"
+
+#include "connectionmanagement/errorcatalogue.h"
 
 namespace korvectl
 {
@@ -11,14 +12,17 @@ namespace korvectl
 namespace
 {
 
+using KorveManagement::ErrorCatalogue;
+using Tables = QVector<ErrorCatalogue::NamedTable>;
+
 /// What stands in a sentence for a record, a device or the words of an exception.
 const QString example = QStringLiteral("...");
 
-QVector<NamedFlow> flowsFor(const CommandLine &line)
+Tables flowsFor(const CommandLine &line)
 {
-    QVector<NamedFlow> flows;
-    for (const NamedFlow &named : allFlows()) {
-        const bool isWanted = line.flow.isEmpty() ? isKnown(line.number, named.flow)
+    Tables flows;
+    for (const ErrorCatalogue::NamedTable &named : ErrorCatalogue::tables()) {
+        const bool isWanted = line.flow.isEmpty() ? ErrorCatalogue::isKnown(line.number, named.table)
                                                   : line.flow == QLatin1String(named.name);
         if (isWanted)
             flows << named;
@@ -26,32 +30,28 @@ QVector<NamedFlow> flowsFor(const CommandLine &line)
     return flows;
 }
 
-QString textOf(unsigned long number, Flow flow)
-{
-    return KorveManagement::TraceError::toText(number, flow, example);
-}
-
-QString tableOf(const CommandLine &line, const QVector<NamedFlow> &flows)
+QString tableOf(const CommandLine &line, const Tables &flows)
 {
     Table table({{QStringLiteral("FLOW")}, {QStringLiteral("SENTENCE")}});
-    for (const NamedFlow &named : flows)
-        table.addRow({QLatin1String(named.name), textOf(line.number, named.flow)});
-    const QString origin = originOf(line.number);
+    for (const ErrorCatalogue::NamedTable &named : flows)
+        table.addRow({QLatin1String(named.name), ErrorCatalogue::sentence(line.number, named.table, example)});
+    const QString origin = ErrorCatalogue::origin(line.number);
     const QString from =
         QStringLiteral("%1 comes from: %2\n")
             .arg(QString::number(line.number), origin.isEmpty() ? QStringLiteral("nothing that is known") : origin);
     return flows.isEmpty() ? from + QStringLiteral("No work flow has a sentence for it.\n") : from + table.text();
 }
 
-QJsonObject objectOf(const CommandLine &line, const QVector<NamedFlow> &flows)
+QJsonObject objectOf(const CommandLine &line, const Tables &flows)
 {
     QJsonArray sentences;
-    for (const NamedFlow &named : flows)
-        sentences.append(QJsonObject{{QStringLiteral("flow"), QLatin1String(named.name)},
-                                     {QStringLiteral("known"), isKnown(line.number, named.flow)},
-                                     {QStringLiteral("sentence"), textOf(line.number, named.flow)}});
+    for (const ErrorCatalogue::NamedTable &named : flows)
+        sentences.append(
+            QJsonObject{{QStringLiteral("flow"), QLatin1String(named.name)},
+                        {QStringLiteral("known"), ErrorCatalogue::isKnown(line.number, named.table)},
+                        {QStringLiteral("sentence"), ErrorCatalogue::sentence(line.number, named.table, example)}});
     return {{QStringLiteral("number"), jsonNumber(line.number)},
-            {QStringLiteral("origin"), originOf(line.number)},
+            {QStringLiteral("origin"), ErrorCatalogue::origin(line.number)},
             {QStringLiteral("sentences"), sentences}};
 }
 
@@ -59,8 +59,8 @@ QJsonObject objectOf(const CommandLine &line, const QVector<NamedFlow> &flows)
 
 ExitCode explainError(const CommandLine &line)
 {
-    const QVector<NamedFlow> flows = flowsFor(line);
-    if (flows.isEmpty() && originOf(line.number).isEmpty())
+    const Tables flows = flowsFor(line);
+    if (flows.isEmpty() && ErrorCatalogue::origin(line.number).isEmpty())
         throw Failure(ExitCode::Refused, QStringLiteral("Nothing is known of the number %1.").arg(line.number));
     print(line.json ? jsonText(objectOf(line, flows)) : tableOf(line, flows));
     return ExitCode::Success;

@@ -1,6 +1,6 @@
 #include "apps/korvectl/operationsyntax.h"
 
-#include "apps/korvectl/errororigin.h"
+#include "connectionmanagement/errorcatalogue.h"
 
 #include <limits>
 
@@ -109,7 +109,7 @@ void describeErrors(CLI::App &parent, CommandLine &line)
     value(errors, "NUMBER", line.number, parsedNumber, "The number", "a number from 0 to 18446744073709551615")
         ->type_name("");
     std::vector<std::string> names;
-    for (const NamedFlow &named : allFlows())
+    for (const auto &named : KorveManagement::ErrorCatalogue::tables())
         names.emplace_back(named.name);
     errors
         .add_option_function<std::string>(

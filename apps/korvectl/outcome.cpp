@@ -3,12 +3,23 @@
 #include "apps/korvectl/shellwords.h"
 
 #include "common/errornumber.h"
+#include "connectionmanagement/errorcatalogue.h"
 
 namespace korvectl
 {
 
 namespace
 {
+
+using KorveManagement::ErrorCatalogue;
+
+/// "Id: 210 : ", and where it comes from. Never empty.
+QString originSentence(unsigned long number)
+{
+    const QString origin = ErrorCatalogue::origin(number);
+    return QStringLiteral("Id: %1 : %2").arg(
+        QString::number(number), origin.isEmpty() ? QStringLiteral("a number that nothing is known of") : origin);
+}
 
 QString asSentence(QString words)
 {
@@ -23,6 +34,12 @@ QString withPeriod(const QString &text)
 }
 
 } // namespace
+
+QString sentenceFor(unsigned long number, Flow flow, const QString &about)
+{
+    return ErrorCatalogue::isKnown(number, flow) ? ErrorCatalogue::sentence(number, flow, about)
+                                                 : originSentence(number);
+}
 
 ExitCode exitCodeOf(unsigned long number)
 {

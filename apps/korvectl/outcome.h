@@ -1,13 +1,16 @@
 #pragma once
 
 #include "apps/korvectl/commandline.h"
-#include "apps/korvectl/errororigin.h"
 #include "apps/korvectl/failure.h"
+
+#include "korvebase/traceerror.h"
 
 #include <QStringList>
 
 namespace korvectl
 {
+
+using Flow = KorveManagement::TraceError::MethodCallType;
 
 /// What a command handler answered.
 struct Answer {
@@ -23,6 +26,10 @@ struct Deed {
     QString about;  ///< what the sentence of the failure speaks of
     QString check{}; ///< the command that shows whether it was done; empty for what only asks
 };
+
+/// "Id: 10012 : ", and the sentence of the flow, filled with @p about; where the flow does not know the number, where
+/// it comes from. Never empty.
+QString sentenceFor(unsigned long number, Flow flow, const QString &about);
 
 /// Whether that number is a matter of reaching somebody, of a refusal, or of something else.
 ExitCode exitCodeOf(unsigned long number);

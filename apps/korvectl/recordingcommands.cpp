@@ -6,6 +6,8 @@
 #include "apps/korvectl/jsontext.h"
 #include "apps/korvectl/managersession.h"
 
+#include "connectionmanagement/errorcatalogue.h"
+
 #include <algorithm>
 
 namespace korvectl
@@ -47,7 +49,8 @@ Answer withCause(const Answer &answer, const QString &channel, const ChannelStat
     if (!told)
         return answer;
     const unsigned long number = told->errorNumber();
-    return {number, false, isKnown(number, Flow::StartRecording) ? QString() : told->errorText()};
+    const bool isKnown = KorveManagement::ErrorCatalogue::isKnown(number, Flow::StartRecording);
+    return {number, false, isKnown ? QString() : told->errorText()};
 }
 
 QString errorOf(const ChannelStates &states, const QString &channel)

@@ -34,6 +34,17 @@ TEST(Outcome, GivesTheReasonInPlaceOfTheSentence)
               QLatin1String("Setting the comment of record R1 on REC1 failed: Id: 10012 : it has gone."));
 }
 
+TEST(Outcome, HasAWordForEveryNumberInEveryFlow)
+{
+    const QString about = QStringLiteral("R1");
+    EXPECT_EQ(sentenceFor(10012, Flow::AddBookmark, about),
+              QLatin1String("Id: 10012 : Could not add a bookmark, as a record with the specified record id 'R1' does "
+                            "not exist."));
+    EXPECT_EQ(sentenceFor(502, Flow::Admin, about),
+              QLatin1String("Id: 502 : the manager: the device is not reachable"));
+    EXPECT_EQ(sentenceFor(8, Flow::History, about), QLatin1String("Id: 8 : a number that nothing is known of"));
+}
+
 TEST(Outcome, ThatIsUnknownIsNeverToldAsFailed)
 {
     const Failure failure = failureOf({210, true}, comment);

@@ -1,27 +1,53 @@
-#include "apps/korvectl/errororigin.h"
+#include "connectionmanagement/errorcatalogue.h"
 
 #include "common/errornumber.h"
 #include "common/parsecorbauserexception.h"
+#include "connectionmanagement/recordlisterror.h"
 
 #include "idl/korve.hh"
 #include "idl/korvemanager.hh"
 #include "idl/lumbalandatacom.hh"
+#include "korvebase/errorflows.h"
 
 #include <QStringList>
 
+#include <algorithm>
 #include <array>
+#include <limits>
 
-namespace korvectl
+namespace KorveManagement
 {
-
 namespace
 {
+using KorveCommon::ToolbarHelper;
+using Table = ErrorCatalogue::Table;
+using NamedTable = ErrorCatalogue::NamedTable;
 
-using KorveManagement::TraceError;
+namespace flow = korve::errorflow;
 namespace number = korve::errornumber;
+namespace recordlist = KorveGUI::recordlist;
 
-/// Stands in no table.
-constexpr unsigned long unused = 4'000'000'000;
+struct Catalogued {
+    NamedTable named;
+    const korve::ErrorFlow *sentences; ///< null: one for all numbers
+};
+
+const std::array catalogued{
+    Catalogued{{"Admin", TraceError::Admin}, &flow::admin},
+    Catalogued{{"Setup", TraceError::Setup}, &flow::setup},
+    Catalogued{{"FirmwareVersion", TraceError::FirmwareVersion}, nullptr},
+    Catalogued{{"AddBookmark", TraceError::AddBookmark}, &flow::addBookmark},
+    Catalogued{{"GetBookmark", TraceError::GetBookmark}, &flow::getBookmark},
+    Catalogued{{"RemoveBookmark", TraceError::RemoveBookmark}, &flow::removeBookmark},
+    Catalogued{{"Channel", TraceError::Channel}, &flow::channel},
+    Catalogued{{"StartReplay", TraceError::StartReplay}, &flow::startReplay},
+    Catalogued{{"ControlReplay", TraceError::ControlReplay}, &flow::controlReplay},
+    Catalogued{{"StartRecording", TraceError::StartRecording}, &flow::startRecording},
+    Catalogued{{"StopRecording", TraceError::StopRecording}, &flow::stopRecording},
+    Catalogued{{"History", TraceError::History}, &flow::history},
+    Catalogued{{"ToolbarActions", ToolbarHelper::ActionErrors}, &flow::toolbarActions},
+    Catalogued{{"ToolbarRecords", ToolbarHelper::RecordErrors}, &flow::toolbarRecords},
+};
 
 /// What a number means where its name, if it has one, does not say it.
 struct Origin {
@@ -40,6 +66,12 @@ constexpr std::array origins{
     Origin{50, 50, "a client: the reference of a device leads nowhere"},
     Origin{number::serverNotAvailable, number::serverNotAvailable,
            "the command handler: there is no connection to a manager"},
+    Origin{recordlist::managerNotReachable, recordlist::managerNotReachable,
+           "a list of records: there is no connection to a manager, or its answer did not come in time"},
+    Origin{recordlist::deviceUnknown, recordlist::deviceUnknown, "a list of records: the manager knows no such device"},
+    Origin{recordlist::refused, recordlist::refused,
+           "a list of records: the manager cannot make it, such as when the device is away"},
+    Origin{recordlist::failed, recordlist::failed, "a list of records: the call fails in another way"},
     Origin{number::transient, number::transient,
            "the ORB, CORBA::TRANSIENT: no connection, or no answer within the time-out"},
     Origin{number::systemException, number::systemException,
@@ -83,12 +115,6 @@ constexpr std::array origins{
     Origin{20003, 20003, "a device of an older kind: no record has this id"},
 };
 
-QString withoutPrefix(unsigned long id, Flow flow)
-{
-    const QString mark = QStringLiteral("?"); // texts with and without a mark are to differ from one another
-    return TraceError::toText(id, flow, mark).remove(QStringLiteral("Id: %1 : ").arg(id));
-}
-
 /// The scoped name of the kind of @p Exception that has this number; empty for none.
 template <typename Exception, typename Decoder, typename Kind> QString nameOfKind(unsigned long id, Kind last)
 {
@@ -107,72 +133,59 @@ QString nameOfKind(unsigned long id)
     using Device = KorveDevice::ParseCorbaUserException;
     using Manager = KorveChannel::ParseCorbaUserException;
     using TQ_KRV::IF_KORVE_Admin, TQ_KRV::IF_KRV_c_Chan, TQ_KRV::IF_KRV_c_ChanMan;
-    for (const QString &name :
-         {nameOfKind<TQ_KORVE::exKorve, Device>(id, TQ_KORVE::ekBOOKMARK_ALREADY_EXISTS),
-          nameOfKind<LLDCmodule::exLLDC, Device>(id, LLDCmodule::ekDataRateUnavailable),
-          nameOfKind<TQ_KRV::exGen, Manager>(id, TQ_KRV::No_Korve_Device_Available),
-          nameOfKind<IF_KRV_c_ChanMan::exChanMan, Manager>(id, IF_KRV_c_ChanMan::Fault),
-          nameOfKind<IF_KRV_c_Chan::exChan, Manager>(id, IF_KRV_c_Chan::Range_Error),
-          nameOfKind<IF_KORVE_Admin::exAdmin, Manager>(id, IF_KORVE_Admin::Invalid_RecordId)})
+    for (const QString &name : {nameOfKind<TQ_KORVE::exKorve, Device>(id, TQ_KORVE::ekBOOKMARK_ALREADY_EXISTS),
+                                nameOfKind<LLDCmodule::exLLDC, Device>(id, LLDCmodule::ekDataRateUnavailable),
+                                nameOfKind<TQ_KRV::exGen, Manager>(id, TQ_KRV::No_Korve_Device_Available),
+                                nameOfKind<IF_KRV_c_ChanMan::exChanMan, Manager>(id, IF_KRV_c_ChanMan::Fault),
+                                nameOfKind<IF_KRV_c_Chan::exChan, Manager>(id, IF_KRV_c_Chan::Range_Error),
+                                nameOfKind<IF_KORVE_Admin::exAdmin, Manager>(id, IF_KORVE_Admin::Invalid_RecordId)})
         if (!name.isEmpty())
             return name;
     return {};
 }
 
+bool isOfAToolbar(unsigned long id)
+{
+    return flow::toolbarActions.knows(id) || flow::toolbarRecords.knows(id);
+}
 } // namespace
 
-const QVector<NamedFlow> &allFlows()
+const QVector<NamedTable> &ErrorCatalogue::tables()
 {
-    static const QVector<NamedFlow> flows{{TraceError::Admin, "Admin"},
-                                          {TraceError::Setup, "Setup"},
-                                          {TraceError::FirmwareVersion, "FirmwareVersion"},
-                                          {TraceError::AddBookmark, "AddBookmark"},
-                                          {TraceError::GetBookmark, "GetBookmark"},
-                                          {TraceError::RemoveBookmark, "RemoveBookmark"},
-                                          {TraceError::Channel, "Channel"},
-                                          {TraceError::StartReplay, "StartReplay"},
-                                          {TraceError::ControlReplay, "ControlReplay"},
-                                          {TraceError::StartRecording, "StartRecording"},
-                                          {TraceError::StopRecording, "StopRecording"},
-                                          {TraceError::History, "History"}};
-    return flows;
+    static const QVector<NamedTable> tables = [] {
+        QVector<NamedTable> all;
+        for (const Catalogued &row : catalogued)
+            all << row.named;
+        return all;
+    }();
+    return tables;
 }
 
-Flow flowNamed(const QString &name)
+bool ErrorCatalogue::isKnown(unsigned long id, const Table &table)
 {
-    for (const NamedFlow &named : allFlows())
-        if (name == QLatin1String(named.name))
-            return named.flow;
-    return TraceError::Admin;
+    const auto row = std::ranges::find(catalogued, table, [](const Catalogued &each) { return each.named.table; });
+    return row != catalogued.end() && row->sentences && row->sentences->knows(id);
 }
 
-bool isKnown(unsigned long id, Flow flow)
+QString ErrorCatalogue::sentence(unsigned long id, const Table &table, const QString &text)
 {
-    // Of a firmware version there is one sentence for all numbers.
-    const bool isForAll = flow == TraceError::FirmwareVersion;
-    return !isForAll && withoutPrefix(id, flow) != withoutPrefix(unused, flow);
+    if (const auto *const type = std::get_if<TraceError::MethodCallType>(&table))
+        return TraceError::toText(id, *type, text);
+    if (id > std::numeric_limits<unsigned int>::max())
+        return {};
+    return ToolbarHelper::Instance().ErrorId2Text(static_cast<unsigned int>(id),
+                                                  std::get<ToolbarHelper::errorIdContext>(table));
 }
 
-QString sentenceFor(unsigned long id, Flow flow, const QString &about)
-{
-    return isKnown(id, flow) ? TraceError::toText(id, flow, about) : originSentence(id);
-}
-
-QString originSentence(unsigned long id)
-{
-    const QString origin = originOf(id);
-    return QStringLiteral("Id: %1 : %2").arg(
-        QString::number(id), origin.isEmpty() ? QStringLiteral("a number that nothing is known of") : origin);
-}
-
-QString originOf(unsigned long id)
+QString ErrorCatalogue::origin(unsigned long id)
 {
     QStringList words{nameOfKind(id)};
     for (const Origin &origin : origins)
         if (id >= origin.first && id <= origin.last)
             words << QLatin1String(origin.text);
     words.removeAll(QString());
+    if (words.isEmpty() && isOfAToolbar(id)) // which numbers its own troubles, also by numbers that others answer
+        words << QStringLiteral("a toolbar of a client");
     return words.join(QLatin1String("; "));
 }
-
-} // namespace korvectl
+} // namespace KorveManagement
