@@ -6,7 +6,7 @@
 #include "connectionmanagement/hmiserverconnectiondata.h"
 #include "connectionmanagement/korveguitoservercorbahandler.h"
 #include "idl/korve.hh"
-#include "tests/commands/connectioncounter.h"
+#include "tests/support/connectioncounter.h"
 
 #include <map>
 #include <memory>

@@ -5,7 +5,6 @@
 #include "tests/appruntime/capturedtraces.h"
 #include "tests/connectionmanagement/liveinstallation.h"
 
-#include <QElapsedTimer>
 
 using namespace KorveCommon;
 using namespace std::chrono_literals;
@@ -90,10 +89,9 @@ TEST_F(Lookup, AsksNobodyWhenTheHostIsGiven)
 TEST_F(Lookup, GivesUpAtOnceWithoutACentralService)
 {
     stopService();
-    QElapsedTimer clock;
-    clock.start();
+    CapturedTraces traces(32);
     EXPECT_FALSE(Base::GetIPConnectionInformation(QStringLiteral("Alpha"), data));
-    EXPECT_LT(clock.elapsed(), 8000);
+    EXPECT_THAT(traces.texts(), Not(Contains(HasSubstr("GetIPConnectionInformation")))); // not a single pass
     EXPECT_TRUE(data.hostName.isEmpty());
 }
 

@@ -4,8 +4,6 @@
 #include "orbconnection/vtserver.h"
 #include "tests/orbconnection/livetreeserver.h"
 
-using namespace std::chrono_literals;
-
 namespace
 {
 class OrbShutdown : public LiveTreeServer
@@ -22,9 +20,7 @@ TEST_F(OrbShutdown, IsOrderlyAlsoWhileEverythingThatUsesTheOrbLives)
     EXPECT_TRUE(ownServer.isServing());
     ASSERT_TRUE(comesTrue([&] { return connection.isConnected(); }));
 
-    const auto begin = std::chrono::steady_clock::now();
     orb.shutdown();
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, 10s);
 
     EXPECT_FALSE(orb.isRunning());
     EXPECT_FALSE(orb.CCOIsAvailable());

@@ -1,11 +1,11 @@
 #pragma once
 
-/// A port of 127.0.0.1 to connect to. Nobody reads what comes.  Thread: any one at a time.
+/// A port to connect to. Nobody reads what comes.  Thread: any one at a time.
 class ConnectionCounter
 {
 public:
-    /// @throws std::runtime_error
-    ConnectionCounter();
+    /// Port 0 is one that the system chooses. @throws std::runtime_error
+    explicit ConnectionCounter(const char *address = "127.0.0.1", unsigned short port = 0);
     ~ConnectionCounter();
     ConnectionCounter(const ConnectionCounter &) = delete;
 
