@@ -186,6 +186,26 @@ TEST_F(ConnectionData, RemovesTicsOfOneType)
     EXPECT_EQ(allUp.count(), 2);
 }
 
+TEST_F(ConnectionData, HearsNothingOfATicThatItIsRemoving)
+{
+    /// Has something to say to the end.
+    class LoudTic : public KorveManagerConnectionData
+    {
+    public:
+        using KorveManagerConnectionData::KorveManagerConnectionData;
+        ~LoudTic() override { Q_EMIT ConnectionChanged(subsystem()); }
+    };
+    station.CreateVTConnectTics(alpha);
+    upAll();
+    auto *const tic = new LoudTic(station.tics(alpha).at(0)->getConnection(), ChannelConnection, alpha);
+    QObject::connect(tic, &Station::Tic::ConnectionChanged, &station, &AbstractServerConnectionData::sl_onConnected);
+    station.ticMap[alpha].append(tic);
+    station.resetConnection(alpha, ChannelConnection);
+    EXPECT_EQ(allUp.count(), 1); // although all that are left are up
+    station.sl_onConnected(alpha);
+    EXPECT_EQ(allUp.count(), 2);
+}
+
 TEST_F(ConnectionData, KeepsTheOtherTicsInTheirOrder)
 {
     station.types = {DeviceConnection, ServerConnection, ChannelConnection};

@@ -135,6 +135,16 @@ TEST_F(ReplayHandler, FetchesItsInterfaceAnewWhenTheConnectionOfItsSubsystemChan
     EXPECT_EQ(commands.PauseReplay(d1, r1), 0u);
 }
 
+TEST_F(ReplayHandler, LetsGoOfAnInterfaceThatItCannotFetchAnew)
+{
+    ASSERT_TRUE(commands.Initialize(d1));
+    handler->Shutdown();
+    unregisterManager();
+    Q_EMIT station->ConnectionChanged(alpha);
+    EXPECT_EQ(commands.StopReplay(d1, r1), 101u);
+    EXPECT_THAT(replay->calls, IsEmpty());
+}
+
 TEST_F(ReplayHandler, RemembersTheDeviceAlsoWhenItHasNoInterface)
 {
     EXPECT_FALSE(commands.Initialize(QString()));

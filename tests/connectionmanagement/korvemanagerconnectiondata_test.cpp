@@ -192,6 +192,25 @@ TEST_F(Tic, CopyObservesTheSameNodeByItself)
     EXPECT_EQ(added.count(), 1);
 }
 
+TEST_F(Tic, SaysNothingOfAConnectionThatEndsWithIt)
+{
+    /// Goes down, and says so, when it ends.
+    class LoudConnection : public VtConnectionObserver
+    {
+    public:
+        using VtConnectionObserver::VtConnectionObserver;
+        ~LoudConnection() override { Q_EMIT si_disconnected(getBaseClientPath()); }
+    };
+    auto owner = std::make_unique<Data>(
+        std::make_shared<LoudConnection>(QStringLiteral("/KORVE/Device"), clientPath,
+                                         VtConnectData{{}, address(), 8004}, QString()),
+        ServerConnection, QStringLiteral("Alpha"));
+    owner->onConnected(QString());
+    QSignalSpy changed(owner.get(), &Data::ConnectionChanged);
+    owner.reset();
+    EXPECT_EQ(changed.count(), 0);
+}
+
 TEST_F(Tic, MayBeDeletedByWhoeverItTells)
 {
     make(DeviceConnection);

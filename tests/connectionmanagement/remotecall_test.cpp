@@ -7,6 +7,8 @@
 
 #include <omniORB4/Naming.hh>
 
+#include <new>
+
 using Kind = RemoteOutcome::Kind;
 
 namespace
@@ -43,6 +45,19 @@ TEST(RemoteCall, KeepsWhatTheManagerSays)
     EXPECT_EQ(outcome.kind, Kind::ManagerException);
     EXPECT_EQ(outcome.refusal, 3);
     EXPECT_EQ(outcome.text, QString::fromUtf8("no such r\xc3\xa4"));
+}
+
+TEST(RemoteFailure, MayHaveTakenEffectUnlessItIsARefusal)
+{
+    const auto mayHave = [](const auto &exception) {
+        return callOr([&]() -> bool { throw exception; },
+                      [](const RemoteFailure &failure) { return failure.mayHaveTakenEffect(); });
+    };
+    EXPECT_FALSE(mayHave(CCO::IF_CCO_c_Naming::InvalidType()));
+    EXPECT_FALSE(mayHave(CORBA::TRANSIENT(0, CORBA::COMPLETED_NO)));
+    EXPECT_TRUE(mayHave(CORBA::TRANSIENT(0, CORBA::COMPLETED_MAYBE)));
+    EXPECT_TRUE(mayHave(CORBA::MARSHAL(0, CORBA::COMPLETED_YES)));
+    EXPECT_TRUE(mayHave(std::bad_alloc())); // as when the answer was there and could not be kept
 }
 
 TEST(RemoteCall, OfANilReferenceIsASystemException)

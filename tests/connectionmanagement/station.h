@@ -13,6 +13,7 @@ public:
     using AbstractServerConnectionData::Initialize;
     using AbstractServerConnectionData::isConnected;
     using AbstractServerConnectionData::resetConnection;
+    using AbstractServerConnectionData::ticMap;
 
     explicit Station(const QString &address, const QString &configurationName = QString())
         : AbstractServerConnectionData(configurationName), address(address)

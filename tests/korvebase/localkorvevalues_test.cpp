@@ -1,5 +1,6 @@
 #include "korvebase/localkorvevalues.h"
 
+#include "coresupport/iobserver.h"
 #include "valuetreelib/node.h"
 #include "valuetreelib/tree.h"
 
@@ -121,6 +122,31 @@ TEST_F(LocalValues, ThatAreThereKeepWhatTheyHold)
     EXPECT_EQ(local.valueRequestTimer()->GetValue(), 7);
     EXPECT_TRUE(local.valueSupportsXgReplay()->GetValue());
     EXPECT_EQ(local.valueWaterfallTimestamp()->max(), 5.0);
+}
+
+TEST_F(LocalValues, AreLetGoBeforeOthersAreTaken)
+{
+    /// Looks when the first of the others is there.
+    struct Witness : IObserver {
+        explicit Witness(const LocalKorveValues &local) : local(local) {}
+        void Update(Observable *, TChangeCode) override
+        {
+            if (looks++ == 0)
+                holdsOthers = local.valuesExist() || local.valueWaterfallTimestamp().Get();
+        }
+        const LocalKorveValues &local;
+        bool holdsOthers = false;
+        int looks = 0;
+    };
+    Witness witness(local);
+    local.init("/x");
+    values::Node *const home = Tree::Instance().addNode("/y/KORVE/Local");
+    home->AddObserver(&witness);
+    local.init("/y");
+    home->DeleteObserver(&witness);
+    EXPECT_GT(witness.looks, 0);
+    EXPECT_FALSE(witness.holdsOthers);
+    EXPECT_TRUE(local.valuesExist());
 }
 
 class EachLocalValue : public LocalValues, public testing::WithParamInterface<const char *>

@@ -1,5 +1,7 @@
 #include "objectbase/logger.h"
 #include "objectmodel/korve_recorddata.h"
+#include "objectmodel/korve_storagestatus.h"
+#include "objectmodel/massstoragestatus.h"
 #include "objectmodel/pelininfo.h"
 #include "tests/support/objectmodel/forms.h"
 #include "tests/support/objectmodel/samples.h"
@@ -7,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <limits>
 #include <memory>
 #include <thread>
 
@@ -191,6 +194,20 @@ TEST(Equality, ComparesNestedObjectsAndLists)
     record = filledRecord();
     record.GetLinkedRecord().removeLast();
     EXPECT_FALSE(record == filledRecord());
+}
+
+TEST(Equality, OfAnUndefinedNumberIsNeverTrue)
+{
+    MassStorageStatus storage;
+    storage.SetFreeCapacityInPercent(std::numeric_limits<double>::quiet_NaN());
+    const MassStorageStatus copy(storage); // shares the storage
+    EXPECT_FALSE(copy == storage);
+    KORVE_StorageStatus recorder;
+    recorder.SetMassStorageStatus(storage);
+    const KORVE_StorageStatus sameRecorder(recorder);
+    EXPECT_TRUE(sameRecorder != recorder) << "also within an object";
+    storage.SetFreeCapacityInPercent(12.5);
+    EXPECT_TRUE(MassStorageStatus(storage) == storage);
 }
 
 TEST(Equality, IgnoresFlagAndLogger)

@@ -191,11 +191,12 @@ TEST_F(Adding, AtAWholePathNamesTheValueByIt)
 
 TEST_F(Adding, RefusesPathsWithoutEnd)
 {
-    const QString deep = QStringLiteral("/a").repeated(Tree::maxDepth);
+    const QString deep = QStringLiteral("/a").repeated(256);
     EXPECT_EQ(tree.addNode(deep + QStringLiteral("/b")), nullptr);
     EXPECT_EQ(add<TextValue>(deep, QStringLiteral("v")), nullptr);
     EXPECT_EQ(tree.findNode(QStringLiteral("/a")), nullptr);
     EXPECT_NE(tree.addNode(deep), nullptr);
+    EXPECT_NE(add<TextValue>(QStringLiteral("/b").repeated(255), QStringLiteral("v")), nullptr);
 }
 
 TEST_F(Adding, KeepsTheNameOfWhatIsInTheTree)

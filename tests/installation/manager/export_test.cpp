@@ -87,6 +87,19 @@ TEST_F(Export, SendsEachFileOfTheRecord)
         EXPECT_EQ(exporter->sinks[name]->content(), bytes) << name;
 }
 
+TEST_F(Export, IsAboutWhatItsIdSaysOnlyIfThatHasFiveFields)
+{
+    exporter->device.clear();
+    exporter->record.clear();
+    for (const char *id : {"EXPORTER@R1@a@b", "EXPORTER@R1@a@b@c@d"}) {
+        exporter->id = id;
+        EXPECT_FALSE(isStarted()) << id;
+    }
+    exporter->id = "EXPORTER@R1@@a@b@c"; // what is empty does not count
+    EXPECT_TRUE(isStarted());
+    EXPECT_EQ(exporter->end(), "end well");
+}
+
 TEST_F(Export, HasTheRealRecorderSendItsFiles)
 {
     ASSERT_TRUE(becomesAvailable("REC1"));
