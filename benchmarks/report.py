@@ -65,7 +65,7 @@ def main():
     arguments = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     arguments.add_argument("--targets", type=pathlib.Path, required=True)
     arguments.add_argument("--out", type=pathlib.Path, required=True)
-    arguments.add_argument("--check", action="store_true", help="fail when a target is missed")
+    arguments.add_argument("--check", action="store_true", help="fail when a target is missed or not measured")
     arguments.add_argument("programs", nargs="+")
     given = arguments.parse_args()
     targets = json.loads(given.targets.read_text(encoding="utf-8"))
@@ -77,6 +77,11 @@ def main():
             print(line(row), flush=True)
     given.out.parent.mkdir(parents=True, exist_ok=True)
     given.out.write_text(json.dumps(results, indent=4) + "\n", encoding="utf-8")
+    not_measured = sorted(set(targets) - {row["name"] for row in results})
+    for name in not_measured:
+        print(f"{name:24} not measured")
+    if given.check and not_measured:
+        sys.exit(f"not measured: {', '.join(not_measured)}")
     if given.check and not all(row["ok"] for row in results):
         sys.exit("a target was missed")
 
