@@ -12,6 +12,19 @@ using std::chrono::milliseconds;
 namespace korvectl
 {
 
+namespace
+{
+
+QStringList listOf(const CCO::seqString &names)
+{
+    QStringList list;
+    for (CORBA::ULong position = 0; position < names.length(); ++position)
+        list << QString::fromUtf8(names[position]);
+    return list;
+}
+
+} // namespace
+
 CentralService::CentralService(milliseconds timeout)
 {
     OrbSettings settings = OrbSettings::fromEnvironment();
@@ -51,11 +64,13 @@ QString CentralService::localSubsystem(const Deadline &deadline) const
 
 QStringList CentralService::subsystems(milliseconds limit) const
 {
-    const CCO::seqString_var names = CCO::IF_CCO_c_var(reference(limit))->GetSubSystems();
-    QStringList list;
-    for (CORBA::ULong position = 0; position < names->length(); ++position)
-        list << QString::fromUtf8(names.in()[position]);
-    return list;
+    return listOf(CCO::seqString_var(CCO::IF_CCO_c_var(reference(limit))->GetSubSystems()));
+}
+
+QStringList CentralService::values(const QString &path, milliseconds limit) const
+{
+    const CCO::IF_CCO_c_var service = reference(limit);
+    return listOf(CCO::seqString_var(service->ResolveValues(path.toUtf8().constData(), CCO::rtInstallation)));
 }
 
 CCO::IF_CCO_c_ptr CentralService::reference(milliseconds limit) const

@@ -28,6 +28,8 @@ public:
     QStringList subsystems(std::chrono::milliseconds limit) const;
     /// The service itself, whose calls end after @p limit. The caller releases it.
     CCO::IF_CCO_c_ptr reference(std::chrono::milliseconds limit) const;
+    /// The values of the name @p path, or the names below it if it ends in "/".
+    QStringList values(const QString &path, std::chrono::milliseconds limit) const;
     /// What has the name @p path, nil for nothing. The caller releases it.
     CORBA::Object_ptr resolve(const QString &path, std::chrono::milliseconds limit) const;
     /// The manager of @p subsystem, empty for the local one, as it is registered: it need not answer. Nil for none. The

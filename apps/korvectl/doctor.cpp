@@ -7,6 +7,7 @@
 #include "korvebase/valuetreepaths.h"
 #include "orbconnection/orbhandler.h"
 #include "orbconnection/publishedendpoint.h"
+#include "orbconnection/refusednames.h"
 
 using std::chrono::milliseconds;
 
@@ -22,11 +23,10 @@ QString addressOf(CORBA::Object_ptr object)
     return QStringLiteral("%1:%2").arg(endpoint.host).arg(endpoint.port);
 }
 
-/// Where the recorder @p device registers, beside the manager's interface at @p managerPath.
-QString recorderPath(QString managerPath, const QString &device)
+/// Of a name in the subsystem, as any central object service resolves it.
+QString pathOf(const QString &subsystem, const QString &name)
 {
-    const QString recorder = QStringLiteral("KorveRecorder/%1/IF_Control").arg(device);
-    return managerPath.replace(QLatin1String("KorveManager/IF_KRV_c_KRV"), recorder);
+    return CentralService::managerPath(subsystem).replace(QLatin1String("KorveManager/IF_KRV_c_KRV"), name);
 }
 
 } // namespace
@@ -45,7 +45,7 @@ bool Doctor::examine()
     for (const QString &device : std::as_const(devices))
         if (!checkRecorder(device) || !checkDevice(device))
             return false;
-    return true;
+    return checkNames();
 }
 
 bool Doctor::check(const QString &name, const QString &address, const Look &look)
@@ -151,7 +151,7 @@ bool Doctor::checkRecorder(const QString &device)
 
 bool Doctor::askRecorder(const QString &device, Link &link, milliseconds left) const
 {
-    const QString path = recorderPath(CentralService::managerPath(subsystem), device);
+    const QString path = pathOf(subsystem, QStringLiteral("KorveRecorder/%1/IF_Control").arg(device));
     const CORBA::Object_var object = service.resolve(path, left);
     const TQ_KORVE::IF_Control_var registered = TQ_KORVE::IF_Control::_unchecked_narrow(object);
     const TQ_KORVE::IF_Control_var recorder = CorbaCommon::withCallLimit<TQ_KORVE::IF_Control>(registered, left);
@@ -183,6 +183,31 @@ bool Doctor::checkDevice(const QString &device)
         link.remedy = QStringLiteral("Check that the manager's host reaches the recorder at the address above.");
         return state != 0;
     });
+}
+
+bool Doctor::checkNames()
+{
+    return check(QStringLiteral("names"), service.address(), [this](Link &link, milliseconds left) {
+        const QString folder = pathOf(subsystem, QLatin1String(CorbaCommon::refusedNames));
+        QStringList rivals;
+        for (const QString &refusal : service.values(folder, left)) {
+            const int end = refusal.lastIndexOf(u'/'); // NAME/HOST:PORT
+            const QString name = refusal.left(end);
+            rivals << QStringLiteral("%1 has the name %2, which %3 wants, too")
+                          .arg(holderOf(pathOf(subsystem, name), left), name, refusal.mid(end + 1));
+        }
+        link.finding = QStringLiteral("each is wanted once");
+        link.complaint = rivals.join(QLatin1String("; ")) + u'.';
+        link.remedy = QStringLiteral("Give one of two recorders another device id ([recorder] device=), or end one of two "
+                                     "managers.");
+        return rivals.isEmpty();
+    });
+}
+
+QString Doctor::holderOf(const QString &path, milliseconds left) const
+{
+    const CORBA::Object_var object = service.resolve(path, left);
+    return CORBA::is_nil(object) ? service.values(path, left).join(u':') : addressOf(object);
 }
 
 } // namespace korvectl

@@ -51,6 +51,8 @@ private:
     bool checkRecorder(const QString &device);
     bool askRecorder(const QString &device, Link &link, std::chrono::milliseconds left) const;
     bool checkDevice(const QString &device);
+    bool checkNames();
+    QString holderOf(const QString &path, std::chrono::milliseconds left) const;
 
     const CentralService &service;
     const std::chrono::milliseconds timeout;

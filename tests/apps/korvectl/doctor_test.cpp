@@ -14,6 +14,12 @@ protected:
     {
         return link.toObject()[QLatin1String(member)].toString();
     }
+    static QStringList rivalArguments(const QString &state)
+    {
+        QStringList arguments = argumentsOf("recorder");
+        arguments.last() = state;
+        return arguments;
+    }
     static bool isSound(const QJsonValue &link) { return link.toObject()[QStringLiteral("sound")].toBool(); }
 };
 
@@ -30,7 +36,7 @@ TEST_F(KorvectlDoctor, GoesAllTheWayToTheDevices)
             << line.toStdString();
     }
     EXPECT_EQ(links.join(QLatin1String(", ")), QLatin1String("central object service, recorder manager, value tree, "
-                                                             "list of devices, recorder REC1, device REC1"));
+                                                             "list of devices, recorder REC1, device REC1, names"));
     EXPECT_FALSE(run.output.contains(u'\x1b')); // no terminal, no colours
 }
 
@@ -82,6 +88,24 @@ TEST_F(KorvectlDoctor, StopsAtAManagerThatHasEnded)
     ASSERT_EQ(array(run).size(), 2);
     EXPECT_EQ(text(array(run)[1], "link"), QLatin1String("recorder manager"));
     EXPECT_FALSE(text(array(run)[1], "complaint").isEmpty());
+}
+
+TEST_F(KorvectlDoctor, NamesTwoRecordersWithOneDeviceId)
+{
+    ASSERT_EQ(ask(words("doctor --timeout 20")).exitCode, 0);
+    const LoopbackLease elsewhere;
+    qputenv("KORVE_ADDRESS", elsewhere.address().toLatin1());
+    const QTemporaryDir state;
+    const ServiceProcess rival(QStringLiteral(INSTALLATION_PROGRAM), rivalArguments(state.path()));
+    qputenv("KORVE_ADDRESS", address().toLatin1());
+    const QStringList ready = rival.readyWords();
+    const Run run = ask(words("doctor --timeout 1 --json"));
+    EXPECT_EQ(run.exitCode, 2);
+    const QJsonValue last = array(run).last();
+    EXPECT_EQ(text(last, "link"), QLatin1String("names"));
+    EXPECT_EQ(text(last, "complaint"), QStringLiteral("%1 has the name KorveRecorder/REC1/IF_Control, which %2 wants, too.")
+                                           .arg(shared->recorder->readyWords().value(2), ready.value(2)));
+    EXPECT_TRUE(text(last, "remedy").contains(QLatin1String("[recorder] device=")));
 }
 
 } // namespace
