@@ -202,6 +202,31 @@ TEST_F(Notification, EndsWhenEverybodyIsRemoved)
     EXPECT_THAT(calls(), ElementsAre("a", "b"));
 }
 
+TEST_F(Notification, ReachesAllWhenSomeThrowAndThrowsTheFirst)
+{
+    addAll();
+    a.react = [] { throw std::string("first"); };
+    b.react = [] { throw std::string("second"); };
+    try {
+        notify();
+        FAIL();
+    } catch (const std::string &trouble) {
+        EXPECT_EQ(trouble, "first");
+    }
+    EXPECT_THAT(calls(), ElementsAre("a", "b", "c"));
+}
+
+TEST_F(Notification, EndsQuietlyWhenWhoThrowsHasDestroyedTheObservable)
+{
+    addAll();
+    b.react = [this] {
+        subject.reset();
+        throw std::string("trouble");
+    };
+    EXPECT_THROW(notify(), std::string);
+    EXPECT_THAT(calls(), ElementsAre("a", "b"));
+}
+
 TEST_F(Notification, WorksAgainAfterAnObserverThrew)
 {
     addAll();

@@ -156,6 +156,52 @@ TEST_F(Removal, SurvivesAnObserverThatRemovesIt)
     EXPECT_THAT(taken(), ElementsAre("v 3", "v 2", "v 18"));
 }
 
+TEST_F(Removal, ReachesAllWhenObserversThrow)
+{
+    add<TextValue>(QStringLiteral("/p/n/"), QStringLiteral("v"));
+    add<TextValue>(QStringLiteral("/p/n/"), QStringLiteral("w"));
+    ValuePtr<TextValue> holder;
+    holder.GetFromTree(QStringLiteral("/p/n/w"));
+    for (const auto &[path, name] : {std::pair{"/p", "p"}, {"/p/n", "n"}, {"/p/n/v", "v"}, {"/p/n/w", "w"}})
+        observe(QLatin1String(path), name).react = [name = name] { throw std::string(name); };
+    try {
+        tree.removeNode(QStringLiteral("/p/n"));
+        FAIL();
+    } catch (const std::string &first) {
+        EXPECT_EQ(first, "p");
+    }
+    EXPECT_THAT(taken(), ElementsAre("p 16", "n 18", "v 2", "v 18", "w 2", "w 18"));
+    EXPECT_FALSE(holder);
+    EXPECT_FALSE(tree.findNode(QStringLiteral("/p/n")));
+}
+
+TEST_F(Removal, OneByOneKeepsTheOrderOfTheOthers)
+{
+    const int count = 1000;
+    for (int i = 0; i < count; ++i)
+        add<Value<int>>(QStringLiteral("/n"), QString::number(i));
+    const auto names = [this] {
+        std::vector<int> left;
+        for (const TreeItem *item : tree.findNode(QStringLiteral("/n"))->GetTreeItems())
+            left.push_back(item->name().toInt());
+        return left;
+    };
+    std::vector<int> expected;
+    for (int i = 0; i < count; ++i)
+        if (i % 5 == 0)
+            expected.push_back(i);
+        else
+            ASSERT_TRUE(tree.removeValue(QStringLiteral("/n/%1").arg(i)));
+    EXPECT_EQ(names(), expected);
+    add<Value<int>>(QStringLiteral("/n"), QString::number(count));
+    expected.push_back(count);
+    EXPECT_EQ(names(), expected);
+    EXPECT_EQ(tree.subtree(QStringLiteral("/n")).size(), expected.size() + 1);
+    for (; !expected.empty(); expected.pop_back()) // from the end, where the order is not that of the places
+        ASSERT_TRUE(tree.removeValue(QStringLiteral("/n/%1").arg(expected.back())));
+    EXPECT_TRUE(names().empty());
+}
+
 TEST_F(Removal, LetsANewValueTakeThePlaceAtOnce)
 {
     TextValue *const old = add<TextValue>(QStringLiteral("/p/"), QStringLiteral("v"));

@@ -99,6 +99,21 @@ TEST_F(Transaction, DoesNotHoldBackHoldersOfADeletedValue)
     EXPECT_THAT(taken(), ElementsAre("v 2"));
 }
 
+TEST_F(Transaction, TellsAllOfItsEndWhenAnObserverThrows)
+{
+    LoggingObserver second("second", log);
+    value.AddObserver(&second);
+    observer.react = [] { throw std::string("trouble"); };
+    value.StartTransaction(nullptr);
+    value.SetState(ValueStateSeeded, nullptr);
+    value.SetValue(1, nullptr);
+    EXPECT_THROW(value.EndTransaction(ChangeCodeValue, nullptr), std::string);
+    EXPECT_THAT(taken(), ElementsAre("v 2", "second 2", "v 3", "second 3"));
+    EXPECT_FALSE(value.IsTransactionActive());
+    value.SetValue(2, nullptr);
+    EXPECT_THAT(taken(), ElementsAre("v 3", "second 3"));
+}
+
 TEST_F(Transaction, ThatWasNotStartedIsTracedOnly)
 {
     value.EndTransaction(ChangeCodeValue, nullptr);

@@ -244,6 +244,32 @@ TEST_F(Adding, SurvivesAnObserverThatRemovesTheNode)
     EXPECT_THAT(taken(), ElementsAre("a 15", "a 18"));
 }
 
+TEST_F(Adding, TellsAllWhenAnObserverThrows)
+{
+    Node *const node = tree.addNode(QStringLiteral("/n"));
+    LoggingObserver first("first", log);
+    LoggingObserver second("second", log);
+    node->AddObserver(&first);
+    node->AddObserver(&second);
+    first.react = [] { throw std::string("trouble"); };
+    EXPECT_THROW(add<TextValue>(QStringLiteral("/n"), QStringLiteral("v")), std::string);
+    EXPECT_THAT(taken(), ElementsAre("first 15", "second 15", "first 16", "second 16"));
+    EXPECT_TRUE(tree.findValue(QStringLiteral("/n/v")));
+}
+
+TEST_F(Adding, CanBeAskedForBeforehand)
+{
+    const QString deepest = QStringLiteral("/x").repeated(Tree::maxDepth);
+    const QString longest = u'/' + QString(Tree::maxPathLength - 1, u'x');
+    EXPECT_TRUE(Tree::canHold(deepest));
+    EXPECT_FALSE(Tree::canHold(deepest + QStringLiteral("/x")));
+    EXPECT_TRUE(Tree::canHold(longest));
+    EXPECT_FALSE(Tree::canHold(longest + u'x'));
+    EXPECT_TRUE(tree.addNode(deepest));
+    EXPECT_TRUE(tree.addNode(longest));
+    EXPECT_FALSE(tree.addNode(longest + u'x'));
+}
+
 TEST_F(Adding, SurvivesAnObserverThatAddsMore)
 {
     LoggingObserver observer("a", log);

@@ -142,6 +142,22 @@ TEST_F(ValueTest, TellsItsState)
     EXPECT_THAT(taken(), ElementsAre("v 2"));
 }
 
+TEST_F(ValueTest, TakesStatesUpToTheGreatestAndRefusesOthersWithATrace)
+{
+    for (const int state : {0, 1, 4, 15}) {
+        value.SetState(static_cast<TValueState>(state), nullptr);
+        EXPECT_EQ(value.GetState(), state);
+    }
+    EXPECT_THAT(traces, IsEmpty());
+    taken();
+    for (const int state : {-1, 16, 17, 256 + 2})
+        value.SetState(static_cast<TValueState>(state), nullptr);
+    EXPECT_EQ(value.GetState(), 15);
+    EXPECT_THAT(taken(), IsEmpty());
+    ASSERT_EQ(traces.size(), 4u);
+    EXPECT_EQ(traces[1], QStringLiteral(" (Int) does not take \"the state 16\""));
+}
+
 TEST_F(ValueTest, CanBeToldAlthoughNothingChanged)
 {
     value.HasChanged(ChangeCodeValue, nullptr);

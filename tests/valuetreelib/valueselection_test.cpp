@@ -138,6 +138,16 @@ TEST_F(Selection, ComparesAndTakesOverListKeyAndState)
     EXPECT_THROW(other.Assign(text), std::bad_cast);
 }
 
+TEST_F(Selection, TellsThatItIsLostAlsoWhenAnObserverOfTheListThrows)
+{
+    value.selectKey(1, nullptr);
+    taken();
+    observer.react = [] { throw std::string("trouble"); };
+    EXPECT_THROW(value.clearItems(nullptr), std::string);
+    EXPECT_THAT(taken(), ElementsAre("v 5", "v 3"));
+    EXPECT_EQ(value.GetCurrentKey(), ValueSelection::noKey);
+}
+
 TEST_F(Selection, SurvivesAnObserverThatRemovesItWhenTheListChanges)
 {
     auto *const inTree = add<ValueSelection>(QStringLiteral("/a"), QStringLiteral("s"));
