@@ -20,7 +20,7 @@ quint64 SessionGate::open(const QString &path, const std::string &address)
     quint64 session = 0;
     while (session == 0 || lines.contains(session))
         session = quint64{random()} << 32 | random();
-    lines.emplace(session, std::make_shared<SessionLine>(timing, path, address));
+    lines.emplace(session, std::make_shared<SessionLine>(timing, path, address, clock));
     untaken.insert(session);
     return session;
 }

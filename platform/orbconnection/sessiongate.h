@@ -15,8 +15,9 @@ namespace mirror
 {
 /// What the main thread and the ORB's threads share of one session.
 struct SessionLine {
-    SessionLine(const MirrorTiming &timing, const QString &path, const std::string &address)
-        : path(path), address(address), heartbeat(timing.silenceUntilLost() - timing.watchInterval())
+    SessionLine(const MirrorTiming &timing, const QString &path, const std::string &address, Heartbeat::Clock clock)
+        : path(path), address(address),
+          heartbeat(timing.silenceUntilLost() - timing.watchInterval(), std::move(clock))
     {
     }
 
@@ -40,7 +41,10 @@ public:
     static constexpr std::size_t fullQueues = 4;
     using Numbered = std::pair<quint64, std::shared_ptr<SessionLine>>;
 
-    explicit SessionGate(const MirrorTiming &timing) : timing(timing), mainThread(timing.silenceUntilLost()) {}
+    explicit SessionGate(const MirrorTiming &timing, Heartbeat::Clock clock = &std::chrono::steady_clock::now)
+        : timing(timing), clock(std::move(clock)), mainThread(timing.silenceUntilLost(), this->clock)
+    {
+    }
 
     /// The main thread lives; to be called at each watchInterval().
     void beat() { mainThread.beat(); }
@@ -67,6 +71,7 @@ private:
     bool isFullFor(const std::string &address) const;
 
     const MirrorTiming timing;
+    const Heartbeat::Clock clock;
     Heartbeat mainThread;
     mutable std::mutex mutex; // guards all below
     std::map<quint64, std::shared_ptr<SessionLine>> lines;

@@ -31,12 +31,14 @@ protected:
     static MirrorTiming timing()
     {
         MirrorTiming timing;
-        timing.heartbeat = std::chrono::milliseconds(1);
+        timing.heartbeat = std::chrono::milliseconds(4);
         timing.queueBytes = 1000;
         timing.maximumBatchBytes = 2000;
         return timing;
     }
-    const std::shared_ptr<mirror::SessionGate> gate = std::make_shared<mirror::SessionGate>(timing());
+    std::chrono::steady_clock::time_point now;
+    const std::shared_ptr<mirror::SessionGate> gate =
+        std::make_shared<mirror::SessionGate>(timing(), [this] { return now; });
     const std::shared_ptr<BusyKeeper> keeper = std::make_shared<BusyKeeper>();
     mirror::TreeServant servant{timing(), gate, keeper};
     const quint64 session = servant.open("/K", mirror::protocolVersion);
@@ -117,6 +119,62 @@ TEST_F(ASessionLine, IsOneOfNotTooMany)
     EXPECT_THROW(servant.open("/K", mirror::protocolVersion), CORBA::NO_RESOURCES);
     servant.close(session);
     EXPECT_NO_THROW(servant.open("/K", mirror::protocolVersion));
+}
+
+TEST_F(ASessionLine, IsOneOfNotTooManyOfOneAddress)
+{
+    std::vector<quint64> sessions;
+    for (std::size_t i = 0; i < mirror::SessionGate::maximumSessions / 4; ++i)
+        sessions.push_back(gate->open(QStringLiteral("/K"), "10.0.0.1"));
+    EXPECT_THAT(sessions, testing::Not(testing::Contains(0u)));
+    EXPECT_EQ(gate->open(QStringLiteral("/K"), "10.0.0.1"), 0u);
+    EXPECT_NE(gate->open(QStringLiteral("/K"), "10.0.0.2"), 0u);
+    gate->remove(sessions.front());
+    EXPECT_NE(gate->open(QStringLiteral("/K"), "10.0.0.1"), 0u);
+    EXPECT_EQ(gate->open(QStringLiteral("/K"), "10.0.0.1"), 0u);
+}
+
+TEST_F(ASessionLine, IsLostInTimeForTheNextLookAfterItsClientsLastPull)
+{
+    now += timing().heartbeat;
+    line->outbox.put(1, "batch");
+    // Time goes by within the pull: only its beginning was a sign of life.
+    line->outbox.whenBelow(1, [this] { now += timing().heartbeat; });
+    servant.pull(session, 1, true);
+    now += timing().heartbeat * 2 - timing().watchInterval();
+    EXPECT_FALSE(line->heartbeat.isLost());
+    now += std::chrono::nanoseconds(1);
+    EXPECT_TRUE(line->heartbeat.isLost());
+    gate->beat(); // else nobody is answered
+    servant.pull(session, 1, false);
+    EXPECT_FALSE(line->heartbeat.isLost());
+}
+
+TEST_F(ASessionLine, SaysNothingMoreWhenTheMainThreadStandsStill)
+{
+    now += timing().silenceUntilLost();
+    EXPECT_NO_THROW(servant.pull(session, 0, true));
+    now += std::chrono::nanoseconds(1);
+    EXPECT_THROW(servant.pull(session, 0, true), CORBA::TRANSIENT);
+    EXPECT_THROW(servant.open("/K", mirror::protocolVersion), CORBA::TRANSIENT);
+    EXPECT_TRUE(gate->takeNew().empty());
+    gate->beat();
+    EXPECT_NO_THROW(servant.pull(session, 0, true));
+    EXPECT_NO_THROW(servant.open("/K", mirror::protocolVersion));
+}
+
+TEST_F(ASessionLine, OfAGateThatClosesIsNoMore)
+{
+    gate->close();
+    EXPECT_TRUE(line->outbox.isClosed());
+    EXPECT_THROW(servant.pull(session, 0, true), VALUETREE::SessionUnknown);
+    EXPECT_THROW(servant.open("/K", mirror::protocolVersion), CORBA::NO_RESOURCES);
+}
+
+TEST_F(ASessionLine, ThatEndsWakesWhoWaitsInIt)
+{
+    servant.close(session);
+    EXPECT_TRUE(line->outbox.isClosed());
 }
 
 TEST_F(ASessionLine, IsTakenOnce)
