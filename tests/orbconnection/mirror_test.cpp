@@ -250,6 +250,135 @@ TEST_F(Mirror, LeavesTheValueOfItsOwnPathAlone)
     EXPECT_EQ(text(clientTree, "/Sub/A/Device")->GetState(), ValueStateValid);
 }
 
+TEST_F(Mirror, HasItsTopAgainAfterASnapshotWithoutOne)
+{
+    pair->connect();
+    pair->disconnect();
+    clientTree.removeNode(QStringLiteral("/Sub/A/Device"));
+    serverTree.removeNode(QStringLiteral("/K"));
+    pair->connect();
+    EXPECT_TRUE(clientTree.findNode(QStringLiteral("/Sub/A/Device")));
+    addText(serverTree, QStringLiteral("/K/Device"), QStringLiteral("State"), QStringLiteral("back"));
+    pair->carry();
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("back"));
+}
+
+TEST_F(Mirror, KeepsItsTopThroughASnapshotWithoutOne)
+{
+    pair->connect();
+    const Node *const top = clientTree.findNode(QStringLiteral("/Sub/A/Device"));
+    pair->disconnect();
+    serverTree.removeNode(QStringLiteral("/K"));
+    pair->connect();
+    EXPECT_EQ(clientTree.findNode(QStringLiteral("/Sub/A/Device")), top);
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("(absent)"));
+}
+
+/// Keeps the text at @p path from being "500".
+std::unique_ptr<Answer> clamp(Tree &tree, const char *path)
+{
+    return std::make_unique<Answer>(tree, path, ChangeCodeValue, [&tree, path] {
+        ValueBase *const value = tree.findValue(QLatin1String(path));
+        if (value->GetStringValue() == QLatin1String("500"))
+            value->SetStringValue(QStringLiteral("100"), nullptr);
+    });
+}
+
+TEST_F(Mirror, EndsAlikeWhenTheServersObserverAltersAClientsChange)
+{
+    pair->connect();
+    const auto clamping = clamp(serverTree, "/K/Device/State");
+    for (const char *content : {"500", "50", "500", "500"}) {
+        text(clientTree, "/Sub/A/Device/State")->SetValue(QLatin1String(content), nullptr);
+        pair->carry();
+        EXPECT_EQ(at("/Sub/A/Device/State"), state->GetValue()) << content;
+    }
+    EXPECT_EQ(state->GetValue(), QStringLiteral("100"));
+}
+
+TEST_F(Mirror, EndsAlikeWhenTheClientsObserverAltersASnapshot)
+{
+    addText(clientTree, QStringLiteral("/Sub/A/Device"), QStringLiteral("State"), QString());
+    const auto clamping = clamp(clientTree, "/Sub/A/Device/State");
+    for (int sessions = 0; sessions < 2; ++sessions) {
+        state->SetValue(QStringLiteral("500"), nullptr);
+        pair->connect();
+        pair->carry();
+        EXPECT_EQ(state->GetValue(), QStringLiteral("100"));
+        EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("100"));
+        pair->disconnect();
+    }
+}
+
+TEST_F(Mirror, LeavesNoNodeBehindWhenTheServerBeginsAnew)
+{
+    pair->connect();
+    addText(clientTree, QStringLiteral("/Sub/A/Device/D1"), QStringLiteral("Mine"), QString())
+        ->HasChanged(ChangeCodeValue, nullptr);
+    pair->carry();
+    EXPECT_TRUE(serverTree.findNode(QStringLiteral("/K/Device/D1")));
+    pair->disconnect();
+    serverTree.removeNode(QStringLiteral("/K/Device/D1"));
+    pair->connect();
+    EXPECT_FALSE(clientTree.findNode(QStringLiteral("/Sub/A/Device/D1")));
+}
+
+TEST_F(Mirror, RemovesAtTheServerWhatItHasMadeThereAndNothingElse)
+{
+    pair->connect();
+    addText(clientTree, QStringLiteral("/Sub/A/Device"), QStringLiteral("Mine"), QString())
+        ->HasChanged(ChangeCodeValue, nullptr);
+    pair->carry();
+    EXPECT_EQ(atServer("/K/Device/Mine"), QString());
+    clientTree.removeValue(QStringLiteral("/Sub/A/Device/Mine"));
+    clientTree.removeValue(QStringLiteral("/Sub/A/Device/State"));
+    pair->carry();
+    EXPECT_EQ(atServer("/K/Device/Mine"), QStringLiteral("(absent)"));
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("idle"));
+}
+
+TEST_F(Mirror, LastsThroughAStateThatSaysThatTheValueIsGone)
+{
+    pair->connect();
+    state->SetState(ValueStateDeleted, nullptr);
+    const auto other = MirrorPair::make(serverTree, QStringLiteral("/K"), QStringLiteral("/O"));
+    other->connect();
+    state->SetValue(QStringLiteral("busy"), nullptr);
+    pair->carry();
+    other->carry();
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("busy"));
+    EXPECT_EQ(at("/O/Device/State"), QStringLiteral("busy"));
+    EXPECT_EQ(text(clientTree, "/Sub/A/Device/State")->GetState(), ValueStateValid);
+}
+
+TEST_F(Mirror, EndsAlikeWhenBothSidesMakeAValueAtOnce)
+{
+    pair->connect();
+    addText(clientTree, QStringLiteral("/Sub/A/Device/D1"), QStringLiteral("Both"), QStringLiteral("client"))
+        ->HasChanged(ChangeCodeValue, nullptr);
+    addNew<Value<int>>(serverTree, QStringLiteral("/K/Device/D1"), QStringLiteral("Both"))->SetValue(2, nullptr);
+    pair->carry();
+    EXPECT_EQ(at("/Sub/A/Device/D1/Both"), QStringLiteral("2"));
+    EXPECT_EQ(atServer("/K/Device/D1/Both"), QStringLiteral("2"));
+}
+
+TEST_F(Mirror, EndsAlikeWhenAListIsReplacedWhileItsKeyIsChosen)
+{
+    auto *const server = addNew<ValueSelection>(serverTree, QStringLiteral("/K/Device"), QStringLiteral("Mode"));
+    server->setTexts({QStringLiteral("a"), QStringLiteral("b")}, nullptr);
+    pair->connect();
+    auto *const client = dynamic_cast<ValueSelection *>(clientTree.findValue(QStringLiteral("/Sub/A/Device/Mode")));
+    ASSERT_TRUE(client);
+    client->selectKey(1, nullptr);
+    server->setTexts({QStringLiteral("a")}, nullptr);
+    pair->carry();
+    EXPECT_TRUE(client->Compare(server));
+    server->selectKey(0, nullptr);
+    client->clearItems(nullptr);
+    pair->carry();
+    EXPECT_TRUE(client->Compare(server));
+}
+
 TEST_F(Mirror, TellsEveryoneOfItsLossWhenAnObserverThrows)
 {
     addText(serverTree, QStringLiteral("/K/Device"), QStringLiteral("Z"), QString());

@@ -34,6 +34,30 @@ TEST_F(MirroredBatch, DoesNotSendItsOwnValue)
     EXPECT_EQ(atServer("/K/Device/ReregisterCorba"), QStringLiteral("(absent)"));
 }
 
+TEST_F(MirroredBatch, LeavesItsOwnValueAloneWhateverTheServerHasThere)
+{
+    auto *const own = addNew<Value<bool>>(clientTree, QStringLiteral("/Sub/A/Device"), QStringLiteral("ReregisterCorba"));
+    TextValue *const server =
+        addText(serverTree, QStringLiteral("/K/Device"), QStringLiteral("ReregisterCorba"), QStringLiteral("x"));
+    pair.connect();
+    own->SetValue(true, nullptr);
+    own->HasChanged(ChangeCodeValue, nullptr);
+    server->SetValue(QStringLiteral("y"), nullptr);
+    pair.carry();
+    EXPECT_EQ(clientTree.findValue(QStringLiteral("/Sub/A/Device/ReregisterCorba")), own);
+    EXPECT_TRUE(own->GetValue());
+    EXPECT_EQ(server->GetValue(), QStringLiteral("y"));
+    serverTree.removeValue(QStringLiteral("/K/Device/ReregisterCorba"));
+    pair.carry();
+    pair.disconnect();
+    EXPECT_EQ(own->GetState(), ValueStateValid);
+    pair.connect();
+    EXPECT_EQ(clientTree.findValue(QStringLiteral("/Sub/A/Device/ReregisterCorba")), own);
+    clientTree.removeValue(QStringLiteral("/Sub/A/Device/ReregisterCorba"));
+    pair.client.flush();
+    EXPECT_TRUE(pair.toServer.empty());
+}
+
 TEST_F(MirroredBatch, AsksForASnapshotWhenABatchIsMissing)
 {
     pair.connect();
@@ -48,6 +72,27 @@ TEST_F(MirroredBatch, AsksForASnapshotWhenABatchIsMissing)
     pair.carry();
     EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("arrives"));
     EXPECT_EQ(text(clientTree, "/Sub/A/Device/State")->GetState(), ValueStateValid);
+}
+
+TEST_F(MirroredBatch, IsToldEverythingAgainEachTimeInOneSession)
+{
+    pair.connect();
+    for (const char *content : {"first", "second", "third"}) {
+        addText(serverTree, QStringLiteral("/K/Device"), QLatin1String(content), QString());
+        pair.session->flush();
+        pair.toClient.clear();
+        state->SetValue(QLatin1String(content), nullptr);
+        pair.carryToClient();
+        EXPECT_EQ(pair.outcome, MirrorClient::Outcome::Missing);
+        text(clientTree, "/Sub/A/Device/State")->SetState(ValueStateSeeded, nullptr);
+        pair.session->startOver();
+        pair.carry();
+        EXPECT_EQ(at("/Sub/A/Device/State"), QLatin1String(content));
+        expectEqualTrees();
+        state->SetState(ValueStateValid, nullptr);
+        pair.carry();
+        expectEqualTrees();
+    }
 }
 
 TEST_F(MirroredBatch, AppliesABatchThatComesTwiceOnce)

@@ -5,6 +5,7 @@
 #include "tests/appruntime/capturedtraces.h"
 #include "tests/orbconnection/mirrorpair.h"
 #include "tests/orbconnection/ownorb.h"
+#include "tests/support/rudetreeserver.h"
 
 #include <stdexcept>
 
@@ -67,6 +68,35 @@ TEST_F(Link, DoesNotBlameTheServerForASessionThatItEndsItself)
     link->stop();
     ASSERT_TRUE(OwnOrb::comesTrue([&] { return told->ended == told->begun; }));
     EXPECT_FALSE(traces.contain("has ended the session"));
+}
+
+TEST_F(Link, AsksForNothingWhileThereIsNoRoomForIt)
+{
+    OwnOrb::instance();
+    const RudeTreeServer server(RudeTreeServer::Manner::Honest);
+    MirrorTiming timing = OwnOrb::timing();
+    timing.queueBytes = 1;
+    std::mutex mutex; // guards the session
+    std::shared_ptr<mirror::LinkSession> session;
+    const auto link = std::make_shared<MirrorLink>(
+        CorbaCommon::corbaloc(OwnOrb::addressFromOutside().ipAddress, VtServer::port, "ValueTree"),
+        QStringLiteral("The server"), QStringLiteral("/K"), timing,
+        MirrorLink::Events{[](const auto &) {},
+                           [&](const auto &from, const auto &) {
+                               const std::lock_guard lock(mutex);
+                               session = from; // and keeps the batch
+                           },
+                           [](const auto &) {}});
+    const auto withRoom = [&] { return server.pullCount() - server.pullCountWithoutRoom(); };
+    link->start();
+    ASSERT_TRUE(OwnOrb::comesTrue([&] { return server.pullCountWithoutRoom() >= 3; }));
+    EXPECT_EQ(withRoom(), 1);
+    {
+        const std::lock_guard lock(mutex);
+        session->bytesToApply = 0;
+    }
+    EXPECT_TRUE(OwnOrb::comesTrue([&] { return withRoom() >= 2; }));
+    link->stop();
 }
 
 class ALink : public Link, public testing::WithParamInterface<LinkCase>

@@ -114,6 +114,15 @@ TEST_F(RudeServer, ThatSkipsNumbersIsAskedForASnapshotOncePerSession)
     EXPECT_LE(asked, static_cast<int>(server.opened().size()));
 }
 
+TEST_F(RudeServer, ThatLosesBatchesIsAskedForASnapshotEachTimeInOneSession)
+{
+    const RudeTreeServer server(Manner::LosesBatches);
+    const auto connection = connect(OwnOrb::addressFromOutside());
+    EXPECT_TRUE(OwnOrb::comesTrue([&] { return server.resynchronisationCount() >= 3; }));
+    EXPECT_EQ(server.opened().size(), 1u);
+    EXPECT_TRUE(connection->isConnected());
+}
+
 TEST_F(RudeServer, ThatAnnouncesAHugeMessageIsLeft)
 {
     const LoopbackLease lease;

@@ -28,6 +28,13 @@ protected:
         }
         throw std::runtime_error("nothing comes");
     }
+    static Batch batchOf(const std::string &bytes)
+    {
+        Batch batch;
+        batch.length(static_cast<CORBA::ULong>(bytes.size()));
+        std::copy(bytes.begin(), bytes.end(), batch.get_buffer());
+        return batch;
+    }
     static bool beginsSnapshot(const Delivery &delivery)
     {
         return delivery.bytes.length() > mirror::batchHeaderBytes && delivery.bytes[mirror::batchHeaderBytes] == 1;
@@ -73,10 +80,7 @@ protected:
         std::string bytes;
         mirror::appendHeader(bytes, GetParam().number);
         bytes += GetParam().records;
-        Batch batch;
-        batch.length(static_cast<CORBA::ULong>(bytes.size()));
-        std::copy(bytes.begin(), bytes.end(), batch.get_buffer());
-        return batch;
+        return batchOf(bytes);
     }
 };
 
@@ -105,6 +109,40 @@ INSTANTIATE_TEST_SUITE_P(Pushes, ARudePush,
 TEST_F(TreeServerCall, OfAPathThatIsTooLongIsRefused)
 {
     EXPECT_THROW(tree->open(std::string(5000, 'x').c_str(), mirror::protocolVersion), CORBA::BAD_PARAM);
+}
+
+TEST_F(TreeServerCall, GivesBackTheRoomOfWhatWasApplied)
+{
+    startServer(1000);
+    const CORBA::ULongLong session = tree->open("/K", mirror::protocolVersion);
+    for (quint64 number = 1; number <= 40; ++number) {
+        std::string bytes;
+        mirror::appendHeader(bytes, number);
+        ASSERT_TRUE(comesTrue([&] { return tree->push(session, number, batchOf(bytes)); })) << number;
+    }
+    tree->close(session);
+    for (int times = 0; times < 40; ++times) { // also of sessions that are gone by then
+        std::string bytes;
+        mirror::appendHeader(bytes, 1);
+        ASSERT_TRUE(comesTrue([&] {
+            const CORBA::ULongLong another = tree->open("/K", mirror::protocolVersion);
+            const bool taken = tree->push(another, 1, batchOf(bytes));
+            tree->close(another);
+            return taken;
+        })) << times;
+    }
+}
+
+TEST_F(TreeServerCall, ForASnapshotIsAnsweredEachTime)
+{
+    const CORBA::ULongLong session = tree->open("/K", mirror::protocolVersion);
+    Delivery_var last = nextAfter(session, 0);
+    for (int times = 0; times < 3; ++times) {
+        tree->resynchronise(session);
+        last = nextAfter(session, last->number);
+        EXPECT_TRUE(beginsSnapshot(last)) << times;
+    }
+    tree->close(session);
 }
 
 TEST_F(TreeServerCall, WithANumberFromTheFutureOnlyMissesWhatItSkips)

@@ -1,5 +1,8 @@
 #include "orbconnection/vtconnectionobserver.h"
 
+#include "orbconnection/corbaloc.h"
+#include "orbconnection/mirrorwire.h"
+#include "orbconnection/valuetree.hh"
 #include "tests/appruntime/capturedtraces.h"
 #include "tests/orbconnection/livetreeserver.h"
 #include "valuetreelib/node.h"
@@ -68,6 +71,33 @@ TEST_F(Connection, IsLostWhenTheServerStandsStill)
     EXPECT_TRUE(comesTrue([&] { return disconnected.count() == 1; }));
     server().resume();
     EXPECT_TRUE(comesTrue([&] { return connected.count() == 2; }));
+}
+
+TEST_F(Connection, IsLostWhenTheServersMainThreadStandsStill)
+{
+    ASSERT_TRUE(comesTrue([&] { return connection->isConnected(); }));
+    server().tell("standstill");
+    ASSERT_EQ(server().readLine(), QStringLiteral("stands"));
+    ASSERT_TRUE(comesTrue([&] { return disconnected.count() == 1; }));
+    EXPECT_EQ(value("/C/Device/State")->GetState(), ValueStateConnectionLost);
+    server().tell("set /K/Device/State moves");
+    ASSERT_TRUE(comesTrue([&] { return connected.count() == 2; }));
+    EXPECT_TRUE(isHere("/C/Device/State", "moves"));
+}
+
+TEST_F(Connection, LastsWhileTheClientsMainThreadStandsStill)
+{
+    ASSERT_TRUE(comesTrue([&] { return connection->isConnected(); }));
+    const QString text = CorbaCommon::corbaloc(lease.address(), 8004, "ValueTree");
+    const CORBA::Object_var object = orb.orb()->string_to_object(text.toLatin1().constData());
+    const VALUETREE::TreeServer_var tree = VALUETREE::TreeServer::_unchecked_narrow(object);
+    const CORBA::ULongLong silent = tree->open("/K", mirror::protocolVersion);
+    // Without an event of this thread's: a session that says nothing is ended meanwhile.
+    EXPECT_THROW(
+        for (;;) tree->resynchronise(silent), VALUETREE::SessionUnknown);
+    server().tell("set /K/Device/State moves");
+    EXPECT_TRUE(isHere("/C/Device/State", "moves"));
+    EXPECT_EQ(disconnected.count(), 0);
 }
 
 TEST_F(Connection, WaitsForAServerThatComesLater)

@@ -56,14 +56,16 @@ public:
         changed.wait(lock, [this] { return manner != Manner::HangsInOpen; });
         return opened.size();
     }
-    VALUETREE::Delivery *pull(CORBA::ULongLong received)
+    VALUETREE::Delivery *pull(CORBA::ULongLong received, bool room)
     {
         VALUETREE::Delivery_var delivery = new VALUETREE::Delivery;
         std::unique_lock lock(mutex);
         ++pulls;
+        pullsWithoutRoom += !room;
         changed.wait(lock, [this] { return manner != Manner::Hangs; });
         delivery->number = received + 1;
         const std::string bytes = bytesOf(delivery->number);
+        snapshotIsDue = false;
         delivery->bytes.length(static_cast<CORBA::ULong>(bytes.size()));
         std::copy(bytes.begin(), bytes.end(), delivery->bytes.get_buffer());
         if (isSilent(delivery->number)) {
@@ -77,6 +79,7 @@ public:
     {
         const std::lock_guard lock(mutex);
         ++resynchronisations;
+        snapshotIsDue = true;
     }
 
     std::mutex mutex; // guards all below
@@ -84,6 +87,8 @@ public:
     Manner manner;
     std::vector<Clock::time_point> opened;
     int pulls = 0;
+    int pullsWithoutRoom = 0;
+    bool snapshotIsDue = true;
     int resynchronisations = 0;
 
 private:
@@ -122,6 +127,8 @@ std::string RudeTreeServer::Conduct::bytesOf(quint64 number) const
         return wholeSnapshot(number) + std::string(tooManyBytes, '\2');
     case Manner::SkipsNumbers:
         return number == 1 ? wholeSnapshot(number) : batch(2 * number, {{.kind = RecordKind::Node, .number = 1}});
+    case Manner::LosesBatches:
+        return snapshotIsDue ? wholeSnapshot(2 * number) : batch(2 * number, {{.kind = RecordKind::Node, .number = 1}});
     case Manner::Malformed:
         return number == 1 ? wholeSnapshot(number) : batch(number, {}) + '\xee';
     case Manner::HugeLength:
@@ -142,9 +149,9 @@ public:
     explicit Servant(std::shared_ptr<Conduct> conduct) : conduct(std::move(conduct)) {}
 
     CORBA::ULongLong open(const char *, CORBA::ULong) override { return conduct->open(); }
-    VALUETREE::Delivery *pull(CORBA::ULongLong, CORBA::ULongLong received, CORBA::Boolean) override
+    VALUETREE::Delivery *pull(CORBA::ULongLong, CORBA::ULongLong received, CORBA::Boolean room) override
     {
-        return conduct->pull(received);
+        return conduct->pull(received, room);
     }
     CORBA::Boolean push(CORBA::ULongLong, CORBA::ULongLong, const VALUETREE::Batch &) override { return true; }
     void resynchronise(CORBA::ULongLong) override { conduct->resynchronise(); }
@@ -185,6 +192,12 @@ int RudeTreeServer::pullCount() const
 {
     const std::lock_guard lock(conduct->mutex);
     return conduct->pulls;
+}
+
+int RudeTreeServer::pullCountWithoutRoom() const
+{
+    const std::lock_guard lock(conduct->mutex);
+    return conduct->pullsWithoutRoom;
 }
 
 int RudeTreeServer::resynchronisationCount() const

@@ -19,6 +19,7 @@ public:
         EmptyBatches,   ///< not even a header is in them
         BatchTooLong,
         SkipsNumbers,   ///< after a whole snapshot, and gives no other
+        LosesBatches,   ///< all but snapshots: the first one, and each that it is asked for
         Malformed,      ///< after a whole snapshot
         HugeLength,     ///< of a text in a snapshot that has only a few bytes
         Hangs,          ///< does not return while it has this manner
@@ -34,6 +35,8 @@ public:
     /// When clients have opened sessions.
     std::vector<Clock::time_point> opened() const;
     int pullCount() const;
+    /// Of those, how many came from a client that had no room.
+    int pullCountWithoutRoom() const;
     int resynchronisationCount() const;
 
     /// Of BatchTooLong.

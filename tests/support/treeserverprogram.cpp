@@ -6,6 +6,9 @@
 
 #include <iostream>
 
+#include <poll.h>
+#include <unistd.h>
+
 using namespace CorbaCommon;
 using namespace values;
 
@@ -23,7 +26,7 @@ void set(const QString &path, const QString &content)
 }
 
 /// set PATH CONTENT; burst PATH COUNT (sets 1 to COUNT); many PATH COUNT (values 1 to COUNT below); remove PATH (a
-/// node); print PATH
+/// node); print PATH; standstill (of the main thread, until there is more to obey)
 void obey(const QStringList &words)
 {
     const QString path = words.value(1);
@@ -36,6 +39,11 @@ void obey(const QStringList &words)
         set(path + u'/' + QString::number(i), QString::number(i));
     if (words[0] == QLatin1String("remove"))
         Tree::Instance().removeNode(path);
+    if (words[0] == QLatin1String("standstill")) {
+        std::cout << "stands" << std::endl;
+        pollfd input{STDIN_FILENO, POLLIN, 0};
+        ::poll(&input, 1, -1);
+    }
     if (words[0] == QLatin1String("print")) {
         const ValueBase *const value = Tree::Instance().findValue(path);
         std::cout << "value " << (value ? value->GetStringValue().toStdString() : "(absent)") << std::endl;
