@@ -1,6 +1,7 @@
 #include "orbconnection/treeservant.h"
 
 #include "coresupport/trace.h"
+#include "orbconnection/incomingconnections.h"
 #include "orbconnection/mirrorwire.h"
 
 namespace mirror
@@ -29,7 +30,7 @@ CORBA::ULongLong TreeServant::open(const char *path, CORBA::ULong version)
     if (qstrlen(path) > maximumPathBytes)
         throw CORBA::BAD_PARAM(0, CORBA::COMPLETED_NO);
     refuseWhileMainThreadIsLost();
-    const quint64 session = gate->open(QString::fromUtf8(path), std::string());
+    const quint64 session = gate->open(QString::fromUtf8(path), CorbaCommon::callerAddress());
     if (session == 0)
         throw CORBA::NO_RESOURCES(0, CORBA::COMPLETED_NO);
     keeper->beginNew();

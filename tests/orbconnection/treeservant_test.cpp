@@ -1,5 +1,6 @@
 #include "orbconnection/corbaloc.h"
 #include "orbconnection/mirrorwire.h"
+#include "orbconnection/sessiongate.h"
 #include "orbconnection/valuetree.hh"
 #include "tests/orbconnection/livetreeserver.h"
 
@@ -131,6 +132,19 @@ TEST_F(TreeServerCall, GivesBackTheRoomOfWhatWasApplied)
             return taken;
         })) << times;
     }
+}
+
+TEST_F(TreeServerCall, ForMoreSessionsThanOneAddressMayHaveIsRefused)
+{
+    std::size_t opened = 0;
+    try {
+        for (; opened < mirror::SessionGate::maximumSessions; ++opened)
+            tree->open("/K", mirror::protocolVersion);
+    } catch (const CORBA::NO_RESOURCES &) {
+        // Now, or a little later, if some were lost meanwhile.
+        EXPECT_GE(opened, mirror::SessionGate::maximumOfOneAddress);
+    }
+    EXPECT_LT(opened, mirror::SessionGate::maximumSessions);
 }
 
 TEST_F(TreeServerCall, ForASnapshotIsAnsweredEachTime)
