@@ -94,9 +94,23 @@ TQ_KRV::IF_KRV_c_KRV_ptr CentralService::manager(const QString &subsystem, milli
     return CorbaCommon::withCallLimit<TQ_KRV::IF_KRV_c_KRV>(manager, limit);
 }
 
+TQ_KORVE::IF_Control_ptr CentralService::recorder(const QString &subsystem, const QString &device,
+                                                  milliseconds limit) const
+{
+    const QString path = pathOf(subsystem, QStringLiteral("KorveRecorder/%1/IF_Control").arg(device));
+    const CORBA::Object_var object = resolve(path, limit);
+    const TQ_KORVE::IF_Control_var recorder = TQ_KORVE::IF_Control::_unchecked_narrow(object);
+    return CorbaCommon::withCallLimit<TQ_KORVE::IF_Control>(recorder, limit);
+}
+
 QString CentralService::managerPath(const QString &subsystem)
 {
     return KorveCommon::AbstractServerConnectionData::GetKorveOrbConnectionPath(subsystem);
+}
+
+QString CentralService::pathOf(const QString &subsystem, const QString &name)
+{
+    return managerPath(subsystem).replace(QLatin1String("KorveManager/IF_KRV_c_KRV"), name);
 }
 
 Failure CentralService::noManager(const QString &subsystem, const Deadline &deadline) const

@@ -4,6 +4,7 @@
 #include "apps/korvectl/failure.h"
 
 #include "idl/cco.hh"
+#include "idl/korve.hh"
 #include "idl/korvemanager.hh"
 
 #include <QStringList>
@@ -35,8 +36,14 @@ public:
     /// The manager of @p subsystem, empty for the local one, as it is registered: it need not answer. Nil for none. The
     /// caller releases it.
     TQ_KRV::IF_KRV_c_KRV_ptr manager(const QString &subsystem, std::chrono::milliseconds limit) const;
-    /// Its name.
+    /// The recorder @p device of @p subsystem, which is not empty, as it is registered: it need not answer. Nil for none. The
+    /// caller releases it.
+    TQ_KORVE::IF_Control_ptr recorder(const QString &subsystem, const QString &device,
+                                      std::chrono::milliseconds limit) const;
+    /// The name of the manager.
     static QString managerPath(const QString &subsystem);
+    /// That of @p name in the subsystem, as any central object service resolves it.
+    static QString pathOf(const QString &subsystem, const QString &name);
     /// The words for a manager that was looked for in vain.
     Failure noManager(const QString &subsystem, const Deadline &deadline) const;
 };

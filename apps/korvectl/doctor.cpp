@@ -2,8 +2,8 @@
 
 #include "apps/korvectl/diagnosis.h"
 #include "apps/korvectl/mirroredpart.h"
+#include "apps/korvectl/recorderdisk.h"
 
-#include "idl/korve.hh"
 #include "korvebase/valuetreepaths.h"
 #include "orbconnection/orbhandler.h"
 #include "orbconnection/publishedendpoint.h"
@@ -23,12 +23,6 @@ QString addressOf(CORBA::Object_ptr object)
     return QStringLiteral("%1:%2").arg(endpoint.host).arg(endpoint.port);
 }
 
-/// Of a name in the subsystem, as any central object service resolves it.
-QString pathOf(const QString &subsystem, const QString &name)
-{
-    return CentralService::managerPath(subsystem).replace(QLatin1String("KorveManager/IF_KRV_c_KRV"), name);
-}
-
 } // namespace
 
 Doctor::Doctor(const CentralService &service, const QString &subsystem, milliseconds timeout, Tell tell)
@@ -43,7 +37,7 @@ bool Doctor::examine()
     if (!checkCentralService() || !checkManager() || !checkTree() || !checkDevices())
         return false;
     for (const QString &device : std::as_const(devices))
-        if (!checkRecorder(device) || !checkDevice(device))
+        if (!checkRecorder(device) || !checkStorage(device) || !checkFiles(device) || !checkDevice(device))
             return false;
     return checkNames();
 }
@@ -149,12 +143,9 @@ bool Doctor::checkRecorder(const QString &device)
                  [&](Link &link, milliseconds left) { return askRecorder(device, link, left); });
 }
 
-bool Doctor::askRecorder(const QString &device, Link &link, milliseconds left) const
+bool Doctor::askRecorder(const QString &device, Link &link, milliseconds left)
 {
-    const QString path = pathOf(subsystem, QStringLiteral("KorveRecorder/%1/IF_Control").arg(device));
-    const CORBA::Object_var object = service.resolve(path, left);
-    const TQ_KORVE::IF_Control_var registered = TQ_KORVE::IF_Control::_unchecked_narrow(object);
-    const TQ_KORVE::IF_Control_var recorder = CorbaCommon::withCallLimit<TQ_KORVE::IF_Control>(registered, left);
+    const TQ_KORVE::IF_Control_var recorder = service.recorder(subsystem, device, left);
     if (CORBA::is_nil(recorder)) {
         link.address = service.address();
         link.complaint =
@@ -164,10 +155,41 @@ bool Doctor::askRecorder(const QString &device, Link &link, milliseconds left) c
         link.remedy = QStringLiteral("Start the recorder %1; it registers by itself every 2 s.").arg(device);
         return false;
     }
-    link.address = addressOf(object);
+    link.address = recorderAddress = addressOf(recorder);
     link.finding =
         QStringLiteral("firmware %1").arg(QString::fromUtf8(CORBA::String_var(recorder->getFirmwareVersion())));
     return true;
+}
+
+bool Doctor::checkStorage(const QString &device)
+{
+    const auto look = [&](Link &link, milliseconds left) {
+        try {
+            const TQ_KORVE::IF_Control_var recorder = service.recorder(subsystem, device, left);
+            const TQ_KORVE::struMASS_STORE_STATUS_var storage = recorder->getMassStoreStatus();
+            link.finding = wordsFor(storage.in());
+            link.complaint = QStringLiteral("The disk of recorder %1 is full: %2.").arg(device, link.finding);
+            link.remedy = QStringLiteral("Delete records that are not needed, or make room on that disk.");
+            return !isFull(storage.in());
+        } catch (const TQ_KORVE::exKorve &refusal) {
+            link.complaint = QStringLiteral("The recorder %1 has no storage: %2.").arg(device, QString::fromUtf8(refusal.text));
+            link.remedy = QStringLiteral("Bring its folder back, with the records that were in it, and start it again.");
+            return false;
+        }
+    };
+    return check(QStringLiteral("storage %1").arg(device), recorderAddress, look);
+}
+
+bool Doctor::checkFiles(const QString &device)
+{
+    return check(QStringLiteral("files %1").arg(device), recorderAddress, [&](Link &link, milliseconds left) {
+        const TQ_KORVE::IF_Control_var recorder = service.recorder(subsystem, device, left);
+        const QVector<RefusedFile> refused = refusedFiles(recorder);
+        link.finding = QStringLiteral("all are records");
+        link.complaint = QStringLiteral("The recorder %1 refuses files in its folder: %2.").arg(device, namesOf(refused));
+        link.remedy = QStringLiteral("Mend these files, or move them away from there, and start the recorder again.");
+        return refused.isEmpty();
+    });
 }
 
 bool Doctor::checkDevice(const QString &device)
@@ -188,13 +210,13 @@ bool Doctor::checkDevice(const QString &device)
 bool Doctor::checkNames()
 {
     return check(QStringLiteral("names"), service.address(), [this](Link &link, milliseconds left) {
-        const QString folder = pathOf(subsystem, QLatin1String(CorbaCommon::refusedNames));
+        const QString folder = CentralService::pathOf(subsystem, QLatin1String(CorbaCommon::refusedNames));
         QStringList rivals;
         for (const QString &refusal : service.values(folder, left)) {
             const int end = refusal.lastIndexOf(u'/'); // NAME/HOST:PORT
             const QString name = refusal.left(end);
             rivals << QStringLiteral("%1 has the name %2, which %3 wants, too")
-                          .arg(holderOf(pathOf(subsystem, name), left), name, refusal.mid(end + 1));
+                          .arg(holderOf(CentralService::pathOf(subsystem, name), left), name, refusal.mid(end + 1));
         }
         link.finding = QStringLiteral("each is wanted once");
         link.complaint = rivals.join(QLatin1String("; ")) + u'.';

@@ -49,7 +49,9 @@ private:
     bool checkTree();
     bool checkDevices();
     bool checkRecorder(const QString &device);
-    bool askRecorder(const QString &device, Link &link, std::chrono::milliseconds left) const;
+    bool askRecorder(const QString &device, Link &link, std::chrono::milliseconds left);
+    bool checkStorage(const QString &device);
+    bool checkFiles(const QString &device);
     bool checkDevice(const QString &device);
     bool checkNames();
     QString holderOf(const QString &path, std::chrono::milliseconds left) const;
@@ -60,6 +62,7 @@ private:
     QString subsystem;
     TQ_KRV::IF_KRV_c_KRV_var manager;
     QString managerAddress;
+    QString recorderAddress; ///< of the one that was found last
     QString workstation;
     QStringList devices;
 };

@@ -7,14 +7,16 @@
 namespace korvectl
 {
 
-void PartialAnswer::ask(const std::function<void()> &question)
+bool PartialAnswer::ask(const std::function<void()> &question)
 {
     try {
         question();
         ++answers;
+        return true;
     } catch (const Failure &failure) {
         complain(failure);
         worst = std::max(worst, failure.exitCode);
+        return false;
     }
 }
 

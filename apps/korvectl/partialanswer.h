@@ -11,8 +11,8 @@ namespace korvectl
 class PartialAnswer
 {
 public:
-    /// A Failure of @p question is told to the user, and remembered.
-    void ask(const std::function<void()> &question);
+    /// A Failure of @p question is told to the user, and remembered; false then.
+    bool ask(const std::function<void()> &question);
     /// Some question was answered, or none was asked.
     bool isWorthPrinting() const { return answers > 0 || worst == ExitCode::Success; }
     /// Partial, when some were answered and some were not; when none was, that of the worst failure.

@@ -2,6 +2,7 @@
 
 #include "installation/recorder/devicefailure.h"
 #include "installation/recorder/devicestructures.h"
+#include "installation/recorder/diskroom.h"
 #include "installation/recorder/notes.h"
 #include "installation/recorder/recordstore.h"
 #include "installation/recorder/sessionfailure.h"
@@ -311,11 +312,11 @@ TQ_KORVE::struMASS_STORE_STATUS *ControlServant::getMassStoreStatus()
     });
     auto status = std::make_unique<TQ_KORVE::struMASS_STORE_STATUS>();
     status->totalSize = room.totalBytes;
-    status->freeSize = room.freeBytes;
+    status->freeSize = isDiskFull() ? 0 : room.freeBytes;
     status->units.length(1);
     status->units[0].unitName = path.toUtf8().constData();
     status->units[0].totalSize = room.totalBytes;
-    status->units[0].freeSize = room.freeBytes;
+    status->units[0].freeSize = status->freeSize;
     return status.release();
 }
 
@@ -337,7 +338,10 @@ char *ControlServant::copyRecordEx(Text recordId, const TQ_KORVE::seqFILE_PART &
 TQ_KORVE::seqMETA_DATA *ControlServant::listAllRecordsOnArchDev(Text archiveDevice)
 {
     return answerDevice("listAllRecordsOnArchDev", [&] {
-        return toSequence<TQ_KORVE::seqMETA_DATA>(operations->transfers().list(idOf(archiveDevice)), toFileEntry);
+        if (idOf(archiveDevice) != QLatin1String("refused:"))
+            return toSequence<TQ_KORVE::seqMETA_DATA>(operations->transfers().list(idOf(archiveDevice)), toFileEntry);
+        const auto refused = store->ask([](RecordStore &records) { return records.refused(); });
+        return toSequence<TQ_KORVE::seqMETA_DATA>(refused, toRefusedEntry);
     });
 }
 

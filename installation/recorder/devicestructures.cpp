@@ -36,6 +36,14 @@ TQ_KORVE::struMETA_DATA toFileEntry(const RecordFile &file)
     return entry;
 }
 
+TQ_KORVE::struMETA_DATA toRefusedEntry(const RefusedFile &file)
+{
+    TQ_KORVE::struMETA_DATA entry{};
+    entry.recordID = file.name.toUtf8().constData();
+    entry.recordName = toWideText(file.reason);
+    return entry;
+}
+
 TQ_KORVE::struRECORD_DETAILS toDetails(const Record &record)
 {
     const TQ_KORVE::struINDEX_ENTRY first = toIndexEntry(record.index.value(0));

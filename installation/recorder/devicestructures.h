@@ -13,6 +13,8 @@ namespace installation::recorder
 
 /// A file of a record, as an entry of a list of records: name and size, and nothing else.
 TQ_KORVE::struMETA_DATA toFileEntry(const RecordFile &file);
+/// Its name as `recordID` and the reason as `recordName`, and nothing else.
+TQ_KORVE::struMETA_DATA toRefusedEntry(const RefusedFile &file);
 TQ_KORVE::struMETA_DATA toMetaData(const RecordSummary &record);
 /// Receiver settings are those of the first index entry, 0 without one.
 TQ_KORVE::struRECORD_DETAILS toDetails(const Record &record);

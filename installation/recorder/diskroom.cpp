@@ -18,9 +18,14 @@ void setDiskFull(bool isFull)
     diskIsFull = isFull;
 }
 
+bool isDiskFull()
+{
+    return diskIsFull.load(std::memory_order_relaxed);
+}
+
 ssize_t writeToDisk(int descriptor, const QByteArray &bytes, qint64 offset)
 {
-    if (diskIsFull.load(std::memory_order_relaxed)) {
+    if (isDiskFull()) {
         errno = ENOSPC;
         return -1;
     }

@@ -1,5 +1,8 @@
-#include "tests/apps/korvectl/korvectlfixture.h"
+#include "tests/apps/korvectl/recordfixture.h"
 #include "tests/support/loopbacklease.h"
+
+#include <QDir>
+#include <QFile>
 
 #include <QJsonObject>
 
@@ -36,7 +39,8 @@ TEST_F(KorvectlDoctor, GoesAllTheWayToTheDevices)
             << line.toStdString();
     }
     EXPECT_EQ(links.join(QLatin1String(", ")), QLatin1String("central object service, recorder manager, value tree, "
-                                                             "list of devices, recorder REC1, device REC1, names"));
+                                                             "list of devices, recorder REC1, storage REC1, files REC1, "
+                                                             "device REC1, names"));
     EXPECT_FALSE(run.output.contains(u'\x1b')); // no terminal, no colours
 }
 
@@ -77,6 +81,53 @@ TEST_F(KorvectlDoctor, StopsAtARecorderThatStandsStill)
     EXPECT_TRUE(run.output.contains(QLatin1String("recorder REC1"))) << run.output.toStdString();
     EXPECT_TRUE(run.errors.contains(QLatin1String("something listens there"))) << run.errors.toStdString();
     EXPECT_EQ(run.errors.count(u'\n'), 2) << run.errors.toStdString(); // complaint and remedy
+}
+
+/// A recorder whose disk has its troubles.
+class DiskOfTheRecorder : public RecordFixture
+{
+protected:
+    static QString recordings() { return filePath("recorder/recordings"); }
+    static void expectBroken(const char *link, const QString &words)
+    {
+        const Run run = ask(KorvectlFixture::words("doctor --timeout 1"));
+        EXPECT_EQ(run.exitCode, 2);
+        const QString last = run.output.trimmed().section(u'\n', -1);
+        EXPECT_TRUE(last.startsWith(QLatin1String(link)) && last.endsWith(QLatin1String("broken"))) << last.toStdString();
+        EXPECT_TRUE(run.errors.contains(words)) << run.errors.toStdString();
+    }
+};
+
+TEST_F(DiskOfTheRecorder, HasNoFolderAnyMore)
+{
+    ASSERT_TRUE(QDir().rename(recordings(), filePath("elsewhere")));
+    expectBroken("storage REC1", recordings());
+    ASSERT_TRUE(QDir().rename(filePath("elsewhere"), recordings()));
+    EXPECT_EQ(askFor("doctor").exitCode, 0);
+}
+
+TEST_F(DiskOfTheRecorder, IsFull)
+{
+    restart("recorder", "disk full on REC1");
+    expectBroken("storage REC1", QStringLiteral("is full: %1: 0 B of").arg(recordings()));
+    restart("recorder");
+}
+
+TEST_F(DiskOfTheRecorder, HasFilesThatAreRefused)
+{
+    const QString stray = recordings() + QStringLiteral("/R-lost.sigmf-data");
+    QFile samples(stray);
+    ASSERT_TRUE(samples.open(QIODevice::WriteOnly));
+    restart("recorder");
+    expectBroken("files REC1", QStringLiteral("R-lost.sigmf-data (samples without meta data)"));
+    const Run records = askFor("records REC1");
+    EXPECT_EQ(records.exitCode, 5);
+    EXPECT_TRUE(records.output.contains(recordId));
+    EXPECT_TRUE(isOneSentence(records.errors) && records.errors.contains(QLatin1String("R-lost.sigmf-data")))
+        << records.errors.toStdString();
+    ASSERT_TRUE(QFile::remove(stray));
+    restart("recorder");
+    EXPECT_EQ(askFor("records REC1").exitCode, 0);
 }
 
 TEST_F(KorvectlDoctor, StopsAtAManagerThatHasEnded)

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "idl/korve.hh"
+
+#include <QString>
+#include <QVector>
+
+namespace korvectl
+{
+
+/// A file in the folder of a recorder that is no record, or not a whole one, and why.
+struct RefusedFile {
+    QString name;
+    QString reason;
+
+    /// Whether it is a part of a record, which is missing wherever records are listed.
+    bool isOfRecord() const;
+};
+
+/// As the recorder knows them; none of one that does not tell. Blocks.  Errors: what the ORB raises.
+QVector<RefusedFile> refusedFiles(TQ_KORVE::IF_Control_ptr recorder);
+
+/// "a (why), b (why) and 3 more"
+QString namesOf(const QVector<RefusedFile> &files);
+
+/// "/srv/recordings: 81.6 GB of 270.5 GB are free"
+QString wordsFor(const TQ_KORVE::struMASS_STORE_STATUS &storage);
+/// Whether what is left is not worth a recording.
+bool isFull(const TQ_KORVE::struMASS_STORE_STATUS &storage);
+
+} // namespace korvectl
