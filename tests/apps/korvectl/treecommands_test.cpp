@@ -39,6 +39,7 @@ protected:
         value->SetName(leaf, nullptr);
         strange = value.get();
         values::Tree::Instance().addValue(node, std::move(value));
+        QCoreApplication::processEvents(); // what a value is given before its creation is sent is no change
         ASSERT_TRUE(becomes(QStringLiteral("zw\u00f6lf \u2603")));
     }
     static void TearDownTestSuite()
