@@ -1,5 +1,6 @@
 #include "apps/korvectl/channelstates.h"
 
+#include "apps/korvectl/console.h"
 #include "apps/korvectl/jsontext.h"
 #include "apps/korvectl/mirroredpart.h"
 #include "apps/korvectl/table.h"
@@ -134,15 +135,15 @@ std::optional<double> ChannelState::progress() const
 QString channelsTable(const QVector<ChannelState> &channels)
 {
     Table table({{QStringLiteral("CHANNEL")},
-                 {QStringLiteral("NAME")},
+                 {.title = QStringLiteral("NAME"), .mayBeCut = true},
                  {QStringLiteral("STATE")},
                  {QStringLiteral("DEVICE")},
                  {QStringLiteral("RECORD")},
                  {QStringLiteral("DONE"), Qt::AlignRight},
-                 {QStringLiteral("LAST ERROR")}});
+                 {.title = QStringLiteral("LAST ERROR"), .mayBeCut = true}});
     for (const ChannelState &state : channels)
         table.addRow({state.id, state.name, wordsFor(state), state.device, state.record, percent(state), errorOf(state)});
-    return table.text();
+    return table.text(resultWidth());
 }
 
 QString channelsJson(const QVector<ChannelState> &channels)

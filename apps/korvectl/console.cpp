@@ -1,5 +1,7 @@
 #include "apps/korvectl/console.h"
 
+#include "apps/korvectl/table.h"
+
 #include "programs/printable.h"
 
 #include <cerrno>
@@ -72,6 +74,11 @@ TerminalSize terminalSize(int descriptor)
     const bool isKnown = ::ioctl(descriptor, TIOCGWINSZ, &told) == 0 && told.ws_col > 0 && told.ws_row > 0;
     const TerminalSize size = isKnown ? TerminalSize{told.ws_col, told.ws_row} : TerminalSize();
     return {sizeOr(size.columns, "COLUMNS"), sizeOr(size.rows, "LINES")};
+}
+
+int resultWidth()
+{
+    return sizeOr(::isatty(STDOUT_FILENO) == 1 ? terminalSize(STDOUT_FILENO).columns : Table::anyWidth, "COLUMNS");
 }
 
 QString inRed(const QString &text)

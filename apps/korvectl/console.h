@@ -24,6 +24,10 @@ struct TerminalSize {
 /// As COLUMNS and LINES say; else that of the terminal, or a usual one where @p descriptor is none.
 TerminalSize terminalSize(int descriptor);
 
+/// How many columns a line of results may have: as COLUMNS says, else those of the terminal; Table::anyWidth for results
+/// that go elsewhere.
+int resultWidth();
+
 /// @p text in red where there are colours; else as it is.
 QString inRed(const QString &text);
 

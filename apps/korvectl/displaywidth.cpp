@@ -1,5 +1,6 @@
 #include "apps/korvectl/displaywidth.h"
 
+#include <QTextBoundaryFinder>
 #include <QVector>
 
 #include <clocale>
@@ -39,6 +40,23 @@ int displayWidth(const QString &text)
         width += own < 0 ? 1 : own; // one that is not known is drawn as some sign
     }
     return width;
+}
+
+QString cutToWidth(const QString &text, int width)
+{
+    if (displayWidth(text) <= width)
+        return text;
+    const QString dots = QStringLiteral("...");
+    QTextBoundaryFinder letters(QTextBoundaryFinder::Grapheme, text);
+    int end = 0;
+    int used = displayWidth(dots);
+    for (int next = letters.toNextBoundary(); next >= 0; next = letters.toNextBoundary()) {
+        used += displayWidth(text.mid(end, next - end));
+        if (used > width)
+            break;
+        end = next;
+    }
+    return text.left(end) + dots;
 }
 
 } // namespace korvectl

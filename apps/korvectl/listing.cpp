@@ -1,5 +1,6 @@
 #include "apps/korvectl/listing.h"
 
+#include "apps/korvectl/console.h"
 #include "apps/korvectl/jsontext.h"
 #include "apps/korvectl/table.h"
 #include "apps/korvectl/units.h"
@@ -84,7 +85,7 @@ QString recordsTable(const QVector<ListedRecord> &records)
 {
     Table table({{QStringLiteral("DEVICE")},
                  {QStringLiteral("RECORD")},
-                 {QStringLiteral("NAME")},
+                 {.title = QStringLiteral("NAME"), .mayBeCut = true},
                  {QStringLiteral("STATUS")},
                  {QStringLiteral("BEGIN (UTC)")},
                  {QStringLiteral("DURATION"), Qt::AlignRight},
@@ -98,7 +99,7 @@ QString recordsTable(const QVector<ListedRecord> &records)
                       units::bytes(record.GetSize()), units::rate(record.GetSize(), durationUs(record)),
                       dataRateOf(record)});
     }
-    return table.text();
+    return table.text(resultWidth());
 }
 
 QString recordsJson(const QVector<ListedRecord> &records)

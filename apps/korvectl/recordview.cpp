@@ -1,5 +1,6 @@
 #include "apps/korvectl/recordview.h"
 
+#include "apps/korvectl/console.h"
 #include "apps/korvectl/jsontext.h"
 #include "apps/korvectl/listing.h"
 #include "apps/korvectl/table.h"
@@ -99,14 +100,14 @@ QString notesTable(const QVector<Note> &notes, quint64 beginUs)
     QVector<Table::Column> columns{{QStringLiteral("TIME (UTC)")}};
     if (hasOffsets)
         columns << Table::Column{QStringLiteral("AFTER BEGIN"), Qt::AlignRight};
-    Table table(columns << Table::Column{QStringLiteral("TEXT")});
+    Table table(columns << Table::Column{.title = QStringLiteral("TEXT"), .mayBeCut = true});
     for (const Note &note : notes) {
         QStringList cells{units::exactInstant(note.timestampUs)};
         if (hasOffsets)
             cells << sinceBegin(note.timestampUs, beginUs);
         table.addRow(cells << note.text);
     }
-    return table.text();
+    return table.text(resultWidth());
 }
 
 QJsonArray notesArray(const QVector<Note> &notes)

@@ -4,12 +4,16 @@
 #include "programs/printable.h"
 
 #include <algorithm>
+#include <numeric>
+#include <utility>
 
 namespace korvectl
 {
 
 namespace
 {
+
+constexpr int gap = 2; // between two columns
 
 QStringList allPrintable(const QStringList &cells)
 {
@@ -47,31 +51,64 @@ void Table::addRow(const QStringList &cells)
         columns[column].leastWidth = std::max(columns[column].leastWidth, displayWidth(rows.last()[column]));
 }
 
-QString Table::text() const
+QString Table::text(int width) const
 {
     QStringList titles;
     for (const Column &column : columns)
         titles << column.title;
-    QString lines = drawn(titles);
+    const QVector<int> widths = cutTo(width, ownWidths());
+    QString lines = drawn(titles, widths, widths);
     for (const QStringList &row : rows)
-        lines += drawn(row);
+        lines += drawn(row, widths, widths);
     return lines;
 }
 
-QString Table::line(const QStringList &cells) const
+QString Table::line(const QStringList &cells, int width) const
 {
-    return drawn(allPrintable(cells));
+    const QStringList row = allPrintable(cells);
+    QVector<int> needed = ownWidths();
+    for (int column = 0; column < columns.size(); ++column)
+        needed[column] = std::max(needed[column], displayWidth(row[column]));
+    return drawn(row, ownWidths(), cutTo(width, needed));
 }
 
-QString Table::drawn(const QStringList &cells) const
+QVector<int> Table::ownWidths() const
+{
+    QVector<int> widths;
+    for (const Column &column : columns)
+        widths << column.leastWidth;
+    return widths;
+}
+
+/// The widest that may be cut goes first.
+QVector<int> Table::cutTo(int width, QVector<int> widths) const
+{
+    constexpr int least = 8;
+    const int all = std::accumulate(widths.begin(), widths.end(), gap * (widths.size() - 1));
+    int excess = width == anyWidth ? 0 : std::max(0, all - width);
+    QVector<int> order;
+    for (int column = 0; column < columns.size(); ++column)
+        if (columns[column].mayBeCut)
+            order << column;
+    std::sort(order.begin(), order.end(), [&](int left, int right) { return widths[left] > widths[right]; });
+    for (const int column : std::as_const(order)) {
+        const int cut = std::clamp(widths[column] - least, 0, excess);
+        widths[column] -= cut;
+        excess -= cut;
+    }
+    return widths;
+}
+
+QString Table::drawn(const QStringList &cells, const QVector<int> &widths, const QVector<int> &most) const
 {
     QStringList padded;
     for (int column = 0; column < columns.size(); ++column) {
+        const QString cell = columns[column].mayBeCut ? cutToWidth(cells[column], most[column]) : cells[column];
         const bool isRight = columns[column].alignment == Qt::AlignRight;
-        const QString blanks = padding(columns[column].leastWidth, cells[column]);
-        padded << (isRight ? blanks + cells[column] : cells[column] + blanks);
+        const QString blanks = padding(std::min(widths[column], most[column]), cell);
+        padded << (isRight ? blanks + cell : cell + blanks);
     }
-    return withoutBlanksAtEnd(padded.join(QLatin1String("  "))) + u'\n';
+    return withoutBlanksAtEnd(padded.join(QString(gap, u' '))) + u'\n';
 }
 
 } // namespace korvectl

@@ -1,5 +1,6 @@
 #include "apps/korvectl/treelisting.h"
 
+#include "apps/korvectl/console.h"
 #include "apps/korvectl/jsontext.h"
 #include "apps/korvectl/table.h"
 #include "apps/korvectl/treerow.h"
@@ -52,7 +53,7 @@ std::vector<values::TreeItem *> itemsBelow(const values::Node &node, bool recurs
 QString itemsTable(const std::vector<values::TreeItem *> &items, const QString &path)
 {
     Table table(
-        {{QStringLiteral("NAME")}, {QStringLiteral("TYPE")}, {QStringLiteral("STATE")}, {QStringLiteral("VALUE")}});
+        {{QStringLiteral("NAME")}, {QStringLiteral("TYPE")}, {QStringLiteral("STATE")}, {.title = QStringLiteral("VALUE"), .mayBeCut = true}});
     for (const values::TreeItem *const item : items) {
         if (item->isNode()) {
             table.addRow({nameOf(*item, path), QStringLiteral("node"), QString(), QString()});
@@ -61,7 +62,7 @@ QString itemsTable(const std::vector<values::TreeItem *> &items, const QString &
         const TreeRow row(valueOf(*item));
         table.addRow({nameOf(*item, path), row.type, wordsFor(row.state), row.text});
     }
-    return table.text();
+    return table.text(resultWidth());
 }
 
 QString itemsJson(const std::vector<values::TreeItem *> &items)
@@ -77,12 +78,12 @@ QString itemsJson(const std::vector<values::TreeItem *> &items)
 QString valuesTable(const std::vector<const values::ValueBase *> &values)
 {
     Table table(
-        {{QStringLiteral("PATH")}, {QStringLiteral("TYPE")}, {QStringLiteral("STATE")}, {QStringLiteral("VALUE")}});
+        {{QStringLiteral("PATH")}, {QStringLiteral("TYPE")}, {QStringLiteral("STATE")}, {.title = QStringLiteral("VALUE"), .mayBeCut = true}});
     for (const values::ValueBase *const value : values) {
         const TreeRow row(*value);
         table.addRow({row.path, row.type, wordsFor(row.state), row.text});
     }
-    return table.text();
+    return table.text(resultWidth());
 }
 
 QString valuesJson(const std::vector<const values::ValueBase *> &values)

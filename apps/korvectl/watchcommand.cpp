@@ -40,12 +40,13 @@ Table emptyTable()
                   {QStringLiteral("DEVICE"), Qt::AlignLeft, 8},
                   {QStringLiteral("RECORD"), Qt::AlignLeft, 25},
                   {QStringLiteral("STATUS"), Qt::AlignLeft, 16},
-                  {QStringLiteral("NAME")}});
+                  {.title = QStringLiteral("NAME"), .mayBeCut = true}});
 }
 
 QString lineFor(const StateChange &change)
 {
-    return emptyTable().line({units::timeOfDay(), change.device, change.record, wordsFor(change.state), change.name});
+    const QStringList cells{units::timeOfDay(), change.device, change.record, wordsFor(change.state), change.name};
+    return emptyTable().line(cells, resultWidth());
 }
 
 QJsonObject objectOf(const StateChange &change)

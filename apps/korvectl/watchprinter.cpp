@@ -36,7 +36,7 @@ Table emptyTable()
                   {QStringLiteral("PATH")},
                   {QStringLiteral("TYPE")},
                   {QStringLiteral("STATE")},
-                  {QStringLiteral("VALUE")}});
+                  {.title = QStringLiteral("VALUE"), .mayBeCut = true}});
 }
 
 } // namespace
@@ -72,7 +72,7 @@ bool WatchPrinter::printLines(const TreeEvent &event)
     case TreeEvent::Kind::Value:
         return printTable(event.rows);
     case TreeEvent::Kind::Change:
-        return korvectl::print(table.line(cellsOf(event.rows.front())));
+        return korvectl::print(table.line(cellsOf(event.rows.front()), resultWidth()));
     case TreeEvent::Kind::Lost:
         complain(
             QStringLiteral("The value tree at %1 is lost; its values are shown again when it is back.").arg(address));
@@ -86,7 +86,7 @@ bool WatchPrinter::printTable(const std::vector<TreeRow> &rows)
     table = emptyTable();
     for (const TreeRow &row : rows)
         table.addRow(cellsOf(row));
-    return korvectl::print(table.text());
+    return korvectl::print(table.text(resultWidth()));
 }
 
 } // namespace korvectl

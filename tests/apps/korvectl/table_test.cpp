@@ -52,6 +52,26 @@ TEST(Table, DrawsFurtherLinesAsWideAsItIs)
     EXPECT_EQ(table.text().toStdString(), "A     B\n");
 }
 
+TEST(Table, CutsWhatMayBeCutToTheWidthOfATerminal)
+{
+    Table table({{QStringLiteral("ID")}, {.title = QStringLiteral("NAME"), .mayBeCut = true}, {QStringLiteral("S")}});
+    table.addRow({QStringLiteral("1"), QStringLiteral("Harbour and coast"), QStringLiteral("a")});
+    table.addRow({QStringLiteral("2"), QString(9, QChar(0x6771)), QStringLiteral("b")});
+    const QString wide = QString(3, QChar(0x6771));
+    EXPECT_EQ(table.text(17), QStringLiteral("ID  NAME        S\n1   Harbour...  a\n2   %1...   b\n").arg(wide));
+    EXPECT_TRUE(table.text(5).contains(QLatin1String("Harbo...  a"))) << "something is left of it";
+    EXPECT_TRUE(table.text().contains(QLatin1String("Harbour and coast   a")));
+    EXPECT_EQ(table.text(200), table.text());
+}
+
+TEST(Table, CutsFurtherLinesToo)
+{
+    Table table({{QStringLiteral("A"), Qt::AlignLeft, 4}, {.title = QStringLiteral("B"), .mayBeCut = true}});
+    const QString name = QStringLiteral("Harbour and coast");
+    EXPECT_EQ(table.line({QStringLiteral("x"), name}, 16), QStringLiteral("x     Harbour...\n"));
+    EXPECT_EQ(table.line({QStringLiteral("x"), name}), QStringLiteral("x     Harbour and coast\n"));
+}
+
 TEST(Table, MayHaveManyRows)
 {
     constexpr int many = 100'000; // would take hours, were each row compared with each
