@@ -11,6 +11,8 @@
 
 #include <QBuffer>
 #include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
 
 #include <array>
 
@@ -133,14 +135,37 @@ QJsonArray linesArray(const Spectrum &spectrum)
     return lines;
 }
 
+[[noreturn]] void failToWrite(const QString &path, const QFileDevice &file)
+{
+    throw Failure(ExitCode::Failed, QStringLiteral("%1 cannot be written: %2.").arg(path, file.errorString()));
+}
+
+/// To something else than a file on a disk, such as a pipe.
+void writeInPlace(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || !writeWhole(file, bytes))
+        failToWrite(path, file);
+}
+
+/// When it fails, what was there before is there still.
+void writeOrLeave(const QString &path, const QByteArray &bytes)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
+        failToWrite(path, file);
+}
+
 void save(const QImage &image, const QString &path)
 {
     QBuffer bytes;
     bytes.open(QIODevice::WriteOnly);
     image.save(&bytes, "PNG");
-    QFile file(path); // in place: it may be something else than a file on a disk
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || !writeWhole(file, bytes.data()))
-        throw Failure(ExitCode::Failed, QStringLiteral("%1 cannot be written: %2.").arg(path, file.errorString()));
+    const QFileInfo found(path);
+    if (found.exists() && !found.isFile())
+        writeInPlace(path, bytes.data());
+    else
+        writeOrLeave(path, bytes.data());
 }
 
 void writePicture(const CommandLine &line, const Spectrum &spectrum)

@@ -1,5 +1,8 @@
 #include "tests/apps/korvectl/recordfixture.h"
 
+#include <QDir>
+#include <QProcess>
+
 #include <QImage>
 
 namespace
@@ -76,6 +79,20 @@ TEST_F(SpectrumCommand, TellsWhyThereIsNone)
     EXPECT_EQ(askFor("spectrum REC1 RECORD --lines 1 --png /dev/full").errors,
               QLatin1String("korvectl: /dev/full cannot be written: No space left on device.\n"));
     EXPECT_EQ(askFor("spectrum REC1 RECORD --lines 65536 --fft 1024 --json").exitCode, 1) << "gigabytes of text";
+}
+
+TEST_F(SpectrumCommand, LeavesNoFileOfAPictureThatCannotBeWritten)
+{
+    const QString path = filePath("too large.png");
+    QProcess limited; // to files of no bytes, as on a full disk
+    limited.start(QStringLiteral("sh"), {QStringLiteral("-c"),
+                                         QStringLiteral("trap '' XFSZ; ulimit -f 0; exec \"$0\" \"$@\""),
+                                         QStringLiteral(KORVECTL_PROGRAM), QStringLiteral("spectrum"),
+                                         QStringLiteral("REC1"), recordId, QStringLiteral("--png"), path});
+    ASSERT_TRUE(limited.waitForFinished());
+    EXPECT_EQ(limited.exitCode(), 4);
+    EXPECT_TRUE(limited.readAllStandardError().contains("cannot be written: File too large"));
+    EXPECT_TRUE(QDir(shared->folder.path()).entryList({QStringLiteral("too large*")}).isEmpty());
 }
 
 } // namespace
