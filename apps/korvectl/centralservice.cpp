@@ -30,6 +30,9 @@ CentralService::CentralService(milliseconds timeout)
     OrbSettings settings = OrbSettings::fromEnvironment();
     settings.callTimeout = timeout;
     settings.connectTimeout = std::min(settings.connectTimeout, timeout);
+    if (CorbaCommon::centralServiceReference(settings.centralService).isEmpty())
+        throw Failure(ExitCode::Usage, QStringLiteral("The environment variable KORVE_CCO=%1 is not HOST or HOST:PORT.")
+                                           .arg(settings.centralService));
     OrbHandler::configure(settings);
     if (!OrbHandler::Instance().isRunning())
         throw Failure(ExitCode::Failed,

@@ -19,7 +19,7 @@ namespace korvectl
 class CentralService
 {
 public:
-    /// @throws Failure when this host does not have the address that KORVE_ADDRESS says.
+    /// @throws Failure when KORVE_CCO is no address, or this host does not have the one that KORVE_ADDRESS says.
     explicit CentralService(std::chrono::milliseconds timeout);
 
     /// "HOST:PORT"

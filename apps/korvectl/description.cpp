@@ -76,6 +76,7 @@ void Description::describeOptions()
         ->capture_default_str()
         ->check(CLI::Range(leastSeconds, mostSeconds).description(""));
     app.add_flag("--json", line.json, "Print JSON instead of a table");
+    app.set_version_flag("--version", "korvectl " KORVE_VERSION, "Print the version and end");
     app.add_flag("-v,--verbose", verbosity, "Trace errors and information to standard error; -vv: debugging, too");
 }
 

@@ -37,7 +37,8 @@ public:
         station->GetConfiguration()->SetCurrentSubSystem(subsystem);
         const bool isFound = deadline.comesTrue([&](milliseconds left) {
             orb.setCallTimeout(left);
-            return handler->ReconnectToServer() && managerAnswers();
+            // Asked first, so that nobody looks for the manager at a service that has not been heard of, and traces that.
+            return orb.CCOIsAvailable() && handler->ReconnectToServer() && managerAnswers();
         });
         if (!isFound)
             throw service.noManager(subsystem, deadline);

@@ -48,6 +48,7 @@ void describe(CLI::App &app, Raw &raw)
         app.add_subcommand("import", "Have a recorder of this host take in WAV files and SigMF recordings");
     import->add_option("DEVICE", raw.device, "The id of the recorder")->required();
     import->add_option("FILE", raw.files, "Files that the recorder can read")->required();
+    app.set_version_flag("--version", "korve-installation " KORVE_VERSION, "Print the version and end");
     app.footer(
         "Addresses: KORVE_ADDRESS or [host] address=, published as [host] publish=; the central object service is\n"
         "at KORVE_CCO or [host] cco=, else at port 8003 of this host.");
@@ -85,7 +86,8 @@ std::optional<CommandLine> CommandLine::parse(int argc, char **argv, int &exitCo
     try {
         app.parse(ownArguments(argc, argv));
     } catch (const CLI::ParseError &error) {
-        exitCode = app.exit(error);
+        constexpr int wrong = 1;
+        exitCode = app.exit(error) == 0 ? 0 : wrong; // the parser has a number of its own for each mistake
         return {};
     }
     CommandLine line{rolesNamed(raw.roles), QString::fromStdString(raw.config), QString::fromStdString(raw.state),

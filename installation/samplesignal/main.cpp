@@ -16,10 +16,13 @@ int main(int argc, char **argv)
         ->capture_default_str()
         ->check(CLI::Range(0.001, 3600.0));
     app.add_option("--seed", seed, "Of the noise; the same one gives the same bytes")->capture_default_str();
-    CLI11_PARSE(app, argc, argv);
+    app.set_version_flag("--version", "korve-samplesignal " KORVE_VERSION, "Print the version and end");
     try {
+        app.parse(argc, argv);
         const std::chrono::milliseconds duration(std::llround(seconds * 1000));
         installation::samplesignal::writeSampleRecording(QString::fromStdString(base), duration, seed);
+    } catch (const CLI::ParseError &error) {
+        return app.exit(error) == 0 ? 0 : 1; // the parser has a number of its own for each mistake
     } catch (const std::exception &error) {
         std::cerr << "korve-samplesignal: " << error.what() << std::endl;
         return 1;

@@ -6,6 +6,7 @@
 #include <QElapsedTimer>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QtTest/QTest>
 
 namespace
@@ -128,6 +129,32 @@ TEST_F(Korvectl, NamesTheAddressWhereNobodyAnswers)
     EXPECT_EQ(run.output, QString());
     EXPECT_EQ(run.errors, QStringLiteral("korvectl: The central object service at %1:8003 did not answer within 1 s.\n")
                               .arg(nobody.address()));
+}
+
+TEST_F(Korvectl, RefusesAnAddressOfTheCentralServiceThatIsNone)
+{
+    for (const char *const wrong : {"localhost:abc", "localhost:", ":99999", "localhost:99999", "a b"}) {
+        const Run run = ask(words("devices"), QLatin1String(wrong));
+        EXPECT_EQ(run.exitCode, 1) << wrong;
+        EXPECT_TRUE(isOneSentence(run.errors) && run.errors.contains(QLatin1String(wrong))) << run.errors.toStdString();
+    }
+}
+
+TEST_F(Korvectl, TracesNoFailureWhenAllIsWell)
+{
+    for (const char *const line : {"devices -v", "records -v", "tree ls -v", "replay status -v", "time get REC1 -v"}) {
+        const Run run = ask(words(line));
+        EXPECT_EQ(run.exitCode, 0) << line;
+        EXPECT_FALSE(run.errors.contains(QRegularExpression(QStringLiteral("fail|error|not |unable"),
+                                                            QRegularExpression::CaseInsensitiveOption)))
+            << line << '\n' << run.errors.toStdString();
+    }
+}
+
+TEST_F(Korvectl, TellsItsVersion)
+{
+    EXPECT_TRUE(ask(words("--version")).output.startsWith(QLatin1String("korvectl ")));
+    EXPECT_EQ(ask(words("--version")).exitCode, 0);
 }
 
 TEST_F(Korvectl, WaitsForServicesThatStandStillNoLongerThanToldTo)
