@@ -19,13 +19,16 @@ cpu_set_t allowed()
 
 const cpu_set_t allCpus = allowed();
 
-cpu_set_t oneCpu()
+/// The one at that place of all that there are, which begin again behind the last.
+cpu_set_t oneCpu(std::size_t place)
 {
+    std::size_t left = place % static_cast<std::size_t>(CPU_COUNT(&allCpus));
+    std::size_t cpu = 0;
+    while (!CPU_ISSET(cpu, &allCpus) || left-- > 0)
+        ++cpu;
     cpu_set_t set;
     CPU_ZERO(&set);
-    for (std::size_t cpu = 0; cpu < CPU_SETSIZE && CPU_COUNT(&set) == 0; ++cpu)
-        if (CPU_ISSET(cpu, &allCpus))
-            CPU_SET(cpu, &set);
+    CPU_SET(cpu, &set);
     return set;
 }
 
@@ -40,12 +43,23 @@ void keepOn(const cpu_set_t &cpus, const std::vector<qint64> &processes)
 
 OneCpu::OneCpu(const std::vector<qint64> &processes) : processes(processes)
 {
-    keepOn(oneCpu(), processes);
+    keepOn(oneCpu(0), processes);
     const cpu_set_t now = allowed();
     require(CPU_COUNT(&now) == 1, "this thread is on one CPU");
 }
 
 OneCpu::~OneCpu()
+{
+    keepOn(allCpus, processes);
+}
+
+OneCpuEach::OneCpuEach(const std::vector<qint64> &processes) : processes(processes)
+{
+    for (std::size_t place = 0; place < processes.size(); ++place)
+        keepOn(oneCpu(place), {processes[place]});
+}
+
+OneCpuEach::~OneCpuEach()
 {
     keepOn(allCpus, processes);
 }

@@ -15,3 +15,15 @@ public:
 private:
     const std::vector<qint64> processes;
 };
+
+/// Keeps each of some processes on a CPU of its own, as far as there are enough, for as long as it lives.
+class OneCpuEach
+{
+public:
+    explicit OneCpuEach(const std::vector<qint64> &processes);
+    OneCpuEach(const OneCpuEach &) = delete;
+    ~OneCpuEach();
+
+private:
+    const std::vector<qint64> processes;
+};
