@@ -184,8 +184,13 @@ std::invoke_result_t<Call, CCO::IF_CCO_c_ptr> OrbHandler::Private::answerOf(cons
 
 OrbHandler &OrbHandler::Instance()
 {
-    static OrbHandler handler(Beginning::instance().begin());
-    return handler;
+    static OrbHandler *const handler = [] {
+        // Twice, so that it comes after all that is there already: the way to the main thread is closed before, which
+        // releases the calls that wait for that thread.
+        qAddPostRoutine([] { qAddPostRoutine([] { Instance().shutdown(); }); });
+        return new OrbHandler(Beginning::instance().begin());
+    }();
+    return *handler;
 }
 
 bool OrbHandler::configure(const OrbSettings &settings)
@@ -204,11 +209,6 @@ bool OrbHandler::configure(const OrbSettings &settings)
 OrbHandler::OrbHandler(const OrbSettings &settings) : d(std::make_unique<Private>(settings))
 {
     d->start();
-}
-
-OrbHandler::~OrbHandler()
-{
-    shutdown();
 }
 
 void OrbHandler::shutdown()

@@ -11,7 +11,8 @@ namespace CorbaCommon
 {
 /// The one ORB of the process, and its way to the central object service.
 ///
-/// Starts on first use and serves by threads of its own, never by the main thread. Messages may have up to 512 MiB.
+/// Starts on first use and serves by threads of its own, never by the main thread. Ends with the application object, when
+/// that has ended the way to the main thread; a program without one calls shutdown() before its end. Messages may have up to 512 MiB.
 /// Calls that take too long end with `CORBA::TRANSIENT`. Arguments of the program that begin with "-ORB" are for the
 /// ORB and beat the settings; a reference given by "-ORBInitRef CCO=..." is the central object service.
 /// Thread: any.  Errors: an ORB that cannot start is traced and leaves isRunning() false, every reference nil.
@@ -24,10 +25,9 @@ public:
 
     OrbHandler(const OrbHandler &) = delete;
     OrbHandler &operator=(const OrbHandler &) = delete;
-    /// As shutdown().
-    ~OrbHandler();
 
-    /// Ends the ORB, after the calls that it is serving; every reference of the process is dead then. For good.
+    /// Ends the ORB, after the calls that it is serving; every reference of the process is dead then. For good. Not from
+    /// within such a call.
     void shutdown();
 
     /// For all calls from now on, also those that have to connect first.
@@ -65,6 +65,7 @@ public:
 
 private:
     explicit OrbHandler(const OrbSettings &settings);
+    ~OrbHandler() = delete; // whoever is late finds an ORB that has ended
 
     class Private;
     const std::unique_ptr<Private> d;
