@@ -4,7 +4,7 @@
 
 #include "tests/installation/cco/testorb.h"
 
-#include "installation/cco/activation.h"
+#include "installation/calls/activation.h"
 
 #include <QtTest/QTest>
 

@@ -7,7 +7,7 @@
 
 #include "tests/installation/cco/testorb.h"
 
-#include "installation/cco/activation.h"
+#include "installation/calls/activation.h"
 
 #include <netinet/in.h>
 

@@ -2,7 +2,7 @@
 #include "tests/installation/manager/managerfixture.h"
 #include "tests/installation/manager/servedobject.h"
 
-#include "installation/cco/activation.h"
+#include "installation/calls/activation.h"
 #include "installation/recorder/controlservant.h"
 #include "tests/installation/cco/loopbackports.h"
 #include "tests/installation/cco/testorb.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "installation/cco/activation.h"
+#include "installation/calls/activation.h"
 #include "tests/installation/cco/testorb.h"
 
 #include "idl/cco.hh"

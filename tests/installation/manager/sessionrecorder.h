@@ -2,7 +2,7 @@
 
 #include "tests/installation/manager/fakesessions.h"
 
-#include "installation/cco/activation.h"
+#include "installation/calls/activation.h"
 
 #include <QString>
 

@@ -1,4 +1,4 @@
-#include "installation/cco/activation.h"
+#include "installation/calls/activation.h"
 
 #include "coresupport/trace.h"
 
@@ -7,7 +7,7 @@ namespace installation
 
 namespace
 {
-constexpr const char *sourceName = "installation/cco/activation";
+constexpr const char *sourceName = "installation/calls/activation";
 }
 
 Activation::Activation(PortableServer::POA_ptr poa, const std::string &key, PortableServer::Servant servant)
@@ -15,10 +15,18 @@ Activation::Activation(PortableServer::POA_ptr poa, const std::string &key, Port
 {
     const PortableServer::ServantBase_var owned(servant); // the POA takes a reference of its own
     poa->activate_object_with_id(id, servant);
+    object = poa->id_to_reference(id);
 }
 
 Activation::~Activation()
 {
+    end();
+}
+
+void Activation::end()
+{
+    if (ended.exchange(true))
+        return;
     try {
         poa->deactivate_object(id);
     } catch (const CORBA::Exception &e) { // the ORB has gone first
@@ -29,7 +37,7 @@ Activation::~Activation()
 
 CORBA::Object_ptr Activation::reference() const
 {
-    return poa->id_to_reference(id);
+    return CORBA::Object::_duplicate(object);
 }
 
 } // namespace installation
