@@ -16,7 +16,7 @@ constexpr std::ptrdiff_t maximumCallbacksOfOneAddress = maximumCallbacks / 4;
 CallbackList::CallbackList(std::chrono::milliseconds callLimit) : callLimit(callLimit) {}
 
 void CallbackList::add(const std::string &key, CCO::Callback_ptr callback, CallbackQueue::Interests interests,
-                       std::unique_ptr<Activation> registration, const std::string &owner)
+                       std::shared_ptr<Activation> registration, const std::string &owner)
 {
     const std::scoped_lock lock(mutex);
     if (stopped)
@@ -33,7 +33,7 @@ void CallbackList::add(const std::string &key, CCO::Callback_ptr callback, Callb
 
 void CallbackList::remove(const std::string &key)
 {
-    std::vector<std::unique_ptr<Activation>> registrations; // the POA is called without the lock
+    std::vector<std::shared_ptr<Activation>> registrations; // the POA is called without the lock
     const std::scoped_lock lock(mutex);
     const auto position = active.find(key);
     if (position != active.end())
@@ -42,7 +42,7 @@ void CallbackList::remove(const std::string &key)
 
 void CallbackList::drop(const std::string &key, Answer answer)
 {
-    std::vector<std::unique_ptr<Activation>> registrations;
+    std::vector<std::shared_ptr<Activation>> registrations;
     const std::scoped_lock lock(mutex);
     const auto position = active.find(key);
     if (position != active.end() && position->second.silence.endsWith(answer))
@@ -58,7 +58,7 @@ void CallbackList::tell(CORBA::ULong event, const std::string &name)
 
 void CallbackList::reap()
 {
-    std::vector<std::unique_ptr<Activation>> registrations;
+    std::vector<std::shared_ptr<Activation>> registrations;
     std::vector<std::unique_ptr<CallbackQueue>> ended;
     const std::scoped_lock lock(mutex);
     for (auto position = active.begin(); position != active.end();) {
@@ -99,7 +99,7 @@ bool CallbackList::hasRoomFor(const std::string &owner) const
     return all < maximumCallbacks && own < maximumCallbacksOfOneAddress;
 }
 
-void CallbackList::retire(Subscriptions::iterator position, std::vector<std::unique_ptr<Activation>> &registrations)
+void CallbackList::retire(Subscriptions::iterator position, std::vector<std::shared_ptr<Activation>> &registrations)
 {
     position->second.queue->close();
     registrations.push_back(std::move(position->second.registration));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "installation/cco/activation.h"
+#include "installation/calls/activation.h"
 #include "installation/cco/callbackqueue.h"
 #include "installation/cco/liveness.h"
 
@@ -25,7 +25,7 @@ public:
     /// @throws CORBA::NO_RESOURCES when there are too many callbacks, CORBA::OBJECT_NOT_EXIST after stop().
     /// @p owner is the address that has registered it: one of them has at most a quarter of all.
     void add(const std::string &key, CCO::Callback_ptr callback, CallbackQueue::Interests interests,
-             std::unique_ptr<Activation> registration, const std::string &owner);
+             std::shared_ptr<Activation> registration, const std::string &owner);
     void remove(const std::string &key);
     /// Takes note of a look at the callback, and removes it when that was its end.
     void drop(const std::string &key, Answer answer);
@@ -40,14 +40,14 @@ public:
 private:
     struct Subscription {
         std::unique_ptr<CallbackQueue> queue;
-        std::unique_ptr<Activation> registration;
+        std::shared_ptr<Activation> registration;
         std::string owner;
         Silence silence{};
     };
     using Subscriptions = std::map<std::string, Subscription>;
 
     bool hasRoomFor(const std::string &owner) const;
-    void retire(Subscriptions::iterator position, std::vector<std::unique_ptr<Activation>> &registrations);
+    void retire(Subscriptions::iterator position, std::vector<std::shared_ptr<Activation>> &registrations);
 
     const std::chrono::milliseconds callLimit;
     mutable std::mutex mutex; // guards the three members below

@@ -25,14 +25,16 @@ class CentralObjectService::Private
 {
 public:
     Private(CentralObjectConfiguration &&configuration, PortableServer::POA_ptr poa)
-        : parts(makeParts(std::move(configuration))), naming(poa, "CCO", new NamingServant(parts, poa)),
-          update(poa, "CCOUpdate", new UpdateServant(parts))
+        : parts(makeParts(std::move(configuration))), objects(poa),
+          naming(objects.serve<NamingServant>("CCO", parts, objects)),
+          update(objects.serve<UpdateServant>("CCOUpdate", parts))
     {
     }
 
     const std::shared_ptr<CentralObjectParts> parts;
-    const Activation naming;
-    const Activation update;
+    const ServedObjects objects;
+    const std::shared_ptr<Activation> naming;
+    const std::shared_ptr<Activation> update;
 };
 
 CentralObjectService::CentralObjectService(CentralObjectConfiguration configuration, PortableServer::POA_ptr poa)
@@ -43,12 +45,19 @@ CentralObjectService::CentralObjectService(CentralObjectConfiguration configurat
 
 CentralObjectService::~CentralObjectService()
 {
+    stop();
+}
+
+void CentralObjectService::stop()
+{
+    d->objects.refuseCalls();
+    d->objects.waitForCalls();
     d->parts->stop();
 }
 
 CORBA::Object_ptr CentralObjectService::reference() const
 {
-    return d->naming.reference();
+    return d->naming->reference();
 }
 
 } // namespace installation

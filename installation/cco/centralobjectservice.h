@@ -23,10 +23,14 @@ public:
     /// @throws std::invalid_argument for a peer that cannot be an address, PortableServer::POA::ObjectAlreadyActive
     /// when the process has such a service already.
     CentralObjectService(CentralObjectConfiguration configuration, PortableServer::POA_ptr poa);
-    /// Stops to serve; waits, bounded, for calls that the service itself is making.
+    /// As stop().
     ~CentralObjectService();
     CentralObjectService(const CentralObjectService &) = delete;
     CentralObjectService &operator=(const CentralObjectService &) = delete;
+
+    /// Refuses new calls, waits for those in progress as ServedObjects does, and ends the threads of the service, which
+    /// finish the calls that they are making. Nothing is served any more.
+    void stop();
 
     /// A full reference to the naming object; the caller releases it.
     CORBA::Object_ptr reference() const;

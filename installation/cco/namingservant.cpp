@@ -90,8 +90,8 @@ CORBA::Boolean available(std::optional<bool> answer)
 
 } // namespace
 
-NamingServant::NamingServant(std::shared_ptr<CentralObjectParts> parts, PortableServer::POA_ptr poa)
-    : parts(std::move(parts)), poa(PortableServer::POA::_duplicate(poa)), registrationPrefix(uniquePrefix())
+NamingServant::NamingServant(std::shared_ptr<CentralObjectParts> parts, ServedObjects objects)
+    : parts(std::move(parts)), objects(std::move(objects)), registrationPrefix(uniquePrefix())
 {
 }
 
@@ -198,9 +198,9 @@ CCO::CBRegistration_ptr NamingServant::register_callback(CCO::Callback_ptr arg1,
         refuseParameter();
     CallbackQueue::Interests interests = interestsIn(arg2);
     const std::string key = nextRegistrationKey();
-    auto registration = std::make_unique<Activation>(poa, key, new RegistrationServant(parts, key));
+    const auto registration = objects.serve<RegistrationServant>(key, parts, key);
     const CORBA::Object_var reference = registration->reference();
-    parts->callbacks.add(key, arg1, std::move(interests), std::move(registration), callerAddress());
+    parts->callbacks.add(key, arg1, std::move(interests), registration, callerAddress());
     return CCO::CBRegistration::_narrow(reference);
 }
 

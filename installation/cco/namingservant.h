@@ -1,6 +1,7 @@
 #pragma once
 
 #include "idl/cco.hh"
+#include "installation/calls/servedobjects.h"
 #include "installation/cco/centralobjectparts.h"
 
 #include <atomic>
@@ -18,8 +19,8 @@ namespace installation
 class NamingServant : public POA_CCO::IF_CCO_c
 {
 public:
-    /// Registrations of callbacks become objects of @p poa.
-    NamingServant(std::shared_ptr<CentralObjectParts> parts, PortableServer::POA_ptr poa);
+    /// Registrations of callbacks are served among @p objects.
+    NamingServant(std::shared_ptr<CentralObjectParts> parts, ServedObjects objects);
 
     void Register(const char *arg1, CORBA::Object_ptr arg2, CORBA::ULong arg3) override;
     void RegisterValues(const char *arg1, const CCO::seqString &arg2, CORBA::ULong arg3) override;
@@ -46,7 +47,7 @@ private:
     std::string nextRegistrationKey();
 
     const std::shared_ptr<CentralObjectParts> parts;
-    const PortableServer::POA_var poa;
+    const ServedObjects objects;
     const std::string registrationPrefix;
     std::atomic<unsigned> registrationCount = 0;
 };

@@ -29,8 +29,19 @@ CallbackClients::CallbackClients(RegisteredObjects registered, Narrow narrow, We
 
 CallbackClients::~CallbackClients()
 {
-    for (const auto &[name, client] : clients) // all at once, then they are waited for
+    stop();
+}
+
+void CallbackClients::stop()
+{
+    Clients ending;
+    {
+        const std::scoped_lock lock(mutex);
+        ending.swap(clients);
+    }
+    for (const auto &[name, client] : ending) // all at once, then they are waited for
         client.queue->close();
+    retired.clear();
 }
 
 void CallbackClients::look()

@@ -32,12 +32,14 @@ public:
     static constexpr std::size_t maximumClients = 256;
 
     CallbackClients(RegisteredObjects registered, Narrow narrow, Welcome welcome = {});
-    /// Waits for the calls that are being made.
+    /// As stop().
     ~CallbackClients();
 
     /// Finds out who is there now.
     void look();
     void tell(const Message &message);
+    /// Forgets all clients, and waits for the calls that are being made. Not during look().
+    void stop();
 
 private:
     struct Client {

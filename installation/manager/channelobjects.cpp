@@ -5,8 +5,8 @@
 namespace installation
 {
 
-ChannelObjects::ChannelObjects(PortableServer::POA_ptr poa, std::shared_ptr<ChannelCore> core)
-    : poa(PortableServer::POA::_duplicate(poa)), core(std::move(core))
+ChannelObjects::ChannelObjects(ServedObjects served, std::shared_ptr<ChannelCore> core)
+    : served(std::move(served)), core(std::move(core))
 {
 }
 
@@ -19,8 +19,7 @@ void ChannelObjects::serve(const QString &id)
     };
     const std::scoped_lock lock(mutex); // also while it is made, which calls nobody: there is only one for a key
     if (!objects.contains(id))
-        objects.emplace(id, std::make_shared<const Activation>(poa, "KorveChannel/" + id.toStdString(),
-                                                               new ChannelServant(id, core, removal)));
+        objects.emplace(id, served.serve<ChannelServant>("KorveChannel/" + id.toStdString(), id, core, removal));
 }
 
 TQ_KRV::IF_KRV_c_Chan_ptr ChannelObjects::find(const QString &id) const
@@ -46,7 +45,7 @@ void ChannelObjects::remove(const QString &id, bool forced)
     }
     core->context.channelManager(*channel).tell(
         [&](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->ChannelRemoved(id.toUtf8().constData()); });
-    std::shared_ptr<const Activation> leaving; // goes when the lock has gone
+    std::shared_ptr<Activation> leaving; // goes when the lock has gone
     const std::scoped_lock lock(mutex);
     const auto found = objects.find(id);
     if (found != objects.end()) {

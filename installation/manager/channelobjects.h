@@ -2,7 +2,7 @@
 
 #include "installation/manager/channelcore.h"
 
-#include "installation/cco/activation.h"
+#include "installation/calls/servedobjects.h"
 
 #include <map>
 
@@ -15,7 +15,7 @@ namespace installation
 class ChannelObjects : public std::enable_shared_from_this<ChannelObjects>
 {
 public:
-    ChannelObjects(PortableServer::POA_ptr poa, std::shared_ptr<ChannelCore> core);
+    ChannelObjects(ServedObjects served, std::shared_ptr<ChannelCore> core);
     ChannelObjects(const ChannelObjects &) = delete;
 
     /// Once, however often it is asked for.
@@ -26,10 +26,10 @@ public:
 private:
     void remove(const QString &id, bool forced);
 
-    const PortableServer::POA_var poa;
+    const ServedObjects served;
     const std::shared_ptr<ChannelCore> core;
     mutable std::mutex mutex; // guards `objects`; not held during calls
-    std::map<QString, std::shared_ptr<const Activation>> objects;
+    std::map<QString, std::shared_ptr<Activation>> objects;
 };
 
 } // namespace installation

@@ -5,26 +5,34 @@
 
 #include <future>
 #include <set>
+#include <utility>
 
 namespace installation
 {
 
-ChannelService::ChannelService(const ManagerConfiguration &configuration, PortableServer::POA_ptr poa,
+ChannelService::ChannelService(const ManagerConfiguration &configuration, const ServedObjects &served,
                                std::shared_ptr<const DeviceDirectory> devices, ChannelDirectory::Listener listener)
     : core(std::make_shared<ChannelCore>(
           std::make_shared<ChannelDirectory>(configuration.stateFolder, std::move(listener)), std::move(devices),
           configuration)),
-      objects(std::make_shared<ChannelObjects>(poa, core))
+      objects(std::make_shared<ChannelObjects>(served, core))
 {
     for (const Channel &channel : core->context.channels->list())
         objects->serve(channel.id);
     const std::shared_ptr<ReplayRun> shared(core, &core->replays);
-    replays = std::make_unique<Activation>(poa, "KorveManagerReplay", new ReplayServant(shared));
+    replays = served.serve<ReplayServant>("KorveManagerReplay", shared);
     core->resume();
 }
 
 ChannelService::~ChannelService()
 {
+    stop();
+}
+
+void ChannelService::stop()
+{
+    if (std::exchange(stopped, true))
+        return;
     core->watch.stop();
     tellAll([](TQ_KRV::IF_KRV_c_ChanMan_ptr manager) { manager->goingDown(); });
 }

@@ -19,11 +19,15 @@ public:
 
     /// Takes up the channels that are kept in the folder of @p configuration, and what they were doing.
     /// @throws std::runtime_error when the folder cannot be used.
-    ChannelService(const ManagerConfiguration &configuration, PortableServer::POA_ptr poa,
+    ChannelService(const ManagerConfiguration &configuration, const ServedObjects &served,
                    std::shared_ptr<const DeviceDirectory> devices, ChannelDirectory::Listener listener);
-    /// Tells the channel managers, each with a limit, and leaves recorders alone: what runs there goes on.
+    /// As stop().
     ~ChannelService();
     ChannelService(const ChannelService &) = delete;
+
+    /// Looks after no run any more, and tells the channel managers, each with a limit. Leaves recorders alone: what runs
+    /// there goes on. The objects end with those of their service. Any number of times, but by one thread.
+    void stop();
 
     /// One of the same name at the same endpoint is the same channel, with other settings from now on, unless it belongs
     /// to another program that is still there.
@@ -41,7 +45,8 @@ private:
 
     const std::shared_ptr<ChannelCore> core;
     const std::shared_ptr<ChannelObjects> objects;
-    std::unique_ptr<const Activation> replays;
+    std::shared_ptr<Activation> replays;
+    bool stopped = false;
 };
 
 } // namespace installation

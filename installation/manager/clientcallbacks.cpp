@@ -76,6 +76,13 @@ void ClientCallbacks::tellStorage(const DeviceList &devices)
         storageClients.tell(message);
 }
 
+void ClientCallbacks::stop()
+{
+    looks.stop();
+    stateClients.stop();
+    storageClients.stop();
+}
+
 CallbackClients::Message ClientCallbacks::storageMessage(const QString &device, const QString &xml)
 {
     const auto call = [id = device.toStdString(), text = xml.toStdString()](CORBA::Object_ptr client) {

@@ -15,7 +15,7 @@ namespace installation
 /// "KorveManager/Callbacks/NAME", a `TQ_KRV::IF_KorveStatusCallback` as "KorveManager/StatusCallbacks/NAME", with a
 /// name that nobody else has. It is found with the next look, told what happens from then on, and of the storage also
 /// how it is. Each has a queue of its own (see CallQueue); one that is given up is unregistered. Thread: any; nothing
-/// waits for a client, but for the destructor, which waits for the calls that are being made.
+/// waits for a client, but for stop().
 class ClientCallbacks
 {
 public:
@@ -24,6 +24,8 @@ public:
     void tellState(const RecordState &state);
     /// Tells what is new, of the devices that have ever answered.
     void tellStorage(const DeviceList &devices);
+    /// Tells nobody anything any more, and waits for the calls that are being made.
+    void stop();
 
 private:
     static CallbackClients::Message storageMessage(const QString &device, const QString &xml);

@@ -50,10 +50,10 @@ std::string newKey()
 
 } // namespace
 
-Export::Export(ExportOrder order, PortableServer::POA_ptr poa, std::shared_ptr<const DeviceDirectory> directory,
+Export::Export(ExportOrder order, const ServedObjects &objects, std::shared_ptr<const DeviceDirectory> directory,
                const ManagerConfiguration::Timing &timing)
     : order(std::move(order)), directory(std::move(directory)), timing(timing), transfer(std::make_shared<Transfer>()),
-      receiver(poa, newKey(), new TransferReceiver(transfer))
+      receiver(objects.serve<TransferReceiver>(newKey(), transfer))
 {
 }
 
@@ -127,7 +127,7 @@ void Export::transferTo(const StreamAddress &address, const File &file)
 {
     const Device device = recorderNow();
     const QByteArray destination = destinationOf(address, file.name, file.size).toUtf8();
-    const CORBA::Object_var object = receiver.reference();
+    const CORBA::Object_var object = receiver->reference();
     const TQ_KORVE_IT::IF_Korve_IT_var hearer = TQ_KORVE_IT::IF_Korve_IT::_unchecked_narrow(object);
     made("the recorder", [&] {
         device.control.in()->copyRecordToArchDevEx(order.record.toUtf8().constData(), destination.constData(), hearer);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "installation/cco/activation.h"
+#include "installation/calls/servedobjects.h"
 #include "installation/manager/devicedirectory.h"
 #include "installation/manager/exportorder.h"
 #include "installation/manager/managerconfiguration.h"
@@ -24,8 +24,8 @@ namespace installation
 class Export
 {
 public:
-    /// The receiver for the recorder is an object of @p poa.
-    Export(ExportOrder order, PortableServer::POA_ptr poa, std::shared_ptr<const DeviceDirectory> directory,
+    /// The receiver for the recorder is served among @p objects.
+    Export(ExportOrder order, const ServedObjects &objects, std::shared_ptr<const DeviceDirectory> directory,
            const ManagerConfiguration::Timing &timing);
 
     const QString &id() const { return order.id; }
@@ -68,7 +68,7 @@ private:
     const std::shared_ptr<const DeviceDirectory> directory;
     const ManagerConfiguration::Timing timing;
     const std::shared_ptr<Transfer> transfer;
-    const Activation receiver;
+    const std::shared_ptr<Activation> receiver;
     std::atomic<bool> over = false;
 };
 

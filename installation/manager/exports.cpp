@@ -7,24 +7,37 @@
 namespace installation
 {
 
-Exports::Exports(PortableServer::POA_ptr poa, std::shared_ptr<const DeviceDirectory> directory,
+Exports::Exports(ServedObjects objects, std::shared_ptr<const DeviceDirectory> directory,
                  const ManagerConfiguration::Timing &timing)
-    : poa(PortableServer::POA::_duplicate(poa)), directory(std::move(directory)), timing(timing)
+    : objects(std::move(objects)), directory(std::move(directory)), timing(timing)
 {
 }
 
 Exports::~Exports()
 {
-    for (const Running &one : running)
+    stop();
+}
+
+void Exports::stop()
+{
+    std::list<Running> ending; // joined without the lock
+    {
+        const std::scoped_lock lock(mutex);
+        stopped = true;
+        ending.swap(running);
+    }
+    for (const Running &one : ending)
         one.work->cancel();
-    for (Running &one : running)
+    for (Running &one : ending)
         one.thread.join();
 }
 
 void Exports::start(const ExportOrder &order)
 {
-    auto work = std::make_unique<Export>(order, poa, directory, timing);
+    auto work = std::make_unique<Export>(order, objects, directory, timing);
     const std::scoped_lock lock(mutex);
+    if (stopped)
+        throw std::runtime_error("the manager is ending");
     reap();
     if (std::ranges::count_if(running, [](const Running &one) { return !one.work->isOver(); }) >= maximumExports)
         throw std::runtime_error("there are too many exports at once");

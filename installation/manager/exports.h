@@ -17,11 +17,14 @@ public:
     /// At once; more would share the disk of the recorders too finely.
     static constexpr std::ptrdiff_t maximumExports = 8;
 
-    Exports(PortableServer::POA_ptr poa, std::shared_ptr<const DeviceDirectory> directory,
+    Exports(ServedObjects objects, std::shared_ptr<const DeviceDirectory> directory,
             const ManagerConfiguration::Timing &timing);
-    /// Cancels them and waits, bounded, for their ends.
+    /// As stop().
     ~Exports();
     Exports(const Exports &) = delete;
+
+    /// Cancels them and waits, bounded, for their ends; none is begun any more.
+    void stop();
 
     /// Does not wait for the export.
     /// @throws std::runtime_error that says why there is no export: too many, or one with that id.
@@ -40,11 +43,12 @@ private:
     std::list<Running>::iterator find(const QString &id);
     void reap();
 
-    const PortableServer::POA_var poa;
+    const ServedObjects objects;
     const std::shared_ptr<const DeviceDirectory> directory;
     const ManagerConfiguration::Timing timing;
     std::mutex mutex; // guards the list; not held during calls
     std::list<Running> running;
+    bool stopped = false;
 };
 
 } // namespace installation

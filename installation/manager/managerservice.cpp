@@ -1,6 +1,6 @@
 #include "installation/manager/managerservice.h"
 
-#include "installation/cco/activation.h"
+#include "installation/calls/servedobjects.h"
 #include "installation/manager/channelservice.h"
 #include "installation/manager/clientcallbacks.h"
 #include "installation/manager/managerservant.h"
@@ -14,14 +14,15 @@ public:
     Private(const ManagerConfiguration &configuration, PortableServer::POA_ptr poa, CCO::IF_CCO_c_ptr service,
             ManagerListeners listeners)
         : directory(std::make_shared<DeviceDirectory>(DeviceWatch::knownFrom(configuration.stateFolder))),
-          admin(poa, "KorveManagerAdmin",
-                new AdminServant(directory, configuration.timing.callLimit, std::move(listeners.record))),
-          channels(std::make_shared<ChannelService>(configuration, poa, directory, std::move(listeners.channels))),
-          manager(poa, "KorveManager",
-                  new ManagerServant(configuration, directory, CORBA::Object_var(admin.reference()), channels,
-                                     std::make_shared<Exports>(poa, directory, configuration.timing))),
+          objects(poa), admin(objects.serve<AdminServant>("KorveManagerAdmin", directory, configuration.timing.callLimit,
+                                                          std::move(listeners.record))),
+          channels(std::make_shared<ChannelService>(configuration, objects, directory, std::move(listeners.channels))),
+          exports(std::make_shared<Exports>(objects, directory, configuration.timing)),
+          manager(objects.serve<ManagerServant>("KorveManager", configuration, directory,
+                                                CORBA::Object_var(admin->reference()), channels, exports)),
           callbacks(std::make_shared<ClientCallbacks>(service, configuration.timing)),
-          watch(configuration, service, directory, RecordWatch(poa, statesFor(configuration, callbacks)),
+          watch(std::in_place, configuration, service, directory,
+                RecordWatch(objects, statesFor(configuration, callbacks)),
                 [callbacks = callbacks, listener = std::move(listeners.devices)](const DeviceList &devices) {
                     callbacks->tellStorage(devices);
                     if (listener)
@@ -30,7 +31,8 @@ public:
     {
     }
 
-    /// Whoever gets a notification last keeps the callbacks with the states.
+    void stop();
+
     static std::shared_ptr<RecordStates> statesFor(const ManagerConfiguration &configuration,
                                                    const std::shared_ptr<ClientCallbacks> &callbacks)
     {
@@ -39,12 +41,24 @@ public:
     }
 
     const std::shared_ptr<DeviceDirectory> directory;
-    const Activation admin;
+    const ServedObjects objects;
+    const std::shared_ptr<Activation> admin;
     const std::shared_ptr<ChannelService> channels;
-    const Activation manager;
+    const std::shared_ptr<Exports> exports;
+    const std::shared_ptr<Activation> manager;
     const std::shared_ptr<ClientCallbacks> callbacks;
-    const DeviceWatch watch;
+    std::optional<DeviceWatch> watch;
 };
+
+void ManagerService::Private::stop()
+{
+    objects.refuseCalls();
+    objects.waitForCalls();
+    exports->stop();
+    watch.reset();
+    callbacks->stop();
+    channels->stop();
+}
 
 ManagerService::ManagerService(const ManagerConfiguration &configuration, PortableServer::POA_ptr poa,
                                CCO::IF_CCO_c_ptr service, ManagerListeners listeners)
@@ -52,11 +66,19 @@ ManagerService::ManagerService(const ManagerConfiguration &configuration, Portab
 {
 }
 
-ManagerService::~ManagerService() = default;
+ManagerService::~ManagerService()
+{
+    stop();
+}
+
+void ManagerService::stop()
+{
+    d->stop();
+}
 
 CORBA::Object_ptr ManagerService::reference() const
 {
-    return d->manager.reference();
+    return d->manager->reference();
 }
 
 } // namespace installation

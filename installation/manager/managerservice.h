@@ -23,9 +23,13 @@ public:
     /// @throws std::runtime_error when the state folder cannot be used.
     ManagerService(const ManagerConfiguration &configuration, PortableServer::POA_ptr poa, CCO::IF_CCO_c_ptr service,
                    ManagerListeners listeners = {});
-    /// Stops to serve; waits, bounded, for the call that the service itself is making.
+    /// As stop().
     ~ManagerService();
     ManagerService(const ManagerService &) = delete;
+
+    /// Refuses new calls, waits for those in progress as ServedObjects does, and ends all threads, which finish the calls
+    /// that they are making. Nothing is served any more.
+    void stop();
 
     /// A full reference to the main interface; the caller releases it.
     CORBA::Object_ptr reference() const;

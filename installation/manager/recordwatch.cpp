@@ -28,8 +28,8 @@ QVector<RecordState> busyIn(const QString &device, const TQ_KORVE::seqMETA_DATA 
 
 } // namespace
 
-RecordWatch::RecordWatch(PortableServer::POA_ptr poa, std::shared_ptr<RecordStates> states)
-    : poa(PortableServer::POA::_duplicate(poa)), states(std::move(states))
+RecordWatch::RecordWatch(ServedObjects objects, std::shared_ptr<RecordStates> states)
+    : objects(std::move(objects)), states(std::move(states))
 {
 }
 
@@ -59,10 +59,10 @@ void RecordWatch::announce(const QString &device, TQ_KORVE::IF_Control_ptr recor
 const Activation &RecordWatch::receiverFor(const QString &device)
 {
     const std::scoped_lock lock(*mutex);
-    std::unique_ptr<Activation> &receiver = receivers[device];
+    std::shared_ptr<Activation> &receiver = receivers[device];
     if (!receiver)
-        receiver = std::make_unique<Activation>(poa, "KorveManagerNotifications-" + device.toStdString(),
-                                                new NotificationReceiver(device, states));
+        receiver = objects.serve<NotificationReceiver>("KorveManagerNotifications-" + device.toStdString(), device,
+                                                       states);
     return *receiver;
 }
 

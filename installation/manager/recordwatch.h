@@ -1,6 +1,6 @@
 #pragma once
 
-#include "installation/cco/activation.h"
+#include "installation/calls/servedobjects.h"
 #include "installation/manager/recordstates.h"
 
 #include "idl/korve.hh"
@@ -19,9 +19,9 @@ namespace installation
 class RecordWatch
 {
 public:
-    /// Each recorder gets a receiver for its notifications of its own, an object of @p poa, since these do not say
-    /// whose they are.
-    RecordWatch(PortableServer::POA_ptr poa, std::shared_ptr<RecordStates> states);
+    /// Each recorder gets a receiver for its notifications of its own, served among @p objects, since these do not
+    /// say whose they are.
+    RecordWatch(ServedObjects objects, std::shared_ptr<RecordStates> states);
 
     /// Has the recorder tell of changes from now on, takes its list, and returns how many records there are. To be
     /// repeated, since a recorder forgets with each restart whom it has to tell.
@@ -32,10 +32,10 @@ private:
     void announce(const QString &device, TQ_KORVE::IF_Control_ptr recorder);
     const Activation &receiverFor(const QString &device);
 
-    const PortableServer::POA_var poa;
+    const ServedObjects objects;
     const std::shared_ptr<RecordStates> states;
     std::unique_ptr<std::mutex> mutex = std::make_unique<std::mutex>(); // guards `receivers`; not held during calls
-    std::map<QString, std::unique_ptr<Activation>> receivers;
+    std::map<QString, std::shared_ptr<Activation>> receivers;
 };
 
 } // namespace installation

@@ -11,12 +11,18 @@ Repetition::Repetition(std::chrono::milliseconds interval, std::function<void()>
 
 Repetition::~Repetition()
 {
+    stop();
+}
+
+void Repetition::stop()
+{
     {
         const std::scoped_lock lock(mutex);
         stopped = true;
     }
     stopping.notify_one();
-    thread.join();
+    if (thread.joinable())
+        thread.join();
 }
 
 bool Repetition::isStopping()

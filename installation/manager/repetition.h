@@ -14,11 +14,13 @@ class Repetition
 {
 public:
     Repetition(std::chrono::milliseconds interval, std::function<void()> work);
-    /// Waits for the work that is being done.
+    /// As stop().
     ~Repetition();
     Repetition(const Repetition &) = delete;
     Repetition &operator=(const Repetition &) = delete;
 
+    /// Waits for the work that is being done, and does it no more. Any number of times, but by one thread.
+    void stop();
     /// The end is waited for: long work had better stop. Thread: any.
     bool isStopping();
 
@@ -28,7 +30,7 @@ private:
 
     const std::chrono::milliseconds interval;
     const std::function<void()> work;
-    std::mutex mutex; // guards `stopped`, by which the destructor ends the thread
+    std::mutex mutex; // guards `stopped`, by which stop() ends the thread
     std::condition_variable stopping;
     bool stopped = false;
     std::thread thread;

@@ -1,6 +1,6 @@
 #include "installation/program/services.h"
 
-#include "installation/cco/activation.h"
+#include "installation/calls/servedobjects.h"
 #include "installation/cco/centralobjectservice.h"
 #include "installation/manager/channelpublisher.h"
 #include "installation/manager/devicepublisher.h"
@@ -30,29 +30,34 @@ class RecorderHost
 {
 public:
     RecorderHost(const HostSettings &settings, PortableServer::POA_ptr poa, CorbaCommon::ServiceRegistration &names)
-        : service(settings.recorder(), poa),
-          imports(new ImportServant([this](const QString &path, const recorder::ImportControl &control) {
-              return service.importFile(path, control);
-          })),
-          importActivation(poa, "KorveRecorderImport", imports)
+        : service(settings.recorder(), poa), objects(poa),
+          imports(objects.make<ImportServant>(
+              importKey, [this](const QString &path, const recorder::ImportControl &control) {
+                  return service.importFile(path, control);
+              })),
+          importActivation(objects.activate(importKey, imports))
     {
-        imports->_add_ref(); // the activation has taken over the first reference
         const QString prefix = QStringLiteral("KorveRecorder/%1/").arg(settings.deviceId());
         names.registerObject(prefix + QLatin1String("IF_Control"), CORBA::Object_var(service.reference()));
-        names.registerObject(prefix + QLatin1String("IF_Import"), CORBA::Object_var(importActivation.reference()));
+        names.registerObject(prefix + QLatin1String("IF_Import"), CORBA::Object_var(importActivation->reference()));
     }
     ~RecorderHost()
     {
-        imports->stop();
-        imports->_remove_ref();
+        imports->stop(); // while the servant is certain to live; whoever waits for an import is answered
+        objects.refuseCalls();
+        objects.waitForCalls();
+        service.stop();
     }
 
     CORBA::Object_ptr reference() const { return service.reference(); }
 
 private:
+    static constexpr const char *importKey = "KorveRecorderImport";
+
     recorder::RecorderService service;
+    const ServedObjects objects;
     ImportServant *const imports;
-    const Activation importActivation;
+    const std::shared_ptr<Activation> importActivation;
 };
 
 /// A manager, and its devices and channels in the value tree.

@@ -67,6 +67,13 @@ void DeviceOperations::transfer(const QString &recordId, const QString &url)
     fileTransfers.send(recordId, url);
 }
 
+void DeviceOperations::cancel()
+{
+    copier.cancel();
+    spectrumSender.cancel();
+    fileTransfers.cancel();
+}
+
 void DeviceOperations::stop()
 {
     copier.stop();

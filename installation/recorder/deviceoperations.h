@@ -33,7 +33,9 @@ public:
     /// See FileTransfers.
     void startTransfer(const QString &recordId, const QString &url, Receiver receiver);
     void transfer(const QString &recordId, const QString &url);
-    /// Ends all that goes on, and waits until it has.
+    /// Asks all that goes on to end, and refuses more. Does not wait.
+    void cancel();
+    /// The same, and waits until it has.
     void stop();
 
 private:

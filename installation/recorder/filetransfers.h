@@ -35,6 +35,8 @@ public:
     void start(const QString &recordId, const QString &url, const Ended &ended);
     /// The same, and waits for the end of it.
     void send(const QString &recordId, const QString &url);
+    /// See Jobs.
+    void cancel() { jobs.cancel(); }
     /// Ends what is being sent, and waits until it has.
     void stop() { jobs.stop(); }
 

@@ -83,7 +83,7 @@ void Jobs::joinFinished()
 
 void Jobs::stop()
 {
-    stopSource.request_stop();
+    cancel();
     std::list<Job> ending;
     {
         const std::scoped_lock lock(mutex);

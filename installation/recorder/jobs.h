@@ -41,12 +41,14 @@ public:
     Jobs(const Jobs &) = delete;
 
     /// @throws RecorderError: `ekRESSOURCES_EXHAUSTED` when all places are taken, and
-    /// `ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE` after stop().
+    /// `ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE` after cancel().
     Place takePlace();
-    /// Does @p work on a thread; what it throws is traced. Work that comes after stop() is asked to end at once.
+    /// Does @p work on a thread; what it throws is traced. Work that comes after cancel() is asked to end at once.
     /// @throws RecorderError (`ekPTHREAD_FAILURE`) when there is no thread to be had.
     void start(Place place, Work work);
-    /// Asks all work to end and waits until it has. There is no way back.
+    /// Asks all work to end, and gives no more places. Does not wait; there is no way back.
+    void cancel() { stopSource.request_stop(); }
+    /// As cancel(), and waits until all work has ended.
     void stop();
     std::stop_token stopToken() const { return stopSource.get_token(); }
 

@@ -19,6 +19,8 @@ public:
 
     /// Never waits for the receiver. @p recordId is what it is about.
     void tell(const std::string &recordId, Notification notification);
+    /// Nothing more is told. Does not wait.
+    void close() { queue.close(); }
     /// Ends when everything is told. Does not wait.
     void finish() { queue.finish(); }
     /// The thread is done: all is told, or the receiver was given up.

@@ -75,11 +75,23 @@ void Notifier::tellOne(Receiver receiver, Change change, const QString &recordId
     if (CORBA::is_nil(receiver))
         return;
     const std::scoped_lock lock(mutex);
+    if (stopped)
+        return;
     const Listener *const known = knownFor(receiver);
     const Listener &listener = known ? *known : add(receiver);
     if (!listener.isWanted(recordId))
         listener.queue->tell(recordId.toStdString(), notificationOf(change, recordId, text));
     retireUnused(); // which ends when it has told
+}
+
+void Notifier::stop()
+{
+    std::list<Listener> ending; // their threads are joined without the lock
+    const std::scoped_lock lock(mutex);
+    stopped = true;
+    for (Listener &listener : listeners)
+        listener.queue->close();
+    ending.swap(listeners);
 }
 
 std::size_t Notifier::receiverCount()
@@ -103,6 +115,8 @@ Notifier::Listener &Notifier::listenerFor(Receiver receiver)
 {
     if (Listener *const known = knownFor(receiver))
         return *known;
+    if (stopped)
+        throw RecorderError(TQ_KORVE::ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE, QStringLiteral("the recorder is ending"));
     if (listeners.size() >= maximumReceivers)
         throw RecorderError(TQ_KORVE::ekRESSOURCES_EXHAUSTED, QStringLiteral("too many receivers of notifications"));
     return add(receiver);

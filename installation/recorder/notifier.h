@@ -44,6 +44,8 @@ public:
     /// that there are never many of them, and nobody is refused.
     void tellOne(Receiver receiver, Change change, const QString &recordId, const QString &text);
     std::size_t receiverCount();
+    /// Tells nobody anything any more, and waits for the calls that are being made.
+    void stop();
 
 private:
     struct Listener {
@@ -66,6 +68,7 @@ private:
     const Clock clock;
     std::mutex mutex; // guards the rest
     std::list<Listener> listeners;
+    bool stopped = false;
     CORBA::ULongLong lastNumber = 0;
 };
 

@@ -41,6 +41,8 @@ public:
     /// Returns the id of the record that is made of the sections @p parts of @p sourceId. Waits for the copy; one that
     /// takes longer than the patience goes on, and is in no list before its end. @p ended is told when it began.
     QString copy(const QString &sourceId, const QVector<FilePart> &parts, const QString &name, const Ended &ended = {});
+    /// See Jobs.
+    void cancel() { jobs.cancel(); }
     /// Ends the copies that go on, and waits until they have; nothing stays of them.
     void stop() { jobs.stop(); }
 

@@ -1,6 +1,6 @@
 #include "installation/recorder/recorderservice.h"
 
-#include "installation/cco/activation.h"
+#include "installation/calls/servedobjects.h"
 #include "installation/recorder/controlservant.h"
 #include "installation/recorder/recordererror.h"
 #include "installation/recorder/recordstore.h"
@@ -60,30 +60,38 @@ public:
           clock(std::make_shared<DeviceClock>(configuration.statePath + QLatin1String("/clock"))),
           notifier(std::make_shared<Notifier>([clock = clock] { return clock->nowUs(); })),
           activities(activitiesTold(notifier)),
-          operations(std::make_shared<DeviceOperations>(store, clock, activities, notifier)),
+          operations(std::make_shared<DeviceOperations>(store, clock, activities, notifier)), objects(poa),
           sessions(std::make_shared<Sessions>(Sessions::Surroundings{
-              PortableServer::POA::_duplicate(poa), store, activities, notifier,
-              [clock = clock] { return clock->nowUs(); }, hostOf(configuration.linkAddress),
-              hostOf(configuration.publishedLinkAddress)}))
+              objects, store, activities, notifier, [clock = clock] { return clock->nowUs(); },
+              hostOf(configuration.linkAddress), hostOf(configuration.publishedLinkAddress)}))
     {
         tellChanges(*store, notifier);
-        control.emplace(poa, configuration.objectKey,
-                        new ControlServant(store, operations, sessions, configuration.firmwareVersion));
-    }
-    ~Private()
-    {
-        control.reset();
-        sessions->stop();
+        control = objects.serve<ControlServant>(configuration.objectKey, store, operations, sessions,
+                                                configuration.firmwareVersion);
     }
 
-    const std::shared_ptr<StoreThread> store; // lives until the last call is answered
+    void stop();
+
+    const std::shared_ptr<StoreThread> store;
     const std::shared_ptr<DeviceClock> clock;
     const std::shared_ptr<Notifier> notifier;
     const std::shared_ptr<Activities> activities;
     const std::shared_ptr<DeviceOperations> operations;
+    const ServedObjects objects;
     const std::shared_ptr<Sessions> sessions;
-    std::optional<Activation> control;
+    std::shared_ptr<Activation> control;
 };
+
+void RecorderService::Private::stop()
+{
+    objects.refuseCalls();
+    operations->cancel(); // so that calls that wait for such work are answered
+    objects.waitForCalls();
+    operations->stop();
+    sessions->stop();
+    notifier->stop();
+    store->stop();
+}
 
 RecorderService::RecorderService(const RecorderConfiguration &configuration, PortableServer::POA_ptr poa)
     : d(std::make_unique<Private>(configuration, poa))
@@ -92,7 +100,12 @@ RecorderService::RecorderService(const RecorderConfiguration &configuration, Por
 
 RecorderService::~RecorderService()
 {
-    d->operations->stop(); // calls that wait for it are answered, and the ORB can end
+    stop();
+}
+
+void RecorderService::stop()
+{
+    d->stop();
 }
 
 CORBA::Object_ptr RecorderService::reference() const

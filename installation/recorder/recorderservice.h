@@ -33,8 +33,13 @@ public:
     /// outlives the service.
     /// @throws RecorderError when the folder cannot be used, or an address is none.
     RecorderService(const RecorderConfiguration &configuration, PortableServer::POA_ptr poa);
+    /// As stop().
     ~RecorderService();
     RecorderService(const RecorderService &) = delete;
+
+    /// Refuses new calls, ends long work, waits for the calls in progress as ServedObjects does, and then ends all
+    /// threads, completes recordings and closes the files. Nothing is served any more.
+    void stop();
 
     /// A full reference to the device's `TQ_KORVE::IF_Control`; the caller releases it.
     CORBA::Object_ptr reference() const;

@@ -29,6 +29,12 @@ namespace
 
 constexpr const char *sourceName = "installation/recorder/sessions";
 
+/// No session has the key of one before, so that an old reference reaches nobody.
+std::string newKey()
+{
+    return "Session/" + QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString();
+}
+
 RecordStatus statusAt(RecordingReceiver::Stage stage)
 {
     return stage == RecordingReceiver::Stage::Recording ? KORVE_RecordData::RECORDING : KORVE_RecordData::INDEXING;
@@ -62,11 +68,12 @@ TQ_KORVE::IF_ReplaySession_ptr Sessions::makeReplay(const QString &recordId, std
                                                                 : KORVE_RecordData::READY_FOR_REPLAY);
                                },
                                [this, recordId] { sessions.ended(SessionKind::Replay, recordId); }});
-    auto activation = activate(new ReplaySession(
-        sender, {toDetails(opened.record), static_cast<TQ_KORVE::eDATARATE_CLASS>(Converter::convertDataRateFromXml(occupied)),
-                 around.ownHost, around.publishedHost, endOf(recordId)}));
+    const ReplaySession::Description description{
+        toDetails(opened.record), static_cast<TQ_KORVE::eDATARATE_CLASS>(Converter::convertDataRateFromXml(occupied)),
+        around.ownHost, around.publishedHost, endOf(recordId)};
+    const auto activation = around.objects.serve<ReplaySession>(newKey(), sender, description);
     const CORBA::Object_var reference = activation->reference();
-    sessions.add({SessionKind::Replay, recordId, occupied, sender, std::move(activation), activity});
+    sessions.add({SessionKind::Replay, recordId, occupied, sender, activation, activity});
     return TQ_KORVE::IF_ReplaySession::_narrow(reference);
 }
 
@@ -97,10 +104,11 @@ TQ_KORVE::IF_RecordingSession_ptr Sessions::record(const RecordingWish &wish, Re
     const QString recordId = opened.record.id;
     const std::shared_ptr<Activity> activity = std::move(opened.activity);
     const std::shared_ptr<RecordingReceiver> work = receiverOf(opened, activity);
-    auto activation = activate(
-        new RecordingSession(work, {recordId, sampleRateOf(opened.record), around.ownHost, around.publishedHost}));
+    const RecordingSession::Description description{recordId, sampleRateOf(opened.record), around.ownHost,
+                                                    around.publishedHost};
+    const auto activation = around.objects.serve<RecordingSession>(newKey(), work, description);
     const CORBA::Object_var reference = activation->reference();
-    sessions.add({SessionKind::Recording, recordId, occupied, work, std::move(activation), activity});
+    sessions.add({SessionKind::Recording, recordId, occupied, work, activation, activity});
     attach(receiver, recordId, true);
     return TQ_KORVE::IF_RecordingSession::_narrow(reference);
 }
@@ -188,13 +196,6 @@ Sessions::Opened Sessions::open(const QString &recordId)
         opened.activity = activities->begin(recordId, opened.record.name, KORVE_RecordData::READY_FOR_REPLAY);
         return opened;
     });
-}
-
-std::unique_ptr<Activation> Sessions::activate(PortableServer::Servant servant) const
-{
-    // No session has the key of one before, so that an old reference reaches nobody.
-    const QString key = QStringLiteral("Session/") + QUuid::createUuid().toString(QUuid::WithoutBraces);
-    return std::make_unique<Activation>(around.poa, key.toStdString(), servant);
 }
 
 void Sessions::announce(Receiver receiver)

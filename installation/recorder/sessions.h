@@ -1,5 +1,6 @@
 #pragma once
 
+#include "installation/calls/servedobjects.h"
 #include "installation/recorder/notifier.h"
 #include "installation/recorder/recordingformat.h"
 #include "installation/recorder/sessiontable.h"
@@ -20,7 +21,7 @@ class Sessions : public std::enable_shared_from_this<Sessions>
 public:
     /// What sessions work with.
     struct Surroundings {
-        PortableServer::POA_var poa;
+        ServedObjects objects;
         std::shared_ptr<StoreThread> store;
         std::shared_ptr<Activities> activities;
         std::shared_ptr<Notifier> notifier;
@@ -69,7 +70,6 @@ private:
     void requireRoom(SessionKind kind);
     std::function<void()> endOf(const QString &recordId);
     Opened open(const QString &recordId);
-    std::unique_ptr<Activation> activate(PortableServer::Servant servant) const;
 
     const Surroundings around;
     SessionTable sessions;

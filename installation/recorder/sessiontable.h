@@ -1,6 +1,6 @@
 #pragma once
 
-#include "installation/cco/activation.h"
+#include "installation/calls/activation.h"
 #include "installation/recorder/activities.h"
 #include "installation/recorder/sessionthread.h"
 
@@ -29,7 +29,7 @@ public:
         QString recordId;
         DataRate rate = KORVE_XML::KORVE_RecordData::HF_20k; ///< the class that it occupies
         std::shared_ptr<SessionThread> work;
-        std::unique_ptr<Activation> activation;
+        std::shared_ptr<Activation> activation;
         std::shared_ptr<Activity> activity;
     };
 

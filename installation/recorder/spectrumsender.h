@@ -28,6 +28,8 @@ public:
     QByteArray overview(const QString &recordId, const SpectrumRequest &request);
     /// Connects to @p port of the IPv4 address @p address, and sends the spectrum on a thread of its own.
     void stream(const QString &recordId, const SpectrumRequest &request, quint32 address, quint16 port);
+    /// See Jobs.
+    void cancel() { jobs.cancel(); }
     /// Ends what is being sent, and waits until it has.
     void stop() { jobs.stop(); }
 

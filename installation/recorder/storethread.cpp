@@ -28,12 +28,18 @@ StoreThread::StoreThread(const QString &path, std::chrono::milliseconds limit) :
 
 StoreThread::~StoreThread()
 {
+    stop();
+}
+
+void StoreThread::stop()
+{
     {
         const std::lock_guard lock(mutex);
         stopped = true;
     }
     changed.notify_one();
-    thread.join();
+    if (thread.joinable())
+        thread.join();
 }
 
 std::shared_ptr<StoreRequest> StoreThread::post(std::function<void(RecordStore &)> work)
@@ -41,6 +47,9 @@ std::shared_ptr<StoreRequest> StoreThread::post(std::function<void(RecordStore &
     const auto request = std::make_shared<StoreRequest>(std::move(work));
     {
         const std::lock_guard lock(mutex);
+        if (stopped)
+            throw RecorderError(TQ_KORVE::ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE,
+                                QStringLiteral("the recorder is ending"));
         if (waiting.size() >= maximumWaiting)
             throw RecorderError(TQ_KORVE::ekRESSOURCES_EXHAUSTED, QStringLiteral("too many requests are waiting"));
         waiting.push_back(request);

@@ -28,12 +28,17 @@ public:
     /// Opens the store in @p path.
     /// @throws RecorderError when that is not possible.
     explicit StoreThread(const QString &path, std::chrono::milliseconds limit = std::chrono::seconds(8));
-    /// Serves the requests that are waiting still.
+    /// As stop().
     ~StoreThread();
     StoreThread(const StoreThread &) = delete;
 
+    /// Serves the requests that are waiting still, and closes the store; later requests are refused. Any number of
+    /// times, but by one thread.
+    void stop();
+
     /// What @p work returns or throws. It must own what it uses, since it may outlive the wait.
-    /// @throws RecorderError when the store takes too long; it tells whether the work may still be done.
+    /// @throws RecorderError when the store takes too long; it tells whether the work may still be done. Also after
+    /// stop().
     template <typename Work> auto ask(Work work) -> std::invoke_result_t<Work &, RecordStore &>
     {
         return ask(std::move(work), limit);

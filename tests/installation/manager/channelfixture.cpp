@@ -41,7 +41,7 @@ ChannelFixture::~ChannelFixture()
 
 void ChannelFixture::startService()
 {
-    service.emplace(configuration, TestOrb::instance().insPoa(), devices,
+    service.emplace(configuration, ServedObjects(TestOrb::instance().insPoa()), devices,
                     [this](const ChannelList &channels, const CommandError &) {
                         const std::scoped_lock lock(mutex);
                         shown = channels;

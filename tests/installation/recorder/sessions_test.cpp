@@ -22,12 +22,14 @@ using namespace installation::recorder;
 namespace
 {
 
+const installation::ServedObjects nothing{PortableServer::POA::_nil()};
+
 TEST(SessionsOfARecorder, AreNotMadeWhenItEnds)
 {
     const QTemporaryDir directory;
     const auto notifier = std::make_shared<Notifier>([] { return quint64(1); });
     const auto sessions = std::make_shared<Sessions>(
-        Sessions::Surroundings{PortableServer::POA_var(), std::make_shared<StoreThread>(directory.path()),
+        Sessions::Surroundings{nothing, std::make_shared<StoreThread>(directory.path()),
                                std::make_shared<Activities>(), notifier, [] { return quint64(1); }});
     sessions->stop();
     const auto nobody = TQ_KORVE_IT::IF_Korve_IT::_nil();
@@ -65,7 +67,7 @@ TEST(SessionsOfARecorder, LeaveNoRecordOfARecordingThatCannotBegin)
     const QTemporaryDir directory;
     const auto store = std::make_shared<StoreThread>(directory.path());
     const auto sessions = std::make_shared<Sessions>(
-        Sessions::Surroundings{PortableServer::POA_var(), store, std::make_shared<Activities>(),
+        Sessions::Surroundings{nothing, store, std::make_shared<Activities>(),
                                std::make_shared<Notifier>([] { return quint64(1); }), [] { return quint64(1); }});
     {
         const FewDescriptors one(1); // which the file of the samples takes

@@ -80,7 +80,8 @@ protected:
     const std::shared_ptr<DeviceOperations> operations =
         std::make_shared<DeviceOperations>(store, clock, activities, notifier);
     const std::shared_ptr<Sessions> sessions = std::make_shared<Sessions>(
-        Sessions::Surroundings{PortableServer::POA_var(), store, activities, notifier, [] { return quint64(1); }});
+        Sessions::Surroundings{installation::ServedObjects(PortableServer::POA::_nil()), store, activities, notifier,
+                               [] { return quint64(1); }});
     ControlServant control{store, operations, sessions, "1"};
 };
 
