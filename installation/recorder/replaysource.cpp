@@ -44,12 +44,12 @@ const char *ReplaySource::load(quint64 position, quint64 count, bool swapped)
     const quint64 before = position % layout.wordBytes();
     const quint64 behind = (layout.wordBytes() - (position + count) % layout.wordBytes()) % layout.wordBytes();
     const quint64 all = before + count + behind;
-    buffer = file.readAt(position - before, static_cast<qint64>(all));
-    if (static_cast<quint64>(buffer.size()) != all)
-        throw LinkError(LLDCmodule::ekDataStreamUnavailable, QStringLiteral("the file of samples has become shorter"));
+    if (buffer.size() < all) // one for all pieces, which are of some few sizes
+        buffer.resize(all);
+    file.readWholeAt(position - before, buffer.data(), static_cast<qint64>(all));
     if (swapped)
         swapWords(buffer.data(), all, layout.wordBytes());
-    return buffer.constData() + before;
+    return buffer.data() + before;
 }
 
 } // namespace installation::recorder

@@ -4,6 +4,8 @@
 #include "installation/recorder/record.h"
 #include "installation/recorder/samplelayout.h"
 
+#include <vector>
+
 namespace installation::recorder
 {
 
@@ -35,7 +37,7 @@ private:
     const quint64 size;
     const SampleLayout layout;
     const quint64 rateHz;
-    QByteArray buffer;
+    std::vector<char> buffer;
 };
 
 } // namespace installation::recorder
