@@ -97,6 +97,8 @@ void MirrorClient::removeAll()
 
 void MirrorClient::itemAdded(values::TreeItem &item, IObserver *originator)
 {
+    if (item.isNode() && originator == this && item.GetPathName() != arrivingNode)
+        noteSharedNode(item.GetPathName()); // above a value or node of the server's
     if (item.isNode() || isOwn(item))
         return;
     auto &value = static_cast<values::ValueBase &>(item);
@@ -134,9 +136,10 @@ void MirrorClient::itemRemoved(values::TreeItem &item, IObserver *originator)
     if (!place)
         return;
     paths.unbind(place);
-    paths.takeDirty(place);
-    if (isToldToServer)
-        makeDirty(place, gonePart);
+    // What was to be told of the value is void, but not that a node of its path is gone.
+    const Parts rest = (paths.takeDirty(place) & nodePart) | (isToldToServer ? gonePart : 0);
+    if (rest)
+        makeDirty(place, rest);
 }
 
 void MirrorClient::valueChanged(const values::ValueChange &change)
@@ -188,7 +191,16 @@ MirrorClient::Place MirrorClient::announce(values::ValueBase &value)
     paths.bind(place, &value);
     paths[place].type = value.GetType();
     makeDirty(place, wholePart);
+    // The nodes above are no longer this side's alone.
+    for (const values::Node *node = value.parent(); node && path.relative(node->GetPathName()); node = node->parent())
+        noteSharedNode(node->GetPathName());
     return place;
+}
+
+void MirrorClient::noteSharedNode(const QString &nodePath)
+{
+    mayBeKnown = true;
+    paths[paths.placeOf(nodePath)].hasNode = true;
 }
 
 void MirrorClient::makeDirty(Place place, Parts parts)
@@ -275,7 +287,7 @@ bool MirrorClient::writeAbout(Place place, Record record)
     record.number = entry.number;
     if (!writer.write(record))
         return false;
-    entry.sent = ++recordsSent;
+    (record.kind == RecordKind::NodeGone ? entry.nodeSent : entry.valueSent) = ++recordsSent;
     return true;
 }
 } // namespace mirror

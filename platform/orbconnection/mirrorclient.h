@@ -76,6 +76,7 @@ private:
     bool isOwn(const values::TreeItem &item) const { return item.GetPathName() == ownValuePath; }
     Place placeToTell(values::ValueBase &value, bool forced);
     Place announce(values::ValueBase &value);
+    void noteSharedNode(const QString &nodePath);
     void makeDirty(Place place, Parts parts);
     void tellEvent(Place place);
     bool writeDirty(bool onlyWithRoom);
@@ -91,16 +92,17 @@ private:
     bool endSnapshot();
     bool applyPath(const Record &record);
     void applyNode(Place place);
-    void applyNodeGone(Place place);
     void applyValue(Place place, const Record &record);
     void applyValueGone(Place place);
     void applyFrames(Place place, std::string_view frames);
     void addValue(Place place, const Record &record);
     void noteNamed(Place place, RecordKind kind);
-    /// A change made here is on its way to the server, whose word about the path is older until it is confirmed.
+    /// A change made here is on its way to the server, whose word about the value is older until it is confirmed.
     bool isPassedOver(Place place) const;
+    bool isNodePassedOver(Place place) const;
     bool goesWithItsNode(const values::ValueBase &value);
     void removeNode(const QString &nodePath);
+    void removeIfEmpty(const QString &nodePath);
     void removeUnnamed();
     void announceWanted();
     void noteStale(const PathTable::Entry &entry);
@@ -116,7 +118,8 @@ private:
     quint64 recordsSent = 0;
     quint64 confirmed = 0;
     quint64 lastReceived = 0;
-    Place arriving = 0; // of the value that is being added
+    Place arriving = 0;   // of the value that is being added
+    QString arrivingNode; // that is being added
     QSet<QString> staleValues; // mirrored in a session before, not named yet in this one
     std::set<QString> staleNodes;
     QSet<const values::ValueBase *> fresh; // created since the last flush: what is set of them is their seed

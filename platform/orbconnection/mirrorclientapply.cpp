@@ -83,14 +83,15 @@ bool MirrorClient::applyAbout(const Record &record)
     if (!place || paths[place].path == ownValuePath)
         return true;
     noteNamed(place, record.kind);
-    if (isPassedOver(place))
+    const bool isOfNode = record.kind == RecordKind::Node || record.kind == RecordKind::NodeGone;
+    if (isOfNode ? isNodePassedOver(place) : isPassedOver(place))
         return true;
     switch (record.kind) {
     case RecordKind::Node:
         applyNode(place);
         return true;
     case RecordKind::NodeGone:
-        applyNodeGone(place);
+        removeNode(QString(paths[place].path));
         return true;
     case RecordKind::Value:
         applyValue(place, record);
@@ -136,17 +137,16 @@ void MirrorClient::removeUnnamed()
     std::ranges::sort(goneValues);
     for (Place place = 1; place <= paths.last(); ++place) {
         const PathTable::Entry &entry = paths[place];
-        if (isPassedOver(place))
-            continue;
-        if (entry.value && !entry.valueNamed)
+        if (entry.value && !entry.valueNamed && !isPassedOver(place))
             goneValues.push_back(entry.path);
-        if (entry.hasNode && !entry.nodeNamed)
+        if (entry.hasNode && !entry.nodeNamed && !isNodePassedOver(place))
             goneNodes.insert(entry.path);
     }
     for (const QString &valuePath : goneValues)
         tellObservers(sourceName, [&] { tree.removeValue(valuePath, this); });
-    for (const QString &nodePath : goneNodes)
-        removeNode(nodePath);
+    // What is left below them is named, or stays as the client's own.
+    for (auto nodePath = goneNodes.rbegin(); nodePath != goneNodes.rend(); ++nodePath)
+        removeIfEmpty(*nodePath);
 }
 
 void MirrorClient::announceWanted()
@@ -185,21 +185,22 @@ void MirrorClient::noteNamed(Place place, RecordKind kind)
 
 bool MirrorClient::isPassedOver(Place place) const
 {
-    return paths[place].dirty != 0 || paths[place].sent > confirmed;
+    return (paths[place].dirty & ~nodePart) != 0 || paths[place].valueSent > confirmed;
+}
+
+bool MirrorClient::isNodePassedOver(Place place) const
+{
+    return (paths[place].dirty & nodePart) != 0 || paths[place].nodeSent > confirmed;
 }
 
 void MirrorClient::applyNode(Place place)
 {
     paths[place].hasNode = true;
-    const QString nodePath = paths[place].path;
-    tellObservers(sourceName, [&] { tree.addNode(nodePath, this); });
+    arrivingNode = paths[place].path;
+    tellObservers(sourceName, [this] { tree.addNode(QString(arrivingNode), this); });
+    arrivingNode.clear();
 }
 
-void MirrorClient::applyNodeGone(Place place)
-{
-    paths[place].hasNode = false;
-    removeNode(QString(paths[place].path));
-}
 
 bool MirrorClient::goesWithItsNode(const values::ValueBase &value)
 {
@@ -227,11 +228,15 @@ void MirrorClient::removeNode(const QString &nodePath)
     // By path each time, since observers may remove what comes next.
     for (const QString &valuePath : goneValues)
         tellObservers(sourceName, [&] { tree.removeValue(valuePath, this); });
-    for (auto below = nodes.rbegin(); below != nodes.rend(); ++below) {
-        const values::Node *const node = tree.findNode(*below);
-        if (node && *below != path.top() && node->GetTreeItems().empty())
-            tellObservers(sourceName, [&] { tree.removeNode(*below, this); });
-    }
+    for (auto below = nodes.rbegin(); below != nodes.rend(); ++below)
+        removeIfEmpty(*below);
+}
+
+void MirrorClient::removeIfEmpty(const QString &nodePath)
+{
+    const values::Node *const node = tree.findNode(nodePath);
+    if (node && nodePath != path.top() && node->GetTreeItems().empty())
+        tellObservers(sourceName, [&] { tree.removeNode(nodePath, this); });
 }
 
 void MirrorClient::applyValue(Place place, const Record &record)

@@ -40,11 +40,12 @@ public:
     struct Entry {
         QString path;
         values::ValueBase *value = nullptr;
-        quint64 sent = 0;   ///< the client's: the number of its last record about this path
+        quint64 valueSent = 0; ///< the client's: the number of its last record about the value
+        quint64 nodeSent = 0;  ///< the client's: the number of its last record about the node
         quint32 number = 0; ///< by which the peer knows the path; 0: it does not yet
         qint32 type = 0;    ///< the client's: the server's number of the value's class
         Parts dirty = 0;
-        bool hasNode = false;    ///< the client's: the server has a node there
+        bool hasNode = false;    ///< the client's: its node is the server's, too
         bool valueNamed = false; ///< the client's: in the snapshot that is being received
         bool nodeNamed = false;  ///< the client's: in the snapshot that is being received
         bool isOurs = false;     ///< the server's: the value was made by this session's client
