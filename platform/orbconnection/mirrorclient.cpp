@@ -5,6 +5,8 @@
 #include "valuetreelib/node.h"
 #include "valuetreelib/tree.h"
 
+#include <algorithm>
+
 namespace mirror
 {
 namespace
@@ -43,6 +45,8 @@ void MirrorClient::begin()
     lastNumber = 0;
     recordsSent = confirmed = lastReceived = 0;
     mayBeKnown = inSnapshot = complete = false;
+    const values::Node *const top = tree.findNode(path.top());
+    nodesMayBeOwn = top && std::ranges::any_of(top->GetTreeItems(), &values::TreeItem::isNode);
     inSession = true;
 }
 
@@ -97,7 +101,9 @@ void MirrorClient::removeAll()
 
 void MirrorClient::itemAdded(values::TreeItem &item, IObserver *originator)
 {
-    if (item.isNode() && originator == this && item.GetPathName() != arrivingNode)
+    if (item.isNode() && originator != this)
+        nodesMayBeOwn = true;
+    else if (item.isNode() && item.GetPathName() != arrivingNode)
         noteSharedNode(item.GetPathName()); // above a value or node of the server's
     if (item.isNode() || isOwn(item))
         return;
@@ -191,10 +197,14 @@ MirrorClient::Place MirrorClient::announce(values::ValueBase &value)
     paths.bind(place, &value);
     paths[place].type = value.GetType();
     makeDirty(place, wholePart);
-    // The nodes above are no longer this side's alone.
+    shareNodesAbove(value);
+    return place;
+}
+
+void MirrorClient::shareNodesAbove(const values::ValueBase &value)
+{
     for (const values::Node *node = value.parent(); node && path.relative(node->GetPathName()); node = node->parent())
         noteSharedNode(node->GetPathName());
-    return place;
 }
 
 void MirrorClient::noteSharedNode(const QString &nodePath)

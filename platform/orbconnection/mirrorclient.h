@@ -76,6 +76,8 @@ private:
     bool isOwn(const values::TreeItem &item) const { return item.GetPathName() == ownValuePath; }
     Place placeToTell(values::ValueBase &value, bool forced);
     Place announce(values::ValueBase &value);
+    /// They are no longer this side's alone.
+    void shareNodesAbove(const values::ValueBase &value);
     void noteSharedNode(const QString &nodePath);
     void makeDirty(Place place, Parts parts);
     void tellEvent(Place place);
@@ -125,6 +127,7 @@ private:
     QSet<const values::ValueBase *> fresh; // created since the last flush: what is set of them is their seed
     std::set<QString> wanted;              // set here before the server could be told of them
     bool mayBeKnown = false;               // what the server names
+    bool nodesMayBeOwn = false;            // of those above what the server names
     bool inSnapshot = false;
     bool complete = false;
     bool inSession = false;

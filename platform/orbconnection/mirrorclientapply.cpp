@@ -84,8 +84,10 @@ bool MirrorClient::applyAbout(const Record &record)
         return true;
     noteNamed(place, record.kind);
     const bool isOfNode = record.kind == RecordKind::Node || record.kind == RecordKind::NodeGone;
-    if (isOfNode ? isNodePassedOver(place) : isPassedOver(place))
+    if (isOfNode ? isNodePassedOver(place) : isPassedOver(place)) {
+        nodesMayBeOwn = nodesMayBeOwn || isOfNode;
         return true;
+    }
     switch (record.kind) {
     case RecordKind::Node:
         applyNode(place);
@@ -258,6 +260,8 @@ void MirrorClient::applyValue(Place place, const Record &record)
     if (!paths[place].value)
         paths.bind(place, value);
     fresh.remove(value);
+    if (nodesMayBeOwn)
+        shareNodesAbove(*value);
     applyFrames(place, record.frames);
 }
 
@@ -269,6 +273,8 @@ void MirrorClient::addValue(Place place, const Record &record)
         return;
     arriving = place;
     tellObservers(sourceName, [&] { tree.addValueAt(valuePath, std::move(value), this); });
+    if (nodesMayBeOwn && paths[place].value)
+        shareNodesAbove(*paths[place].value);
 }
 
 void MirrorClient::applyValueGone(Place place)

@@ -105,6 +105,7 @@ Side::Side(Tree &tree, const QString &top, bool isServer) : tree(tree), top(top)
 
 Side::~Side()
 {
+    tree.removeNode(QStringLiteral("/")); // whose items know this as their observer
     tree.removeListener(this);
 }
 
