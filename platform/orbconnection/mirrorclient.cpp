@@ -130,6 +130,7 @@ void MirrorClient::itemRemoved(values::TreeItem &item, IObserver *originator)
     if (item.isNode()) {
         const Place place = paths.find(item.GetPathName());
         staleNodes.erase(item.GetPathName());
+        keptNodes.erase(item.GetPathName());
         if (place && std::exchange(paths[place].hasNode, false) && isToldToServer)
             makeDirty(place, nodePart);
         return;
@@ -138,6 +139,8 @@ void MirrorClient::itemRemoved(values::TreeItem &item, IObserver *originator)
     fresh.remove(value);
     wanted.erase(item.GetPathName());
     staleValues.remove(item.GetPathName());
+    if (!keptNodes.empty())
+        writer.wantFlush();
     const Place place = paths.find(value);
     if (!place)
         return;
@@ -211,6 +214,7 @@ void MirrorClient::noteSharedNode(const QString &nodePath)
 {
     mayBeKnown = true;
     paths[paths.placeOf(nodePath)].hasNode = true;
+    keptNodes.erase(nodePath);
 }
 
 void MirrorClient::makeDirty(Place place, Parts parts)
@@ -233,6 +237,7 @@ void MirrorClient::tellEvent(Place place)
 bool MirrorClient::flush()
 {
     fresh.clear();
+    removeKeptNodes();
     const bool isClean = writeDirty(true);
     writer.flush();
     return isClean;

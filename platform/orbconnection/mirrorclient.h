@@ -105,6 +105,7 @@ private:
     bool goesWithItsNode(const values::ValueBase &value);
     void removeNode(const QString &nodePath);
     void removeIfEmpty(const QString &nodePath);
+    void removeKeptNodes();
     void removeUnnamed();
     void announceWanted();
     void noteStale(const PathTable::Entry &entry);
@@ -124,6 +125,7 @@ private:
     QString arrivingNode; // that is being added
     QSet<QString> staleValues; // mirrored in a session before, not named yet in this one
     std::set<QString> staleNodes;
+    std::set<QString> keptNodes; // gone at the server, here for the sake of values that it does not know
     QSet<const values::ValueBase *> fresh; // created since the last flush: what is set of them is their seed
     std::set<QString> wanted;              // set here before the server could be told of them
     bool mayBeKnown = false;               // what the server names

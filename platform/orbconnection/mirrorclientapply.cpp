@@ -199,6 +199,7 @@ void MirrorClient::applyNode(Place place)
 {
     paths[place].hasNode = true;
     arrivingNode = paths[place].path;
+    keptNodes.erase(arrivingNode);
     tellObservers(sourceName, [this] { tree.addNode(QString(arrivingNode), this); });
     arrivingNode.clear();
 }
@@ -237,8 +238,19 @@ void MirrorClient::removeNode(const QString &nodePath)
 void MirrorClient::removeIfEmpty(const QString &nodePath)
 {
     const values::Node *const node = tree.findNode(nodePath);
-    if (node && nodePath != path.top() && node->GetTreeItems().empty())
+    if (!node || nodePath == path.top())
+        return;
+    if (node->GetTreeItems().empty())
         tellObservers(sourceName, [&] { tree.removeNode(nodePath, this); });
+    else
+        keptNodes.insert(nodePath);
+}
+
+void MirrorClient::removeKeptNodes()
+{
+    const std::set<QString> kept = std::exchange(keptNodes, {});
+    for (auto nodePath = kept.rbegin(); nodePath != kept.rend(); ++nodePath)
+        removeIfEmpty(*nodePath);
 }
 
 void MirrorClient::applyValue(Place place, const Record &record)
