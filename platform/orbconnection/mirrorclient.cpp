@@ -37,8 +37,12 @@ MirrorClient::~MirrorClient()
 
 void MirrorClient::begin()
 {
-    for (Place place = 1; place <= paths.last(); ++place)
-        noteStale(paths[place]);
+    for (Place place = 1; place <= paths.last(); ++place) {
+        if (paths[place].value)
+            staleValues.insert(paths[place].path);
+        if (paths[place].hasNode)
+            staleNodes.insert(paths[place].path);
+    }
     paths.clear();
     serverNamed.clear();
     writer.restart();
@@ -48,19 +52,6 @@ void MirrorClient::begin()
     const values::Node *const top = tree.findNode(path.top());
     nodesMayBeOwn = top && std::ranges::any_of(top->GetTreeItems(), &values::TreeItem::isNode);
     inSession = true;
-}
-
-void MirrorClient::noteStale(const PathTable::Entry &entry)
-{
-    if (entry.hasNode)
-        staleNodes.insert(entry.path);
-    if (!entry.value)
-        return;
-    staleValues.insert(entry.path);
-    // What the server has not told of was announced from here, and its nodes are there for its sake.
-    QString above = entry.valueNamed ? QString() : entry.path;
-    while ((above = above.left(above.lastIndexOf(u'/'))).size() > path.top().size())
-        staleNodes.insert(above);
 }
 
 void MirrorClient::lose()

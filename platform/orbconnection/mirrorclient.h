@@ -108,7 +108,6 @@ private:
     void removeKeptNodes();
     void removeUnnamed();
     void announceWanted();
-    void noteStale(const PathTable::Entry &entry);
 
     values::Tree &tree;
     const MirroredPath path;

@@ -114,7 +114,7 @@ protected:
 TEST_F(MirrorSimulation, EndsEqualWhereverItRests)
 {
     const std::uint64_t first = numberFrom("KORVE_SIMULATION_SEED", 1);
-    const std::uint64_t runs = numberFrom("KORVE_SIMULATION_RUNS", 1000);
+    const std::uint64_t runs = numberFrom("KORVE_SIMULATION_RUNS", 2000);
     for (std::uint64_t seed = first; seed < first + runs; ++seed)
         ASSERT_EQ(differenceAfter(seed), "") << "KORVE_SIMULATION_SEED=" << seed << " repeats it";
 }
