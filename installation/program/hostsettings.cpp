@@ -1,5 +1,7 @@
 #include "installation/program/hostsettings.h"
 
+#include "installation/recorder/deviceid.h"
+
 #include "appruntime/cfgcenter.h"
 #include "orbconnection/vtserver.h"
 
@@ -120,6 +122,7 @@ recorder::RecorderConfiguration HostSettings::recorder() const
 {
     recorder::RecorderConfiguration configuration;
     configuration.statePath = stateFolder(Role::Recorder);
+    configuration.deviceId = deviceId();
     configuration.firmwareVersion =
         text("recorder", "firmware", QString::fromStdString(configuration.firmwareVersion)).toStdString();
     configuration.linkAddress = address();
@@ -129,11 +132,10 @@ recorder::RecorderConfiguration HostSettings::recorder() const
 
 QString HostSettings::deviceId() const
 {
-    const QString id = text("recorder", "device", QStringLiteral("KORVE1"));
-    const bool isPlain = std::all_of(id.cbegin(), id.cend(), [](QChar character) {
-        return character > u' ' && character < u'\x7f' && character != u'/';
-    });
-    if (!isPlain)
+    const QString id = text("recorder", "device");
+    if (id.isEmpty())
+        return recorder::deviceIdOf(stateFolder(Role::Recorder), publishedAddress());
+    if (!recorder::isDeviceId(id))
         refuse("recorder", "device", id, "not printable ASCII without blanks and \"/\"");
     return id;
 }

@@ -23,7 +23,7 @@ public:
     CentralObjectConfiguration centralService() const;
     ManagerConfiguration manager() const;
     recorder::RecorderConfiguration recorder() const;
-    /// Printable ASCII without "/".
+    /// As the file says, else as recorder::deviceIdOf() does. @throws recorder::RecorderError
     QString deviceId() const;
     QString stateFolder(Role role) const;
     /// Of the fault script; empty when there is none. A relative path in the INI file counts from there.

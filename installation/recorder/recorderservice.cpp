@@ -2,6 +2,7 @@
 
 #include "installation/calls/servedobjects.h"
 #include "installation/recorder/controlservant.h"
+#include "installation/recorder/deviceid.h"
 #include "installation/recorder/recordererror.h"
 #include "installation/recorder/recordstore.h"
 #include "installation/recorder/sessions.h"
@@ -65,6 +66,8 @@ public:
               objects, store, activities, notifier, [clock = clock] { return clock->nowUs(); },
               hostOf(configuration.linkAddress), hostOf(configuration.publishedLinkAddress)}))
     {
+        if (!configuration.deviceId.isEmpty())
+            keepDeviceId(configuration.statePath, configuration.deviceId); // the store has the folder for itself now
         tellChanges(*store, notifier);
         control = objects.serve<ControlServant>(configuration.objectKey, store, operations, sessions,
                                                 configuration.firmwareVersion);

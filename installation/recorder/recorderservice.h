@@ -16,6 +16,7 @@ namespace installation::recorder
 
 struct RecorderConfiguration {
     QString statePath; ///< folder of the records and the catalogue
+    QString deviceId{}; ///< kept there; empty: no other than what is kept
     std::string objectKey = "IF_Control";
     std::string firmwareVersion = "KRV#R100#0.1_0.1";
     std::chrono::milliseconds answerLimit{8000}; ///< below the time that callers wait

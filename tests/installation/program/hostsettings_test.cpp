@@ -18,6 +18,7 @@ protected:
         for (const char *name : {"KORVE_ADDRESS", "KORVE_CCO", "STATE_DIRECTORY"})
             qunsetenv(name);
         line.roles = {std::begin(allRoles), std::end(allRoles)};
+        line.stateFolder = folder.filePath(QStringLiteral("state"));
     }
     ~HostSettingsTest() override { qunsetenv("KORVE_ADDRESS"), qunsetenv("KORVE_CCO"), qunsetenv("STATE_DIRECTORY"); }
 
@@ -72,8 +73,15 @@ TEST_F(HostSettingsTest, NeedNoFile)
     EXPECT_THAT(settings.orb().ports, testing::ElementsAre(8003, 8004));
     EXPECT_EQ(settings.manager().workstationName, QLatin1String("127.0.0.1"));
     EXPECT_FALSE(settings.manager().archive);
-    EXPECT_EQ(settings.deviceId(), QLatin1String("KORVE1"));
+    EXPECT_EQ(settings.deviceId(), QLatin1String("KORVE-127.0.0.1"));
     EXPECT_EQ(settings.centralService().subsystemName, "Main");
+}
+
+TEST_F(HostSettingsTest, NameTheDeviceAfterItsHost)
+{
+    EXPECT_EQ(withFile("[host]\naddress=127.1.2.3\npublish=192.0.2.10\n").deviceId(), QLatin1String("KORVE-192.0.2.10"));
+    EXPECT_EQ(withFile("[recorder]\ndevice=KORVE7\n").deviceId(), QLatin1String("KORVE7"));
+    EXPECT_EQ(withFile("[recorder]\ndevice=KORVE7\n").recorder().deviceId, QLatin1String("KORVE7"));
 }
 
 TEST_F(HostSettingsTest, TakeTheSample)
@@ -83,7 +91,7 @@ TEST_F(HostSettingsTest, TakeTheSample)
     EXPECT_EQ(settings.orb().address, QLatin1String("127.0.0.1"));
     EXPECT_EQ(settings.centralService().subsystemName, "Main");
     EXPECT_TRUE(settings.centralService().peers.empty());
-    EXPECT_EQ(settings.deviceId(), QLatin1String("KORVE1"));
+    EXPECT_EQ(settings.deviceId(), QLatin1String("KORVE-127.0.0.1"));
 }
 
 TEST_F(HostSettingsTest, PublishAndNameTheWorkstationAsTheFileSays)
@@ -172,6 +180,7 @@ TEST_F(HostSettingsTest, NameTheVariableThatCannotBeMeant)
 TEST_F(HostSettingsTest, KeepTheStateWhereTheyAreTold)
 {
     qputenv("STATE_DIRECTORY", "/var/lib/korve");
+    line.stateFolder.clear();
     EXPECT_EQ(HostSettings(line).stateFolder(Role::Manager), QLatin1String("/var/lib/korve/manager"));
     line.stateFolder = QStringLiteral("/state");
     EXPECT_EQ(HostSettings(line).stateFolder(Role::Recorder), QLatin1String("/state/recorder"));
@@ -182,5 +191,6 @@ TEST_F(HostSettingsTest, KeepTheStateWhereTheyAreTold)
 TEST_F(HostSettingsTest, KeepTheStateOfEachRoleApartByDefault)
 {
     line.roles = {Role::Recorder};
+    line.stateFolder.clear();
     EXPECT_TRUE(HostSettings(line).stateFolder(Role::Recorder).endsWith(QLatin1String("/korve/recorder")));
 }

@@ -55,7 +55,7 @@ TEST(OneProcess, RunsAllServicesOfAHost)
     EXPECT_EQ(services.nextLine(), QStringLiteral("ready manager %1:8004").arg(lease.address()));
 
     const QString file = writeWavFile(folder.path(), QStringLiteral("a.wav"), 10);
-    Program import(lease.address(), {QStringLiteral("import"), QStringLiteral("KORVE1"), file});
+    Program import(lease.address(), {QStringLiteral("import"), QStringLiteral("KORVE-") + lease.address(), file});
     EXPECT_EQ(import.exitCodeWhenEnded(), 0);
     services.terminate();
     EXPECT_EQ(services.exitCodeWhenEnded(), 0);
