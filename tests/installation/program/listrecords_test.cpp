@@ -2,12 +2,42 @@
 
 #include "tests/installation/manager/wavfile.h"
 
+#include <QFile>
 #include <QProcess>
 
 namespace
 {
 
-using Example = InstallationFixture;
+/// The first program of the README.
+class Example : public InstallationFixture
+{
+protected:
+    static Run listRecords()
+    {
+        QProcess client;
+        client.start(QStringLiteral(LISTRECORDS_PROGRAM), QStringList());
+        EXPECT_TRUE(client.waitForFinished(30000));
+        return {client.exitStatus() == QProcess::NormalExit ? client.exitCode() : -1,
+                QString::fromUtf8(client.readAllStandardOutput()), QString::fromUtf8(client.readAllStandardError())};
+    }
+    static void expectList(const Run &run)
+    {
+        EXPECT_EQ(run.exitCode, 0) << run.errors.toStdString();
+        EXPECT_TRUE(run.output.contains(QLatin1String("records, error 0\n"))) << run.output.toStdString();
+        EXPECT_TRUE(run.output.contains(QLatin1String("  listed, "))) << run.output.toStdString();
+        EXPECT_FALSE(run.errors.contains(QLatin1String("No application runs"))) << run.errors.toStdString();
+    }
+    static void startManager(const QByteArray &faults)
+    {
+        QFile script(filePath("first.faults"));
+        ASSERT_TRUE(script.open(QIODevice::WriteOnly) && script.write(faults) == faults.size());
+        script.close();
+        shared->manager->kill();
+        shared->manager = std::make_unique<ServiceProcess>(
+            QStringLiteral(INSTALLATION_PROGRAM), argumentsOf("manager") << QStringLiteral("--faults") << script.fileName());
+        EXPECT_TRUE(managerKnowsTheDevice());
+    }
+};
 
 } // namespace
 
@@ -15,12 +45,22 @@ TEST_F(Example, ListsTheRecordsOfADevice)
 {
     ASSERT_TRUE(managerKnowsTheDevice());
     ASSERT_EQ(import({writeWavFile(shared->folder.path(), QStringLiteral("listed.wav"), 10)}).exitCode, 0);
-    QProcess client;
-    client.start(QStringLiteral(LISTRECORDS_PROGRAM), QStringList());
-    ASSERT_TRUE(client.waitForFinished(30000)) << client.readAllStandardError().toStdString();
-    EXPECT_EQ(client.exitCode(), 0);
-    const QString output = QString::fromUtf8(client.readAllStandardOutput());
-    EXPECT_TRUE(output.startsWith(QLatin1String("REC1: "))) << output.toStdString();
-    EXPECT_TRUE(output.contains(QLatin1String("records, error 0\n"))) << output.toStdString();
-    EXPECT_TRUE(output.contains(QLatin1String("  listed, "))) << output.toStdString();
+    expectList(listRecords());
+}
+
+TEST_F(Example, AsksAgainWhenTheManagerDoesNotAnswer)
+{
+    startManager("on getAllDevices raise TRANSIENT once");
+    expectList(listRecords());
+    startManager("");
+}
+
+TEST_F(Example, SaysThatNobodyAnswers)
+{
+    shared->manager->kill();
+    const Run run = listRecords();
+    shared->manager = start("manager");
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.output, QString());
+    EXPECT_TRUE(run.errors.contains(QLatin1String("No recorder manager answers"))) << run.errors.toStdString();
 }
