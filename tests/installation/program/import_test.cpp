@@ -64,6 +64,29 @@ TEST_F(Import, MakesRecordsOfFilesAndNamesThem)
     EXPECT_EQ(QString::fromUtf8(metaData->korveAddress), address());
 }
 
+TEST_F(Import, ShowsClientsWhereTheFrequencyChanges)
+{
+    ASSERT_TRUE(managerKnowsTheDevice());
+    const auto write = [](const QString &path, const QByteArray &bytes) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    };
+    write(filePath("tuned.sigmf-data"), QByteArray(4000, 's'));
+    write(filePath("tuned.sigmf-meta"), R"({"global": {"core:datatype": "ci16_le", "core:sample_rate": 1000},
+        "captures": [{"core:sample_start": 0, "core:frequency": 98500000, "core:datetime": "2023-11-14T22:13:20Z"},
+                     {"core:sample_start": 400, "core:frequency": 100000000}]})");
+    const Run done = import({filePath("tuned.sigmf-meta")});
+    ASSERT_EQ(done.exitCode, 0) << done.errors.toStdString();
+    const QByteArray id = done.output.trimmed().section(QStringLiteral(": "), -1).toLatin1();
+    const TQ_KRV::IF_KORVE_Admin_var admin = TQ_KRV::IF_KRV_c_KRV_var(manager())->getKorveAdminInterface();
+    TQ_KRV::struRECORD_DATA_var record;
+    ASSERT_EQ(admin->getRecord("REC1", id.constData(), record.out()), 0u);
+    ASSERT_EQ(record->indexEntries.length(), 3u);
+    EXPECT_EQ(record->indexEntries[1].recordOffset, 1600u);
+    EXPECT_EQ(record->indexEntries[1].timestamp, 1'700'000'000'400'000u);
+    EXPECT_EQ(record->indexEntries[1].tunerFrequency, 100'000'000u);
+}
+
 TEST_F(Import, ShowsItsProgressOnATerminal)
 {
     ASSERT_TRUE(managerKnowsTheDevice());
