@@ -88,7 +88,7 @@ std::vector<CallbackList::Registered> CallbackList::callbacks() const
     const std::scoped_lock lock(mutex);
     std::vector<Registered> all;
     for (const auto &[key, subscription] : active)
-        all.push_back({key, subscription.queue->callback()});
+        all.push_back({key, subscription.queue->callback(), subscription.owner});
     return all;
 }
 

@@ -17,6 +17,7 @@ public:
     struct Registered {
         std::string key;
         CCO::Callback_var callback;
+        std::string owner; ///< the address that has registered it
     };
 
     explicit CallbackList(std::chrono::milliseconds callLimit);

@@ -57,20 +57,23 @@ void CentralObjectParts::addRegistered(std::vector<Prober::Target> &targets)
         const Holder holder(entry.content);
         if (!holder.canBeAsked())
             continue; // mere values are there until somebody takes them away
-        targets.push_back({"name " + entry.name, [this, entry, holder, limit] {
-                               if (registry.drop(entry, holder.ask(limit)))
-                                   traceDropped(entry.name, holder);
-                           }});
+        const auto probe = [this, entry, holder, limit] {
+            if (registry.drop(entry, holder.ask(limit)))
+                traceDropped(entry.name, holder);
+        };
+        targets.push_back({"name " + entry.name, probe, entry.owner});
     }
 }
 
 void CentralObjectParts::addCallbacks(std::vector<Prober::Target> &targets)
 {
-    for (const CallbackList::Registered &registered : callbacks.callbacks())
-        targets.push_back({"callback " + registered.key, [this, registered] {
-                               const auto limit = configuration.timing.answerLimit;
-                               callbacks.drop(registered.key, askObject(registered.callback, limit));
-                           }});
+    for (const CallbackList::Registered &registered : callbacks.callbacks()) {
+        const auto probe = [this, registered] {
+            const auto limit = configuration.timing.answerLimit;
+            callbacks.drop(registered.key, askObject(registered.callback, limit));
+        };
+        targets.push_back({"callback " + registered.key, probe, registered.owner});
+    }
 }
 
 } // namespace installation

@@ -4,6 +4,8 @@
 
 #include <omniORB4/CORBA.h>
 
+#include <algorithm>
+
 namespace installation
 {
 
@@ -14,6 +16,7 @@ constexpr const char *sourceName = "installation/cco/prober";
 
 // Enough for several silent targets at a time, each of which holds a thread until its limit.
 constexpr int workerCount = 4;
+constexpr int mostWorkersOfOneSource = workerCount - 1;
 
 void run(const Prober::Target &target)
 {
@@ -88,16 +91,28 @@ void Prober::work()
 {
     std::unique_lock lock(mutex);
     for (;;) {
-        workDue.wait(lock, [this] { return stopping || !waiting.empty(); });
+        workDue.wait(lock, [this] { return stopping || nextTarget() != waiting.end(); });
         if (stopping)
             return;
-        const Target target = std::move(waiting.front());
-        waiting.pop_front();
+        const auto next = nextTarget();
+        const Target target = std::move(*next);
+        waiting.erase(next);
+        ++threadsOfSources[target.source];
         lock.unlock();
         run(target);
         lock.lock();
         underWay.erase(target.key);
+        if (--threadsOfSources[target.source] == 0)
+            threadsOfSources.erase(target.source);
     }
+}
+
+std::deque<Prober::Target>::iterator Prober::nextTarget()
+{
+    return std::ranges::find_if(waiting, [this](const Target &target) {
+        const auto busy = threadsOfSources.find(target.source);
+        return busy == threadsOfSources.end() || busy->second < mostWorkersOfOneSource;
+    });
 }
 
 } // namespace installation

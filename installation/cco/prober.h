@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <deque>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <set>
 #include <string>
@@ -22,6 +23,7 @@ public:
     struct Target {
         std::string key;
         std::function<void()> probe; ///< runs on a thread of the prober
+        std::string source{};        ///< who wants it asked; one of them never has all threads
     };
     /// Called on a thread of the prober at the begin of each round.
     using Targets = std::function<std::vector<Target>()>;
@@ -42,12 +44,14 @@ private:
     void makeRounds();
     void schedule(std::vector<Target> targets);
     void work();
+    std::deque<Target>::iterator nextTarget();
 
     const std::chrono::milliseconds interval;
     const Targets targets;
-    std::mutex mutex; // guards the four members below; not held while anything is probed
+    std::mutex mutex; // guards the five members below; not held while anything is probed
     std::deque<Target> waiting;
     std::set<std::string> underWay; ///< waiting or being probed
+    std::map<std::string, int> threadsOfSources; ///< that are probing for them
     bool hurried = false;
     bool stopping = false;
     std::condition_variable roundDue;

@@ -137,7 +137,8 @@ std::vector<Registry::Entry> Registry::entries() const
 Registry::Entry Registry::entryOf(const Names::value_type &name)
 {
     const Registered &registered = name.second;
-    return {name.first, registered.content, registered.holding, registered.registration};
+    return {name.first, registered.content, registered.holding, registered.registration,
+            registered.cost.owner};
 }
 
 void Registry::add(const std::string &name, const Content &content, const NameRooms::Cost &cost)

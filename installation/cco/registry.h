@@ -34,6 +34,7 @@ public:
         Content content;
         std::uint64_t holding;      ///< another number for each holder of the name
         std::uint64_t registration; ///< another number for each repetition, too
+        std::string owner;          ///< the address that has registered it
     };
     /// What becomes of a registration.
     struct Outcome {

@@ -48,6 +48,23 @@ TEST(AProber, IsNotHeldUpByOneSilentTarget)
     EXPECT_TRUE(waitUntil([&] { return silentAsked >= 2; }));
 }
 
+TEST(AProber, IsNotHeldUpByASourceOfManySilentTargets)
+{
+    std::promise<void> answer;
+    const std::shared_future<void> silence(answer.get_future());
+    std::atomic<int> asked = 0;
+    Prober prober(1ms, [&] {
+        std::vector<Prober::Target> targets;
+        for (int i = 0; i < 20; ++i)
+            targets.push_back({"silent " + std::to_string(i), [&] { silence.wait(); }, "10.0.0.1"});
+        targets.push_back({"A", [&] { ++asked; }, "10.0.0.2"});
+        return targets;
+    });
+    prober.start();
+    EXPECT_TRUE(waitUntil([&] { return asked >= 5; }));
+    answer.set_value();
+}
+
 TEST(AProber, MakesARoundAtOnceWhenHurried)
 {
     std::atomic<int> asked = 0;
