@@ -2,10 +2,12 @@
 
 #include "objectmodel/bookmarkentry.h"
 #include "objectmodel/korve_recorddata.h"
+#include "tests/appruntime/capturedtraces.h"
 
 #include <QDateTime>
 
 #include <algorithm>
+#include <stdexcept>
 
 using KORVE_XML::KORVE_RecordData;
 
@@ -108,17 +110,18 @@ template <TQ_KORVE::eRECORD_STATUS status> int isNow(World &world, int)
     return world.status() == status ? 1 : 0;
 }
 
-void beIdle(World &world, int)
-{
-    world.openChannel();
-    world.replay->StopReplay(world.device, world.record); // if there is one that this manager knows
-    world.recorder->setRecordIdle(world.recordUtf8);
-}
-
 void beReplayed(World &world, int)
 {
     world.openChannel();
     world.replayAnew();
+}
+
+/// Also for the manager, which may not have found out yet what has become of the replay before.
+void beIdle(World &world, int round)
+{
+    beReplayed(world, round);
+    if (world.replay->StopReplay(world.device, world.record) != 0)
+        throw std::runtime_error("the record is still replayed");
 }
 
 void bePaused(World &world, int round)
@@ -131,6 +134,9 @@ std::vector<CommandUnderFire> replayCommands()
 {
     return {
         {"StartReplay", beIdle, [](World &w, int) { return w.startReplay(); }, isNow<TQ_KORVE::rsREPLAYING>, byReplay},
+        {"StartReplayReceivers", beIdle,
+         [](World &w, int) { return w.startReplay(KORVE_XML::NetIfParams::TCP_IF); }, isNow<TQ_KORVE::rsREPLAYING>,
+         byReplay},
         {"PauseReplay", beReplayed, [](World &w, int) { return w.replay->PauseReplay(w.device, w.record); },
          isNow<TQ_KORVE::rsREADY_FOR_REPLAY>, byReplay},
         {"ContinueReplay", bePaused, [](World &w, int) { return w.replay->ContinueReplay(w.device, w.record); },
@@ -210,6 +216,10 @@ std::vector<CommandUnderFire> changingCommands()
          [](World &w, int round) { return w.has(w.copies[round]) ? 0 : 1; },
          [](const World &) { return true; }, 1},
         {"overviewSpectrumStreamed", countWhatIsShown, showSpectrum, isShown, byAdmin},
+        {"exportRecord", [](World &w, int round) { w.exporter->begin(w.exportId(round), false); },
+         [](World &w, int) { return w.startExport() ? 0ul : 1ul; },
+         [](World &w, int round) { return w.exporter->ordersOf(w.exportId(round)); },
+         [](const World &) { return true; }, 1},
         {"SetDeviceTime", nothing,
          [](World &w, int round) { return w.admin->SetDeviceTime(w.device, timeToSet(round)); }, isTimeSet, byAdmin},
     };
@@ -281,6 +291,33 @@ unsigned long askForArchive(World &w, int)
     return answered(w, isThere ? 0 : 1, host == QLatin1String("archive.example") && port == 8010);
 }
 
+/// An export that goes on until it is cancelled, or its manager dies.
+void beExported(World &w, int round)
+{
+    noAnswerYet(w, round);
+    w.exporter->begin(w.exportId(round), true);
+    if (!w.startExport() || !w.exporter->isWaitedFor())
+        throw std::runtime_error("there is no export to be cancelled");
+}
+
+unsigned long cancelExport(World &w, int round)
+{
+    const bool isCancelled = w.exports->cancelExport(QString::fromStdString(w.exportId(round)));
+    w.exporter->release();
+    return answered(w, isCancelled ? 0 : 1, true);
+}
+
+/// No manager here restores anything: the right answer is the refusal, which only a trace tells from silence.
+unsigned long askToRestore(World &w, int round)
+{
+    static CapturedTraces traces(32);
+    traces.take();
+    const QString group = QString::fromStdString(nameOf(round));
+    w.admin->restorePelinFilegroup(w.device, w.record, group);
+    const bool isRefused = traces.contain("file group " + group.toStdString() + " cannot be restored");
+    return answered(w, isRefused ? 0 : 1, true);
+}
+
 CommandUnderFire question(const char *name, unsigned long whenSilent, unsigned long (*ask)(World &, int))
 {
     return {name, noAnswerYet, ask, rightAnswers, [](const World &) { return true; }, whenSilent, true};
@@ -300,6 +337,9 @@ const std::vector<CommandUnderFire> &commandsUnderFire()
         commands.push_back(question("GetDeviceTime", 210, askForTime));
         commands.push_back(question("recordDataFormat", 1, askForFormat));
         commands.push_back(question("pelinConnectionParameter", 1, askForArchive));
+        commands.push_back(question("restorePelinFilegroup", 1, askToRestore));
+        commands.push_back(question("cancelExport", 1, cancelExport));
+        commands.back().prepare = beExported;
         return commands;
     }();
     return all;

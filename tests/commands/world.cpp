@@ -57,9 +57,18 @@ QByteArray addressOfReceiver(const QString &record)
 
 } // namespace
 
-World::World(const QString &recordId) : record(recordId), recorder(findRecorder())
+World::World(const QString &recordId) : record(recordId), recorder(findRecorder()), exporter(new ObservedExporter)
 {
+    const PortableServer::ObjectId_var id = CorbaCommon::OrbHandler::Instance().rootPoa()->activate_object(exporter);
     connect();
+}
+
+World::~World()
+{
+    const PortableServer::POA_ptr poa = CorbaCommon::OrbHandler::Instance().rootPoa();
+    const PortableServer::ObjectId_var id = poa->servant_to_id(exporter);
+    poa->deactivate_object(id);
+    exporter->_remove_ref();
 }
 
 void World::connect()
@@ -149,6 +158,22 @@ void World::openChannel()
 unsigned long World::startReplay()
 {
     return replay->StartReplay(device, record, KORVE_XML::KORVE_RecordData::VUHF_200k, 0, recordBytes, 0);
+}
+
+unsigned long World::startReplay(KORVE_XML::NetIfParams::KorveInterfaceType type)
+{
+    return replay->StartReplay(device, record, KORVE_XML::KORVE_RecordData::VUHF_200k, 0, recordBytes, 0, type);
+}
+
+std::string World::exportId(int round) const
+{
+    return "REC1@" + record.toStdString() + "@a@b@" + std::to_string(round);
+}
+
+bool World::startExport()
+{
+    const TQ_KRV::IF_ExportCallback_var reference = exporter->_this();
+    return exports->exportRecord(reference);
 }
 
 void World::replayAnew()

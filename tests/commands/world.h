@@ -6,6 +6,7 @@
 #include "connectionmanagement/hmiserverconnectiondata.h"
 #include "connectionmanagement/korveguitoservercorbahandler.h"
 #include "idl/korve.hh"
+#include "tests/commands/observedexporter.h"
 #include "tests/support/connectioncounter.h"
 
 #include <map>
@@ -19,6 +20,8 @@ class World
 public:
     /// Connects, which must succeed. @p recordId is the record that commands are about.
     explicit World(const QString &recordId);
+    ~World();
+    World(const World &) = delete;
 
     /// New handlers, as after a start of the client.
     void connect();
@@ -40,6 +43,11 @@ public:
     /// Ends what the recorder does with the record, and has it replayed anew.
     void replayAnew();
     unsigned long startReplay();
+    /// On a channel with an interface of that type.
+    unsigned long startReplay(KORVE_XML::NetIfParams::KorveInterfaceType type);
+    /// The id of the export of that round, of the exporter of this client.
+    std::string exportId(int round) const;
+    bool startExport();
 
     /// Of a command that only asks.
     int rightAnswers = 0;
@@ -57,6 +65,8 @@ public:
     std::unique_ptr<KorveGUI::GuiToServerAdminCorbaHandler> admin;
     std::unique_ptr<KorveGUI::GuiToServerReplayCorbaHandler> replay;
     std::unique_ptr<KorveGUI::GuiToServerExportCorbaHandler> exports;
+
+    ObservedExporter *const exporter; ///< counted by the ORB
 
 private:
     bool hasChannel = false;
