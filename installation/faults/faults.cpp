@@ -45,7 +45,7 @@ void strike(const ProcessFault &fault)
 
 std::vector<Event> eventsFor(const FaultScript &script, const FaultySide &side)
 {
-    std::vector<Event> events = diskEvents(script.disks, side.device, side.setDiskFull);
+    std::vector<Event> events = diskEvents(script.disks, side.device, side.setDiskError);
     for (const ProcessFault &fault : script.processes)
         if (side.roles.contains(fault.role))
             events.push_back({fault.at, [fault] { strike(fault); }});

@@ -11,9 +11,9 @@ namespace installation::faults
 
 /// What the script needs to know of a process, and what it can do with it.
 struct FaultySide {
-    std::set<std::string> roles;          ///< that run in this process
-    std::string device{};                 ///< the id of its recorder
-    std::function<void(bool)> setDiskFull; ///< of that recorder; called on any thread
+    std::set<std::string> roles;           ///< that run in this process
+    std::string device{};                  ///< the id of its recorder
+    std::function<void(int)> setDiskError; ///< has that recorder's disk fail with an `errno`, 0: not; called on any thread
 };
 
 /// The faults of one script in one process, for as long as it lives. Needs an ORB. Faults of roles and devices that are

@@ -73,6 +73,7 @@ struct ProcessFault {
 };
 
 struct DiskFault {
+    int error; ///< the `errno` that what is written fails with
     std::string device;
     TimeWindow window{};
 };

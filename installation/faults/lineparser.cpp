@@ -4,6 +4,7 @@
 #include "installation/faults/roles.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <stdexcept>
 
@@ -104,11 +105,19 @@ void LineParser::parseProcess()
 
 void LineParser::parseDisk()
 {
-    require("full");
+    const int error = takeDiskError();
     require("on");
-    DiskFault fault{take("the id of a device")};
+    DiskFault fault{error, take("the id of a device")};
     fault.window = takeWindow();
     script.disks.push_back(fault);
+}
+
+int LineParser::takeDiskError()
+{
+    if (takeIf("full"))
+        return ENOSPC;
+    require("defect");
+    return EIO;
 }
 
 void LineParser::parseCall()

@@ -18,6 +18,7 @@ public:
 private:
     void parseProcess();
     void parseDisk();
+    int takeDiskError();
     void parseCall();
     std::string takeRoleOfCall();
     std::string takeOperation(const std::string &role);

@@ -31,7 +31,7 @@ std::unique_ptr<faults::Faults> faultsOf(const faults::FaultScript &script, cons
 {
     if (script.isEmpty())
         return {};
-    faults::FaultySide side{{}, settings.deviceId().toStdString(), recorder::setDiskFull};
+    faults::FaultySide side{{}, settings.deviceId().toStdString(), recorder::setDiskError};
     for (const Role role : line.roles)
         side.roles.insert(nameOf(role).toStdString());
     return std::make_unique<faults::Faults>(script, side);

@@ -10,23 +10,23 @@ namespace installation::recorder
 
 namespace
 {
-std::atomic<bool> diskIsFull = false;
+std::atomic<int> diskError = 0;
 }
 
-void setDiskFull(bool isFull)
+void setDiskError(int error)
 {
-    diskIsFull = isFull;
+    diskError = error;
 }
 
 bool isDiskFull()
 {
-    return diskIsFull.load(std::memory_order_relaxed);
+    return diskError.load(std::memory_order_relaxed) == ENOSPC;
 }
 
 ssize_t writeToDisk(int descriptor, const QByteArray &bytes, qint64 offset)
 {
-    if (isDiskFull()) {
-        errno = ENOSPC;
+    if (const int error = diskError.load(std::memory_order_relaxed)) {
+        errno = error;
         return -1;
     }
     return ::write(descriptor, bytes.constData() + offset, bytes.size() - offset);

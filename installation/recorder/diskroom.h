@@ -7,12 +7,13 @@
 namespace installation::recorder
 {
 
-/// Has the disk of the recorder in this process refuse what is written, as a full one does, until it is told otherwise.
+/// Has the disk of the recorder in this process refuse what is written with that `errno`, until it is told otherwise (0).
 /// It is for fault scripts.  Thread: any.
-void setDiskFull(bool isFull);
+void setDiskError(int error);
+/// Whether that is the error of a full one.
 bool isDiskFull();
 
-/// As `::write` of the bytes from @p offset on; -1 with `ENOSPC` in `errno` while the disk is to be full.
+/// As `::write` of the bytes from @p offset on; -1 with the disk's error in `errno` while it is to refuse.
 ssize_t writeToDisk(int descriptor, const QByteArray &bytes, qint64 offset);
 
 } // namespace installation::recorder

@@ -1,5 +1,6 @@
 #include "tests/faults/client.h"
 
+#include "idl/korve.hh"
 #include "objectmodel/bookmarkentry.h"
 #include "objectmodel/korve_recorddata.h"
 #include "orbconnection/orbhandler.h"
@@ -36,7 +37,7 @@ std::string toldTruth(bool isTrue)
 } // namespace
 
 Client::Client(const QString &address, const std::string &recordId)
-    : record(QString::fromStdString(recordId)), station(std::make_shared<Station>(address)),
+    : address(address), record(QString::fromStdString(recordId)), station(std::make_shared<Station>(address)),
       handler(std::make_shared<KorveGuiToServerCorbaHandler>(QStringLiteral("Main"), station, address)),
       channel(address, [this] { return handler->GetKorveInterface(); })
 {
@@ -202,6 +203,17 @@ std::string Client::registerChannel(bool isForReplay)
     return toldTruth(!CORBA::is_nil(channel));
 }
 
+void Client::linkByAnother()
+{
+    const CORBA::Object_var found = OrbHandler::Instance().ResolveInterfaceViaCCO(
+        "CCO/LocalSystem/LocalSubSystem/CentralServices/KorveRecorder/REC1/IF_Control", address);
+    const TQ_KORVE::IF_Control_var recorder = TQ_KORVE::IF_Control::_narrow(found);
+    const TQ_KORVE::IF_ReplaySession_var session =
+        recorder->getReplaySessionById(record.toUtf8(), TQ_KORVE_IT::IF_Korve_IT::_nil());
+    const LLDCmodule::LLDC_Interface_Transmitter_var link = LLDCmodule::LLDC_Interface_Transmitter::_narrow(session);
+    link->waitForConnectionOnIf({LLDCmodule::ifTCP, 0, 0, 0}, 0); // it listens
+}
+
 std::map<std::string, Client::Command> Client::replayCommands(const std::string &ending,
                                                               GuiToServerReplayCorbaHandler &(Client::*handler)())
 {
@@ -232,6 +244,7 @@ const std::map<std::string, Client::Command> &Client::channelCommands()
                                                         KORVE_XML::NetIfParams::TQXG_IF));
          }},
         {"StartReplayForEver", [](Client &c) { return c.startReplay(0, recordBytes, 0); }},
+        {"linkByAnother", [](Client &c) { return c.linkByAnother(), toldTruth(true); }},
         {"registerChannelForRecording", [](Client &c) { return c.registerChannel(false); }},
         {"registerChannel", [](Client &c) { return c.registerChannel(true); }},
     };

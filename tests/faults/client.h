@@ -53,6 +53,10 @@ private:
     /// A receiver for replays or a source of recordings, at an address where nobody is.
     std::string registerChannel(bool isForReplay);
 
+    /// Takes the replay session of the record at the recorder, past the manager, and makes its link.
+    void linkByAnother();
+
+    const QString address;
     const QString record;
     const std::shared_ptr<Station> station;
     const std::shared_ptr<KorveGUI::KorveGuiToServerCorbaHandler> handler;

@@ -47,6 +47,8 @@ protected:
     /// Runs the event loop until @p condition holds; false when it does not for long.
     static bool comesTrue(const std::function<bool()> &condition);
     const QString &address() const { return lease.address(); }
+    /// Relative to the folder of what the services keep.
+    QString filePath(const QString &relative) const { return folder.filePath(relative); }
 
 private:
     void startRoles(const QByteArray &script, const std::vector<const char *> &names);

@@ -2,6 +2,8 @@
 #include "tests/faults/client.h"
 #include "tests/faults/faultyinstallation.h"
 
+#include <QFile>
+
 using testing::Contains;
 
 namespace
@@ -32,6 +34,11 @@ protected:
         return text;
     }
 
+    QString metaFile() const
+    {
+        return filePath(QStringLiteral("recorder/recordings/%1.sigmf-meta").arg(QString::fromStdString(recordId)));
+    }
+
     std::string recordId;
     std::optional<Client> client;
 };
@@ -48,6 +55,15 @@ TEST_F(Outages, BeforeTheCommandIsDone)
     EXPECT_EQ(comment(), L"a");
     // The ORB may have more connections to the one that has died; when they are used up, it is known that nobody is there.
     EXPECT_TRUE(comesTrue([&] { return client->run("SetRecordComment") == "210"; }));
+    EXPECT_FALSE(client->outcomeIsUnknown());
+}
+
+TEST_F(Outages, OfTheManagerAreToldByTheHistory)
+{
+    run("on manager addHistory kill before\n");
+    EXPECT_EQ(client->run("addHistory"), "211");
+    EXPECT_TRUE(client->outcomeIsUnknown());
+    EXPECT_TRUE(comesTrue([&] { return client->run("addHistory") == "210"; }));
     EXPECT_FALSE(client->outcomeIsUnknown());
 }
 
@@ -68,6 +84,34 @@ TEST_F(Outages, OfTheRecorderLeaveItUnknownWhatIsDone)
     EXPECT_TRUE(client->outcomeIsUnknown());
     EXPECT_TRUE(comesTrue([&] { return client->run("SetRecordComment") == "10009"; })); // it has gone for certain
     EXPECT_FALSE(client->outcomeIsUnknown());
+}
+
+TEST_F(Outages, OfTheRecorderAreToldByEachFlow)
+{
+    run("");
+    process("recorder").kill();
+    EXPECT_TRUE(comesTrue([&] { return client->run("recordAnew") == "853"; }));
+    EXPECT_TRUE(comesTrue([&] { return client->run("StartReplay") == "756"; }));
+    EXPECT_TRUE(comesTrue([&] { return client->run("getRecord") == "502"; }));
+    EXPECT_TRUE(comesTrue([&] { return client->run("SaveBookmarksToKorve") == "210"; }));
+    EXPECT_FALSE(client->outcomeIsUnknown());
+}
+
+TEST_F(Outages, OfAFileThatIsGoneMakeTheRecordACorruptOne)
+{
+    run("");
+    ASSERT_TRUE(QFile::remove(metaFile()));
+    EXPECT_EQ(client->run("SetRecordComment"), "10016");
+}
+
+TEST_F(Outages, OfAFileThatCannotBeOpenedLeaveTheRecordAlone)
+{
+    run("");
+    ASSERT_TRUE(QFile::rename(metaFile(), metaFile() + ".away"));
+    ASSERT_TRUE(QFile::link(metaFile(), metaFile())); // leads to itself
+    EXPECT_EQ(client->run("SetRecordComment"), "10015");
+    ASSERT_TRUE(QFile::remove(metaFile()) && QFile::rename(metaFile() + ".away", metaFile()));
+    EXPECT_EQ(client->run("SetRecordComment"), "0");
 }
 
 TEST_F(Outages, ThatTakeLongerThanTheClientWaits)
@@ -106,6 +150,17 @@ TEST_F(Outages, OfAllServicesLeaveCommandsWithoutAConnection)
     EXPECT_TRUE(comesTrue([&] { return client->run("PauseReplay") == "771"; }));
 }
 
+TEST_F(Outages, OfADiskThatBreaksAreNoLackOfRoom)
+{
+    run("");
+    process("recorder").end();
+    setScript("disk defect on REC1\n");
+    startAgain("recorder");
+    EXPECT_TRUE(comesTrue([&] { return client->run("SetRecordComment") == "10033"; }));
+    EXPECT_FALSE(client->outcomeIsUnknown());
+    EXPECT_EQ(client->run("recordAnew"), "10033");
+}
+
 TEST_F(Outages, OfTheDiskEndWhenThereIsRoom)
 {
     run("");
@@ -115,6 +170,7 @@ TEST_F(Outages, OfTheDiskEndWhenThereIsRoom)
     EXPECT_TRUE(comesTrue([&] { return client->run("SetRecordComment") == "10003"; }));
     EXPECT_FALSE(client->outcomeIsUnknown());
     EXPECT_EQ(comment(), L"a");
+    EXPECT_EQ(client->run("recordAnew"), "803");
     process("recorder").end();
     setScript("");
     startAgain("recorder");

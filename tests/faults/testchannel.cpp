@@ -8,6 +8,7 @@
 #include <QtTest/QTest>
 
 #include <array>
+#include <stdexcept>
 
 using CorbaCommon::OrbHandler;
 using ChanMan = TQ_KRV::IF_KRV_c_ChanMan;
@@ -68,6 +69,13 @@ void TestChannel::makeWithListener()
     make(TQ_KRV::TCP_IF, listener->address().toLatin1());
 }
 
+void TestChannel::makeOnTakenPort()
+{
+    if (!taken.bind(QHostAddress::Any))
+        throw std::runtime_error("no port can be taken");
+    make(TQ_KRV::UDP_IF, address.toLatin1() + ':' + QByteArray::number(taken.localPort()));
+}
+
 void TestChannel::makeWithProgram(TQ_KRV::interfaceTypeEnum type)
 {
     make(type, QByteArray());
@@ -104,6 +112,8 @@ std::string TestChannel::numberOf(const std::function<void()> &command) const
         command();
     } catch (const TQ_KRV::IF_KRV_c_Chan::exChan &) {
         return shownFailure();
+    } catch (const CORBA::SystemException &error) {
+        return error._name();
     }
     return "0";
 }
@@ -134,6 +144,7 @@ const std::map<std::string, TestChannel::Command> &TestChannel::makingCommands()
         {"makeProgramChannel", [](TestChannel &c) { return c.makeWithProgram(TQ_KRV::TCP_IF), done; }},
         {"makeSerialChannel", [](TestChannel &c) { return c.makeWithProgram(TQ_KRV::FPDP_SERIAL_IF), done; }},
         {"makeXgChannel", [](TestChannel &c) { return c.makeWithProgram(TQ_KRV::TQXG_IF), done; }},
+        {"makeChannelOnTakenPort", [](TestChannel &c) { return c.makeOnTakenPort(), done; }},
         {"hangUp", [](TestChannel &c) { return c.listener->hangUp(), done; }},
         {"takeNoRecordings", [](TestChannel &c) { return c.channel->setRecordFlag(false), done; }},
         {"wantHighRate", [](TestChannel &c) { return c.channel->setRequestedSampleRate(beyondTheClass, 2), done; }},
@@ -152,6 +163,12 @@ const std::map<std::string, TestChannel::Command> &TestChannel::programCommands(
         {"beFree", answering("isAvailableForReplay", true)},
         {"connectNobody", answering("connectForReplay", false)},
         {"startNoXgReplay", answering("startXgReplay", false)},
+        {"nameNoSource",
+         [](TestChannel &c) {
+             c.nameSource(TQ_KRV::TCP_IF, 0);
+             c.program->sources.length(0);
+             return c.program->answer("connectForRecord", true), done;
+         }},
         {"nameSerialSource", [](TestChannel &c) { return c.nameSource(TQ_KRV::FPDP_SERIAL_IF, 1), done; }},
         {"nameManySources", [](TestChannel &c) { return c.nameSource(TQ_KRV::TCP_IF, 2), done; }},
         {"endProgram", [](TestChannel &c) { return c.endProgram(), done; }},
@@ -164,9 +181,10 @@ std::map<std::string, TestChannel::Command> TestChannel::refusalCommands()
     std::map<std::string, Command> all;
     for (std::size_t kind = 0; kind < refusals.size(); ++kind)
         all["refuseBy_" + std::string(refusals[kind])] = [kind](TestChannel &c) {
-            c.program->trouble.plant("connectForReplay", [kind] {
-                throw ChanMan::exChanMan(static_cast<ChanMan::eChanManKind>(kind), "so it is");
-            });
+            for (const char *operation : {"connectForReplay", "connectForRecord"})
+                c.program->trouble.plant(operation, [kind] {
+                    throw ChanMan::exChanMan(static_cast<ChanMan::eChanManKind>(kind), "so it is");
+                });
             return done;
         };
     all["refuseToStop"] = [](TestChannel &c) {
@@ -178,7 +196,11 @@ std::map<std::string, TestChannel::Command> TestChannel::refusalCommands()
         c.program->trouble.plant("disconnect", [] { throw ChanMan::exChanMan(ChanMan::Unable_To_Disconnect, ""); });
         return done;
     };
-    all["refuseNothing"] = [](TestChannel &c) { return c.program->trouble.plant("connectForReplay", {}), done; };
+    all["refuseNothing"] = [](TestChannel &c) {
+        for (const char *operation : {"connectForReplay", "connectForRecord"})
+            c.program->trouble.plant(operation, {});
+        return done;
+    };
     return all;
 }
 
@@ -191,6 +213,11 @@ const std::map<std::string, TestChannel::Command> &TestChannel::recordingCommand
          [](TestChannel &c) {
              c.makeWithListener();
              return c.startRecording();
+         }},
+        {"reportNoSession",
+         [](TestChannel &c) {
+             c.channel->errorOccured(TQ_KRV::cfCREATE_RECORDING_SESSION_FAILED);
+             return c.shownFailure();
          }},
         {"shownFailure", [](TestChannel &c) { return c.shownFailure(); }},
     };

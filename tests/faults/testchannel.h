@@ -5,6 +5,8 @@
 #include "tests/installation/manager/fakechannelmanager.h"
 #include "tests/installation/manager/samplereceiver.h"
 
+#include <QUdpSocket>
+
 #include <functional>
 #include <map>
 #include <optional>
@@ -25,7 +27,7 @@ public:
     TestChannel(const TestChannel &) = delete;
 
     /// What can be done with it, by the names that scripts use. Each answers "true", or the number of a failure as the
-    /// manager shows it with the channel, "0" without one.
+    /// manager shows it with the channel, "0" without one, or the name of an exception of the ORB.
     static const std::map<std::string, Command> &commands();
 
 private:
@@ -36,6 +38,8 @@ private:
 
     /// A program listens at the channel's address; it takes what comes, and sends nothing.
     void makeWithListener();
+    /// Datagrams are to come to a port of the recorder that somebody else has.
+    void makeOnTakenPort();
     /// A program of ours is asked; the channel has an interface of that type.
     void makeWithProgram(TQ_KRV::interfaceTypeEnum type);
     void make(TQ_KRV::interfaceTypeEnum type, const QByteArray &receiver);
@@ -51,6 +55,7 @@ private:
     std::optional<VtConnectionObserver> mirror; ///< from the first channel on
     FakeChannelManager *const program; ///< counts its references
     std::optional<SampleReceiver> listener;
+    QUdpSocket taken;
     TQ_KRV::IF_KRV_c_Chan_var channel;
     CORBA::String_var id;
     int made = 0;

@@ -187,6 +187,7 @@ INSTANTIATE_TEST_SUITE_P(
         Refusal{"NeverAtAll", "on getRecord delay 1s 0 times", "0 times is never"},
         Refusal{"NumberAlone", "on getRecord delay 1s 2", "\"times\" is missing"},
         Refusal{"OtherCount", "on getRecord delay 1s twice", "\"twice\" is not \"once\" or a number of times"},
+        Refusal{"DiskOfNoKind", "disk loud on A", "\"defect\" is missing before \"loud\""},
         Refusal{"DiskOfNobody", "disk full on", "the id of a device is missing"},
         Refusal{"CountedDisk", "disk full on A once", "nothing belongs behind that: \"once\""},
         Refusal{"OpenQuotation", "on getRecord raise exKorve 1 \"abc", "a quotation mark has no end"},

@@ -22,7 +22,8 @@ CORBA::Boolean FakeChannelManager::connectForRecord(const char *, TQ_KRV::seqNet
 {
     interfaces = new TQ_KRV::seqNetIf(sources);
     ids = new TQ_KRV::seqULong(sourceIds);
-    return agrees("connectForRecord") && (sources.length() > 0 || sourceIds.length() > 0);
+    const bool hasSource = sources.length() > 0 || sourceIds.length() > 0;
+    return agrees("connectForRecord") && (hasSource || answers.contains("connectForRecord"));
 }
 
 CORBA::Boolean FakeChannelManager::connectForRecordNG(const char *, TQ_KRV::seqNetIfNG_out interfaces,

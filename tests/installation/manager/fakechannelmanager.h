@@ -13,7 +13,7 @@ public:
     Trouble trouble;
     /// What the operation of that name answers; true unless set.
     void answer(const std::string &operation, bool value);
-    /// The source that connectForRecord() names; it answers false without one.
+    /// The source that connectForRecord() names; it answers false without one, unless it is told what to answer.
     TQ_KRV::seqNetIf sources;
     TQ_KRV::seqULong sourceIds;
     /// What came with the last call.

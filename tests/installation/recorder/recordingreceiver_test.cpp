@@ -14,6 +14,7 @@
 #include <QTemporaryDir>
 
 #include <atomic>
+#include <cerrno>
 #include <future>
 #include <limits>
 #include <thread>
@@ -43,13 +44,13 @@ protected:
         made = record;
         path = store.ask([id = id](RecordStore &records) { return records.samplesPath(id); });
     }
-    ~Receiving() override { setDiskFull(false); }
+    ~Receiving() override { setDiskError(0); }
     void start(std::chrono::milliseconds linkLimit = RecordingReceiver::usualLinkLimit)
     {
         receiver.emplace(std::make_unique<RecordingWriter>(path, sampleLayout(made), loopBytes),
                          RecordingBook(store, id),
                          [this] {
-                             setDiskFull(isClosing && roomBytes() > diskBytes);
+                             setDiskError(isClosing && roomBytes() > diskBytes ? ENOSPC : 0);
                              return quint64(1000);
                          },
                          RecordingReceiver::Listener{[this](auto stage) {
