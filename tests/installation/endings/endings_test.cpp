@@ -8,8 +8,10 @@
 #include "tests/installation/recorder/widetext.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QtTest/QTest>
 
+#include <array>
 #include <random>
 
 using CorbaCommon::OrbHandler;
@@ -196,6 +198,27 @@ TEST_P(Ending, IsCleanAndLosesNothingThatWasAcknowledged)
         ASSERT_NO_FATAL_FAILURE(startWithFaults());
         ASSERT_NO_FATAL_FAILURE(findServices());
         expectWhatWasAcknowledged();
+    }
+}
+
+class EndingOfAClient : public InstallationFixture
+{
+};
+
+/// Some at once, so that each ends while its neighbours keep the services busy.
+TEST_F(EndingOfAClient, IsClean)
+{
+    constexpr int atOnce = 4;
+    ASSERT_TRUE(managerKnowsTheDevice());
+    for (int ended = 0; ended < timesToEnd() && !HasFailure(); ended += atOnce) {
+        std::array<QProcess, atOnce> clients;
+        for (QProcess &client : clients)
+            client.start(QStringLiteral(LISTRECORDS_PROGRAM), QStringList());
+        for (QProcess &client : clients) {
+            EXPECT_TRUE(client.waitForFinished(patienceMs));
+            EXPECT_EQ(client.exitStatus(), QProcess::NormalExit);
+            EXPECT_EQ(client.exitCode(), 0) << client.readAllStandardError().constData();
+        }
     }
 }
 
