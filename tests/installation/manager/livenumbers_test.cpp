@@ -94,7 +94,7 @@ TEST_F(LiveNumbers, TellThatTheRecorderHasNoSessionLeft)
 TEST_F(LiveNumbers, TellThatTheDeviceIsNotThere)
 {
     registerReceiver(receiver.address(), 0);
-    EXPECT_EQ(startOf("REC9", record), 756u);
+    EXPECT_EQ(startOf("REC9", record), 769u);
     stopRecorder();
     EXPECT_EQ(start(0, size), 756u);
     EXPECT_EQ(replay()->StopReplay("REC1", record.constData()), 756u);
