@@ -34,6 +34,15 @@ TEST_F(MirroredBatch, DoesNotSendItsOwnValue)
     EXPECT_EQ(atServer("/K/Device/ReregisterCorba"), QStringLiteral("(absent)"));
 }
 
+TEST_F(MirroredBatch, DoesNotSendItsOwnValueWhenAClientOfThisProcessMakesIt)
+{
+    pair.connect();
+    mirror::ClientsHand hand;
+    clientTree.addValueAt(QStringLiteral("/Sub/A/Device/ReregisterCorba"), std::make_unique<Value<bool>>(), &hand);
+    pair.client.flush();
+    EXPECT_TRUE(pair.toServer.empty());
+}
+
 TEST_F(MirroredBatch, LeavesItsOwnValueAloneWhateverTheServerHasThere)
 {
     auto *const own = addNew<Value<bool>>(clientTree, QStringLiteral("/Sub/A/Device"), QStringLiteral("ReregisterCorba"));
@@ -93,6 +102,198 @@ TEST_F(MirroredBatch, IsToldEverythingAgainEachTimeInOneSession)
         pair.carry();
         expectEqualTrees();
     }
+}
+
+TEST_F(MirroredBatch, BelongsToTheLastSnapshotThatWasBegun)
+{
+    for (int i = 0; i < 100; ++i)
+        addText(serverTree, QStringLiteral("/K/Device"), QString::number(i), QString(100, u'x'));
+    pair.connect();
+    pair.timing.windowBytes = 1000;
+    pair.timing.batchBytes = 300;
+    pair.session = std::make_unique<mirror::MirrorSession>(serverTree, pair.serverPath, pair.timing,
+                                                           JoinedMirror::outletTo(pair.toClient));
+    pair.client.begin();
+    EXPECT_FALSE(pair.session->flush()); // half of it
+    pair.session->startOver();
+    serverTree.removeValue(QStringLiteral("/K/Device/50"));
+    pair.session->startOver();
+    pair.carry();
+    EXPECT_TRUE(pair.client.isSettled());
+    expectEqualTrees();
+    EXPECT_TRUE(pair.session->flush());
+}
+
+/// What waits for the client, in bytes.
+std::size_t waitingIn(const std::deque<std::string> &batches)
+{
+    return JoinedMirror::outletTo(const_cast<std::deque<std::string> &>(batches)).waiting();
+}
+
+TEST_F(MirroredBatch, OfASnapshotWaitsForRoomAlsoWhenValuesChangeThatAreNotOptimised)
+{
+    for (int i = 0; i < 1000; ++i)
+        addText(serverTree, QStringLiteral("/K/Device"), QString::number(i), QString(100, u'x'));
+    state->setOptimized(false);
+    pair.timing.windowBytes = 1000;
+    pair.timing.batchBytes = 300;
+    pair.session = std::make_unique<mirror::MirrorSession>(serverTree, pair.serverPath, pair.timing,
+                                                           JoinedMirror::outletTo(pair.toClient));
+    pair.client.begin();
+    EXPECT_FALSE(pair.session->flush());
+    state->SetValue(QStringLiteral("busy"), nullptr);
+    EXPECT_LT(waitingIn(pair.toClient), 2000u);
+    pair.carry();
+    expectEqualTrees();
+}
+
+TEST_F(MirroredBatch, OfAValueThatIsNotOptimisedIsMergedWhenTheClientIsFarBehind)
+{
+    state->setOptimized(false);
+    pair.timing.queueBytes = 3000;
+    pair.timing.batchBytes = 300;
+    pair.connect();
+    for (int i = 0; i < 1000; ++i)
+        state->SetValue(QString::number(i), nullptr);
+    EXPECT_LT(waitingIn(pair.toClient), 4000u);
+    EXPECT_GT(waitingIn(pair.toClient), 2000u);
+    pair.carry();
+    expectEqualTrees();
+}
+
+TEST_F(MirroredBatch, BringsArgumentsBeforeTheCommandThatIsNotOptimised)
+{
+    auto *const command = addNew<Value<int>>(serverTree, QStringLiteral("/K/Device"), QStringLiteral("Command"));
+    command->setOptimized(false);
+    pair.connect();
+    auto *const there = clientTree.findValue(QStringLiteral("/Sub/A/Device/Command"));
+    there->setOptimized(false);
+    std::vector<QString> seen;
+    const auto note = [&](const QString &argument) { seen.push_back(argument); };
+    const Answer atClient(clientTree, "/Sub/A/Device/Command", ChangeCodeValue,
+                          [&] { note(at("/Sub/A/Device/State")); });
+    const Answer atTheServer(serverTree, "/K/Device/Command", ChangeCodeValue, [&] { note(state->GetValue()); });
+    for (int i = 1; i <= 2; ++i) {
+        state->SetValue(QString::number(i), nullptr);
+        command->SetValue(i, nullptr);
+    }
+    pair.carry();
+    EXPECT_EQ(seen, (std::vector<QString>{"1", "2", "1", "2"}));
+    seen.clear();
+    for (int i = 3; i <= 4; ++i) {
+        text(clientTree, "/Sub/A/Device/State")->SetValue(QString::number(i), nullptr);
+        there->SetStringValue(QString::number(i), nullptr);
+    }
+    pair.carry();
+    EXPECT_EQ(seen, (std::vector<QString>{"3", "4", "3", "4"}));
+}
+
+TEST_F(MirroredBatch, BringsNoLongContentBackToWhoHasSetIt)
+{
+    pair.connect();
+    const auto client = [this] { return text(clientTree, "/Sub/A/Device/State"); };
+    client()->SetValue(QString(10000, u'x'), nullptr);
+    pair.carryToServer();
+    ASSERT_EQ(state->GetValue().size(), 10000);
+    pair.session->flush();
+    EXPECT_LT(waitingIn(pair.toClient), 1000u);
+    pair.carry();
+    expectEqualTrees();
+    const Answer shortening(serverTree, "/K/Device/State", ChangeCodeValue,
+                            [this] { state->SetValue(state->GetValue().left(5000), nullptr); });
+    client()->SetValue(QString(10000, u'y'), nullptr);
+    pair.carry();
+    EXPECT_EQ(client()->GetValue().size(), 5000);
+    expectEqualTrees();
+}
+
+TEST_F(MirroredBatch, TellsTheValueAndTheNodeOfOnePathApart)
+{
+    addText(serverTree, QStringLiteral("/K/Device"), QStringLiteral("D1"), QString());
+    serverTree.addNode(QStringLiteral("/K/Device/D1"));
+    pair.connect();
+    text(clientTree, "/Sub/A/Device/D1")->SetValue(QStringLiteral("set"), nullptr);
+    pair.carry();
+    EXPECT_EQ(atServer("/K/Device/D1"), QStringLiteral("set"));
+    serverTree.removeNode(QStringLiteral("/K/Device/D1"));
+    pair.carry();
+    expectEqualTrees();
+    serverTree.addNode(QStringLiteral("/K/Device/D1"));
+    serverTree.removeValue(QStringLiteral("/K/Device/D1"));
+    pair.carry();
+    expectEqualTrees();
+}
+
+TEST_F(MirroredBatch, SaysThatTheRestWaitsUntilTheEndMarkIsWritten)
+{
+    pair.timing.windowBytes = 1; // one record at a time
+    pair.timing.batchBytes = 1;
+    pair.session = std::make_unique<mirror::MirrorSession>(serverTree, pair.serverPath, pair.timing,
+                                                           JoinedMirror::outletTo(pair.toClient));
+    pair.client.begin();
+    while (!pair.session->flush())
+        for (; !pair.toClient.empty(); pair.toClient.pop_front())
+            pair.client.receive(pair.toClient.front());
+    for (; !pair.toClient.empty(); pair.toClient.pop_front())
+        pair.client.receive(pair.toClient.front());
+    EXPECT_TRUE(pair.client.isSettled());
+    expectEqualTrees();
+}
+
+TEST_F(MirroredBatch, WithTheMarkOfASnapshotBeginsWithIt)
+{
+    state->setOptimized(false);
+    pair.connect();
+    state->SetValue(QStringLiteral("lost"), nullptr);
+    pair.session->flush();
+    pair.toClient.clear();
+    state->SetValue(QStringLiteral("gathered"), nullptr);
+    pair.session->startOver();
+    pair.carryToClient();
+    EXPECT_EQ(pair.outcome, MirrorClient::Outcome::Applied);
+    expectEqualTrees();
+}
+
+TEST_F(MirroredBatch, OfASnapshotConfirmsOnceWhatWasApplied)
+{
+    pair.connect();
+    text(clientTree, "/Sub/A/Device/State")->SetValue(QStringLiteral("busy"), nullptr);
+    pair.carryToServer();
+    pair.session->startOver();
+    pair.session->flush();
+    ASSERT_EQ(pair.toClient.size(), 1u);
+    ByteCursor in{pair.toClient.front().data(), pair.toClient.front().data() + pair.toClient.front().size()};
+    mirror::readHeader(in);
+    std::vector<mirror::RecordKind> kinds;
+    while (const auto record = mirror::readRecord(in))
+        kinds.push_back(record->kind);
+    using enum mirror::RecordKind;
+    EXPECT_EQ(kinds, (std::vector{SnapshotBegin, Path, Path, Node, Value, SnapshotEnd}));
+}
+
+TEST_F(MirroredBatch, BringsAForcedNoticeBesideTheWholeValue)
+{
+    pair.connect();
+    TextValue *const client = text(clientTree, "/Sub/A/Device/State");
+    client->SetValue(QStringLiteral("busy"), nullptr);
+    pair.carryToServer();
+    state->HasChanged(ChangeCodeValue, nullptr);
+    Diary diary(client);
+    pair.carryToClient();
+    EXPECT_EQ(diary.codes, std::vector<int>{ChangeCodeValue});
+}
+
+TEST_F(MirroredBatch, IsNotWrittenAfterTheLoss)
+{
+    pair.connect();
+    text(clientTree, "/Sub/A/Device/State")->SetValue(QStringLiteral("busy"), nullptr);
+    pair.disconnect();
+    pair.client.flush();
+    text(clientTree, "/Sub/A/Device/State")->SetValue(QStringLiteral("in vain"), nullptr);
+    pair.client.flush();
+    clientTree.removeValue(QStringLiteral("/Sub/A/Device/State"));
+    pair.client.flush();
+    EXPECT_TRUE(pair.toServer.empty());
 }
 
 TEST_F(MirroredBatch, AppliesABatchThatComesTwiceOnce)

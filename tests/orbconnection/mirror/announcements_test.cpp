@@ -72,6 +72,7 @@ TEST_F(Announcement, IsMadeByWhatWasSetBeforeTheSnapshot)
     own->SetValue(QStringLiteral("set"), nullptr);
     addOwn("Gone")->SetValue(QStringLiteral("x"), nullptr);
     clientTree.removeValue(QStringLiteral("/Sub/A/Device/Gone"));
+    addOwn("Gone"); // another one
     pair.connect();
     EXPECT_EQ(atServer("/K/Device/Mine"), QStringLiteral("set"));
     EXPECT_EQ(atServer("/K/Device/Unset"), QStringLiteral("(absent)"));
@@ -96,6 +97,30 @@ TEST_F(Announcement, IsNotMadeOfTheServersValuesThatWereSetBetweenSessions)
     pair.connect();
     EXPECT_EQ(atServer("/K/Device/State"), QStringLiteral("(absent)"));
     expectEqualTrees();
+}
+
+TEST_F(Announcement, IsNotMadeByANoticeThatTheValueGoes)
+{
+    addOwn("Mine")->NotifyObservers(ChangeCodeDeleted, nullptr);
+    EXPECT_FALSE(tellsServer());
+}
+
+TEST_F(Announcement, IsNeededForWhatIsMadeAnewBetweenSessions)
+{
+    addText(serverTree, QStringLiteral("/K/Device/D1"), QStringLiteral("X"), QString());
+    serverTree.addNode(QStringLiteral("/K/Device/D2"));
+    pair.carry();
+    pair.disconnect();
+    serverTree.removeNode(QStringLiteral("/K/Device/D1"));
+    serverTree.removeNode(QStringLiteral("/K/Device/D2"));
+    clientTree.removeValue(QStringLiteral("/Sub/A/Device/D1/X"));
+    clientTree.removeNode(QStringLiteral("/Sub/A/Device/D2"));
+    addText(clientTree, QStringLiteral("/Sub/A/Device/D1"), QStringLiteral("X"), QStringLiteral("own"));
+    clientTree.addNode(QStringLiteral("/Sub/A/Device/D2"));
+    pair.connect();
+    EXPECT_EQ(at("/Sub/A/Device/D1/X"), QStringLiteral("own"));
+    EXPECT_TRUE(clientTree.findNode(QStringLiteral("/Sub/A/Device/D2")));
+    EXPECT_EQ(atServer("/K/Device/D1/X"), QStringLiteral("(absent)"));
 }
 
 TEST_F(Announcement, OfWhatIsSetDuringASnapshotGoesAtOnceForAPathThatHasBeenNamed)
@@ -326,6 +351,18 @@ TEST_F(ChainOfMirrors, PassesAnnouncementsAndRemovalsOn)
     carry();
     EXPECT_EQ(atServer("/K/Device/D1/Mine"), QStringLiteral("(absent)"));
     EXPECT_EQ(at("/Sub/A/Device/D1/Mine"), QStringLiteral("(absent)"));
+}
+
+TEST_F(ChainOfMirrors, PassesOnWhatAnAnnouncementMeets)
+{
+    addText(serverTree, QStringLiteral("/K/Device/D1"), QStringLiteral("Mine"), QStringLiteral("server's"));
+    addText(lastTree, QStringLiteral("/T/D1"), QStringLiteral("Mine"), QString());
+    next.client.flush();
+    text(lastTree, "/T/D1/Mine")->SetValue(QStringLiteral("set"), nullptr);
+    next.carry();
+    pair.carryToClient(); // older than what is announced from here
+    carry();
+    EXPECT_EQ(atLast("/T/D1/Mine"), QStringLiteral("server's"));
 }
 
 TEST_F(ChainOfMirrors, PassesOnWhatWasAnnouncedBeforeItsOwnSnapshot)

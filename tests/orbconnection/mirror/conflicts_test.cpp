@@ -154,6 +154,29 @@ TEST_F(Conflict, OfASnapshotAndWhatTheObserverOfTheNodeAnswers)
     EXPECT_EQ(level->GetValue(), 7);
 }
 
+TEST_F(Conflict, OfANodeThatTheServerRemovesAndAValueBelowIt)
+{
+    addNew<Value<int>>(serverTree, QStringLiteral("/K/Device/D1/D2"), QStringLiteral("X"));
+    pair.connect();
+    serverTree.removeNode(QStringLiteral("/K/Device/D1"));
+    set("/Sub/A/Device/D1/D2/X", 1);
+    pair.carryToClient();
+    EXPECT_EQ(here("/Sub/A/Device/D1/D2/X"), 1); // until the server has heard of it
+    pair.carry();
+    EXPECT_FALSE(clientTree.findNode(QStringLiteral("/Sub/A/Device/D1")));
+}
+
+TEST_F(Conflict, OfALongContentAndAStateThatIsPassedOver)
+{
+    pair.connect();
+    state->SetState(ValueStateSeeded, nullptr);
+    text(clientTree, "/Sub/A/Device/State")->SetValue(QString(1000, u'x'), nullptr);
+    pair.carryToClient();
+    EXPECT_EQ(text(clientTree, "/Sub/A/Device/State")->GetState(), ValueStateValid);
+    pair.carry();
+    EXPECT_EQ(text(clientTree, "/Sub/A/Device/State")->GetState(), ValueStateSeeded);
+}
+
 /// A selection of three, the middle one of which is selected.
 class ConflictOfSelections : public Conflict
 {

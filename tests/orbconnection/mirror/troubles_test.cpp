@@ -216,6 +216,66 @@ TEST_F(Trouble, AClientsPathThatNoTreeHoldsCostsItself)
     EXPECT_TRUE(pair.session->flush());
 }
 
+TEST_F(Trouble, ARecordThatTouchesNothingIsConfirmedAllTheSame)
+{
+    int flushesWanted = 0;
+    mirror::Outlet outlet = JoinedMirror::outletTo(pair.toClient);
+    outlet.wantsFlush = [&] { ++flushesWanted; };
+    mirror::MirrorSession session(serverTree, pair.serverPath, pair.timing, outlet);
+    session.flush();
+    flushesWanted = 0;
+    const std::string tooLong(200000, 'x');
+    EXPECT_TRUE(session.receive(batchOf(1, {{.kind = RecordKind::Path, .path = tooLong},
+                                            {.kind = RecordKind::ValueGone, .number = 1}})));
+    EXPECT_EQ(flushesWanted, 1);
+    session.flush();
+    EXPECT_EQ(pair.toClient.back(), batchOf(2, {{.kind = RecordKind::Applied, .count = 2}}));
+}
+
+TEST_F(Trouble, ANumberThatNobodyNamedEndsTheSession)
+{
+    for (const quint32 number : {0u, 2u}) {
+        pair.connect();
+        EXPECT_FALSE(pair.session->receive(batchOf(1, {{.kind = RecordKind::Path, .path = "State"},
+                                                       {.kind = RecordKind::ValueGone, .number = number}})));
+        pair.client.begin();
+        EXPECT_EQ(pair.client.receive(batchOf(1, {{.kind = RecordKind::SnapshotBegin},
+                                                  {.kind = RecordKind::Path, .path = "State"},
+                                                  {.kind = RecordKind::ValueGone, .number = number}})),
+                  MirrorClient::Outcome::Malformed);
+    }
+}
+
+TEST_F(Trouble, AClientThatNamesTheMirroredNodeItselfEndsTheSession)
+{
+    pair.connect();
+    EXPECT_FALSE(pair.session->receive(batchOf(1, {{.kind = RecordKind::Path, .path = ""}})));
+}
+
+TEST_F(Trouble, AServerThatConfirmsMoreThanWasSentIsLeft)
+{
+    pair.client.begin();
+    EXPECT_EQ(pair.client.receive(batchOf(1, {{.kind = RecordKind::SnapshotBegin, .count = 1}})),
+              MirrorClient::Outcome::Malformed);
+}
+
+TEST_F(Trouble, AnEndOfASnapshotThatNobodyBeganEndsTheSession)
+{
+    pair.connect();
+    EXPECT_EQ(pair.client.receive(batchOf(2, {{.kind = RecordKind::SnapshotEnd}})), MirrorClient::Outcome::Malformed);
+}
+
+TEST_F(Trouble, ABatchThatIsTooLongIsRefusedByBothSides)
+{
+    pair.connect();
+    std::string batch = batchOf(1, {});
+    batch.resize(pair.timing.maximumBatchBytes + 1, '\2');
+    EXPECT_FALSE(pair.session->receive(batch));
+    EXPECT_EQ(pair.client.receive(batch), MirrorClient::Outcome::Malformed);
+    EXPECT_TRUE(traces.contain("A client's batch is refused: it is too long"));
+    EXPECT_TRUE(traces.contain("The server's batch is refused: it is too long"));
+}
+
 TEST_F(Trouble, AnObserversExceptionCostsNoFrameOfTheServersRecord)
 {
     pair.connect();
@@ -309,6 +369,9 @@ TEST_F(TooLarge, ShowsInTheStateUntilItFitsAgain)
     pair.carry();
     EXPECT_EQ(here()->GetState(), ValueStateConnectionLost);
     state->SetState(ValueStateSeeded, nullptr); // does not make the old content a good one
+    pair.carry();
+    EXPECT_EQ(here()->GetState(), ValueStateConnectionLost);
+    state->HasChanged(ChangeCodeState, nullptr);
     pair.carry();
     EXPECT_EQ(here()->GetState(), ValueStateConnectionLost);
     state->SetState(ValueStateValid, nullptr);
