@@ -283,6 +283,40 @@ TEST_F(MirroredBatch, BringsAForcedNoticeBesideTheWholeValue)
     EXPECT_EQ(diary.codes, std::vector<int>{ChangeCodeValue});
 }
 
+TEST_F(MirroredBatch, IsPassedOverWhileAWrittenRecordIsNotConfirmed)
+{
+    pair.connect();
+    state->SetValue(QStringLiteral("server"), nullptr);
+    text(clientTree, "/Sub/A/Device/State")->SetValue(QStringLiteral("client"), nullptr);
+    pair.client.flush(); // on its way
+    pair.carryToClient();
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("client"));
+    pair.carry();
+    expectEqualTrees();
+}
+
+TEST_F(MirroredBatch, IsAppliedOnceByTheClientToo)
+{
+    state->setOptimized(false);
+    pair.connect();
+    state->SetValue(QStringLiteral("busy"), nullptr);
+    pair.session->flush();
+    pair.toClient.push_back(pair.toClient.front());
+    pair.carryToClient();
+    EXPECT_EQ(pair.outcome, MirrorClient::Outcome::Repeated);
+}
+
+TEST_F(MirroredBatch, EndsWithTheSessionThatAnObserverEnds)
+{
+    TextValue *const other = addText(serverTree, QStringLiteral("/K/Device"), QStringLiteral("Other"), QString());
+    pair.connect();
+    const Answer ending(clientTree, "/Sub/A/Device/State", ChangeCodeValue, [this] { pair.client.lose(); });
+    state->SetValue(QStringLiteral("busy"), nullptr);
+    other->SetValue(QStringLiteral("after it"), nullptr);
+    pair.carryToClient();
+    EXPECT_EQ(at("/Sub/A/Device/Other"), QString());
+}
+
 TEST_F(MirroredBatch, IsNotWrittenAfterTheLoss)
 {
     pair.connect();

@@ -445,6 +445,9 @@ TEST_F(TooLarge, OfAClientIsTracedAndLeavesTheServerAsItIs)
     EXPECT_EQ(atServer("/K/Device/Mine"), QStringLiteral("(absent)"));
     EXPECT_TRUE(traces.contain("The content of /O/State is too large for the server"));
     EXPECT_TRUE(traces.contain("The content of /O/Mine is too large for the server"));
+    state->SetValue(QStringLiteral("server's"), nullptr);
+    other.carry();
+    EXPECT_EQ(text(otherTree, "/O/State")->GetValue(), QStringLiteral("server's"));
     for (TextValue *value : {text(otherTree, "/O/State"), announced})
         value->SetValue(QStringLiteral("fits"), nullptr);
     other.carry();
