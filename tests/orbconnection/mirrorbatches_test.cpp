@@ -109,6 +109,7 @@ TEST_F(MirroredBatch, BelongsToTheLastSnapshotThatWasBegun)
     for (int i = 0; i < 100; ++i)
         addText(serverTree, QStringLiteral("/K/Device"), QString::number(i), QString(100, u'x'));
     pair.connect();
+    const ValueBase *const last = clientTree.findValue(QStringLiteral("/Sub/A/Device/99"));
     pair.timing.windowBytes = 1000;
     pair.timing.batchBytes = 300;
     pair.session = std::make_unique<mirror::MirrorSession>(serverTree, pair.serverPath, pair.timing,
@@ -120,6 +121,7 @@ TEST_F(MirroredBatch, BelongsToTheLastSnapshotThatWasBegun)
     pair.session->startOver();
     pair.carry();
     EXPECT_TRUE(pair.client.isSettled());
+    EXPECT_EQ(clientTree.findValue(QStringLiteral("/Sub/A/Device/99")), last); // named before the end mark
     expectEqualTrees();
     EXPECT_TRUE(pair.session->flush());
 }

@@ -177,6 +177,18 @@ TEST_F(Conflict, OfALongContentAndAStateThatIsPassedOver)
     EXPECT_EQ(text(clientTree, "/Sub/A/Device/State")->GetState(), ValueStateSeeded);
 }
 
+TEST_F(Conflict, OfALongContentAndAValueOfAnotherClass)
+{
+    pair.connect();
+    serverTree.removeValue(QStringLiteral("/K/Device/State"));
+    addNew<Value<int>>(serverTree, QStringLiteral("/K/Device"), QStringLiteral("State"))->SetValue(7, nullptr);
+    text(clientTree, "/Sub/A/Device/State")->SetValue(QString(1000, u'x'), nullptr);
+    pair.carryToClient();
+    EXPECT_EQ(at("/Sub/A/Device/State").size(), 1000);
+    pair.carry();
+    EXPECT_EQ(here("/Sub/A/Device/State"), 7);
+}
+
 /// A selection of three, the middle one of which is selected.
 class ConflictOfSelections : public Conflict
 {
