@@ -49,6 +49,8 @@ bool MirrorSession::apply(const Record &record)
     if (record.number == 0 || record.number > clientNamed.size())
         return false;
     const Place place = clientNamed[record.number - 1];
+    if (place && record.kind != RecordKind::NodeGone && paths[place].path == path.top())
+        return true; // the value beside the mirrored node is not mirrored
     switch (record.kind) {
     case RecordKind::Value:
         applyValue(place, record);
@@ -76,8 +78,6 @@ bool MirrorSession::apply(const Record &record)
 
 bool MirrorSession::applyPath(const Record &record)
 {
-    if (record.path.empty())
-        return false; // the mirrored node itself is the server's
     const QString absolute = path.absolute(record.path);
     const bool canBe = values::Tree::canHold(absolute);
     if (!canBe)

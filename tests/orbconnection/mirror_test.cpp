@@ -239,6 +239,17 @@ TEST_F(Mirror, OfANodeThatIsNotThereYetIsEmptyUntilItComes)
     EXPECT_EQ(at("/L/X"), QStringLiteral("1"));
 }
 
+TEST_F(Mirror, GivesAClientBackTheWholeNodeThatItHasRemoved)
+{
+    addText(serverTree, QStringLiteral("/K/Device/Channel/1"), QStringLiteral("State"), QStringLiteral("free"));
+    pair->connect();
+    clientTree.removeNode(QStringLiteral("/Sub/A/Device"));
+    pair->carry();
+    EXPECT_TRUE(pair->isConnected());
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("idle"));
+    EXPECT_EQ(at("/Sub/A/Device/Channel/1/State"), QStringLiteral("free"));
+}
+
 TEST_F(Mirror, LeavesTheValueOfItsOwnPathAlone)
 {
     addText(clientTree, QStringLiteral("/Sub/A"), QStringLiteral("Device"), QStringLiteral("D1"));

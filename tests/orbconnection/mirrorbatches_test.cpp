@@ -390,6 +390,17 @@ TEST_F(MirroredBatch, GoesOnWhenAnObserverAtTheServerThrows)
 }
 
 /// Every byte of a real batch cut off, and every byte changed: refused or harmless, never a crash.
+TEST_F(MirroredBatch, OfAClientMakesNoValueBesideTheMirroredNode)
+{
+    pair.connect();
+    std::string batch;
+    mirror::appendHeader(batch, 1);
+    mirror::appendRecord(batch, {.kind = mirror::RecordKind::Path, .path = ""});
+    mirror::appendRecord(batch, {.kind = mirror::RecordKind::Value, .number = 1, .type = ValueTypeText});
+    EXPECT_TRUE(pair.session->receive(batch));
+    EXPECT_FALSE(serverTree.findValue(QStringLiteral("/K/Device")));
+}
+
 TEST_F(MirroredBatch, SurvivesDamagedBatches)
 {
     addNew<ValueSelection>(serverTree, QStringLiteral("/K/Device/D1"), QStringLiteral("Mode"));

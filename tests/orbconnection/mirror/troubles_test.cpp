@@ -246,12 +246,6 @@ TEST_F(Trouble, ANumberThatNobodyNamedEndsTheSession)
     }
 }
 
-TEST_F(Trouble, AClientThatNamesTheMirroredNodeItselfEndsTheSession)
-{
-    pair.connect();
-    EXPECT_FALSE(pair.session->receive(batchOf(1, {{.kind = RecordKind::Path, .path = ""}})));
-}
-
 TEST_F(Trouble, AServerThatConfirmsMoreThanWasSentIsLeft)
 {
     pair.client.begin();
