@@ -1,5 +1,6 @@
 #include "benchmarks/remote/mirroredtree.h"
 #include "benchmarks/remote/mixedcontent.h"
+#include "benchmarks/remote/mixedvalues.h"
 #include "benchmarks/remote/service.h"
 #include "benchmarks/support/require.h"
 
@@ -17,14 +18,6 @@ using namespace values;
 namespace
 {
 
-constexpr int updatesPerRound = 100000;
-
-/// The last update of value @p index, when all up to, not with, @p end have been made.
-int lastUpdate(int index, int end)
-{
-    return end - 1 - (end - 1 - index) % mixed::valueCount;
-}
-
 /// Counts what arrives of a process's updates, and has them made.
 class Updates
 {
@@ -32,7 +25,7 @@ public:
     virtual ~Updates() = default;
     void run()
     {
-        const int begin = std::exchange(end, end + updatesPerRound);
+        const int begin = std::exchange(end, end + mixed::updatesPerRound);
         process().tell("update " + QByteArray::number(begin) + ' ' + QByteArray::number(end));
         waitFor([this] { return arrived >= end; }, "the updates arrive");
     }
@@ -41,7 +34,7 @@ public:
     {
         require(arrived == end, "each update arrives once");
         for (int index = 0; index < mixed::valueCount; ++index)
-            require(isAt(index, lastUpdate(index, end)), "each value is as it was made last");
+            require(isAsSet(mixed::lastUpdate(index, end)), "each value is as it was made last");
     }
 
 protected:
@@ -49,7 +42,8 @@ protected:
 
 private:
     virtual ServiceProcess &process() const = 0;
-    virtual bool isAt(int index, int update) const = 0;
+    /// Whether the value that @p update goes to is as that makes it.
+    virtual bool isAsSet(int update) const = 0;
 
     int arrived = 0;
     int end = 0;
@@ -60,11 +54,8 @@ class MirrorUpdates : public Updates, public IObserver
 public:
     MirrorUpdates()
     {
-        for (int index = 0; index < mixed::valueCount; ++index) {
-            values.push_back(Tree::Instance().findValue(mirrorOf(path) + u'/' + QString::number(index)));
-            require(values.back(), "each value is mirrored");
-            values.back()->AddObserver(this);
-        }
+        for (ValueBase *value : mixedValues.all())
+            value->AddObserver(this);
     }
     void Update(Observable *, TChangeCode code) override
     {
@@ -73,26 +64,12 @@ public:
     }
 
 private:
-    template <typename T> bool holds(int index, const T &content) const
-    {
-        return dynamic_cast<Value<T> &>(*values[static_cast<std::size_t>(index)]).GetValue() == content;
-    }
-    bool isAt(int index, int update) const override
-    {
-        switch (index % mixed::typeCount) {
-        case 0: return holds(index, mixed::text(update));
-        case 1: return holds(index, mixed::number(update));
-        case 2: return holds(index, mixed::real(update));
-        case 3: return holds(index, mixed::flag(update));
-        case 4: return holds(index, mixed::stamp(update));
-        default: return holds(index, mixed::count(update));
-        }
-    }
+    bool isAsSet(int update) const override { return mixedValues.isAsSet(update); }
     ServiceProcess &process() const override { return Service::instance().process(); }
 
     const QString path = QStringLiteral("/Updates");
     const std::unique_ptr<VtConnectionObserver> mirror = mirrored(path);
-    std::vector<ValueBase *> values;
+    const MixedValues mixedValues{mirrorOf(path)};
 };
 
 class PeerUpdates : public Updates
@@ -119,10 +96,10 @@ private:
         QObject::connect(replica, &MixedReplica::stampChanged, replica, count);
         QObject::connect(replica, &MixedReplica::countChanged, replica, count);
     }
-    bool isAt(int index, int update) const override
+    bool isAsSet(int update) const override
     {
-        const MixedReplica &replica = *replicas[static_cast<std::size_t>(index / mixed::typeCount)];
-        switch (index % mixed::typeCount) {
+        const MixedReplica &replica = *replicas[static_cast<std::size_t>(update % mixed::valueCount / mixed::typeCount)];
+        switch (update % mixed::typeCount) {
         case 0: return replica.text() == mixed::text(update);
         case 1: return replica.number() == mixed::number(update);
         case 2: return replica.real() == mixed::real(update);
@@ -142,7 +119,7 @@ template <typename Side> void updates(benchmark::State &state)
     static Updates &side = *new Side; // never destroyed: the ORB may end first
     side.run();
     side.check();
-    while (state.KeepRunningBatch(updatesPerRound))
+    while (state.KeepRunningBatch(mixed::updatesPerRound))
         side.run();
     side.check();
 }
@@ -150,5 +127,6 @@ template <typename Side> void updates(benchmark::State &state)
 // Times are per update.
 BENCHMARK(updates<MirrorUpdates>)->Name("mirror.updates/ours")->UseRealTime();
 BENCHMARK(updates<PeerUpdates>)->Name("mirror.updates/floor")->UseRealTime();
+BENCHMARK(updates<MirrorUpdates>)->Name("mirror.conflict/floor")->UseRealTime();
 
 } // namespace

@@ -2,13 +2,20 @@
 
 #include <QString>
 
-/// What the updates of `mirror.updates` set: 600 values, 100 of each of six types, in turn. Update number n, from 0,
-/// goes to value n % 600 and changes it.
+/// What the updates of `mirror.updates` and `mirror.conflict` set: 600 values, 100 of each of six types, in turn. Update
+/// number n, from 0, goes to value n % 600 and changes it.
 namespace mixed
 {
 
 constexpr int typeCount = 6;
 constexpr int valueCount = 600;
+constexpr int updatesPerRound = 100000;
+
+/// The last update of value @p index, when all up to, not with, @p end have been made.
+constexpr int lastUpdate(int index, int end)
+{
+    return end - 1 - (end - 1 - index) % valueCount;
+}
 
 inline QString text(int update)
 {

@@ -1,18 +1,16 @@
+#include "benchmarks/remote/addedvalue.h"
 #include "benchmarks/remote/baresource.h"
 #include "benchmarks/remote/briefcommands.h"
-#include "benchmarks/remote/mixedcontent.h"
+#include "benchmarks/remote/mixedvalues.h"
 #include "benchmarks/remote/recordmanager.h"
 #include "benchmarks/remote/service.h"
 #include "benchmarks/remote/snapshotsocket.h"
 #include "benchmarks/remote/textvalues.h"
-#include "benchmarks/support/require.h"
 
 #include "installation/cco/centralobjectservice.h"
 #include "orbconnection/vtserver.h"
 #include "tests/connectionmanagement/keyedservant.h"
 #include "tests/support/commandinput.h"
-#include "valuetreelib/tree.h"
-#include "valuetreelib/value.h"
 
 #include <iostream>
 
@@ -22,62 +20,40 @@ using namespace values;
 namespace
 {
 
-template <typename T> Value<T> *added(const QString &parent, const QString &name, const T &content = {})
-{
-    auto value = std::make_unique<Value<T>>();
-    Value<T> *const borrowed = value.get();
-    value->SetName(name, nullptr);
-    value->SetValue(content, nullptr);
-    value->setOptimized(false); // each change is to arrive
-    require(Tree::Instance().addValue(parent, std::move(value)), "a value can be added");
-    return borrowed;
-}
-
-/// The values of `mirror.updates`.
-class MixedValues
+/// The server's side of `mirror.conflict`: tells a client that both have made all their updates. Whoever hears it has
+/// heard before what became of them.
+class Conflict : public IObserver
 {
 public:
-    MixedValues()
-    {
-        for (int n = 0; n < mixed::valueCount; n += mixed::typeCount) {
-            const auto name = [n](int type) { return QString::number(n + type); };
-            texts.push_back(added<QString>(top, name(0)));
-            numbers.push_back(added<int>(top, name(1)));
-            reals.push_back(added<double>(top, name(2)));
-            flags.push_back(added<bool>(top, name(3)));
-            stamps.push_back(added<qint64>(top, name(4)));
-            counts.push_back(added<unsigned>(top, name(5)));
-        }
-    }
+    Conflict() { clientsEnd->AddObserver(this); }
+    ~Conflict() override { clientsEnd->DeleteObserver(this); }
 
-    void update(int n)
+    void begin(int from, int to)
     {
-        const auto place = static_cast<std::size_t>(n % mixed::valueCount / mixed::typeCount);
-        switch (n % mixed::typeCount) {
-        case 0: return texts[place]->SetValue(mixed::text(n), nullptr);
-        case 1: return numbers[place]->SetValue(mixed::number(n), nullptr);
-        case 2: return reals[place]->SetValue(mixed::real(n), nullptr);
-        case 3: return flags[place]->SetValue(mixed::flag(n), nullptr);
-        case 4: return stamps[place]->SetValue(mixed::stamp(n), nullptr);
-        case 5: return counts[place]->SetValue(mixed::count(n), nullptr);
-        }
+        end = to;
+        updates.begin(from, to);
     }
+    QString contents() const { return mixedValues.contents(); }
+    void Update(Observable *, TChangeCode) override { tellEnd(); }
 
 private:
-    const QString top = QStringLiteral("/Updates");
-    std::vector<Value<QString> *> texts;
-    std::vector<Value<int> *> numbers;
-    std::vector<Value<double> *> reals;
-    std::vector<Value<bool> *> flags;
-    std::vector<Value<qint64> *> stamps;
-    std::vector<Value<unsigned> *> counts;
+    void tellEnd()
+    {
+        if (!updates.isRunning() && clientsEnd->GetValue() == end)
+            bothEnd->SetValue(end, nullptr);
+    }
+
+    MixedValues mixedValues{QStringLiteral("/Conflict/Values")};
+    Value<int> *const clientsEnd = addedValue<int>(QStringLiteral("/Conflict"), QStringLiteral("ClientsEnd"), false);
+    Value<int> *const bothEnd = addedValue<int>(QStringLiteral("/Conflict"), QStringLiteral("BothEnd"), false);
+    SteadyUpdates updates{mixedValues, [this] { tellEnd(); }};
+    int end = 0;
 };
 
 void addTexts()
 {
     for (int n = 0; n < texts::count; ++n)
-        added<QString>(QLatin1String(texts::top) + texts::nodePath(n), texts::name(n),
-                       texts::content(n));
+        addedValue<QString>(QLatin1String(texts::top) + texts::nodePath(n), texts::name(n), true, texts::content(n));
 }
 
 /// What a display station looks for before it calls the manager.
@@ -90,8 +66,8 @@ void announceManager(RecordManager &manager, const OrbHandler &orb)
     here.length(1);
     here[0] = "here";
     orb.GetCCO()->RegisterValues("KorveManager/VTConnect", here, 0);
-    added<QString>(QStringLiteral("/KORVE/Device/many"), QStringLiteral("Name"));
-    added<QString>(QStringLiteral("/KORVE/Command"), QStringLiteral("Name"));
+    addedValue<QString>(QStringLiteral("/KORVE/Device/many"), QStringLiteral("Name"), true);
+    addedValue<QString>(QStringLiteral("/KORVE/Command"), QStringLiteral("Name"), true);
 }
 
 installation::CentralObjectConfiguration configuration(const std::string &address)
@@ -114,7 +90,8 @@ std::string referenceOf(BareSource &source, const OrbHandler &orb)
 
 /// ADDRESS: central object service, manager and value tree at ADDRESS, and the floors beside them. Prints the reference
 /// of the bare source and the port of the snapshot socket. Input: `update FROM TO` makes the updates from one number up
-/// to, not with, the other; `stamp` and `barestamp` send the time by one value, or by the bare source.
+/// to, not with, the other; `conflict FROM TO` begins to make such updates of the values that the client updates, too, and
+/// `contents` prints these; `stamp` and `barestamp` send the time by one value, or by the bare source.
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
@@ -133,14 +110,21 @@ int main(int argc, char **argv)
     const KeyedServant<BriefReplay> replay("replay many");
 
     const VtServer server;
-    MixedValues mixedValues;
-    Value<qint64> *const stamp = added<qint64>(QStringLiteral("/Latency"), QStringLiteral("Stamp"));
+    MixedValues::add(QStringLiteral("/Updates"), false);
+    MixedValues mixedValues(QStringLiteral("/Updates"));
+    MixedValues::add(QStringLiteral("/Conflict/Values"), true);
+    Conflict conflict;
+    Value<qint64> *const stamp = addedValue<qint64>(QStringLiteral("/Latency"), QStringLiteral("Stamp"), false);
     addTexts();
     BareSource source;
     const SnapshotSocket socket(settings.address);
     const CommandInput input([&](const QStringList &words) {
         for (int n = words.value(1).toInt(); words[0] == QLatin1String("update") && n < words.value(2).toInt(); ++n)
-            mixedValues.update(n);
+            mixedValues.set(n);
+        if (words[0] == QLatin1String("conflict"))
+            conflict.begin(words.value(1).toInt(), words.value(2).toInt());
+        if (words[0] == QLatin1String("contents"))
+            std::cout << conflict.contents().toStdString() << std::endl;
         if (words[0] == QLatin1String("stamp"))
             stamp->SetValue(nowNs(), nullptr);
         if (words[0] == QLatin1String("barestamp"))
