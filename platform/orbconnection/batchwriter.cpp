@@ -18,23 +18,30 @@ bool BatchWriter::write(const Record &record)
     if (batchHeaderBytes + most > timing.maximumBatchBytes)
         return false;
     if (batch.size() + most > timing.maximumBatchBytes)
-        flush();
+        complete();
     if (batch.empty())
         appendHeader(batch, sequence);
     appendRecord(batch, record);
     if (batch.size() >= timing.batchBytes)
-        flush();
+        complete();
     return true;
 }
 
-void BatchWriter::flush()
+bool BatchWriter::flush()
 {
     flushWanted = false;
+    if (outlet.waiting() < timing.windowBytes)
+        complete();
+    return batch.empty();
+}
+
+void BatchWriter::complete()
+{
     if (batch.empty())
         return;
-    std::string complete;
-    complete.swap(batch);
-    outlet.put(sequence++, std::move(complete));
+    std::string whole;
+    whole.swap(batch);
+    outlet.put(sequence++, std::move(whole));
 }
 
 void BatchWriter::wantFlush()
@@ -45,7 +52,7 @@ void BatchWriter::wantFlush()
 
 void BatchWriter::restart()
 {
-    batch.clear();
+    drop();
     sequence = 1;
 }
 } // namespace mirror

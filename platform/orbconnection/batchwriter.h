@@ -26,7 +26,9 @@ public:
     /// False, with nothing written, when @p record is too large for a batch.
     bool write(const Record &record);
     /// Completes the batch that is being gathered, if there is one.
-    void flush();
+    void complete();
+    /// Does so only with room for it: it grows while the peer has enough to do. False: it waits for room.
+    bool flush();
     /// Asks for a flush, unless one has been asked for since the last.
     void wantFlush();
 
@@ -35,7 +37,9 @@ public:
     /// Whether what can't be merged may still be written.
     bool hasRoomForEvents() const { return waiting() < timing.queueBytes; }
 
-    /// Drops what is gathered and counts from 1 again.
+    /// Drops what is gathered.
+    void drop() { batch.clear(); }
+    /// Does so and counts from 1 again.
     void restart();
 
 private:

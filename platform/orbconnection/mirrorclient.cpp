@@ -230,8 +230,7 @@ bool MirrorClient::flush()
     fresh.clear();
     removeKeptNodes();
     const bool isClean = writeDirty(true);
-    writer.flush();
-    return isClean;
+    return writer.flush() && isClean;
 }
 
 bool MirrorClient::writeDirty(bool onlyWithRoom)

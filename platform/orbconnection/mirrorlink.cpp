@@ -65,7 +65,7 @@ void MirrorLink::pause(std::size_t failures)
 
 std::shared_ptr<LinkSession> MirrorLink::open()
 {
-    const auto session = std::make_shared<LinkSession>();
+    const auto session = std::make_shared<LinkSession>(timing);
     const bool opened = succeeds([&] {
         const CorbaCommon::OrbHandler &orb = CorbaCommon::OrbHandler::Instance();
         if (!orb.isRunning())

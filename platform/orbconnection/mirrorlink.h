@@ -13,6 +13,8 @@ namespace mirror
 {
 /// One session of a client with a server, as the client's threads and the main thread share it.
 struct LinkSession {
+    explicit LinkSession(const MirrorTiming &timing) : outbox(timing.batchBytes) {}
+
     VALUETREE::TreeServer_var server;
     quint64 number = 0;
     Outbox outbox;                           ///< to the server; closing it ends the session

@@ -32,6 +32,7 @@ MirrorSession::~MirrorSession()
 
 void MirrorSession::startOver()
 {
+    writer.drop(); // or the client would get it without what was before it
     paths.clearDirty();
     listed = 0;
     bool mayBeKnown = paths.last() != 0;
@@ -115,8 +116,7 @@ void MirrorSession::tellEvent(Place place)
 bool MirrorSession::flush()
 {
     const bool isClean = writeDirty(true);
-    writer.flush();
-    return isClean;
+    return writer.flush() && isClean;
 }
 
 bool MirrorSession::writeDirty(bool onlyWithRoom)
@@ -139,7 +139,7 @@ bool MirrorSession::writeDirty(bool onlyWithRoom)
 
 void MirrorSession::beginSnapshot()
 {
-    writer.flush(); // the mark begins a batch, so that it is found when some before it are missing
+    writer.complete(); // the mark begins a batch, so that it is found when some before it are missing
     writer.write({.kind = RecordKind::SnapshotBegin, .count = applied});
     appliedTold = applied;
     for (const Place place : named)

@@ -9,7 +9,7 @@ void Outbox::put(quint64 sequence, std::string bytes)
     const std::lock_guard lock(mutex);
     if (closed)
         return;
-    bytesWaiting += bytes.size();
+    bytesWaiting += counted(bytes);
     entries.push_back({sequence, std::make_shared<const std::string>(std::move(bytes))});
     changed.notify_all();
 }
@@ -66,7 +66,7 @@ bool Outbox::isClosed() const
 void Outbox::drop(quint64 received)
 {
     while (!entries.empty() && entries.front().sequence <= received) {
-        bytesWaiting -= entries.front().bytes->size();
+        bytesWaiting -= counted(*entries.front().bytes);
         entries.pop_front();
     }
 }

@@ -2,6 +2,7 @@
 
 #include <QtGlobal>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -33,10 +34,13 @@ public:
         Batch bytes;
     };
 
+    /// Each batch counts @p leastBytes at least: a small one costs a call as a large one does.
+    explicit Outbox(std::size_t leastBytes) : leastBytes(leastBytes) {}
+
     void put(quint64 sequence, std::string bytes);
     /// Drops what waits.
     void clear();
-    /// The bytes of the batches that the peer has not got yet.
+    /// The bytes of the batches that the peer has not got yet, as they count.
     std::size_t waiting() const { return bytesWaiting; }
     /// Makes @p call once, as soon as fewer than @p bytes wait: at once, or on the thread that takes batches.
     void whenBelow(std::size_t bytes, std::function<void()> call);
@@ -48,9 +52,11 @@ public:
     bool isClosed() const;
 
 private:
+    std::size_t counted(const std::string &bytes) const { return std::max(bytes.size(), leastBytes); }
     void drop(quint64 received);
     std::function<void()> callThatIsDue();
 
+    const std::size_t leastBytes;
     mutable std::mutex mutex; // guards all below; bytesWaiting is read without it
     std::condition_variable changed;
     std::deque<Entry> entries;

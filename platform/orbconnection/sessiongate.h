@@ -16,7 +16,7 @@ namespace mirror
 /// What the main thread and the ORB's threads share of one session.
 struct SessionLine {
     SessionLine(const MirrorTiming &timing, const QString &path, const std::string &address, Heartbeat::Clock clock)
-        : path(path), address(address),
+        : path(path), address(address), outbox(timing.batchBytes),
           heartbeat(timing.silenceUntilLost() - timing.watchInterval(), std::move(clock))
     {
     }

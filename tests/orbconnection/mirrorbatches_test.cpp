@@ -390,6 +390,21 @@ TEST_F(MirroredBatch, GoesOnWhenAnObserverAtTheServerThrows)
 }
 
 /// Every byte of a real batch cut off, and every byte changed: refused or harmless, never a crash.
+TEST_F(MirroredBatch, GathersEachChangeThatWaitsForRoom)
+{
+    state->setOptimized(false);
+    pair.timing.windowBytes = 1;
+    pair.connect();
+    Diary diary(text(clientTree, "/Sub/A/Device/State"));
+    for (const char *content : {"1", "2", "3"}) {
+        state->SetValue(QLatin1String(content), nullptr);
+        pair.session->flush();
+    }
+    EXPECT_EQ(pair.toClient.size(), 1u);
+    pair.carry();
+    EXPECT_EQ(diary.codes.size(), 3u);
+}
+
 TEST_F(MirroredBatch, OfAClientMakesNoValueBesideTheMirroredNode)
 {
     pair.connect();

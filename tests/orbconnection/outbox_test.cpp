@@ -14,7 +14,7 @@ class AnOutbox : public testing::Test
 protected:
     quint64 next(quint64 received) { return box.next(received, 0ms).sequence; }
 
-    Outbox box;
+    Outbox box{0};
 };
 
 TEST_F(AnOutbox, HandsOutABatchUntilItIsReceived)
@@ -37,6 +37,16 @@ TEST_F(AnOutbox, CountsWhatWaits)
     box.clear();
     EXPECT_EQ(box.waiting(), 0u);
     EXPECT_EQ(next(1), 0u);
+}
+
+TEST_F(AnOutbox, CountsASmallBatchAsTheLeast)
+{
+    Outbox counting(50);
+    counting.put(1, "a");
+    counting.put(2, std::string(60, 'x'));
+    EXPECT_EQ(counting.waiting(), 110u);
+    counting.next(1, 0ms);
+    EXPECT_EQ(counting.waiting(), 60u);
 }
 
 TEST_F(AnOutbox, SaysOnceWhenThereIsRoom)
