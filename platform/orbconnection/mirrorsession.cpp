@@ -36,7 +36,9 @@ void MirrorSession::startOver()
     paths.clearDirty();
     listed = 0;
     bool mayBeKnown = paths.last() != 0;
-    for (values::TreeItem *item : tree.subtree(path.top())) {
+    const std::vector<values::TreeItem *> items = tree.subtree(path.top());
+    paths.reserve(items.size());
+    for (values::TreeItem *item : items) {
         const QString itemPath = item->GetPathName();
         mayBeKnown = mayBeKnown || (item->isNode() && tree.findValue(itemPath)); // both stand at one path
         const Place place = mayBeKnown ? paths.placeOf(itemPath) : paths.add(itemPath);

@@ -14,7 +14,7 @@ struct MirrorTiming {
                                                      std::chrono::milliseconds(1000)};
     /// Of a client that is to get a snapshot, between batches of it.
     std::chrono::milliseconds snapshotPatience{30000};
-    std::size_t batchBytes = 256 * 1024; ///< a batch is closed when it has grown to this, and counts so much while it waits
+    std::size_t batchBytes = 256 * 1024; ///< a batch is closed when it has grown to this; counts as much while it waits
     std::size_t maximumBatchBytes = 64 * 1024 * 1024; ///< a longer one is refused, a value that needs one left out
     std::size_t windowBytes = 1024 * 1024; ///< while more wait for a peer, changes are merged, and batches gathered
     std::size_t queueBytes = 16 * 1024 * 1024; ///< while more wait, those too that are told one by one otherwise

@@ -36,6 +36,12 @@ PathTable::Place PathTable::placeOf(const QString &path)
     return place ? place : add(path);
 }
 
+void PathTable::reserve(std::size_t count)
+{
+    entries.reserve(count + 1);
+    valuesNotEntered.reserve(count);
+}
+
 PathTable::Place PathTable::add(const QString &path)
 {
     entries.emplace_back().path = path;

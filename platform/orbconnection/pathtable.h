@@ -60,6 +60,8 @@ public:
 
     /// The place of @p path, added if necessary.
     Place placeOf(const QString &path);
+    /// Makes room for @p count paths in all.
+    void reserve(std::size_t count);
     /// Adds a path that is known not to be here yet.
     Place add(const QString &path);
     /// 0, when the path has not come up.
