@@ -163,7 +163,8 @@ Tree &Tree::Instance()
 
 bool Tree::canHold(const QString &path)
 {
-    return path.size() <= maxPathLength && fits(normalizedPath(path));
+    // Nearly all paths are short enough for any number of parts.
+    return path.size() < 2 * maxDepth || (path.size() <= maxPathLength && fits(normalizedPath(path)));
 }
 
 bool Tree::addValue(const QString &parentPath, std::unique_ptr<ValueBase> value, IObserver *originator)
