@@ -14,7 +14,8 @@ class IVtClient;
 ///
 /// Connects by itself, from the event loop, and again after each loss. A set of the boolean value at the re-register
 /// path forces that. After a loss each mirrored value has ValueStateConnectionLost, and mirrored nodes and values tell
-/// ChangeCodeDeleted; on the return of the server they are as it says.
+/// ChangeCodeDeleted; on the return of the server they are as it says. docs/mirror.md has what is sent to the server,
+/// what is not, and whose word holds.
 /// Thread: main; never blocks. Needs a running OrbHandler.  Errors: traced; it tries again.
 class ORBCONNECTION_EXPORT VtConnectionObserver : public QObject
 {

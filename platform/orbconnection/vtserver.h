@@ -12,7 +12,8 @@ class Tree;
 
 /// Offers a tree to other processes, at the key "ValueTree" of the ORB, whose settings must have port 8004.
 ///
-/// Clients get what stands below a path of theirs, then all changes, and may change values and add some.
+/// Clients get what stands below a path of theirs, then all changes, and may change values and add some, as
+/// docs/mirror.md says.
 /// Thread: main; never blocks. Needs a running OrbHandler.  Errors: traced; isServing() is false then.
 class ORBCONNECTION_EXPORT VtServer
 {
