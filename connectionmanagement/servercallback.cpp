@@ -48,6 +48,13 @@ bool isMainThread()
     const QCoreApplication *const application = QCoreApplication::instance();
     return !application || application->thread() == QThread::currentThread();
 }
+
+/// A manager that keeps to the declared code set sends Latin-1, another one UTF-8.
+QString nameIn(const char *bytes)
+{
+    const QString name = KorveCommon::wire::identifier(bytes);
+    return name.contains(QChar::ReplacementCharacter) ? QString::fromLatin1(bytes) : name;
+}
 } // namespace
 
 ServerCallback::ServerCallback() : listeners(std::make_shared<Listeners>()) {}
@@ -62,7 +69,7 @@ void ServerCallback::NotifyStateChange(const char *deviceId, const char *recordI
         return;
     using KorveCommon::wire::identifier;
     const auto tell = [guard = std::weak_ptr(listeners), device = identifier(deviceId), record = identifier(recordId),
-                       name = identifier(recordName), newState = *state] {
+                       name = nameIn(recordName), newState = *state] {
         NotifyChannelStateChangedInMainThread(guard, device, record, name, newState);
     };
     ThreadSwitchingAdministration::CreateThreadSwitchingHandler(QLatin1String(sourceName))

@@ -52,7 +52,8 @@ ClientCallbacks::ClientCallbacks(CCO::IF_CCO_c_ptr service, const ManagerConfigu
 void ClientCallbacks::tellState(const RecordState &state)
 {
     const auto call = [device = state.device.toStdString(), record = state.record.toStdString(),
-                       name = state.name.toStdString(), status = state.status](CORBA::Object_ptr client) {
+                       name = state.name.toLatin1().toStdString(), // the code set that the ORB declares for a string
+                       status = state.status](CORBA::Object_ptr client) {
         // It is of this interface already, so this makes no reference that would lack the limit.
         const TQ_KRV::IF_RecordStateChangeCallback_var own(
             TQ_KRV::IF_RecordStateChangeCallback::_unchecked_narrow(client));

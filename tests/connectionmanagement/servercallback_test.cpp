@@ -93,6 +93,14 @@ TEST_F(RecordStates, KeepTheirTexts)
     EXPECT_THAT(diary, ElementsAre("D1|R7|%1 \xc3\xa9\xf0\x9f\x93\xa1@/ 0"));
 }
 
+TEST_F(RecordStates, KeepNamesInTheCodeSetThatIsDeclared)
+{
+    callback->AddChannelStateChangeListener(&listener);
+    notify(TQ_KRV::rsIDLE, "K\xf6ln");
+    runPosted();
+    EXPECT_THAT(diary, ElementsAre("D1|R7|K\xc3\xb6ln 0"));
+}
+
 TEST_F(RecordStates, ReachListenersOnceInTheOrderOfAdding)
 {
     for (Listener *const one : {&second, &listener, &second, &third})

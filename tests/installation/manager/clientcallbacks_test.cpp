@@ -72,7 +72,7 @@ TEST_F(ClientCallbacks, TellOfWhatARecorderTells)
     fake->setStatus("R1", TQ_KORVE::rsIDLE);
     fake->setStatus("R2", TQ_KORVE::rsCOPYING);
     fake->remove("R2");
-    const std::vector<std::string> expected{"FAKE R1 R1-ä 3", "FAKE R1 R1-ä 5", "FAKE R2 R2-ä 6", "FAKE R2 R2-ä 5"};
+    const std::vector<std::string> expected{"FAKE R1 R1-\xe4 3", "FAKE R1 R1-\xe4 5", "FAKE R2 R2-\xe4 6", "FAKE R2 R2-\xe4 5"};
     ASSERT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == expected.back(); }, 20000));
     const auto told = client->notes.all();
     ASSERT_GE(told.size(), expected.size());
@@ -102,7 +102,7 @@ TEST_F(ClientCallbacks, TellWhatWasMissedWhileTheRecorderToldNobody)
     const ServedObject<StateClient> client(cco, "KorveManager/Callbacks/one");
     waitUntilTold(client);
     fake->setStatusUntold("R7", TQ_KORVE::rsRECORDING);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == "FAKE R7 R7-ä 3"; }, 20000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == "FAKE R7 R7-\xe4 3"; }, 20000));
 }
 
 TEST_F(ClientCallbacks, AreTheRecordersAgainAfterItsRestart)
@@ -118,12 +118,12 @@ TEST_F(ClientCallbacks, TellWhatHasChangedWhileTheManagerWasDown)
     const ServedObject<StateClient> client(cco, "KorveManager/Callbacks/one");
     waitUntilTold(client);
     fake->setStatus("R7", TQ_KORVE::rsRECORDING);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == "FAKE R7 R7-ä 3"; }, 20000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == "FAKE R7 R7-\xe4 3"; }, 20000));
     service.reset();
     fake->setStatusUntold("R7", TQ_KORVE::rsIDLE);
     fake->setStatusUntold("R0", TQ_KORVE::rsIDLE);
     startManager();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == "FAKE R7 R7-ä 5"; }, 20000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == "FAKE R7 R7-\xe4 5"; }, 20000));
 }
 
 TEST_F(ClientCallbacks, UnregisterAClientThatIsGone)
