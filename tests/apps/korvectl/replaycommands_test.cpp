@@ -118,6 +118,16 @@ TEST_F(ReplayCommand, SendsASectionSoOften)
     EXPECT_TRUE(isIdle());
 }
 
+TEST_F(ReplayCommand, RefusesASpeedThatIsNoRate)
+{
+    for (const char *speed : {"--speed 0.0000001", "--speed 1e19"}) { // below one sample a second, and beyond 64 bits
+        const Run run = start(speed);
+        EXPECT_EQ(run.exitCode, 1) << speed;
+        EXPECT_TRUE(run.errors.contains(QLatin1String("there is no such rate"))) << run.errors.toStdString();
+    }
+    EXPECT_EQ(replayState(), "none");
+}
+
 TEST_F(ReplayCommand, PausesContinuesAndStops)
 {
     ASSERT_EQ(start("--speed 0.1 --count 0").exitCode, 0);
