@@ -50,7 +50,7 @@ bool LiveTreeServer::comesTrue(const std::function<bool()> &condition)
 MirrorTiming LiveTreeServer::timing()
 {
     MirrorTiming timing;
-    timing.heartbeat = std::chrono::milliseconds(300);
+    timing.heartbeat = std::chrono::milliseconds(700); // a busy machine holds main threads up
     timing.backOff = {std::chrono::milliseconds(10), std::chrono::milliseconds(50), std::chrono::milliseconds(100)};
     return timing;
 }

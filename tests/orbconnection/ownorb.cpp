@@ -46,7 +46,7 @@ VtConnectData OwnOrb::addressFromOutside()
 MirrorTiming OwnOrb::timing()
 {
     MirrorTiming timing;
-    timing.heartbeat = 300ms;
+    timing.heartbeat = 700ms; // a busy machine holds the main thread up
     timing.backOff = {10ms, 50ms, 100ms};
     return timing;
 }
