@@ -40,10 +40,16 @@ bool MainThreadDoor::post(RunInMainThreadEvent event, Poster poster)
 {
     const auto call = std::make_shared<Call>(Call{std::move(event), std::move(poster)});
     const std::lock_guard lock(mutex);
-    if (state == State::Closed)
+    if (state == State::NeverOpened || state == State::Closed)
         return false;
     enqueue(call);
     return true;
+}
+
+bool MainThreadDoor::hasClosed()
+{
+    const std::lock_guard lock(mutex);
+    return state == State::Closed;
 }
 
 bool MainThreadDoor::executeAndWait(RunInMainThreadEvent event, Poster poster)

@@ -31,6 +31,9 @@ public:
     /// False when the event loop has ended, or ends while the call waits; @p event does not run then.
     bool executeAndWait(RunInMainThreadEvent event, Poster poster);
 
+    /// An application has run, and is gone: who comes too late then is not to be blamed.
+    bool hasClosed();
+
     /// Makes the calling thread the main thread.
     void open();
     /// The event loop has ended: releases those who wait, and refuses others. Posts are still taken.
@@ -39,7 +42,7 @@ public:
     void close();
 
 private:
-    enum class State { Open, LoopEnded, Closed };
+    enum class State { NeverOpened, Open, LoopEnded, Closed };
     struct Call;
 
     class Receiver;
@@ -52,7 +55,7 @@ private:
 
     std::mutex mutex; // guards all below
     std::condition_variable progress;
-    State state = State::Closed;
+    State state = State::NeverOpened;
     std::thread::id mainThread;
     std::deque<std::shared_ptr<Call>> calls;
     std::unique_ptr<QObject> receiver; // lives on the main thread

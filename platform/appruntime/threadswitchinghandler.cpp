@@ -16,7 +16,9 @@ void ThreadSwitchingHandler::post(RunInMainThreadEvent event)
 {
     if (MainThreadDoor::instance().post(std::move(event), shared_from_this()))
         return;
-    traceAt(TraceLevel::Normal, ::sourceName,
+    // At the end of a program others may still have something to say; before, somebody has forgotten the application.
+    const TraceLevel level = MainThreadDoor::instance().hasClosed() ? TraceLevel::Debug : TraceLevel::Normal;
+    traceAt(level, ::sourceName,
             [&] { return QStringLiteral("No application runs: an event of %1 was dropped").arg(source); });
 }
 

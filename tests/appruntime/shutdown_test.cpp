@@ -16,10 +16,10 @@ using ThreadingHelper::ThreadSwitchingAdministration;
 
 const auto handler = ThreadSwitchingAdministration::CreateThreadSwitchingHandler("tests/shutdown");
 
-/// Destroys the application and reports by the exit code whether a post is then dropped and traced.
+/// Destroys the application and reports by the exit code whether a post is then dropped, and traced for debugging alone.
 [[noreturn]] void postWithoutApplication()
 {
-    const CapturedTraces traces;
+    const CapturedTraces traces(unsigned(TraceLevel::Debug));
     qApp->~QCoreApplication();
     handler->post(RunInMainThreadEvent([] {}));
     const bool dropped =
