@@ -2,9 +2,13 @@
 # shellcheck shell=bash
 # shellcheck disable=SC2154 # demonstrate.sh, stage.sh and commands.sh set what is not set here
 
-korvectl_finds_all_well() { "$build/apps/korvectl/korvectl" doctor >"$folder/doctor" 2>&1; }
+# Not doctor: it tells at once that a disk is full here.
+both_recorders_answer() {
+    "$build/apps/korvectl/korvectl" records >"$folder/listed" 2>&1 &&
+        grep -q '^east ' "$folder/listed" && grep -q '^west ' "$folder/listed"
+}
 
-await_health() { wait_until manager "the services were not well" korvectl_finds_all_well; }
+await_services() { wait_until manager "the services did not answer" both_recorders_answer; }
 
 show_script() {
     headline "From here on things go wrong on purpose" \
@@ -18,7 +22,7 @@ show_script() {
     start east recorder
     start west recorder
     start manager manager
-    await_health
+    await_services
 }
 
 show_delay() {
@@ -30,11 +34,11 @@ show_delay() {
 }
 
 show_refusals() {
-    headline "A recorder refuses, and a manager"
+    headline "A recorder refuses, and nobody receives"
     ask 3 record deletable east "$voice" on
     must_say "Id: 10033 : The mass storage is classified as defect."
     ask 3 replay start east "$voice" --to "$KORVE_ADDRESS:9"
-    must_say "Id: 752 : Resources not available."
+    must_say "Id: 902 : Connection could not be established"
     ask 0 record show east "$voice"
     must_say "deletable    no" "status       IDLE"
 }
@@ -70,7 +74,7 @@ show_unknown_outcome() {
     show_strikes
     faults=()
     start manager manager
-    await_health
+    await_services
     ask 0 "${check[@]}"
     must_say "comment      Harbour, evening"
     tell "so it had been done"
