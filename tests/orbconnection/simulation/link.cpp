@@ -1,5 +1,6 @@
 #include "tests/orbconnection/simulation/link.h"
 
+#include "tests/orbconnection/joinedmirror.h"
 #include "valuetreelib/node.h"
 
 using namespace values;
@@ -26,28 +27,15 @@ std::string textOf(const ValueBase &value)
 
 Link::Link(Side &server, Side &client, const MirrorTiming &timing)
     : server(server), client(client), timing(timing),
-      mirrorClient(client.tree, client.top, QString(), timing, outletTo(toServer))
+      mirrorClient(client.tree, client.top, QString(), timing, JoinedMirror::outletTo(toServer))
 {
     client.joinServer([this] { return mirrorClient.isComplete(); });
-}
-
-mirror::Outlet Link::outletTo(std::deque<std::string> &batches)
-{
-    return {.put = [&batches](quint64, std::string bytes) { batches.push_back(std::move(bytes)); },
-            .waiting =
-                [&batches] {
-                    std::size_t bytes = 0;
-                    for (const std::string &batch : batches)
-                        bytes += batch.size();
-                    return bytes;
-                },
-            .wantsFlush = [] {}};
 }
 
 void Link::connect()
 {
     disconnect();
-    session = std::make_unique<MirrorSession>(server.tree, server.top, timing, outletTo(toClient));
+    session = std::make_unique<MirrorSession>(server.tree, server.top, timing, JoinedMirror::outletTo(toClient));
     mirrorClient.begin();
 }
 

@@ -30,7 +30,6 @@ public:
     std::size_t fingerprint() const { return seen; }
 
 private:
-    static mirror::Outlet outletTo(std::deque<std::string> &batches);
     void flushServer();
     void flushClient();
     void deliverToClient();
