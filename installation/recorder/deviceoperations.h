@@ -35,7 +35,7 @@ public:
     void transfer(const QString &recordId, const QString &url);
     /// Asks all that goes on to end, and refuses more. Does not wait.
     void cancel();
-    /// The same, and waits until it has.
+    /// Asks as cancel() does, and waits until all has ended.
     void stop();
 
 private:

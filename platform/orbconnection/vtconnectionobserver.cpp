@@ -65,7 +65,7 @@ public:
 
 private:
     mirror::Outlet outlet();
-    /// Of calls from other threads to this, on the main thread.
+    /// Returns a function that other threads may call: it makes a call of theirs to this on the main thread.
     auto poster();
     MirrorLink::Events events();
     void begin(const std::shared_ptr<LinkSession> &newSession);

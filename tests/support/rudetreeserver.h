@@ -35,7 +35,7 @@ public:
     /// When clients have opened sessions.
     std::vector<Clock::time_point> opened() const;
     int pullCount() const;
-    /// Of those, how many came from a client that had no room.
+    /// How many of the pulls came from a client that had no room.
     int pullCountWithoutRoom() const;
     int resynchronisationCount() const;
 

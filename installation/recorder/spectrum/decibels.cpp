@@ -22,7 +22,7 @@ constexpr float decibelsPerBit = 3.01029996F; // ten times the decimal logarithm
 using Floats = float __attribute__((vector_size(lanes * sizeof(float))));
 using Integers = std::int32_t __attribute__((vector_size(lanes * sizeof(std::int32_t))));
 
-/// Of normal positive numbers. The standard library's takes ten times as long, as much as the transform itself.
+/// Takes normal positive numbers only. The standard library's takes ten times as long, as much as the transform itself.
 KORVE_LOOP Floats decibelsOf(Floats power)
 {
     constexpr std::int32_t rootOfHalf = 0x3f3504f3; // as bits: what is left of the exponent lies around 1

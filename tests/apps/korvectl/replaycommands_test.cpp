@@ -52,7 +52,7 @@ protected:
             socket = receiver.nextPendingConnection();
         return receivedFrom(*socket, count);
     }
-    /// Of the recording.
+    /// The samples of the recording, as they lie on the recorder's disk.
     static QByteArray samplesOf(const QString &id)
     {
         QFile file(filePath(qPrintable(QStringLiteral("recorder/recordings/%1.sigmf-data").arg(id))));
@@ -65,7 +65,7 @@ protected:
             ->registerReceiverChannel(TQ_KRV::IF_KRV_c_ChanMan::_nil(), TQ_KRV::drVUHF_1M, TQ_KRV::dfRAW, false, true,
                                       name, "REC1", TQ_KRV::TCP_IF, endpoint.toLatin1(), id.out());
     }
-    /// Of the channel that replays; of any when none does.
+    /// The state of the channel that replays; that of any when none does.
     static std::string replayState()
     {
         std::string state = "none";

@@ -168,7 +168,7 @@ TEST_F(ClientCallbacks, AreNotHeldUpByOneThatHangs)
 namespace
 {
 
-/// Of what a client has been told of storage, that of one device: its free bytes, in the order of the news.
+/// The free bytes of one device that a client has been told of, in the order of the news.
 std::vector<qint64> freeBytesTold(Notes &notes, const char *device)
 {
     std::vector<qint64> bytes;

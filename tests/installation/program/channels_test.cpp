@@ -47,7 +47,7 @@ protected:
             dynamic_cast<values::ValueNumeric<double> *>(values::Tree::Instance().findValue(path));
         return value && value->GetState() == values::ValueStateValid ? value->GetValue() : 0;
     }
-    /// Of the last command on the channel that failed, and of what ended by itself.
+    /// The error of the last command on the channel that failed, or of what ended by itself.
     std::string shownFailure() const
     {
         const QString path = QStringLiteral("/KORVE/Channel/%1/ErrorCode").arg(QLatin1String(id.in()));
