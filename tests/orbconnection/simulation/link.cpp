@@ -47,6 +47,7 @@ void Link::disconnect()
     toServer.clear();
     lastToClient.clear();
     lastToServer.clear();
+    lostToClient = lostToServer = false;
 }
 
 void Link::act(Random &random)
@@ -128,8 +129,11 @@ void Link::deliverToServer()
     lastToServer = toServer.front();
     toServer.pop_front();
     note(lastToServer);
-    if (!session->receive(lastToServer))
-        connect(); // one before it was lost
+    if (session->receive(lastToServer))
+        return;
+    if (!lostToServer)
+        throw std::logic_error("the server refuses a batch of an honest client");
+    connect();
 }
 
 bool Link::loseOne(std::deque<std::string> &batches, Random &random)
