@@ -28,35 +28,39 @@ struct Registry {
     std::atomic<bool> ending = false;
 };
 
-void joinThose(std::list<Background> &threads)
+void joinThose(std::list<Background> threads)
 {
     for (Background &background : threads)
         background.thread.join();
+}
+
+std::list<Background> takeEnded(Registry &registry)
+{
+    std::list<Background> ended;
+    const std::lock_guard lock(registry.mutex);
+    for (auto it = registry.threads.begin(); it != registry.threads.end();) {
+        const auto next = std::next(it);
+        if (*it->done)
+            ended.splice(ended.end(), registry.threads, it);
+        it = next;
+    }
+    return ended;
 }
 } // namespace
 
 void runInBackground(std::function<void()> work)
 {
     Registry &registry = Registry::instance();
-    std::list<Background> ended;
-    {
-        const std::lock_guard lock(registry.mutex);
-        for (auto it = registry.threads.begin(); it != registry.threads.end();) {
-            const auto next = std::next(it);
-            if (*it->done)
-                ended.splice(ended.end(), registry.threads, it);
-            it = next;
-        }
-        if (registry.ending)
-            return;
-        const auto done = std::make_shared<std::atomic<bool>>(false);
-        std::thread thread([work = std::move(work), done] {
-            work();
-            *done = true;
-        });
-        registry.threads.push_back({std::move(thread), done});
-    }
-    joinThose(ended);
+    joinThose(takeEnded(registry)); // before there is another one, which may find no room for it
+    const std::lock_guard lock(registry.mutex);
+    if (registry.ending)
+        return;
+    const auto done = std::make_shared<std::atomic<bool>>(false);
+    std::thread thread([work = std::move(work), done] {
+        work();
+        *done = true;
+    });
+    registry.threads.push_back({std::move(thread), done});
 }
 
 bool isBackgroundEnding()
@@ -68,16 +72,15 @@ void joinBackgroundThreads()
 {
     Registry &registry = Registry::instance();
     registry.ending = true;
-    std::list<Background> all;
     for (;;) {
+        std::list<Background> all;
         {
             const std::lock_guard lock(registry.mutex);
             all.swap(registry.threads);
         }
         if (all.empty())
             return;
-        joinThose(all); // one may have begun another
-        all.clear();
+        joinThose(std::move(all)); // one may have begun another
     }
 }
 } // namespace CorbaCommon
