@@ -27,7 +27,7 @@ public:
     bool write(const Record &record);
     /// Completes the batch that is being gathered, if there is one.
     void complete();
-    /// Does so only with room for it: it grows while the peer has enough to do. False: it waits for room.
+    /// Completes the batch if there is room for it; it grows while the peer has enough to do. False: it waits for room.
     bool flush();
     /// Asks for a flush, unless one has been asked for since the last.
     void wantFlush();
@@ -39,7 +39,7 @@ public:
 
     /// Drops what is gathered.
     void drop() { batch.clear(); }
-    /// Does so and counts from 1 again.
+    /// Drops what is gathered, and counts from 1 again.
     void restart();
 
 private:

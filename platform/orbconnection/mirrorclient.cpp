@@ -103,7 +103,7 @@ void MirrorClient::itemAdded(values::TreeItem &item, IObserver *originator)
         paths.bind(arriving, &value); // before observers can change it
         return;
     }
-    if (dynamic_cast<const ClientsHand *>(originator)) {
+    if (dynamic_cast<const ClientOriginator *>(originator)) {
         // A client of this process wants to have it, and so do we of our server.
         if (complete)
             announce(value);

@@ -50,7 +50,7 @@ public:
     void lose();
     /// Writes what was changed here, as far as there is room. False: the rest waits for room.
     bool flush();
-    /// For good: the tree is left alone from here on, and nothing that it was made with is called.
+    /// Leaves the tree alone from here on, for good, and calls nothing of the outlet any more.
     void detach();
 
     /// Removes the mirrored node with all below it, of which the server is not told.
@@ -76,7 +76,7 @@ private:
     bool isOwn(const values::TreeItem &item) const { return item.GetPathName() == ownValuePath; }
     Place placeToTell(values::ValueBase &value, bool forced);
     Place announce(values::ValueBase &value);
-    /// They are no longer this side's alone.
+    /// The nodes above @p value are no longer this side's alone.
     void shareNodesAbove(const values::ValueBase &value);
     void noteSharedNode(const QString &nodePath);
     void makeDirty(Place place, Parts parts);

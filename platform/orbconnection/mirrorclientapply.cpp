@@ -204,7 +204,6 @@ void MirrorClient::applyNode(Place place)
     arrivingNode.clear();
 }
 
-
 bool MirrorClient::goesWithItsNode(const values::ValueBase &value)
 {
     const Place place = paths.find(&value);

@@ -16,9 +16,9 @@ public:
 
     /// "/a/b", "/" for the root.
     const QString &top() const { return topPath; }
-    /// Of a path as a record has it: in UTF-8, and "" stands for the node itself.
+    /// The path that @p relative stands for in a record: it is in UTF-8, and "" is the node itself.
     QString absolute(std::string_view relative) const;
-    /// As a record is to have it, of an absolute path at or below the node; nothing for any other.
+    /// How a record names a path at or below the node; nothing for any other.
     std::optional<QByteArray> relative(const QString &absolute) const;
 
 private:

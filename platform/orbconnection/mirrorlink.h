@@ -56,7 +56,7 @@ private:
     void pauseShortly();
     /// False, with a note of the trouble, when @p call throws.
     template <typename Call> bool attempt(const Call &call);
-    /// The same with a remote call: otherwise the server answers.
+    /// Attempts a remote call, and notes that the server answers when it succeeds.
     template <typename Call> bool succeeds(const Call &call);
     void note(const QString &newTrouble);
 

@@ -66,7 +66,7 @@ void MirrorSession::itemRemoved(values::TreeItem &item, IObserver *)
                                       : paths.find(static_cast<values::ValueBase *>(&item));
     if (!item.isNode()) {
         paths.unbind(place);
-        paths[place].isOurs = false;
+        paths[place].isMadeByClient = false;
     }
     makeDirty(place, item.isNode() ? nodePart : wholePart);
 }

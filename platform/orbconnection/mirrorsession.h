@@ -22,7 +22,7 @@ namespace mirror
 /// change by change, each after all that was dirty before it; merged like others while too much waits for the client.
 ///
 /// It is the originator of what its client changes. Thread: main; never blocks.
-class MirrorSession final : public values::ITreeListener, public ClientsHand
+class MirrorSession final : public values::ITreeListener, public ClientOriginator
 {
 public:
     /// Begins with a snapshot to write.

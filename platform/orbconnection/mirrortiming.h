@@ -12,7 +12,7 @@ struct MirrorTiming {
     /// Pauses before the first attempts to connect; the last one holds for all that follow.
     std::array<std::chrono::milliseconds, 3> backOff{std::chrono::milliseconds(250), std::chrono::milliseconds(500),
                                                      std::chrono::milliseconds(1000)};
-    /// Of a client that is to get a snapshot, between batches of it.
+    /// The longest time between two batches of a snapshot, until the client leaves the server.
     std::chrono::milliseconds snapshotPatience{30000};
     std::size_t batchBytes = 256 * 1024; ///< a batch is closed when it has grown to this; counts as much while it waits
     std::size_t maximumBatchBytes = 64 * 1024 * 1024; ///< a longer one is refused, a value that needs one left out

@@ -14,7 +14,7 @@ class ValueBase;
 namespace mirror
 {
 /// The originator of changes that a client of this process has made: mirrors pass them on to their own servers.
-class ClientsHand : public IObserver
+class ClientOriginator : public IObserver
 {
 public:
     void Update(Observable *, TChangeCode) override {}
@@ -27,7 +27,7 @@ std::unique_ptr<values::ValueBase> makeValue(const Record &record, const QString
 /// Whether @p value is of the class that @p record says.
 bool isOfClass(const values::ValueBase &value, const Record &record);
 
-/// Does what may tell observers. One that throws costs nothing but a trace.
+/// Runs an action that may tell observers. What one of them throws is traced, and goes no further.
 template <typename Action> void tellObservers(const char *sourceName, const Action &action)
 {
     try {
@@ -35,7 +35,7 @@ template <typename Action> void tellObservers(const char *sourceName, const Acti
     } catch (const std::exception &e) {
         traceAt(TraceLevel::Normal, sourceName,
                 [&] { return QStringLiteral("An observer is in trouble: %1").arg(QString::fromUtf8(e.what())); });
-    } catch (...) { // who threw it is an application's own
+    } catch (...) { // an application may throw what it likes
         traceAt(TraceLevel::Normal, sourceName, [] { return QStringLiteral("An observer is in trouble"); });
     }
 }

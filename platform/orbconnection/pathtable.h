@@ -19,7 +19,7 @@ constexpr Parts everyPart = statePart | contentPart | limitsPart | itemsPart;
 constexpr Parts wholePart = 1 << 4; ///< whether there is a value, its class and all of it
 constexpr Parts nodePart = 1 << 5;  ///< whether there is a node
 constexpr Parts gonePart = 1 << 6;  ///< a value was there that is to go
-/// A part's bit, moved by this: it is to be told although nothing need have changed.
+/// A part's bit, shifted left by this, says that the part is forced: told although nothing need have changed.
 constexpr unsigned forcedShift = 8;
 
 /// The part that @p code stands for; 0: none.
@@ -37,6 +37,7 @@ public:
     /// Names an entry; 0 is none.
     using Place = quint32;
 
+    /// What is called the client's, or the server's, is used by that side alone.
     struct Entry {
         QString path;
         values::ValueBase *value = nullptr;
@@ -48,9 +49,9 @@ public:
         bool hasNode = false;    ///< the client's: its node is the server's, too
         bool valueNamed = false; ///< the client's: in the snapshot that is being received
         bool nodeNamed = false;  ///< the client's: in the snapshot that is being received
-        bool isOurs = false;     ///< the server's: the value was made by this session's client
-        bool isWithheld = false; ///< the server's: the client has been told that the content is too large
-        bool isListed = false;   ///< the server's: a part of the snapshot that is yet to be written
+        bool isMadeByClient = false; ///< the server's: the value was made by this session's client
+        bool isWithheld = false;     ///< the server's: the client has been told that the content is too large
+        bool isListed = false;       ///< the server's: a part of the snapshot that is yet to be written
 
     private:
         friend class PathTable;
@@ -84,7 +85,7 @@ public:
     void makeDirty(Place place, Parts parts);
     /// The path that has been dirty for longest; 0: none.
     Place firstDirty() const { return entries[0].next; }
-    /// What of it is dirty, which it is no more.
+    /// Takes the path off the list, and returns which of its parts were dirty.
     Parts takeDirty(Place place);
     void clearDirty();
 

@@ -28,7 +28,7 @@ public:
     ~VtServer();
 
     bool isServing() const;
-    /// Of clients that were heard of lately.
+    /// How many clients are connected; one that has been silent for too long counts no more.
     int sessionCount() const;
 
 private:

@@ -37,7 +37,7 @@ TEST_F(MirroredBatch, DoesNotSendItsOwnValue)
 TEST_F(MirroredBatch, DoesNotSendItsOwnValueWhenAClientOfThisProcessMakesIt)
 {
     pair.connect();
-    mirror::ClientsHand hand;
+    mirror::ClientOriginator hand;
     clientTree.addValueAt(QStringLiteral("/Sub/A/Device/ReregisterCorba"), std::make_unique<Value<bool>>(), &hand);
     pair.client.flush();
     EXPECT_TRUE(pair.toServer.empty());

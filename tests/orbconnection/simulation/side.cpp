@@ -179,7 +179,7 @@ void Side::itemAdded(TreeItem &item, IObserver *originator)
     }
     auto &value = static_cast<ValueBase &>(item);
     value.setOptimized(!path.endsWith(QStringLiteral("one")));
-    if (dynamic_cast<const mirror::ClientsHand *>(originator))
+    if (dynamic_cast<const mirror::ClientOriginator *>(originator))
         return noteShared(path); // is to be passed on
     own.insert(path);
     fresh.insert(path);
