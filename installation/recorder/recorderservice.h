@@ -19,7 +19,7 @@ struct RecorderConfiguration {
     QString deviceId{}; ///< kept there; empty: no other than what is kept
     std::string objectKey = "IF_Control";
     std::string firmwareVersion = "KRV#R100#0.1_0.1";
-    std::chrono::milliseconds answerLimit{8000}; ///< below the time that callers wait
+    std::chrono::milliseconds answerLimit{6000}; ///< below the 8 s that managers wait, so that they hear why it failed
     QString linkAddress = QStringLiteral("127.0.0.1");          ///< where links of sessions listen, by IPv4
     QString publishedLinkAddress = QStringLiteral("127.0.0.1"); ///< where others find them
 };

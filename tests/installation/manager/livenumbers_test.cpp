@@ -3,10 +3,18 @@
 #include "tests/installation/manager/raisedkind.h"
 #include "tests/installation/manager/samplesource.h"
 #include "tests/installation/manager/servedobject.h"
+#include "tests/installation/recorder/recordingfiles.h"
+#include "tests/installation/recorder/storedrecords.h"
 
 #include <QFile>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <stdexcept>
+
 using namespace installation;
+using namespace std::chrono_literals;
 using Chan = TQ_KRV::IF_KRV_c_Chan;
 
 namespace
@@ -14,7 +22,45 @@ namespace
 
 const auto nobody = TQ_KORVE_IT::IF_Korve_IT::_nil();
 constexpr CORBA::ULong inCurrentState = 10019;
+constexpr CORBA::ULong tooSlow = 10032;
 constexpr std::size_t mostSessions = 16; // of a recorder
+
+/// The store of a recorder stands still over a change of @p record while this lives, as on a disk that hangs: a pipe
+/// that nobody reads stands where the new description is to be written.
+class StandingStore
+{
+public:
+    StandingStore(TQ_KORVE::IF_Control_ptr control, const QByteArray &record, const QString &recordings)
+        : path(QFile::encodeName(recordings + u'/' + QString::fromLatin1(record) + QStringLiteral(".sigmf-meta.part")))
+    {
+        if (::mkfifo(path.constData(), 0600) != 0)
+            throw std::runtime_error("no pipe can be made");
+        while (!hasBegun(control, record))
+            continue;
+    }
+    StandingStore(const StandingStore &) = delete;
+    ~StandingStore()
+    {
+        QFile pipe(QFile::decodeName(path));
+        if (pipe.open(QIODevice::ReadOnly)) // which lets the store go on
+            pipe.readAll();
+        ::unlink(path.constData());
+    }
+
+private:
+    static bool hasBegun(TQ_KORVE::IF_Control_ptr control, const QByteArray &record)
+    {
+        try {
+            control->setRecordComment(record.constData(), TQ_KORVE::wideText());
+        } catch (const CORBA::TIMEOUT &) {
+            return true;
+        } catch (const TQ_KORVE::exKorve &) { // it has been too busy to begin
+        }
+        return false;
+    }
+
+    const QByteArray path;
+};
 
 /// Why commands on channels fail, each for its real reason: a real recorder refuses, or it has gone.
 class LiveNumbers : public LiveChannels
@@ -191,6 +237,28 @@ TEST_F(LiveNumbers, TellWhyARecordingDoesNotBegin)
     EXPECT_EQ(recordCount(), 1u);
     stopRecorder();
     EXPECT_EQ(failedRecording(made, Chan::Invalid_DeviceId), 853u);
+}
+
+TEST_F(LiveNumbers, TellThatTheStoreIsTooSlow)
+{
+    EXPECT_LT(recorder::RecorderConfiguration().answerLimit, ManagerConfiguration().timing.callLimit);
+    const SampleSource source(1000);
+    const auto made = registerReceiver(source.address(), 0);
+    startRecorder(100ms); // the manager gives up after 500 ms
+    const StandingStore standing(control(), record, folder.filePath(QStringLiteral("recorder/recordings")));
+    EXPECT_EQ(failedRecording(made, Chan::Channel_Is_Not_Active), tooSlow);
+    EXPECT_EQ(admin->setRecordComment("REC1", record.constData(), L"second"), tooSlow);
+}
+
+TEST_F(LiveNumbers, TellThatARecordHasNoSampleRate)
+{
+    registerReceiver(receiver.address(), 0);
+    writeFile(folder.filePath("rare.sigmf-meta"), sigmfMeta({{"core:sample_rate", 0.4}}));
+    writeFile(folder.filePath("rare.sigmf-data"), QByteArray(400, 'x'));
+    const QByteArray rare = recorder->importFile(folder.filePath("rare.sigmf-meta")).toLatin1();
+    EXPECT_EQ(replay()->StartReplay("REC1", rare.constData(), TQ_KRV::drHF_20k, 0, 400, 1), 907u);
+    EXPECT_EQ(status(rare), TQ_KRV::rsIDLE);
+    EXPECT_TRUE(channel().run.isIdle());
 }
 
 TEST_F(LiveNumbers, TellThatTheRecorderCannotRecordAnyMore)

@@ -41,11 +41,13 @@ ManagerFixture::~ManagerFixture()
     recorder.reset();
 }
 
-void ManagerFixture::startRecorder()
+void ManagerFixture::startRecorder(std::chrono::milliseconds answerLimit)
 {
+    recorder.reset();
     recorder::RecorderConfiguration recorderConfiguration;
     recorderConfiguration.statePath = folder.filePath(QStringLiteral("recorder"));
     recorderConfiguration.objectKey = "REC1";
+    recorderConfiguration.answerLimit = answerLimit;
     recorder.emplace(recorderConfiguration, TestOrb::instance().insPoa());
     registerRecorder("REC1", CORBA::Object_var(recorder->reference()));
 }

@@ -22,7 +22,7 @@ protected:
     ~ManagerFixture() override;
 
     void startManager();
-    void startRecorder();
+    void startRecorder(std::chrono::milliseconds answerLimit = installation::recorder::RecorderConfiguration().answerLimit);
     void registerRecorder(const char *device, CORBA::Object_ptr recorder);
     /// Ends the recorder, whose registration stays.
     void stopRecorder();
