@@ -116,6 +116,14 @@ void OrbHandler::Private::start()
 {
     const QStringList arguments = qApp ? QCoreApplication::arguments() : QStringList();
     OrbOptions options(settings, arguments);
+    if (!options.haveCentralService()) { // another one might be that of another installation
+        traceAt(TraceLevel::Normal, sourceName, [&] {
+            return QStringLiteral("The ORB does not start: the central object service is to be at \"%1\", which is "
+                                  "not HOST or HOST:PORT (KORVE_CCO?)")
+                .arg(settings.centralService);
+        });
+        return;
+    }
     try {
         orb = CORBA::ORB_init(options.argumentCount(), options.arguments(), "omniORB4", options.pairs());
         watchIncomingConnections();

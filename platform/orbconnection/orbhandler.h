@@ -15,7 +15,8 @@ namespace CorbaCommon
 /// that has ended the way to the main thread; a program without one calls shutdown() before its end. Messages may have up to 512 MiB.
 /// Calls that take too long end with `CORBA::TRANSIENT`. Arguments of the program that begin with "-ORB" are for the
 /// ORB and beat the settings; a reference given by "-ORBInitRef CCO=..." is the central object service.
-/// Thread: any.  Errors: an ORB that cannot start is traced and leaves isRunning() false, every reference nil.
+/// Thread: any.  Errors: an ORB that cannot start, also since the central object service has no possible address, is
+/// traced and leaves isRunning() false, every reference nil.
 class ORBCONNECTION_EXPORT OrbHandler
 {
 public:

@@ -1,13 +1,9 @@
 #include "orbconnection/orboptions.h"
 
-#include "coresupport/trace.h"
-
 namespace CorbaCommon
 {
 namespace
 {
-constexpr char sourceName[] = "orbconnection/orboptions";
-
 // The ORB's own limit of 2 MiB ends a list at a few thousand records, and says nothing of sizes then.
 constexpr int maximumMessageBytes = 512 * 1024 * 1024;
 // Each mirrored subtree keeps two calls pending; calls beyond this number wait for one another.
@@ -25,18 +21,6 @@ QString milliseconds(std::chrono::milliseconds duration)
     return QString::number(duration.count());
 }
 
-QString referenceIn(const OrbSettings &settings)
-{
-    const QString reference = centralServiceReference(settings.centralService);
-    if (!reference.isEmpty())
-        return reference;
-    const QString otherwise = QStringLiteral("127.0.0.1");
-    traceAt(TraceLevel::Normal, sourceName, [&] {
-        return QStringLiteral("\"%1\" is no address of a central object service, %2 is taken")
-            .arg(settings.centralService, otherwise);
-    });
-    return centralServiceReference(otherwise);
-}
 } // namespace
 
 OrbOptions::OrbOptions(const OrbSettings &settings, const QStringList &programArguments)
@@ -48,8 +32,7 @@ OrbOptions::OrbOptions(const OrbSettings &settings, const QStringList &programAr
     add("clientConnectTimeOutPeriod", milliseconds(settings.connectLimit()));
     add("throwTransientOnTimeOut", QStringLiteral("1"));
     addEndpoints(settings);
-    if (!centralServiceGiven)
-        add("InitRef", QStringLiteral("CCO=") + referenceIn(settings));
+    addCentralService(settings.centralService);
     options.push_back({nullptr, nullptr});
 }
 
@@ -73,6 +56,16 @@ void OrbOptions::addEndpoints(const OrbSettings &settings)
     }
 }
 
+void OrbOptions::addCentralService(const QString &hostAndPort)
+{
+    if (namesCentralService)
+        return; // the program's arguments say so
+    const QString reference = centralServiceReference(hostAndPort);
+    namesCentralService = !reference.isEmpty();
+    if (namesCentralService)
+        add("InitRef", QStringLiteral("CCO=") + reference);
+}
+
 void OrbOptions::addArguments(const QStringList &programArguments)
 {
     // The first is the program's name; an option of the ORB has a value behind it.
@@ -82,7 +75,7 @@ void OrbOptions::addArguments(const QStringList &programArguments)
         texts.push_back(programArguments[i].toStdString());
         if (i + 1 < programArguments.size())
             texts.push_back(programArguments[++i].toStdString());
-        centralServiceGiven |= texts.back().starts_with("CCO=");
+        namesCentralService |= texts.back().starts_with("CCO=");
     }
     if (texts.empty())
         return;

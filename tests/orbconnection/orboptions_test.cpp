@@ -75,11 +75,15 @@ TEST(OrbOptions, NameTheCentralService)
     EXPECT_THAT(allOf(options, "InitRef"), ElementsAre("CCO=corbaloc::1.2@10.0.0.1:8003/CCO"));
 }
 
-TEST(OrbOptions, TakeTheUsualCentralServiceInsteadOfAnUnreadableOne)
+TEST(OrbOptions, TakeNoOtherCentralServiceInsteadOfAnUnreadableOne)
 {
     OrbSettings settings = settingsOf(QStringLiteral("127.0.0.1"), {});
+    EXPECT_TRUE(OrbOptions(settings, {}).haveCentralService());
     settings.centralService = QStringLiteral("10.0.0.1:port");
-    EXPECT_THAT(allOf(optionsFor(settings), "InitRef"), ElementsAre("CCO=corbaloc::1.2@127.0.0.1:8003/CCO"));
+    EXPECT_FALSE(OrbOptions(settings, {}).haveCentralService());
+    EXPECT_THAT(allOf(optionsFor(settings), "InitRef"), IsEmpty());
+    const QStringList given{QStringLiteral("client"), QStringLiteral("-ORBInitRef"), QStringLiteral("CCO=corbaloc::h/CCO")};
+    EXPECT_TRUE(OrbOptions(settings, given).haveCentralService());
 }
 
 TEST(OrbOptions, LetArgumentsOfTheProgramPass)

@@ -12,9 +12,13 @@ namespace
 class Example : public InstallationFixture
 {
 protected:
-    static Run listRecords()
+    static Run listRecords(const char *centralService = nullptr)
     {
         QProcess client;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        if (centralService)
+            environment.insert(QStringLiteral("KORVE_CCO"), QLatin1String(centralService));
+        client.setProcessEnvironment(environment);
         client.start(QStringLiteral(LISTRECORDS_PROGRAM), QStringList());
         EXPECT_TRUE(client.waitForFinished(30000));
         return {client.exitStatus() == QProcess::NormalExit ? client.exitCode() : -1,
@@ -63,4 +67,12 @@ TEST_F(Example, SaysThatNobodyAnswers)
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.output, QString());
     EXPECT_TRUE(run.errors.contains(QLatin1String("No recorder manager answers"))) << run.errors.toStdString();
+}
+
+TEST_F(Example, NamesAnAddressOfTheCentralServiceThatIsNone)
+{
+    const Run run = listRecords("localhost:abc");
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(run.errors.contains(QLatin1String("\"localhost:abc\", which is not HOST or HOST:PORT")))
+        << run.errors.toStdString();
 }
