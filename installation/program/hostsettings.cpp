@@ -73,7 +73,8 @@ CorbaCommon::OrbSettings HostSettings::orb() const
     settings.address = address();
     settings.publishedAddress = publishedAddress();
     const bool servesNames = !line.import && line.roles.contains(Role::CentralService);
-    settings.centralService = servesNames ? publishedAddress() : centralServiceElsewhere();
+    const QString elsewhere = centralServiceElsewhere(); // a wrong one is refused also where it is not needed
+    settings.centralService = servesNames ? publishedAddress() : elsewhere;
     if (line.import)
         return settings;
     if (servesNames)

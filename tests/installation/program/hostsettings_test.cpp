@@ -177,6 +177,21 @@ TEST_F(HostSettingsTest, NameTheVariableThatCannotBeMeant)
     EXPECT_EQ(refusalOf(HostSettings(line)), QLatin1String("the environment variable KORVE_ADDRESS=ws1:80 is not an address"));
 }
 
+TEST_F(HostSettingsTest, NameACentralServiceThatCannotBeMeantForEachProgram)
+{
+    CommandLine taking = line;
+    taking.import = CommandLine::Import{QStringLiteral("REC1"), {"a.wav"}};
+    std::vector<CommandLine> lines{line, taking};
+    for (const Role role : allRoles)
+        lines.emplace_back(line).roles = {role};
+    for (const char *const wrong : {"localhost:abc", ":99999", "localhost:"}) {
+        qputenv("KORVE_CCO", wrong);
+        const QString refusal = QStringLiteral("the environment variable KORVE_CCO=%1 is not HOST or HOST:PORT");
+        for (const CommandLine &each : lines)
+            EXPECT_EQ(refusalOf(HostSettings(each)), refusal.arg(QLatin1String(wrong)));
+    }
+}
+
 TEST_F(HostSettingsTest, KeepTheStateWhereTheyAreTold)
 {
     qputenv("STATE_DIRECTORY", "/var/lib/korve");
