@@ -75,6 +75,15 @@ def no_sleeps_in_tests(tree):
                     yield f'{path}:{number}: a test waits, bounded, for an event; it never sleeps'
 
 
+def traces_behind_their_level(tree):
+    """Only traceAt() writes a trace, since it builds the text behind the test of its level."""
+    for path in tree.ending_in('.h', '.cpp'):
+        if place_of(path) not in ('coresupport', 'tests'):
+            for number, line in tree.code_lines(path):
+                if re.search(r'\b_Q_Trace\b', line):
+                    yield f'{path}:{number}: trace by traceAt(), which builds no text that nobody wants'
+
+
 def qt_keywords(tree):
     """Q_SIGNALS, Q_SLOTS and Q_EMIT instead of Qt's keywords."""
     keyword = re.compile(r'^\s*(signals|((public|protected|private)\s+)?slots)\s*:(?!:)|^\s*emit\b')
@@ -146,8 +155,8 @@ def documented_packages(tree):
                 yield f'korve:{line}: docs/dependencies.md does not say what {package} is for'
 
 
-RULES = (budgets, include_arrows, known_folders, pragma_once, no_sleeps_in_tests, qt_keywords, q_object_alone,
-         folder_readmes, folder_map, quoted_files, links, documented_packages)
+RULES = (budgets, include_arrows, known_folders, pragma_once, no_sleeps_in_tests, traces_behind_their_level,
+         qt_keywords, q_object_alone, folder_readmes, folder_map, quoted_files, links, documented_packages)
 
 
 def violations(root):

@@ -129,6 +129,15 @@ class Sleeps(HouseRules):
         self.assert_clean({'korvebase/a.cpp': 'QThread::msleep(5);\n'})
 
 
+class Traces(HouseRules):
+    def test_past_the_level(self):
+        self.assert_only({'common/a.cpp': '\n_Q_Trace(text, sourceName, __LINE__);\n'}, 'common/a.cpp:2:', 'traceAt()')
+
+    def test_behind_the_level(self):
+        self.assert_clean({'common/a.cpp': 'traceAt(level, sourceName, [] { return text; }); // no _Q_Trace\n',
+                           'platform/coresupport/trace.h': HEADER + 'void _Q_Trace(const QString &text);\n'})
+
+
 class Documents(HouseRules):
     def test_folder_with_readme(self):
         self.assert_clean({'common/CMakeLists.txt': 'build()', 'common/README.md': '\n' * 15, 'CMakeLists.txt': 'all()'})
