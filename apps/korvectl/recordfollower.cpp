@@ -145,8 +145,10 @@ void RecordFollower::tell(ConnectionEvent event)
 void RecordFollower::print(const Listing &listing)
 {
     const QString text = line.json ? listingJson(listing) : listingText(listing);
-    if (text == printed)
-        return; // what changed is nothing that is shown
+    if (text == printed) {
+        traceAt(TraceLevel::Debug, sourceName, [] { return QStringLiteral("What has changed is nothing that is shown"); });
+        return;
+    }
     printed = text;
     printOrQuit(text);
 }

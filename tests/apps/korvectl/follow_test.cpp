@@ -1,7 +1,12 @@
 #include "tests/apps/korvectl/followclient.h"
 
+#include "orbconnection/vtconnectionobserver.h"
 #include "tests/installation/manager/wavfile.h"
 #include "tests/installation/program/installationfixture.h"
+#include "valuetreelib/value.h"
+#include "valuetreelib/valueptr.h"
+
+#include <QtTest/QTest>
 
 #include <csignal>
 #include <functional>
@@ -42,6 +47,12 @@ protected:
     static QStringList listingWith(FollowClient &client, const QString &name)
     {
         return listing(client, [&](const QStringList &names) { return names.contains(name); });
+    }
+    static VtConnectData managersTree()
+    {
+        VtConnectData where;
+        where.ipAddress = address();
+        return where;
     }
     /// A manager that has come back may list a device before it has found it.
     static bool listsAgain(FollowClient &client, const QStringList &names)
@@ -90,6 +101,20 @@ TEST_F(Following, ListsAgainWhenThereIsANewRecord)
     ASSERT_FALSE(listingWith(client, QStringLiteral("first")).contains(QStringLiteral("second")));
     importWav("second.wav");
     EXPECT_FALSE(listingWith(client, QStringLiteral("second")).isEmpty());
+}
+
+TEST_F(Following, PrintsNoListingThatIsLikeTheOneBefore)
+{
+    FollowClient client({QStringLiteral("-vv")});
+    ASSERT_FALSE(listingWith(client, QStringLiteral("first")).isEmpty());
+    const QString devices = QStringLiteral("/KORVE/Device");
+    const VtConnectionObserver mirror(devices, devices, managersTree(), QString());
+    values::ValuePtr<values::Value<bool>> available;
+    const QString path = devices + QLatin1String("/REC1/KorveAvailable");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return available.GetFromTree(path); }, 30000));
+    available->HasChanged(ChangeCodeValue, nullptr); // all clients are told, and it is as it was
+    EXPECT_TRUE(client.waitForTrace("nothing that is shown"));
+    EXPECT_FALSE(client.hasEvent());
 }
 
 TEST_F(Following, ListsAgainWhenADeviceGoesAndComesBack)

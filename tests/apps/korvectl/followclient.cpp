@@ -1,6 +1,7 @@
 #include "tests/apps/korvectl/followclient.h"
 
 #include <QJsonDocument>
+#include <QtTest/QTest>
 
 #include <csignal>
 
@@ -40,6 +41,14 @@ bool FollowClient::waitForAnyEvent()
             return false;
     event = QJsonDocument::fromJson(process.readLine()).object();
     return true;
+}
+
+bool FollowClient::waitForTrace(const char *words)
+{
+    const auto hasCome = [&, traces = QByteArray()]() mutable {
+        return (traces += process.readAllStandardError()).contains(words);
+    };
+    return QTest::qWaitFor(hasCome, patienceMs);
 }
 
 bool FollowClient::hasEvent()

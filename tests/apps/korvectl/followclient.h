@@ -17,6 +17,8 @@ public:
     /// Passes the events up to one of that kind. False when none comes for long.
     bool waitForEvent(const char *kind);
     bool waitForAnyEvent();
+    /// Passes its traces up to one with these words. False when none comes for long.
+    bool waitForTrace(const char *words);
     /// Whether one has come that has not been passed yet.
     bool hasEvent();
     const QJsonObject &lastEvent() const { return event; }
