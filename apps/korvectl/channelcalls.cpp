@@ -122,9 +122,19 @@ Answer ChannelCalls::startReplaying(const ReplayPart &part)
     });
 }
 
-Answer ChannelCalls::setReplayFlag(bool isEnabled)
+bool ChannelCalls::refusesToBeDisabled()
 {
-    return call("setReplayFlag", [&](TQ_KRV::IF_KRV_c_Chan_ptr ours) { ours->setReplayFlag(isEnabled); });
+    bool isReplaying = false;
+    call("setReplayFlag", [&](TQ_KRV::IF_KRV_c_Chan_ptr ours) {
+        try {
+            ours->setReplayFlag(false);
+        } catch (const TQ_KRV::IF_KRV_c_Chan::exChan &refusal) { // an answer here, and no failure
+            isReplaying = refusal.kind == TQ_KRV::IF_KRV_c_Chan::Channel_Is_Replaying;
+            if (!isReplaying)
+                throw;
+        }
+    });
+    return isReplaying;
 }
 
 Answer ChannelCalls::startRecording(const RecordingOptions &options, const QString &name)

@@ -13,8 +13,6 @@ namespace
 
 /// The manager's number when there are as many channels as there can be.
 constexpr unsigned long noRoomForChannels = 703;
-/// Its number for a setting that a channel refuses while it replays.
-constexpr unsigned long channelIsReplaying = 801;
 
 QStringList idleChannelsOfOurs(const ChannelStates &states)
 {
@@ -82,7 +80,7 @@ Answer ReceiverChannel::resultOfStart(const ReplayPart &part, const QString &err
 {
     // A start has no answer. A channel that replays refuses this, and in one that does not, this is the last of what the
     // mirror is going to show: an error of the start comes before.
-    const bool isReplaying = calls.setReplayFlag(false).number == channelIsReplaying;
+    const bool isReplaying = calls.refusesToBeDisabled();
     const auto told = states.waitFor([&](const ChannelState &state) {
         const bool isOurs = state.device == part.device && state.record == part.record;
         return state.id == id() &&
@@ -101,7 +99,7 @@ void closeLeftOvers(const std::shared_ptr<KorveGUI::KorveGuiToServerCorbaHandler
     for (const ChannelState &state : all) {
         const bool isLeftOver = isNameOfOurs(state.name) && state.isIdle() && !state.record.isEmpty();
         if (isLeftOver && state.isEnabledForReplay && calls.find(state.id).number == korve::errornumber::success)
-            calls.setReplayFlag(false);
+            calls.refusesToBeDisabled();
     }
 }
 

@@ -110,6 +110,15 @@ TEST_F(ReplayCommand, SendsTheRecordToAnAddress)
     EXPECT_TRUE(isIdle());
 }
 
+TEST_F(ReplayCommand, TracesNoFailureWhenAllIsWell)
+{
+    const Run run = start("--speed max -v");
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_FALSE(run.errors.contains(QLatin1String("fail"))) << run.errors.toStdString();
+    EXPECT_EQ(received(wholeBytes).size(), wholeBytes);
+    EXPECT_TRUE(isIdle());
+}
+
 TEST_F(ReplayCommand, SendsASectionSoOften)
 {
     const Run run = start("--speed max --count 3 --range 0.25s:0.5s");
