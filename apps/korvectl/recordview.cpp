@@ -28,7 +28,7 @@ QString sinceBegin(quint64 us, quint64 beginUs)
 
 Table propertiesOf(const QString &device, const KORVE_RecordData &record)
 {
-    Table table({{QStringLiteral("PROPERTY")}, {QStringLiteral("VALUE")}});
+    Table table({{QStringLiteral("PROPERTY")}, {.title = QStringLiteral("VALUE"), .mayBeCut = true}});
     table.addRow({QStringLiteral("device"), device});
     table.addRow({QStringLiteral("record"), record.GetRecordID()});
     table.addRow({QStringLiteral("comment"), record.GetRecordName()});
@@ -122,7 +122,7 @@ QJsonArray notesArray(const QVector<Note> &notes)
 
 QString recordText(const QString &device, const KORVE_RecordData &record)
 {
-    QString text = propertiesOf(device, record).text();
+    QString text = propertiesOf(device, record).text(resultWidth());
     if (!record.GetIndexEntry().isEmpty())
         text += titled("Receiver", indexTable(record).text());
     if (!record.GetBookmarkEntry().isEmpty())

@@ -46,6 +46,18 @@ TEST_F(RecordCommand, SetsACommentOfAnyLetters)
     EXPECT_EQ(record()[QStringLiteral("name")].toString(), comment);
 }
 
+TEST_F(RecordCommand, CutsACommentToTheTerminal)
+{
+    ASSERT_EQ(askFor("record comment REC1 RECORD", QString(300, u'x')).exitCode, 0);
+    EXPECT_TRUE(askFor("record show REC1 RECORD").output.contains(QString(300, u'x')));
+    qputenv("COLUMNS", "100");
+    const QStringList lines = askFor("record show REC1 RECORD").output.split(u'\n');
+    qunsetenv("COLUMNS");
+    for (const QString &line : lines)
+        EXPECT_LE(line.size(), 100) << line.toStdString();
+    EXPECT_TRUE(lines.contains(QStringLiteral("comment      ") + QString(84, u'x') + QStringLiteral("...")));
+}
+
 TEST_F(RecordCommand, ForbidsAndAllowsDeletion)
 {
     for (const char *const state : {"off", "on"}) {
