@@ -1,3 +1,4 @@
+#include "tests/appruntime/capturedtraces.h"
 #include "tests/installation/cco/ccoprocess.h"
 #include "tests/installation/cco/loopbackports.h"
 #include "tests/installation/cco/servicefixture.h"
@@ -49,6 +50,27 @@ TEST_F(HeldName, IsRefusedToAnotherWhileItsHolderLives)
     EXPECT_THROW(cco->RegisterValues(managerName, sequenceOf({"127.0.0.1", "8004"}), 0), CORBA::NO_PERMISSION);
     EXPECT_THROW(cco->RegisterValues(managerName, sequenceOf({"mere", "values", "here"}), 0), CORBA::NO_PERMISSION);
     EXPECT_TRUE(isHeldBy(object));
+}
+
+TEST_F(HeldName, TracesEachChangeOfHands)
+{
+    const MutePort next;
+    std::optional<MutePort> first(std::in_place);
+    const CapturedTraces traces(32);
+    const auto addressOf = [](const MutePort &port) { return "the address 127.0.0.1:" + std::to_string(port.port()); };
+    const std::string holders[] = {addressOf(*first), addressOf(next)};
+    const auto put = [&](const MutePort &port) {
+        cco->RegisterValues("A", sequenceOf({"127.0.0.1", std::to_string(port.port())}), 0);
+    };
+    put(*first);
+    put(*first);
+    EXPECT_THROW(put(next), CORBA::NO_PERMISSION);
+    EXPECT_THROW(put(next), CORBA::NO_PERMISSION);
+    first.reset();
+    put(next);
+    EXPECT_THAT(traces.texts(), ElementsAre("A is held by " + holders[0],
+                                            "A is refused to " + holders[1] + ": it is held by " + holders[0],
+                                            "A goes from " + holders[0] + " to " + holders[1]));
 }
 
 TEST_F(HeldName, MayBeRepeatedByItsHolder)
