@@ -1,9 +1,9 @@
 #include "tests/apps/korvectl/korvectlfixture.h"
 #include "tests/installation/manager/wavfile.h"
 #include "tests/support/loopbacklease.h"
+#include "tests/support/outage.h"
 
 #include <QDateTime>
-#include <QElapsedTimer>
 #include <QJsonObject>
 #include <QProcess>
 #include <QRegularExpression>
@@ -121,10 +121,7 @@ TEST_F(Korvectl, NamesASubsystemThatHasNoManager)
 TEST_F(Korvectl, NamesTheAddressWhereNobodyAnswers)
 {
     const LoopbackLease nobody;
-    QElapsedTimer clock;
-    clock.start();
     const Run run = ask(words("devices --timeout 1"), nobody.address());
-    EXPECT_LT(clock.elapsed(), 5000); // with starting and ending on a busy machine
     EXPECT_EQ(run.exitCode, 2);
     EXPECT_EQ(run.output, QString());
     EXPECT_EQ(run.errors, QStringLiteral("korvectl: The central object service at %1:8003 did not answer within 1 s.\n")
@@ -160,13 +157,9 @@ TEST_F(Korvectl, TellsItsVersion)
 TEST_F(Korvectl, WaitsForServicesThatStandStillNoLongerThanToldTo)
 {
     for (ServiceProcess *const service : {shared->centralService.get(), shared->manager.get()}) {
-        service->suspend();
-        QElapsedTimer clock;
-        clock.start();
+        const Outage outage(*service);
         const Run run = ask(words("records --timeout 1"));
-        const qint64 elapsedMs = clock.elapsed();
-        service->resume();
-        EXPECT_LT(elapsedMs, 5000); // as above
+        EXPECT_TRUE(outage.lasts());
         EXPECT_EQ(run.exitCode, 2);
         EXPECT_TRUE(isOneSentence(run.errors)) << run.errors.toStdString();
         EXPECT_TRUE(run.errors.contains(address() + QLatin1String(":8003")));

@@ -2,6 +2,7 @@
 #include "tests/installation/cco/loopbackports.h"
 #include "tests/installation/cco/servicefixture.h"
 #include "tests/installation/cco/testorb.h"
+#include "tests/support/patience.h"
 
 using namespace std::chrono_literals;
 using testing::Contains;
@@ -11,8 +12,6 @@ using testing::Not;
 
 namespace
 {
-
-using Clock = std::chrono::steady_clock;
 
 class Peers : public ServiceFixture
 {
@@ -127,14 +126,13 @@ TEST_F(Peers, ThatAreDeadCostNothing)
     const CcoProcess north("North", "n1");
     registerAt(north, managerName);
     startServiceWithPeers({refusing.port(), mute.port(), deaf.port(), north.port()});
-    const auto begin = Clock::now();
     EXPECT_TRUE(knows(pathIn("North", managerName))); // at the worst each is waited for once
-    EXPECT_LT(Clock::now() - begin, 3 * configuration.timing.answerLimit + 1s);
     ASSERT_TRUE(waitForSubsystem("North"));
-    const auto later = Clock::now();
-    EXPECT_FALSE(knows(pathIn("Nowhere", managerName)));
+    Patience patience(30s, [] {});
+    for (int question = 0; question < 100; ++question) // each costs a second where the silent ones are waited for
+        EXPECT_FALSE(patience.isOver() || knows(pathIn("Nowhere", managerName)));
+    patience.end();
     EXPECT_TRUE(knows(pathIn("North", managerName)));
-    EXPECT_LT(Clock::now() - later, configuration.timing.answerLimit);
 }
 
 TEST_F(Peers, ThatDieAreNoticed)
@@ -156,9 +154,10 @@ TEST_F(Peers, ThatHangAreLeftOutUntilTheyAnswerAgain)
     startServiceWithPeers({north.port()});
     ASSERT_TRUE(waitForSubsystem("North"));
     north.suspend();
-    const auto begin = Clock::now();
+    Patience patience(20s, [&] { north.resume(); });
     EXPECT_FALSE(knows(pathIn("North", managerName)));
-    EXPECT_LT(Clock::now() - begin, configuration.timing.answerLimit + 2s);
+    patience.end();
+    EXPECT_FALSE(patience.isOver());
     north.resume();
     EXPECT_TRUE(waitUntil([&] { return knows(pathIn("North", managerName)); }));
 }

@@ -346,13 +346,15 @@ TEST_F(Control, RefusesASpectrumWithAReason)
 TEST_F(Control, KeepsTheTimeThatIsSet)
 {
     const CORBA::ULongLong noon = 1'000'000'000'000'000;
+    const qint64 beginMs = QDateTime::currentMSecsSinceEpoch();
+    const auto latest = [&] { return noon + (QDateTime::currentMSecsSinceEpoch() - beginMs + 1) * 1000; };
     EXPECT_GE(control->setSystemTime(noon), noon);
     start({});
     EXPECT_GE(control->getSystemTime(), noon);
-    EXPECT_LT(control->getSystemTime(), noon + 120'000'000);
+    EXPECT_LE(control->getSystemTime(), latest());
     EXPECT_FALSE(control->isSynchronizedByNTP());
     control->addHistory(air, wide("by the clock of the device"));
-    EXPECT_LT(seqHistory_var(control->getHistory(air))[0].timestamp, noon + 120'000'000);
+    EXPECT_LE(seqHistory_var(control->getHistory(air))[0].timestamp, latest());
     EXPECT_EQ(kindOf([&] { control->setSystemTime(1ull << 63); }), ekINVALID_VALUE);
 }
 

@@ -63,9 +63,15 @@ void ServingProcess::kill()
     process.waitForFinished(patienceMs);
 }
 
-ServingProcess::~ServingProcess()
+int ServingProcess::end()
 {
     process.closeWriteChannel();
-    if (!process.waitForFinished(patienceMs))
-        process.kill();
+    const bool isOver = process.state() == QProcess::NotRunning || process.waitForFinished(patienceMs);
+    return isOver && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+}
+
+ServingProcess::~ServingProcess()
+{
+    end();
+    process.kill();
 }

@@ -30,6 +30,8 @@ public:
     ServingProcess(const QString &statePath, const QStringList &filesToImport);
     ~ServingProcess();
     qint64 processId() const { return process.processId(); }
+    /// Has the recorder end in order; its exit code, or -1 when it does not end for long.
+    int end();
     /// Ends the recorder at once, whatever it does.
     void kill();
 
