@@ -32,7 +32,7 @@ QString textAt(const QString &path, QLatin1String valueName)
     return value ? value->GetStringValue() : QString();
 }
 
-/// Nought for a value that is not there.
+/// 0, or false, for a value that is not there.
 template <typename Content> Content contentAt(const QString &path, QLatin1String valueName)
 {
     const auto *const value =
@@ -176,27 +176,31 @@ QVector<ChannelState> ChannelStates::channels() const
 
 std::optional<ChannelState> ChannelStates::waitFor(const Condition &holds) const
 {
-    constexpr std::chrono::milliseconds betweenLooks{20};
     std::optional<ChannelState> found;
-    const auto look = [&] {
+    waitUntil([&] {
         const QVector<ChannelState> all = channels();
         const auto position = std::find_if(all.begin(), all.end(), holds);
         if (position != all.end())
             found = *position;
         return found.has_value();
-    };
-    if (look())
-        return found;
+    });
+    return found;
+}
+
+void ChannelStates::waitUntil(const std::function<bool()> &holds) const
+{
+    constexpr std::chrono::milliseconds betweenLooks{20};
+    if (holds())
+        return;
     QEventLoop loop;
     QTimer looks;
     QObject::connect(&looks, &QTimer::timeout, &loop, [&] {
-        if (look())
+        if (holds())
             loop.quit();
     });
     looks.start(betweenLooks);
     QTimer::singleShot(timeout, &loop, &QEventLoop::quit);
     loop.exec();
-    return found;
 }
 
 } // namespace korvectl

@@ -60,6 +60,8 @@ public:
     QVector<ChannelState> channels() const;
     /// The first for which @p holds; waits for one, at most for the time-out.
     std::optional<ChannelState> waitFor(const Condition &holds) const;
+    /// Waits until @p holds, at most for the time-out. It is asked also where there is no channel.
+    void waitUntil(const std::function<bool()> &holds) const;
 
 private:
     const std::chrono::milliseconds timeout;

@@ -30,15 +30,13 @@ QStringList abandonedChannels(const ChannelStates &states)
 {
     const QStringList before = idleChannelsOfOurs(states);
     QStringList abandoned;
-    const auto areUsed = [&](const ChannelState &) {
+    states.waitUntil([&] {
         const QStringList now = idleChannelsOfOurs(states);
         abandoned.clear();
         std::copy_if(before.begin(), before.end(), std::back_inserter(abandoned),
                      [&now](const QString &id) { return now.contains(id); });
         return abandoned.isEmpty();
-    };
-    if (!before.isEmpty())
-        states.waitFor(areUsed);
+    });
     return abandoned;
 }
 

@@ -147,11 +147,11 @@ void control(const CommandLine &line, const ManagerSession &session, const Contr
                     : QStringLiteral("The replay of %1 is %2.\n").arg(recordWords(line), QLatin1String(control.done)));
 }
 
-/// Also those that earlier replays of the record have left.
+/// Removes this program's channels for the record when they are idle, also those that earlier replays have left.
 void removeChannelsOf(const CommandLine &line, const ManagerSession &session, const ChannelStates &states)
 {
     QVector<ChannelState> ours;
-    states.waitFor([&](const ChannelState &) {
+    states.waitUntil([&] {
         ours = states.channels();
         const auto isOther = [&](const ChannelState &state) { return !isNameOfOurs(state.name) || !isOfRecord(state, line); };
         ours.erase(std::remove_if(ours.begin(), ours.end(), isOther), ours.end());

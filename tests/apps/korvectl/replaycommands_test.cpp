@@ -1,5 +1,6 @@
 #include "tests/apps/korvectl/recordfixture.h"
 
+#include "orbconnection/orbhandler.h"
 #include "tests/installation/manager/wavfile.h"
 
 #include <QElapsedTimer>
@@ -64,6 +65,23 @@ protected:
         return TQ_KRV::IF_KRV_c_KRV_var(manager())
             ->registerReceiverChannel(TQ_KRV::IF_KRV_c_ChanMan::_nil(), TQ_KRV::drVUHF_1M, TQ_KRV::dfRAW, false, true,
                                       name, "REC1", TQ_KRV::TCP_IF, endpoint.toLatin1(), id.out());
+    }
+    static void removeAllChannels()
+    {
+        const TQ_KRV::IF_KRV_c_KRV_var korve = manager();
+        const QJsonArray all = array(ask(words("replay status --json")));
+        for (const QJsonValue &channel : all) {
+            const QByteArray id = channel.toObject()[QStringLiteral("channel")].toString().toLatin1();
+            TQ_KRV::IF_KRV_c_Chan_var(korve->getKorveChannelInterface(id))->removeChannelForced();
+        }
+    }
+    /// A replay session that the recorder has made for this program, past the manager.
+    static TQ_KORVE::IF_ReplaySession_ptr sessionOfOurOwn()
+    {
+        const char *const path = "CCO/LocalSystem/LocalSubSystem/CentralServices/KorveRecorder/REC1/IF_Control";
+        const CORBA::Object_var object = CorbaCommon::OrbHandler::Instance().ResolveInterfaceViaCCO(path, QString());
+        const TQ_KORVE::IF_Control_var recorder = TQ_KORVE::IF_Control::_narrow(object);
+        return recorder->getReplaySessionById(recordId.toUtf8(), TQ_KORVE_IT::IF_Korve_IT::_nil());
     }
     /// The state of the channel that replays; that of any when none does.
     static std::string replayState()
@@ -150,6 +168,15 @@ TEST_F(ReplayCommand, PausesContinuesAndStops)
     EXPECT_EQ(stopped.exitCode, 0) << stopped.errors.toStdString();
     EXPECT_TRUE(isIdle());
     EXPECT_EQ(replayState(), "none") << "the channel is to go with its replay";
+}
+
+TEST_F(ReplayCommand, WaitsForNoChannelWhereThereIsNone)
+{
+    removeAllChannels();
+    const TQ_KORVE::IF_ReplaySession_var session = sessionOfOurOwn();
+    const Run stopped = askFor("replay stop REC1 RECORD --timeout 3600"); // longer than a test waits
+    EXPECT_EQ(stopped.exitCode, 0) << stopped.errors.toStdString();
+    EXPECT_TRUE(isIdle());
 }
 
 TEST_F(ReplayCommand, SendsDatagrams)
