@@ -25,11 +25,11 @@ public:
 
     /// Has @p operation done. @p words and @p about are those of a Deed; @p check is a command without "korvectl".
     void change(Flow flow, const QString &words, const QStringList &check, const Operation &operation);
-    /// As above, for what changes nothing.
+    /// Has an operation done that changes nothing.
     void ask(Flow flow, const QString &words, const Operation &operation);
-    /// Of the command line.
+    /// The record that the command line names.
     KORVE_XML::KORVE_RecordData record(Flow flow = Flow::Admin);
-    /// The number of the answer instead.
+    /// Asks for that record; returns the manager's number.
     unsigned long find(KORVE_XML::KORVE_RecordData &record) { return handler.getRecord(line.device, line.record, record); }
     /// "record R1 on REC1"
     QString recordWords() const;

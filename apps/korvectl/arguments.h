@@ -43,7 +43,7 @@ struct Moment {
     /// "2026-11-21T12:32:22.629123Z", with a blank for "T" and without fraction or "Z", too; microseconds since 1970;
     /// "+1.5s" after the beginning.
     static std::optional<Moment> parsed(const QString &word);
-    /// As above; "now" instead of "+1.5s".
+    /// Takes what parsed() takes, but "now" instead of "+1.5s".
     static std::optional<Moment> parsedOrNow(const QString &word);
 };
 

@@ -42,7 +42,7 @@ public:
                                       std::chrono::milliseconds limit) const;
     /// The name of the manager.
     static QString managerPath(const QString &subsystem);
-    /// That of @p name in the subsystem, as any central object service resolves it.
+    /// The full name of what registers as @p name in @p subsystem, as any central object service resolves it.
     static QString pathOf(const QString &subsystem, const QString &name);
     /// The words for a manager that was looked for in vain.
     Failure noManager(const QString &subsystem, const Deadline &deadline) const;

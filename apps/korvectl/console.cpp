@@ -16,7 +16,7 @@ namespace korvectl
 namespace
 {
 
-/// Of the first result that could not be written; 0 as long as all could.
+/// The `errno` of the first result that could not be written; 0 as long as all could.
 int outputError = 0;
 
 bool isWritten()

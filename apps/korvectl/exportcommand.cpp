@@ -125,7 +125,7 @@ ExitCode exportRecord(const CommandLine &line)
     const GuiToServerExportCorbaHandler handler(admin.manager().handler());
     auto run = std::make_unique<ExportRun>(folder, way);
     perform(line, handler, *run);
-    if (run->hasFoundOthers()) {
+    if (run->beganWrong()) {
         run = std::make_unique<ExportRun>(folder, way, ExportRun::Resume::FromTheBeginning);
         perform(line, handler, *run);
     }

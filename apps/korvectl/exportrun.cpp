@@ -80,7 +80,7 @@ bool ExportRun::isOfTheRecord(const QString &path, const ExportedFile &file)
 {
     if (checksum.isEmpty() || !ExportFolder::isWholeAt(path, file.size) || ExportFolder::hasChecksum(path, checksum))
         return true;
-    othersFound = othersFound || file.begin > 0;
+    hasWrongBeginning = hasWrongBeginning || file.begin > 0;
     failHere(QStringLiteral("%1 does not have the checksum that the description of the record tells.").arg(path));
     return false;
 }

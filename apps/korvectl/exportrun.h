@@ -50,8 +50,8 @@ public:
     void end(bool isSuccess, const QString &text);
 
     bool isOver() const { return over; }
-    /// Whether it has failed since what was there before belongs to other samples.
-    bool hasFoundOthers() const { return othersFound; }
+    /// Whether it has failed because what was there before is of other samples, so that all are to be fetched anew.
+    bool beganWrong() const { return hasWrongBeginning; }
     /// Why it has failed; empty when all that was announced is there.
     QString complaint() const;
     const QVector<ExportedFile> &files() const { return exported; }
@@ -68,7 +68,7 @@ private:
     void finish(ExportedFile &file);
     bool isOfTheRecord(const QString &path, const ExportedFile &file);
     void fail(const QString &sentence);
-    /// As above; what others say of it afterwards, such as of a connection that was closed here, is no reason.
+    /// Fails for a reason of this side; what others say afterwards, such as of a connection that was closed here, is none.
     void failHere(const QString &sentence);
 
     const ExportFolder &folder;
@@ -80,7 +80,7 @@ private:
     std::unique_ptr<FileReceiver> receiver;
     QString reason;
     bool hasFailedHere = false;
-    bool othersFound = false;
+    bool hasWrongBeginning = false;
     bool over = false;
 };
 

@@ -26,7 +26,7 @@ public:
     /// Borrows @p run; once that has gone, no file is wanted any more.
     ExportServant(ExportRun &run, const QString &device, const QString &record);
 
-    /// Of five fields, as managers take it apart.
+    /// The id has five fields, as managers take it apart.
     const QString &id() const { return exportId; }
 
     char *exportID() override;

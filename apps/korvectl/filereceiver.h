@@ -47,7 +47,6 @@ private:
     void openOwn();
     void accept();
     void read();
-
     QString notWritten() const;
 
     const QString path;

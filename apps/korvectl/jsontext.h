@@ -13,7 +13,7 @@ QString jsonText(const QJsonArray &array);
 QString jsonLine(const QJsonObject &object);
 /// As one line: what has happened, and when.
 QString eventLine(const char *event, QJsonObject object);
-/// Microseconds since 1970, of which a time before that is the number that wraps around: always a number, never text.
+/// A time in microseconds since 1970, always as a number. One before 1970, which wraps around in @p us, is below 0.
 QJsonValue jsonTime(quint64 us);
 /// A number; as text where programs would round it.
 QJsonValue jsonNumber(quint64 number);

@@ -21,7 +21,7 @@ QString textOf(const VtConnectData &address);
 std::unique_ptr<VtConnectionObserver> mirrored(const VtConnectData &server, const QString &path,
                                                std::chrono::milliseconds limit);
 
-/// As above. @throws Failure instead
+/// Mirrors it as mirrored() does. @throws Failure when it is not there in time.
 std::unique_ptr<VtConnectionObserver> requireMirrored(const VtConnectData &server, const QString &path,
                                                       std::chrono::milliseconds limit);
 

@@ -17,13 +17,13 @@ struct RefusedFile {
     bool isOfRecord() const;
 };
 
-/// As the recorder knows them; none of one that does not tell. Blocks.  Errors: what the ORB raises.
+/// The files that the recorder refuses; none when it does not tell of any. Blocks.  Errors: what the ORB raises.
 QVector<RefusedFile> refusedFiles(TQ_KORVE::IF_Control_ptr recorder);
 
-/// "a (why), b (why) and 3 more"
+/// The first of them as text: "a (why), b (why), c (why) and 3 more".
 QString namesOf(const QVector<RefusedFile> &files);
 
-/// "/srv/recordings: 81.6 GB of 270.5 GB are free"
+/// The storage as text: "/srv/recordings: 81.6 GB of 270.5 GB are free".
 QString wordsFor(const TQ_KORVE::struMASS_STORE_STATUS &storage);
 /// Whether what is left is not worth a recording.
 bool isFull(const TQ_KORVE::struMASS_STORE_STATUS &storage);

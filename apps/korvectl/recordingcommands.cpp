@@ -18,7 +18,7 @@ namespace
 
 using KORVE_XML::KORVE_RecordData;
 
-/// Of a channel's exceptions: also for a recording that has ended by itself.
+/// The first number of a channel's exceptions, which a recording that has ended by itself has, too.
 constexpr unsigned long channelNotActive = 802;
 constexpr unsigned long rangeError = 805; ///< the last of these
 

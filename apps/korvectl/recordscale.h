@@ -25,7 +25,7 @@ class RecordScale
 public:
     explicit RecordScale(const KORVE_XML::KORVE_RecordData &record);
 
-    /// Of a time: the sample that begins then, or the last before.
+    /// How many bytes lie before @p position. A time stands for the sample that begins then, or for the last one before.
     quint64 bytesAt(const Position &position) const;
     ByteRange rangeOf(const Section &section) const;
     /// All of the record for no sections.

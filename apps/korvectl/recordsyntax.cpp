@@ -39,7 +39,7 @@ void takeSections(CLI::App &command, CommandLine &line)
         ->type_name("");
 }
 
-/// Of some rates managers know nothing: another one would go out.
+/// Refuses rates that managers do not know: another one would go out instead.
 std::optional<QString> parsedRate(const QString &word)
 {
     namespace ToManager = KorveCommon::CorbaToClientConverter;

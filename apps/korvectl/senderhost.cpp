@@ -26,7 +26,7 @@ SenderHost::SenderHost(const QString &address) : name(address)
     addresses = digits.isNull() ? QHostInfo::fromName(address).addresses() : QList<QHostAddress>{digits};
     if (addresses.isEmpty())
         throw Failure(ExitCode::NotReachable, QStringLiteral("%1 has no address that this host knows.").arg(address));
-    // Whatever a host's own addresses are, it is at this one when it connects to a loopback address of its own.
+    // A host that connects to a loopback address of its own comes from this one, whatever its others are.
     if (std::any_of(addresses.begin(), addresses.end(), isOfThisHost))
         addresses << QHostAddress(QHostAddress::LocalHost);
 }

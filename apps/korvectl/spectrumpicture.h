@@ -14,7 +14,7 @@ float loudestOf(const QVector<float> &values, int column, int columns);
 class SpectrumPicture
 {
 public:
-    /// Of that many columns; as many as values for 0. Of values that share a column, the loudest is seen.
+    /// The picture has @p columns columns, for 0 as many as there are values. The loudest of those that share one is seen.
     explicit SpectrumPicture(const QVector<apps::SpectrumLine> &lines, int columns = 0);
 
     const QImage &image() const { return picture; }

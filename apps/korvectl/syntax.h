@@ -19,9 +19,9 @@ CLI::App *addGroup(CLI::App &parent, const char *name, const char *purpose);
 
 /// @p name begins with "-" for an option; else it is a parameter, and has to be there.
 CLI::Option *text(CLI::App &command, const char *name, QString &target, const char *purpose);
-/// As above; for the path of a file or a folder here.
+/// Adds a text that is the path of a file or a folder here.
 CLI::Option *path(CLI::App &command, const char *name, QString &target, const char *purpose);
-/// As above; for what goes out as an identifier.
+/// Adds a text that goes out as an identifier.
 CLI::Option *identifier(CLI::App &command, const char *name, QString &target, const char *purpose);
 /// DEVICE and RECORD.
 void record(CLI::App &command, CommandLine &line);

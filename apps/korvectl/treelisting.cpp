@@ -52,8 +52,10 @@ std::vector<values::TreeItem *> itemsBelow(const values::Node &node, bool recurs
 
 QString itemsTable(const std::vector<values::TreeItem *> &items, const QString &path)
 {
-    Table table(
-        {{QStringLiteral("NAME")}, {QStringLiteral("TYPE")}, {QStringLiteral("STATE")}, {.title = QStringLiteral("VALUE"), .mayBeCut = true}});
+    Table table({{QStringLiteral("NAME")},
+                 {QStringLiteral("TYPE")},
+                 {QStringLiteral("STATE")},
+                 {.title = QStringLiteral("VALUE"), .mayBeCut = true}});
     for (const values::TreeItem *const item : items) {
         if (item->isNode()) {
             table.addRow({nameOf(*item, path), QStringLiteral("node"), QString(), QString()});
@@ -77,8 +79,10 @@ QString itemsJson(const std::vector<values::TreeItem *> &items)
 
 QString valuesTable(const std::vector<const values::ValueBase *> &values)
 {
-    Table table(
-        {{QStringLiteral("PATH")}, {QStringLiteral("TYPE")}, {QStringLiteral("STATE")}, {.title = QStringLiteral("VALUE"), .mayBeCut = true}});
+    Table table({{QStringLiteral("PATH")},
+                 {QStringLiteral("TYPE")},
+                 {QStringLiteral("STATE")},
+                 {.title = QStringLiteral("VALUE"), .mayBeCut = true}});
     for (const values::ValueBase *const value : values) {
         const TreeRow row(*value);
         table.addRow({row.path, row.type, wordsFor(row.state), row.text});

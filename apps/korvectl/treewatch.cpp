@@ -88,7 +88,7 @@ void TreeWatch::takeNew(values::TreeItem &item)
 
 void TreeWatch::noteChange(const values::ValueBase &value, TChangeCode code)
 {
-    // Of a selection's items and a number's limits nothing is shown.
+    // Nothing is shown of a selection's items and a number's limits.
     if (code != values::ChangeCodeLimits && code != values::ChangeCodeSelectionItems)
         note(value);
 }

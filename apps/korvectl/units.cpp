@@ -27,7 +27,7 @@ QString scaled(double value, const char *unit)
                                          QLatin1String(unit));
 }
 
-/// A time since 1970, of which one before that is the number that wraps around.
+/// A time since 1970; one before that has seconds below 0.
 struct Parts {
     qint64 seconds;
     qint64 us; ///< from 0 to 999999, later than the second

@@ -9,7 +9,7 @@ bool writeWhole(QFile &file, const QByteArray &bytes)
 {
     qint64 done = 0;
     while (done < bytes.size()) {
-        // Of a disk that becomes full on the way, only the next try has the reason.
+        // When a disk becomes full on the way, only the next try has the reason.
         const qint64 more = file.write(bytes.constData() + done, bytes.size() - done);
         if (more <= 0)
             return false;

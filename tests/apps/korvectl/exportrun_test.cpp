@@ -130,14 +130,14 @@ TEST_F(Export, DoesNotCompleteABeginningOfOtherSamples)
     describe(run);
     send(run.beginFile(data, 10), samples.mid(4));
     run.endFile(data, true);
-    EXPECT_TRUE(run.hasFoundOthers());
+    EXPECT_TRUE(run.beganWrong());
     EXPECT_FALSE(QFileInfo::exists(folder.path(data)));
     ExportRun again{folder, way, ExportRun::Resume::FromTheBeginning};
     describe(again);
     send(again.beginFile(data, 10), samples);
     again.endFile(data, true);
     EXPECT_EQ(content(), samples);
-    EXPECT_FALSE(again.hasFoundOthers());
+    EXPECT_FALSE(again.beganWrong());
 }
 
 TEST_F(Export, FindsAWholeFileOfOtherSamples)
@@ -146,7 +146,7 @@ TEST_F(Export, FindsAWholeFileOfOtherSamples)
     describe(run);
     EXPECT_EQ(run.beginFile(data, 10), QString());
     run.end(true, QString());
-    EXPECT_TRUE(run.hasFoundOthers());
+    EXPECT_TRUE(run.beganWrong());
     EXPECT_NE(run.complaint(), QString());
 }
 
@@ -155,7 +155,7 @@ TEST_F(Export, FailsWhenTheSamplesThatCameAreOthersThanTheDescriptionTells)
     describe(run);
     send(run.beginFile(data, 10), "xxxxxxxxxx");
     run.endFile(data, true);
-    EXPECT_FALSE(run.hasFoundOthers()) << "fetching them once more would not help";
+    EXPECT_FALSE(run.beganWrong()) << "fetching them once more would not help";
     EXPECT_NE(run.complaint(), QString());
     EXPECT_FALSE(QFileInfo::exists(folder.path(data)));
 }
