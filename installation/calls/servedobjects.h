@@ -13,7 +13,8 @@
 namespace installation
 {
 
-/// The objects of one service that others can call, and the calls that they are answering. Copies are of the same service.
+/// The objects of one service that others can call, and the calls that they are answering. A copy stands for the same
+/// service.
 ///
 /// A service ends by refuseCalls() and waitForCalls(): then no servant is left, and nothing that a call has used is held
 /// by a thread of the ORB.
@@ -35,13 +36,13 @@ public:
     {
         return activate(key, make<Servant>(key, std::forward<Arguments>(arguments)...));
     }
-    /// The first half of serve(), for who goes on to use the servant: it lives at least as long as its activation.
+    /// Makes a servant as serve() does, for who goes on to use it: it lives at least as long as its activation.
     template <typename Servant, typename... Arguments>
     Servant *make(const std::string &key, Arguments &&...arguments) const
     {
         return new Counted<Servant>(ledger, key, std::forward<Arguments>(arguments)...);
     }
-    /// The second half; takes over @p servant.
+    /// Lets others call what make() has made, as serve() does; takes over @p servant.
     std::shared_ptr<Activation> activate(const std::string &key, PortableServer::Servant servant) const;
 
     /// Every new call raises `CORBA::OBJECT_NOT_EXIST`, and nothing is served any more.

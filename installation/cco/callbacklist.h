@@ -22,9 +22,9 @@ public:
 
     explicit CallbackList(std::chrono::milliseconds callLimit);
 
-    /// @p registration is what the client holds of it; it goes when the callback goes.
+    /// @p registration is what the client holds of it; it goes when the callback goes. @p owner is the address that has
+    /// registered it: one of them has at most a quarter of all.
     /// @throws CORBA::NO_RESOURCES when there are too many callbacks, CORBA::OBJECT_NOT_EXIST after stop().
-    /// @p owner is the address that has registered it: one of them has at most a quarter of all.
     void add(const std::string &key, CCO::Callback_ptr callback, CallbackQueue::Interests interests,
              std::shared_ptr<Activation> registration, const std::string &owner);
     void remove(const std::string &key);

@@ -25,8 +25,8 @@ void traceDropped(const std::string &name, const Holder &holder)
 CentralObjectParts::CentralObjectParts(CORBA::ORB_ptr orb, CentralObjectConfiguration given)
     : configuration(std::move(given)), callbacks(configuration.timing.callbackLimit),
       registry([this](CORBA::ULong event, const std::string &name) { callbacks.tell(event, name); }),
-      registrar(registry, configuration.timing.answerLimit), peers(orb, configuration), directory(configuration, peers, indications),
-      prober(configuration.timing.probeInterval, [this] { return targets(); })
+      registrar(registry, configuration.timing.answerLimit), peers(orb, configuration),
+      directory(configuration, peers, indications), prober(configuration.timing.probeInterval, [this] { return targets(); })
 {
 }
 

@@ -25,7 +25,7 @@ public:
         std::function<void()> probe; ///< runs on a thread of the prober
         std::string source{};        ///< who wants it asked; one of them never has all threads
     };
-    /// Called on a thread of the prober at the begin of each round.
+    /// Called on a thread of the prober at the beginning of each round.
     using Targets = std::function<std::vector<Target>()>;
 
     Prober(std::chrono::milliseconds interval, Targets targets);

@@ -65,14 +65,14 @@ private:
     Outcome outcome;
 };
 
-/// The same exceptions of a recorder mean something else in each of them.
+/// What is to be done: an exception of a recorder means something else in each of these.
 enum class ChannelCommand { StartReplay, PauseReplay, ContinueReplay, StopReplay, StartRecording, StopRecording };
 
 /// Makes calls to a recorder; whatever it raises leaves as a ChannelFailure with the number that @p command has for it.
 void askRecorder(ChannelCommand command, const std::function<void()> &calls);
-/// As above, for calls that carry the command out: the failure tells whether the recorder may have done so.
+/// Makes calls that carry the command out, as askRecorder() does: the failure tells whether the recorder may have done so.
 void orderRecorder(ChannelCommand command, const std::function<void()> &calls);
-/// Makes calls to a channel manager; as above.
+/// Makes calls to a channel manager; whatever it raises leaves as a ChannelFailure.
 void askChannelManager(const std::function<void()> &calls);
 
 /// The kind of `exChan` that says the same.

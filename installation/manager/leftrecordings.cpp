@@ -28,14 +28,14 @@ QVariant keyOf(const ChannelRun &run)
     return static_cast<qint64>(run.number);
 }
 
-template <typename Work> void traced(Work work)
+/// @p what has failed, in words, when the disk refuses @p work.
+template <typename Work> void traced(const char *what, Work work)
 {
     try {
         work();
     } catch (const std::runtime_error &error) {
-        traceAt(TraceLevel::Normal, sourceName, [&] {
-            return QStringLiteral("a recording to be ended is not kept: %1").arg(QString::fromUtf8(error.what()));
-        });
+        traceAt(TraceLevel::Normal, sourceName,
+                [&] { return QStringLiteral("%1: %2").arg(QLatin1String(what), QString::fromUtf8(error.what())); });
     }
 }
 
@@ -55,7 +55,7 @@ void LeftRecordings::resume()
 
 void LeftRecordings::add(const ChannelRun &run)
 {
-    traced([&] { save(run); });
+    traced("a recording to be ended is not kept", [&] { save(run); });
     lookAfter(run);
 }
 
@@ -88,12 +88,12 @@ void LeftRecordings::lookAfter(const ChannelRun &run)
     watch.add([this, run] {
         if (!isEnded(run))
             return true;
-        traced([&] { forget(run); });
+        traced("a recording that has ended is still kept as one to be ended", [&] { forget(run); });
         return false;
     });
 }
 
-/// Ends it if it goes on. False as long as nobody knows.
+/// Ends the recording if it goes on. False as long as nobody knows whether it does.
 bool LeftRecordings::isEnded(const ChannelRun &run) const
 {
     const auto device = context.devices->find(run.deviceId);

@@ -67,7 +67,7 @@ bool RecordingEnd::mayGoOn(const Channel &held, const ChannelFailure &failed) co
     }
 }
 
-/// Of a recording whose source was faster than the one who stopped it.
+/// Keeps the comment on a recording whose source ended before somebody stopped it.
 void RecordingEnd::keepComment(const Channel &held, const QString &comment) const
 {
     const TQ_KORVE::IF_Control_var recorder = context.recorder(held.run.deviceId, failure::notConnected);

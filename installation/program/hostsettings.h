@@ -26,7 +26,7 @@ public:
     /// As the file says, else as recorder::deviceIdOf() does. @throws recorder::RecorderError
     QString deviceId() const;
     QString stateFolder(Role role) const;
-    /// Of the fault script; empty when there is none. A relative path in the INI file counts from there.
+    /// The path of the fault script; empty when there is none. A relative one counts from the folder of the INI file.
     QString faultsFile() const;
 
 private:
@@ -35,7 +35,7 @@ private:
     std::vector<std::string> list(const char *group, const char *key) const;
     QString address() const;
     QString publishedAddress() const;
-    /// Of another process.
+    /// The address of a central object service in another process.
     QString centralServiceElsewhere() const;
     /// An address of the group "host".
     QString host(const char *key, const QString &otherwise) const;

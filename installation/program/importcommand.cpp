@@ -30,7 +30,7 @@ void interrupt(int)
     interrupted = true;
 }
 
-/// File names are another's, and so is what a recorder says of them.
+/// Prints text that may come from another machine, such as the name of a file or what a recorder says of it.
 void say(std::ostream &where, const QString &text)
 {
     where << programs::printable(text).toStdString() << std::endl;

@@ -33,7 +33,7 @@ public:
     QVector<RecordFile> list(const QString &archiveDevice) const;
     /// Connects to the target in @p url, and sends the file of the record from there on a thread of its own.
     void start(const QString &recordId, const QString &url, const Ended &ended);
-    /// The same, and waits for the end of it.
+    /// Sends as start() does, and waits for the end.
     void send(const QString &recordId, const QString &url);
     /// See Jobs.
     void cancel() { jobs.cancel(); }

@@ -86,33 +86,33 @@ std::optional<RecorderError> NoteChanges::applyTo(QVector<Note> &notes, int maxi
 
 std::optional<RecorderError> NoteChanges::add(QVector<Note> &notes, QSet<quint64> &times, int maximum) const
 {
-    std::optional<RecorderError> refusal;
+    std::optional<RecorderError> first;
     for (const Note &note : added) {
         if (times.contains(note.timestampUs)) {
-            refusal = refusal.value_or(thereAlready(note.timestampUs));
+            first = first.value_or(thereAlready(note.timestampUs));
         } else if (notes.size() >= maximum) {
-            refusal = refusal.value_or(full(maximum));
+            first = first.value_or(full(maximum));
         } else {
             times.insert(note.timestampUs);
             notes.append(note);
         }
     }
-    return refusal;
+    return first;
 }
 
 std::optional<RecorderError> NoteChanges::remove(QVector<Note> &notes, QSet<quint64> &times) const
 {
-    std::optional<RecorderError> refusal;
+    std::optional<RecorderError> first;
     QSet<quint64> gone;
     for (const quint64 timestampUs : removed) {
         if (times.remove(timestampUs))
             gone.insert(timestampUs);
         else
-            refusal = refusal.value_or(notThere(timestampUs));
+            first = first.value_or(notThere(timestampUs));
     }
     const auto isGone = [&](const Note &note) { return gone.contains(note.timestampUs); };
     notes.erase(std::remove_if(notes.begin(), notes.end(), isGone), notes.end());
-    return refusal;
+    return first;
 }
 
 } // namespace installation::recorder

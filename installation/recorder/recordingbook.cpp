@@ -46,7 +46,7 @@ QVector<IndexEntry> indexOf(const RecordingProgress &progress, const SampleLayou
     return index;
 }
 
-/// The same as SigMF has it, where samples count from the begin.
+/// Describes the index in the way of SigMF, where samples count from the beginning.
 void describeCaptures(Record &record, quint64 sampleBytes)
 {
     QJsonObject global = record.sigmf.value(QLatin1String("global")).toObject();

@@ -46,9 +46,9 @@ public:
     /// Hands the record to @p edit and stores what that makes of it; when it throws nothing is changed.
     /// @throws RecorderError also when the meta data would become greater than RecordFolder::maximumChangedBytes.
     void change(const QString &id, const std::function<void(Record &)> &edit);
-    /// The same without a word to the observer.
+    /// Changes a record without a word to the observer.
     void update(const QString &id, const std::function<void(Record &)> &edit);
-    /// The same for a recording that is over, as its folder's close() says.
+    /// Changes a recording that is over, as its folder's close() says.
     void close(const QString &id, const std::function<void(Record &)> &edit);
     /// Removes a recording without samples.
     void discard(const QString &id);
@@ -66,7 +66,7 @@ public:
 
     QVector<RecordSummary> records();
     Record record(const QString &id);
-    /// The same for who goes on to read its samples.
+    /// The record, for who goes on to read its samples.
     /// @throws RecorderError (`ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE`) for a loop that is not in order yet.
     Record recordInOrder(const QString &id);
     QVector<RefusedFile> refused() const;

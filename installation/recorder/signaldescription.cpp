@@ -70,7 +70,7 @@ quint64 durationUs(quint64 samples, double sampleRateHz)
     return static_cast<quint64>(std::llround(duration));
 }
 
-/// Makes the index of a signal, from its begin on.
+/// Makes the index of a signal, from its beginning on.
 class IndexMaker
 {
 public:
@@ -110,7 +110,8 @@ private:
     /// The first time that is known may be that of a later sample than the first.
     static quint64 beginOf(const SignalDescription &signal)
     {
-        const auto timed = std::ranges::find_if(signal.captures, [](const auto &capture) { return capture.timeUs.has_value(); });
+        const auto isTimed = [](const SignalCapture &capture) { return capture.timeUs.has_value(); };
+        const auto timed = std::ranges::find_if(signal.captures, isTimed);
         if (timed == signal.captures.end())
             return signal.beginUs;
         return *timed->timeUs - std::min(durationUs(timed->firstSample, signal.sampleRateHz), *timed->timeUs);

@@ -7,7 +7,7 @@
 namespace installation::recorder
 {
 
-/// From which sample on a receiver was set in one way.
+/// A stretch of samples for which the receiver stayed set in one way.
 struct SignalCapture {
     quint64 firstSample = 0;
     quint64 tunerFrequencyHz = 0;
@@ -31,7 +31,7 @@ struct SignalDescription {
 /// @throws RecorderError when none does, or when it is no rate.
 DataRate classOfSamples(double sampleRateHz, bool complex);
 /// The record of such a signal, without id and name: its times, its data-rate class, and its index, with an entry at the
-/// begin, one where each capture begins, and one at the end.
+/// beginning, one where each capture begins, and one at the end.
 /// @throws RecorderError when no class holds it, when there is no whole number of samples, or no sample at all, and when
 /// the captures lie elsewhere or are not in their order.
 Record describe(const SignalDescription &signal);

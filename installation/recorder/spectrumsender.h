@@ -19,7 +19,7 @@ class SpectrumSender
 {
 public:
     static constexpr unsigned maximumSpectra = 4;
-    /// Of an answer in one piece.
+    /// The greatest answer in one piece.
     static constexpr quint64 maximumBytes = 16 << 20;
 
     explicit SpectrumSender(std::shared_ptr<StoreThread> store, const OutgoingConnection::Timing &timing = {});

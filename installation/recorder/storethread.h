@@ -43,7 +43,7 @@ public:
     {
         return ask(std::move(work), limit);
     }
-    /// The same with a limit of its own, for who has more time than a caller.
+    /// Asks with a limit of its own, for who has more time than a caller.
     template <typename Work>
     auto ask(Work work, std::chrono::milliseconds ownLimit) -> std::invoke_result_t<Work &, RecordStore &>
     {

@@ -97,7 +97,7 @@ WavFormat plausibleFormat(const QString &path)
     const File file = File::openForReading(path); // a regular file, at which opening does not wait
     requireWave(file);
     const WavFormat format = readFormat(file);
-    classOfSamples(format.sampleRateHz, false);
+    classOfSamples(format.sampleRateHz, false); // refuses what is no rate
     if ((format.code == pcm || format.code == extensible) && format.bits % 8 != 0)
         throw refusal(QStringLiteral("samples of %1 bits are not known").arg(format.bits));
     return format;
