@@ -7,7 +7,8 @@ namespace CorbaCommon
 QString corbaloc(const QString &host, int port, const char *key)
 {
     // The host goes into a URL, so nothing may be in it that means something there.
-    static const QRegularExpression name(QStringLiteral("^(?:[A-Za-z0-9._-]+|\\[[0-9A-Fa-f:.]+\\])$"));
+    static const QRegularExpression name(
+        QRegularExpression::anchoredPattern(QStringLiteral("[A-Za-z0-9._-]+|\\[[0-9A-Fa-f:.]+\\]")));
     const bool needsBrackets = host.count(u':') > 1 && !host.startsWith(u'[');
     const QString safeHost = needsBrackets ? u'[' + host + u']' : host;
     if (!name.match(safeHost).hasMatch() || port < 1 || port > 65535)

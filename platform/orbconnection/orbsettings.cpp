@@ -25,7 +25,8 @@ OrbSettings OrbSettings::fromEnvironment()
 
 QString centralServiceReference(const QString &hostAndPort)
 {
-    static const QRegularExpression withPort(QStringLiteral("^(.*[^:]):([0-9]{1,5})$"));
+    static const QRegularExpression withPort(
+        QRegularExpression::anchoredPattern(QStringLiteral("(.*[^:]):([0-9]{1,5})")));
     const QRegularExpressionMatch match = withPort.match(hostAndPort);
     const bool isHostAlone = !match.hasMatch() || (hostAndPort.count(u':') > 1 && !hostAndPort.contains(u']'));
     if (isHostAlone)

@@ -30,7 +30,8 @@ INSTANTIATE_TEST_SUITE_P(
                     ReferenceCase{"Nothing", "", ""}, ReferenceCase{"NoHost", ":8003", ""},
                     ReferenceCase{"PortTooHigh", "h:65536", ""}, ReferenceCase{"PortZero", "h:0", ""},
                     ReferenceCase{"PortNegative", "h:-1", ""}, ReferenceCase{"NoNumber", "h:port", ""},
-                    ReferenceCase{"AnotherKey", "h:8003/Other", ""}, ReferenceCase{"TwoAddresses", "h,:g", ""}),
+                    ReferenceCase{"AnotherKey", "h:8003/Other", ""}, ReferenceCase{"TwoAddresses", "h,:g", ""},
+                    ReferenceCase{"LineEndInHost", "10.0.0.7\n:8003", ""}, ReferenceCase{"LineEndBehind", "h:8003\n", ""}),
     [](const auto &info) { return std::string(info.param.label); });
 
 TEST(OrbSettings, ComeFromTheEnvironment)
