@@ -152,7 +152,7 @@ void writeInPlace(const QString &path, const QByteArray &bytes)
 void writeOrLeave(const QString &path, const QByteArray &bytes)
 {
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
+    if (!file.open(QIODevice::WriteOnly) || !writeWhole(file, bytes) || !file.commit())
         failToWrite(path, file);
 }
 

@@ -1,11 +1,11 @@
 #include "apps/korvectl/writewhole.h"
 
-#include <QFile>
+#include <QFileDevice>
 
 namespace korvectl
 {
 
-bool writeWhole(QFile &file, const QByteArray &bytes)
+bool writeWhole(QFileDevice &file, const QByteArray &bytes)
 {
     qint64 done = 0;
     while (done < bytes.size()) {

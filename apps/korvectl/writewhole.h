@@ -2,12 +2,12 @@
 
 #include <QByteArray>
 
-class QFile;
+class QFileDevice;
 
 namespace korvectl
 {
 
 /// Writes all of @p bytes; when false, errorString() of @p file says why not, also where some could be written.
-bool writeWhole(QFile &file, const QByteArray &bytes);
+bool writeWhole(QFileDevice &file, const QByteArray &bytes);
 
 } // namespace korvectl

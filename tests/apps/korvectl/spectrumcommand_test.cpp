@@ -95,4 +95,18 @@ TEST_F(SpectrumCommand, LeavesNoFileOfAPictureThatCannotBeWritten)
     EXPECT_TRUE(QDir(shared->folder.path()).entryList({QStringLiteral("too large*")}).isEmpty());
 }
 
+TEST_F(SpectrumCommand, SaysThatTheDiskHasBecomeFullMeanwhile)
+{
+    QProcess limited; // to files shorter than the picture
+    limited.start(QStringLiteral("sh"), {QStringLiteral("-c"),
+                                         QStringLiteral("trap '' XFSZ; ulimit -f 4; exec \"$0\" \"$@\""),
+                                         QStringLiteral(KORVECTL_PROGRAM), QStringLiteral("spectrum"),
+                                         QStringLiteral("REC1"), recordId, QStringLiteral("--lines"),
+                                         QStringLiteral("400"), QStringLiteral("--png"), filePath("large.png")});
+    ASSERT_TRUE(limited.waitForFinished());
+    EXPECT_EQ(limited.exitCode(), 4);
+    const QByteArray errors = limited.readAllStandardError();
+    EXPECT_TRUE(errors.endsWith("large.png cannot be written: File too large.\n")) << errors.constData();
+}
+
 } // namespace
