@@ -3,6 +3,7 @@
 #include "apps/korvectl/failure.h"
 
 #include "valuetreelib/node.h"
+#include "valuetreelib/tree.h"
 #include "valuetreelib/valuebase.h"
 
 #include <QEventLoop>
@@ -68,6 +69,10 @@ std::unique_ptr<VtConnectionObserver> requireMirrored(const VtConnectData &serve
 MirroredPart::MirroredPart(const VtConnectData &server, const QString &path, Look look, milliseconds limit)
     : wholePath(withoutEmptyParts(path))
 {
+    const Failure nothingThere(
+        ExitCode::Refused, QStringLiteral("There is no %1 in the value tree at %2.").arg(wholePath, textOf(server)));
+    if (!values::Tree::canHold(wholePath))
+        throw nothingThere; // a mirror of such a path never connects
     const bool isRoot = wholePath == QLatin1String("/");
     if (look == Look::AtNode || isRoot) {
         mirror = requireMirrored(server, wholePath, limit);
@@ -79,8 +84,7 @@ MirroredPart::MirroredPart(const VtConnectData &server, const QString &path, Loo
     }
     mirror = requireMirrored(server, parentOf(wholePath), limit);
     if (!node() && !value())
-        throw Failure(ExitCode::Refused,
-                      QStringLiteral("There is no %1 in the value tree at %2.").arg(wholePath, textOf(server)));
+        throw nothingThere;
 }
 
 QString MirroredPart::parentOf(const QString &path)

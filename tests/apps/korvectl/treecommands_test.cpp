@@ -150,6 +150,18 @@ TEST_F(KorvectlTree, SaysThatThereIsNoSuchPath)
     }
 }
 
+TEST_F(KorvectlTree, SaysThatThereIsNoPathThatNoTreeCanHold)
+{
+    const QString deep = QStringLiteral("/a").repeated(300);
+    const QString tooLong = u'/' + QString(70000, u'a');
+    for (const QString &path : {deep, tooLong})
+        for (const char *const command : {"ls", "get", "watch"}) {
+            const Run run = ask({QStringLiteral("tree"), QLatin1String(command), path});
+            EXPECT_EQ(run.exitCode, 3) << command << run.errors.right(100).toStdString();
+            EXPECT_TRUE(run.errors.startsWith(QLatin1String("korvectl: There is no /a"))) << command;
+        }
+}
+
 TEST_F(KorvectlTree, NamesTheAddressWhereNobodyAnswers)
 {
     const LoopbackLease nobody;
