@@ -169,7 +169,7 @@ QString ManagerSession::reasonOfRefusal(const QString &deviceId) const
     const QString text = QStringLiteral("The recorder manager cannot list the records of %1: %2.");
     const DeviceState state = device(deviceId);
     return state.isAvailable
-               ? text.arg(deviceId, QStringLiteral("-v shows why"))
+               ? text.arg(deviceId, QStringLiteral("the device does not answer it, or refused; `korvectl doctor` looks for the cause"))
                : text.arg(deviceId, QStringLiteral("the device, last seen at %1, is not available").arg(state.address));
 }
 

@@ -131,6 +131,17 @@ TEST_F(RecordCommand, CopiesSections)
     EXPECT_EQ(askFor("record copy REC1 RECORD 0:16kB 2s:3s").exitCode, 1) << "behind the end";
 }
 
+TEST_F(RecordCommand, NamesTheDoctorWhereRecordsAreRefused)
+{
+    restart("manager", "on manager getAllRecords raise exKRV Request_Failed");
+    const Run refused = askFor("records REC1");
+    EXPECT_EQ(refused.exitCode, 3);
+    EXPECT_TRUE(isOneSentence(refused.errors)) << refused.errors.toStdString();
+    EXPECT_TRUE(refused.errors.endsWith(QLatin1String("`korvectl doctor` looks for the cause.\n")))
+        << refused.errors.toStdString();
+    restart("manager");
+}
+
 TEST_F(RecordCommand, SaysThatARecordIsUnknown)
 {
     for (const char *const line : {"record show REC1", "record delete REC1", "record bookmarks list REC1"})
