@@ -3,6 +3,7 @@
 #include "apps/korvectl/diagnosis.h"
 #include "apps/korvectl/mirroredpart.h"
 #include "apps/korvectl/recorderdisk.h"
+#include "apps/korvectl/units.h"
 
 #include "korvebase/valuetreepaths.h"
 #include "orbconnection/orbhandler.h"
@@ -168,9 +169,10 @@ bool Doctor::checkStorage(const QString &device)
             const TQ_KORVE::IF_Control_var recorder = service.recorder(subsystem, device, left);
             const TQ_KORVE::struMASS_STORE_STATUS_var storage = recorder->getMassStoreStatus();
             link.finding = wordsFor(storage.in());
-            link.complaint = QStringLiteral("The disk of recorder %1 is full: %2.").arg(device, link.finding);
+            link.complaint = QStringLiteral("The disk of recorder %1 has too little room: %2; it should be %3.")
+                                 .arg(device, link.finding, units::bytes(leastFreeBytes));
             link.remedy = QStringLiteral("Delete records that are not needed, or make room on that disk.");
-            return !isFull(storage.in());
+            return hasRoom(storage.in());
         } catch (const TQ_KORVE::exKorve &refusal) {
             link.complaint = QStringLiteral("The recorder %1 has no storage: %2.").arg(device, QString::fromUtf8(refusal.text));
             link.remedy = QStringLiteral("Bring its folder back, with the records that were in it, and start it again.");

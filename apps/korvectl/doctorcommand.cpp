@@ -31,7 +31,7 @@ QJsonObject objectOf(const Link &link)
 /// Rows come one by one, so the columns are as wide as the usual contents.
 Table emptyTable()
 {
-    return Table({{QStringLiteral("LINK"), Qt::AlignLeft, 24},
+    return Table({{QStringLiteral("LINK"), Qt::AlignLeft, 30}, // "recorder KORVE-" and an address
                   {QStringLiteral("ADDRESS"), Qt::AlignLeft, 21},
                   {QStringLiteral("TIME"), Qt::AlignRight, 7},
                   {QStringLiteral("STATE"), Qt::AlignLeft, 6},

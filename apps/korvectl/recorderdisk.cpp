@@ -59,10 +59,9 @@ QString wordsFor(const TQ_KORVE::struMASS_STORE_STATUS &storage)
                : QStringLiteral("%1: %2").arg(QString::fromUtf8(storage.units[0].unitName), room);
 }
 
-bool isFull(const TQ_KORVE::struMASS_STORE_STATUS &storage)
+bool hasRoom(const TQ_KORVE::struMASS_STORE_STATUS &storage)
 {
-    constexpr quint64 leastBytes = 16'000'000; // a second of a narrow recording
-    return storage.freeSize < leastBytes;
+    return storage.freeSize >= leastFreeBytes;
 }
 
 } // namespace korvectl

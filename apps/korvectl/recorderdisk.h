@@ -25,7 +25,9 @@ QString namesOf(const QVector<RefusedFile> &files);
 
 /// The storage as text: "/srv/recordings: 81.6 GB of 270.5 GB are free".
 QString wordsFor(const TQ_KORVE::struMASS_STORE_STATUS &storage);
-/// Whether what is left is not worth a recording.
-bool isFull(const TQ_KORVE::struMASS_STORE_STATUS &storage);
+/// A second of a narrow recording.
+inline constexpr quint64 leastFreeBytes = 16'000'000;
+/// Whether what is left is worth a recording.
+bool hasRoom(const TQ_KORVE::struMASS_STORE_STATUS &storage);
 
 } // namespace korvectl

@@ -42,6 +42,8 @@ TEST_F(KorvectlDoctor, GoesAllTheWayToTheDevices)
                                                              "list of devices, recorder REC1, storage REC1, files REC1, "
                                                              "device REC1, names"));
     EXPECT_FALSE(run.output.contains(u'\x1b')); // no terminal, no colours
+    EXPECT_GT(run.output.indexOf(QLatin1String("ADDRESS")), qstrlen("recorder KORVE-255.255.255.255"))
+        << "devices of the usual names stand in their column";
 }
 
 TEST_F(KorvectlDoctor, NamesTheAddressWhereNobodyListens)
@@ -109,7 +111,8 @@ TEST_F(DiskOfTheRecorder, HasNoFolderAnyMore)
 TEST_F(DiskOfTheRecorder, IsFull)
 {
     restart("recorder", "disk full on REC1");
-    expectBroken("storage REC1", QStringLiteral("is full: %1: 0 B of").arg(recordings()));
+    expectBroken("storage REC1", QStringLiteral("has too little room: %1: 0 B of").arg(recordings()));
+    expectBroken("storage REC1", QStringLiteral("are free; it should be 16.0 MB.\n"));
     restart("recorder");
 }
 
