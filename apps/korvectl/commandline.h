@@ -77,7 +77,7 @@ struct CommandLine {
     QString record;
     QString channel;
     QString subsystem; ///< empty: the local one
-    QString path;      ///< in the value tree
+    QString path{QStringLiteral("/")}; ///< in the value tree
     QString text;      ///< a comment, an entry of a history, or that of a bookmark
     QString name;      ///< of a new record
     QString folder;    ///< for files; empty: the current one

@@ -4,7 +4,10 @@
 #include "apps/korvectl/recordsyntax.h"
 
 #include "coresupport/errorhandler.h"
+#include "programs/printable.h"
+#include "programs/seconds.h"
 
+#include <functional>
 #include <limits>
 
 namespace korvectl
@@ -29,13 +32,20 @@ std::chrono::milliseconds milliseconds(double seconds)
     return std::chrono::milliseconds(static_cast<qint64>(seconds * 1000));
 }
 
+std::function<std::string(const std::string &)> secondsWithin(double least, double most)
+{
+    return [least, most](const std::string &word) { return programs::complaintAboutSeconds(word, least, most); };
+}
+
 /// The parser asks for a command before it looks at what stands there instead.
 std::string complaintOf(const CLI::App &parser, const CLI::Error &error)
 {
     const std::string words = error.what();
     const std::vector<std::string> strange = parser.remaining(true);
     const bool isCommandWanted = words == CLI::RequiredError::Subcommand(1).what();
-    return isCommandWanted && !strange.empty() ? "There is no command \"" + strange.front() + "\"." : words;
+    const std::string complaint =
+        isCommandWanted && !strange.empty() ? "There is no command \"" + strange.front() + "\"." : words;
+    return programs::printable(QString::fromStdString(complaint)).toStdString(); // it quotes what was typed
 }
 
 } // namespace
@@ -70,11 +80,12 @@ Description::Description()
 
 void Description::describeOptions()
 {
-    app.add_option("--subsystem", subsystem, "The subsystem to ask; the local one by default")->type_name("SUBSYSTEM");
+    syntax::text(app, "--subsystem", line.subsystem, "The subsystem to ask; the local one by default")
+        ->type_name("SUBSYSTEM");
     app.add_option("--timeout", timeoutSeconds, "Seconds to wait for the services to be there, and for each answer")
         ->type_name("SECONDS")
         ->capture_default_str()
-        ->check(CLI::Range(leastSeconds, mostSeconds).description(""));
+        ->check(secondsWithin(leastSeconds, mostSeconds));
     app.add_flag("--json", line.json, "Print JSON instead of a table");
     app.set_version_flag("--version", "korvectl " KORVE_VERSION, "Print the version and end");
     app.add_flag("-v,--verbose", verbosity, "Trace errors and information to standard error; -vv: debugging, too");
@@ -110,7 +121,7 @@ void Description::describeWatch(CLI::App &watch)
         ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""));
     watch.add_option("--for", watchSeconds, "End after so many seconds")
         ->type_name("SECONDS")
-        ->check(CLI::Range(leastSeconds, secondsOfAYear).description(""));
+        ->check(secondsWithin(leastSeconds, secondsOfAYear));
 }
 
 void Description::describeCompletion()
@@ -133,16 +144,14 @@ CLI::App *Description::add(CLI::App &parent, const char *name, const char *purpo
 void Description::addPath(CLI::App &command, bool isRequired)
 {
     CLI::Option *const option =
-        command.add_option("PATH", path, "A path such as /KORVE/Device")->required(isRequired)->type_name("");
+        syntax::text(command, "PATH", line.path, "A path such as /KORVE/Device")->required(isRequired);
     if (!isRequired)
-        option->capture_default_str();
+        option->default_str(line.path.toStdString());
 }
 
 CommandLine Description::parse(int argc, char **argv)
 {
     app.parse(argc, argv);
-    line.subsystem = QString::fromStdString(subsystem);
-    line.path = QString::fromStdString(path);
     line.typedLine = QString::fromStdString(typedLine);
     line.typedWord = QString::fromStdString(typedWord);
     line.timeout = milliseconds(timeoutSeconds);

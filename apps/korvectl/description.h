@@ -31,8 +31,6 @@ private:
 
     CLI::App app{"Asks the recorder manager of an installation.", "korvectl"};
     CommandLine line; // in the types of the parser, until they are converted:
-    std::string subsystem;
-    std::string path{"/"};
     std::string shell{"bash"};
     std::string typedLine;
     std::string typedWord;

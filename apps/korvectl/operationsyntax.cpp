@@ -12,11 +12,11 @@ namespace
 
 void takeRange(CLI::App &command, CommandLine &line)
 {
-    const auto take = [&line](const std::string &word) {
-        const QString typed = QString::fromStdString(word);
-        const auto section = Section::parsed(typed);
+    const auto take = [&line](const std::string &bytes) {
+        const QString word = typed("--range", bytes);
+        const auto section = Section::parsed(word);
         if (!section)
-            refuse("--range", typed, sectionWords);
+            refuse("--range", word, sectionWords);
         line.sections = {*section};
     };
     command.add_option_function<std::string>("--range", take, "FROM:TO in bytes or times; all of it by default")
@@ -29,8 +29,7 @@ void describeReplayStart(CLI::App &parent, CommandLine &line)
     record(start, line);
     CLI::Option *const to =
         value(start, "--to", line.link.peer, Endpoint::parsed,
-              "Send the samples there; by default, to a channel that is registered already",
-              "HOST:PORT, an IPv4 address and a port")
+              "Send the samples there; by default, to a channel that is registered already", endpointWords)
             ->type_name("HOST:PORT");
     start.add_flag("--udp", line.link.isUdp, "As datagrams")->needs(to);
     takeRange(start, line);

@@ -25,11 +25,11 @@ CLI::App *addForRecord(CLI::App &parent, CommandLine &line, const char *name, co
 void takeSections(CLI::App &command, CommandLine &line)
 {
     const auto take = [&line](const std::vector<std::string> &words) {
-        for (const std::string &word : words) {
-            const QString typed = QString::fromStdString(word);
-            const auto section = Section::parsed(typed);
+        for (const std::string &bytes : words) {
+            const QString word = typed("SECTION", bytes);
+            const auto section = Section::parsed(word);
             if (!section)
-                refuse("SECTION", typed, sectionWords);
+                refuse("SECTION", word, sectionWords);
             line.sections << *section;
         }
     };
@@ -62,7 +62,7 @@ void describeStart(CLI::App &parent, CommandLine &line)
     CLI::App &start = *add(parent, line, "start", "Record samples from a network source", Command::RecordStart);
     identifier(start, "DEVICE", line.device, "The id of the device");
     text(start, "NAME", line.name, "The name of the new record");
-    value(start, "--from", line.link.peer, Endpoint::parsed, "Where the samples come from", "HOST:PORT, an IPv4 address")
+    value(start, "--from", line.link.peer, Endpoint::parsed, "Where the samples come from", endpointWords)
         ->required()
         ->type_name("HOST:PORT");
     start.add_flag("--udp", line.link.isUdp, "The source sends datagrams to the device");

@@ -45,7 +45,7 @@ CLI::Option *path(CLI::App &command, const char *name, QString &target, const ch
 CLI::Option *identifier(CLI::App &command, const char *name, QString &target, const char *purpose)
 {
     return value(command, name, target, parsedIdentifier, purpose,
-                 "an identifier: not empty, and of letters of Latin-1")
+                 "an identifier, which is not empty and has letters of Latin-1 alone")
         ->type_name("");
 }
 
@@ -58,6 +58,14 @@ void record(CLI::App &command, CommandLine &line)
 void refuse(const char *name, const QString &word, const char *expected)
 {
     throw CLI::ValidationError(name, QStringLiteral("\"%1\" is not %2").arg(word, QLatin1String(expected)).toStdString());
+}
+
+QString typed(const char *name, const std::string &word)
+{
+    const QString text = QString::fromStdString(word);
+    if (text.toStdString() != word)
+        refuse(name, text, "a text in UTF-8");
+    return text;
 }
 
 } // namespace korvectl::syntax

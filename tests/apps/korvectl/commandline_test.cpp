@@ -158,6 +158,29 @@ TEST(Request, MayBeForHelp)
     EXPECT_EQ(parsed.exitCode, 0);
 }
 
+TEST(Request, IsRefusedWithoutMovingTheCursor)
+{
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(Parsed({"record", "deletable", "REC1", "R1", "a\n\x1b[31mb"}).exitCode, 1);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::StartsWith("korvectl: SWITCH: a??[31mb not in"));
+}
+
+TEST(Request, IsToldWhatATextOfOtherBytesLacks)
+{
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(Parsed({"record", "comment", "REC1", "R1", "K\xf6ln"}).exitCode, 1);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                testing::StartsWith("korvectl: TEXT: \"K\uFFFDln\" is not a text in UTF-8\n"));
+}
+
+TEST(Request, IsToldWhichSecondsArePossible)
+{
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(Parsed({"devices", "--timeout", "nan"}).exitCode, 1);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                testing::StartsWith("korvectl: --timeout: \"nan\" is not a number of seconds from 0.1 to 3600\n"));
+}
+
 TEST_P(WrongRequest, IsAMatterOfUsage)
 {
     const Parsed parsed(GetParam());
@@ -172,6 +195,15 @@ INSTANTIATE_TEST_SUITE_P(Lines, WrongRequest,
                                          std::vector<std::string>{"devices", "--follow"},
                                          std::vector<std::string>{"devices", "--timeout", "0"},
                                          std::vector<std::string>{"devices", "--timeout", "soon"},
+                                         std::vector<std::string>{"devices", "--timeout", "nan"},
+                                         std::vector<std::string>{"watch", "--for", "nan"},
+                                         std::vector<std::string>{"tree", "watch", "--for", "inf"},
+                                         std::vector<std::string>{"devices", "--subsystem", "\xff"},
+                                         std::vector<std::string>{"tree", "get", "/K\xf6ln"},
+                                         std::vector<std::string>{"record", "comment", "REC1", "R1", "K\xf6ln"},
+                                         std::vector<std::string>{"record", "copy", "REC1", "R1", "--name", "\xff"},
+                                         std::vector<std::string>{"record", "stop", "7", "--comment", "\xc3"},
+                                         std::vector<std::string>{"export", "REC1", "R1", "--to", "\xfe"},
                                          std::vector<std::string>{"records", "REC1", "REC2"},
                                          std::vector<std::string>{"tree"}, std::vector<std::string>{"tree", "get"},
                                          std::vector<std::string>{"tree", "watch", "--count", "0"},
