@@ -1,5 +1,7 @@
 #include "installation/program/commandline.h"
 
+#include "programs/printable.h"
+
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
@@ -35,8 +37,17 @@ std::vector<std::string> ownArguments(int argc, char **argv)
     return arguments;
 }
 
+std::string complaintAboutNothing(const std::string &word)
+{
+    return word.empty() ? "it is empty" : std::string();
+}
+
 void describe(CLI::App &app, Raw &raw)
 {
+    app.failure_message([](const CLI::App *, const CLI::Error &error) {
+        const QString complaint = programs::printable(QString::fromUtf8(error.what())); // it quotes what was typed
+        return "korve-installation: " + complaint.toStdString() + "\nRun with --help for more information.\n";
+    });
     app.add_option("--role", raw.roles, "Services to run in this process; all of a host by default")
         ->check(CLI::IsMember({"cco", "recorder", "manager"}));
     app.add_option("--config", raw.config, "INI file with the settings of this host")->check(CLI::ExistingFile);
@@ -46,8 +57,12 @@ void describe(CLI::App &app, Raw &raw)
     app.add_option("--faults", raw.faults, "Fault script: what is to go wrong, and when")->check(CLI::ExistingFile);
     CLI::App *import =
         app.add_subcommand("import", "Have a recorder of this host take in WAV files and SigMF recordings");
-    import->add_option("DEVICE", raw.device, "The id of the recorder")->required();
-    import->add_option("FILE", raw.files, "Files that the recorder can read")->required();
+    import->add_option("DEVICE", raw.device, "The id of the recorder")
+        ->required()
+        ->check(complaintAboutNothing);
+    import->add_option("FILE", raw.files, "Files that the recorder can read")
+        ->required()
+        ->check(complaintAboutNothing);
     app.set_version_flag("--version", "korve-installation " KORVE_VERSION, "Print the version and end");
     app.footer(
         "Addresses: KORVE_ADDRESS or [host] address=, published as [host] publish=; the central object service is\n"

@@ -9,8 +9,10 @@
 #include <QFileInfo>
 
 #include <atomic>
+#include <cerrno>
 #include <csignal>
 #include <iostream>
+#include <system_error>
 #include <thread>
 
 using CorbaCommon::OrbHandler;
@@ -85,7 +87,19 @@ QString importOne(IF_Import::_ptr_type importer, const QFileInfo &file)
     }
 }
 
-/// Why it was not imported, in a sentence that names it once; empty when it was.
+/// Tells which record it has become. Why that could not be written; empty when it was, or nobody reads it any more.
+QString tellRecord(const QString &name, const QString &recordId)
+{
+    errno = 0;
+    say(std::cout, QStringLiteral("%1: %2").arg(name, recordId));
+    if (std::cout || errno == EPIPE)
+        return {};
+    std::cout.clear();
+    return QStringLiteral("Imported, but this could not be written: %1: %2: %3")
+        .arg(name, recordId, QString::fromStdString(std::generic_category().message(errno)));
+}
+
+/// Why it was not imported, or not told, in a sentence that names it once; empty when all went well.
 QString tryImport(IF_Import::_ptr_type importer, const QByteArray &typed)
 {
     const QString name = QString::fromUtf8(typed);
@@ -94,8 +108,7 @@ QString tryImport(IF_Import::_ptr_type importer, const QByteArray &typed)
     try {
         if (name.toUtf8() != typed)
             throw KORVE_INSTALLATION::exImport("its name is not UTF-8");
-        say(std::cout, QStringLiteral("%1: %2").arg(name, importOne(importer, file)));
-        return {};
+        return tellRecord(name, importOne(importer, file));
     } catch (const KORVE_INSTALLATION::exImport &refusal) {
         reason = QString::fromUtf8(refusal.text);
     } catch (const CORBA::Exception &error) {

@@ -47,6 +47,20 @@ TEST(CommandLine, TakesAnImport)
     EXPECT_EQ(parsed.line->stateFolder, QLatin1String("/tmp"));
 }
 
+TEST(CommandLine, TakesNoEmptyNameForAnImport)
+{
+    EXPECT_EQ(Parsed({"import", "", "a.wav"}).exitCode, 1);
+    EXPECT_EQ(Parsed({"import", "REC1", "a.wav", ""}).exitCode, 1);
+}
+
+TEST(CommandLine, IsRefusedByTheProgramWithoutMovingTheCursor)
+{
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(Parsed({"--role", "a\n\x1b[31mb"}).exitCode, 1);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                testing::StartsWith("korve-installation: --role: a??[31mb not in"));
+}
+
 TEST(CommandLine, LeavesTheOptionsOfTheOrbAlone)
 {
     EXPECT_TRUE(Parsed({"-ORBtraceLevel", "1", "--role", "cco"}).line);

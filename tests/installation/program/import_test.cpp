@@ -135,6 +135,21 @@ TEST_F(Import, PrintsNamesSafely)
     EXPECT_TRUE(done.errors.contains(QLatin1String("gone?[2J.wav"))) << done.errors.toStdString();
 }
 
+TEST_F(Import, SaysThatItCouldNotNameARecord)
+{
+    ASSERT_TRUE(managerKnowsTheDevice());
+    QProcess process;
+    process.setStandardOutputFile(QStringLiteral("/dev/full"));
+    const QString file = writeWavFile(shared->folder.path(), QStringLiteral("untold.wav"), 10);
+    process.start(QStringLiteral(INSTALLATION_PROGRAM), {QStringLiteral("import"), QStringLiteral("REC1"), file});
+    ASSERT_TRUE(process.waitForFinished(20000));
+    EXPECT_EQ(process.exitCode(), 1);
+    const QString errors = QString::fromUtf8(process.readAllStandardError());
+    EXPECT_TRUE(errors.startsWith(QStringLiteral("Imported, but this could not be written: %1: R").arg(file)))
+        << errors.toStdString();
+    EXPECT_TRUE(errors.endsWith(QLatin1String(": No space left on device\n"))) << errors.toStdString();
+}
+
 TEST_F(Import, SaysThatANameIsNotUtf8)
 {
     QProcess shell; // which passes on what Qt cannot
