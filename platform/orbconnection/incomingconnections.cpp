@@ -6,14 +6,17 @@
 #include <omniORB4/omniInterceptors.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <memory>
 #include <mutex>
+#include <optional>
 #include <string_view>
+#include <vector>
 
+#include <dirent.h>
 #include <netdb.h>
-#include <sys/eventfd.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 namespace CorbaCommon
 {
@@ -36,21 +39,27 @@ std::string_view hostIn(std::string_view text)
     return text;
 }
 
-int descriptorLimit()
+std::size_t descriptorLimit()
 {
     rlimit limit{};
     getrlimit(RLIMIT_NOFILE, &limit);
-    return static_cast<int>(std::min<rlim_t>(limit.rlim_cur, 1 << 20));
+    return limit.rlim_cur;
 }
 
-/// The lowest descriptor that is free: so many are taken at least. @p limit when there is none.
-int lowestFreeDescriptor(int limit)
+/// Those that this process has; nothing when none is left to look with. Connections come faster than they are looked at
+/// and closed, so that there are holes among them.
+std::optional<std::vector<int>> openDescriptors()
 {
-    const int descriptor = eventfd(0, EFD_CLOEXEC);
-    if (descriptor < 0)
-        return limit;
-    close(descriptor);
-    return descriptor;
+    const std::unique_ptr<DIR, int (*)(DIR *)> folder(opendir("/proc/self/fd"), closedir);
+    if (!folder)
+        return std::nullopt;
+    std::vector<int> descriptors;
+    while (const dirent *entry = readdir(folder.get())) {
+        const int descriptor = std::atoi(entry->d_name);
+        if (entry->d_name[0] != '.' && descriptor != dirfd(folder.get()))
+            descriptors.push_back(descriptor);
+    }
+    return descriptors;
 }
 
 bool isConnectionTo(int descriptor, std::string_view host)
@@ -63,24 +72,23 @@ bool isConnectionTo(int descriptor, std::string_view host)
            host == text;
 }
 
-bool hasMoreThanItsShare(std::string_view host, int share, int limit)
+bool hasMoreThanItsShare(std::string_view host, std::size_t share, const std::vector<int> &descriptors)
 {
-    int connections = 0;
-    for (int descriptor = 0; descriptor < limit && connections <= share; ++descriptor)
-        connections += isConnectionTo(descriptor, host);
-    return connections > share;
+    const auto connections = std::count_if(descriptors.begin(), descriptors.end(),
+                                           [host](int descriptor) { return isConnectionTo(descriptor, host); });
+    return static_cast<std::size_t>(connections) > share;
 }
 
 /// Why there is no room for one more connection from @p host; null when there is.
 const char *reasonToRefuse(std::string_view host)
 {
-    const int limit = descriptorLimit();
-    const int usable = limit - limit / 8;
-    const int taken = lowestFreeDescriptor(limit);
-    if (taken >= usable)
+    const std::size_t limit = descriptorLimit();
+    const std::size_t usable = limit - limit / 8;
+    const auto taken = openDescriptors();
+    if (!taken || taken->size() > usable)
         return "the descriptors of this process are nearly used up";
     // Who wants one of very many has to be counted; usually there are few.
-    if (taken > usable / 2 && hasMoreThanItsShare(host, usable / 2, limit))
+    if (taken->size() > usable / 2 && hasMoreThanItsShare(host, usable / 2, *taken))
         return "it has half of the descriptors that are there for connections";
     return nullptr;
 }
