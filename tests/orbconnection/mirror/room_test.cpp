@@ -56,8 +56,11 @@ TEST_F(FullQueue, OfAClientTakesNothingThatCanBeMergedUntilThereIsRoom)
     mirror::MirrorClient client(clientTree, QStringLiteral("/C"), QString(), timing, outlet);
     join(client);
     waiting = timing.windowBytes;
-    setOften(*text(clientTree, "/C/State"), 100);
-    EXPECT_FALSE(client.flush());
+    TextValue &value = *text(clientTree, "/C/State");
+    for (int i = 0; i < 100; ++i) {
+        value.SetValue(QString::number(i), nullptr);
+        EXPECT_FALSE(client.flush());
+    }
     EXPECT_EQ(written(client), 0u);
     waiting = 0;
     const std::size_t bytes = written(client);
