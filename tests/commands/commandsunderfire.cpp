@@ -61,7 +61,7 @@ void addHistory(World &world, int round)
     world.recorder->addHistory(world.recordUtf8, deviceText(nameOf(round)));
 }
 
-/// Of the entry of that round; 0 when there is none.
+/// The time of the entry of that round; 0 when there is none.
 quint64 historyTime(World &world, int round)
 {
     const TQ_KORVE::wideText wanted = deviceText(nameOf(round));

@@ -38,7 +38,7 @@ template <typename Sequence, typename Matches> int countIf(const Sequence &seque
     return count;
 }
 
-/// Of one that takes all connections: for a record always the same one, so that the manager knows the channel again.
+/// Where a receiver takes all connections: for a record always the same one, so that the manager knows the channel again.
 QByteArray addressOfReceiver(const QString &record)
 {
     static std::map<QString, QTcpServer> receivers;

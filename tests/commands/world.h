@@ -49,7 +49,7 @@ public:
     std::string exportId(int round) const;
     bool startExport();
 
-    /// Of a command that only asks.
+    /// How often a command that only asks was answered rightly.
     int rightAnswers = 0;
     std::map<int, QByteArray> copies; ///< of the record, by their rounds
     ConnectionCounter display;        ///< that overview spectra are sent to

@@ -24,7 +24,7 @@ public:
     /// Does what is called @p command, and says what that answered: a number, "true" or "false", or a text.
     /// @throws std::out_of_range when nothing is called so.
     std::string run(const std::string &command);
-    /// Of the last command of administration.
+    /// Whether nobody knows what became of the last command of administration.
     bool outcomeIsUnknown() const { return admin->OutcomeIsUnknown(); }
     bool isConnected() const { return handler->IsConnected(); }
 
@@ -43,12 +43,12 @@ private:
     static std::map<std::string, Command> replayCommands(const std::string &ending,
                                                          GuiToServerReplayCorbaHandler &(Client::*handler)());
 
-    /// As new ones, without what they have fetched.
+    /// Makes the handlers anew, without what they have fetched.
     void makeHandlers();
     std::string startReplay(unsigned long long begin, unsigned long long end, unsigned long count = 1);
-    /// Of the device, as far as it can be had.
+    /// The handler of replays that has been told of the device, as far as it can be had.
     GuiToServerReplayCorbaHandler &replayOfDevice();
-    /// That has not been told of a device.
+    /// One that has not been told of a device.
     GuiToServerReplayCorbaHandler &replayOfNobody();
     /// A receiver for replays or a source of recordings, at an address where nobody is.
     std::string registerChannel(bool isForReplay);

@@ -29,7 +29,7 @@ protected:
     void startInOneProcess(const QByteArray &script) { startRoles(script, {"all"}); }
     /// For services that are started from now on.
     void setScript(const QByteArray &script) { writeFile("script.faults", script); }
-    /// The same service again, with what it kept.
+    /// Starts the service of that role once more, with what it kept.
     void startAgain(const char *role) { processes[role] = launched(role); }
     /// "all" when they share one.
     ServiceProcess &process(const char *role) { return *processes.at(role); }

@@ -23,7 +23,7 @@ protected:
     {
         return "SetRecordComment for Device/Record REC1/" + recordId + " failed with exception: " + exception;
     }
-    /// Of the record, as the recorder tells it.
+    /// The comment of the record, as the recorder tells it.
     std::wstring comment()
     {
         const TQ_KORVE::IF_Control_var control = recorder();

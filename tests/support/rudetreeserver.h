@@ -39,7 +39,7 @@ public:
     int pullCountWithoutRoom() const;
     int resynchronisationCount() const;
 
-    /// Of BatchTooLong.
+    /// What a client may take; BatchTooLong sends more.
     static constexpr std::size_t tooManyBytes = 5000;
 
 private:

@@ -19,7 +19,7 @@ protected:
         EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
         return file.readAll();
     }
-    /// Of the record, as the recorder has it.
+    /// The samples of the record, as the recorder has them.
     static QByteArray samples()
     {
         QDirIterator files(filePath("recorder"), {recordId + QStringLiteral("*.sigmf-data")}, QDir::Files,
@@ -28,7 +28,7 @@ protected:
         return contentOf(files.next());
     }
     static Run exportTo(const QString &folder) { return askFor("export REC1 RECORD --json --to", folder); }
-    /// Of that kind, as the program tells it.
+    /// What the program tells of the file whose name has that ending.
     static QJsonObject file(const Run &run, const char *ending)
     {
         const QJsonArray files = object(run)[QStringLiteral("files")].toArray();

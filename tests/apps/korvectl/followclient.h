@@ -8,9 +8,9 @@
 class FollowClient
 {
 public:
-    /// Of `records --follow --json`.
+    /// Runs `records --follow --json`.
     explicit FollowClient(const QStringList &furtherArguments);
-    /// Of @p command, with `--json`.
+    /// Runs @p command, with `--json`.
     FollowClient(const QStringList &command, const QStringList &furtherArguments);
     ~FollowClient();
 

@@ -12,7 +12,7 @@
 namespace
 {
 
-/// Of a host whose recorder has one record of a second.
+/// The client of a host whose recorder has one record of a second.
 class Korvectl : public KorvectlFixture
 {
 protected:

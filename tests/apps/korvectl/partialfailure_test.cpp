@@ -9,7 +9,7 @@ namespace
 
 constexpr int patienceMs = 30000;
 
-/// Of a host with two recorders, one of which ends in the middle of it all.
+/// The client of a host with two recorders, one of which ends meanwhile.
 class KorvectlAtTwoRecorders : public KorvectlFixture
 {
 protected:

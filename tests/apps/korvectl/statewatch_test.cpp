@@ -13,7 +13,7 @@ namespace
 
 constexpr char folder[] = "CCO/LocalSystem/LocalSubSystem/CentralServices/KorveManager/Callbacks/";
 
-/// Of records' states, by what the manager would tell and by what it tells.
+/// A watch of records' states, told by this program in place of the manager, and by the manager.
 class StateWatch : public RecordFixture
 {
 protected:

@@ -32,7 +32,7 @@ protected:
         return HostSettings(line);
     }
 
-    /// Of all that the services of a host ask for.
+    /// Why the settings are refused when the services of a host ask for all of them.
     static QString refusalOf(const HostSettings &settings)
     {
         try {

@@ -21,7 +21,7 @@ constexpr CORBA::ULong transferFinished = 3;
 class Notification : public RecordingTest
 {
 protected:
-    /// In the end.
+    /// Waits, bounded, until nobody is told any more.
     static void expectNoReceiver(Notifier &notifier)
     {
         const QDeadlineTimer end(60'000);
