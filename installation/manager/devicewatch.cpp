@@ -17,6 +17,8 @@ namespace
 constexpr const char *sourceName = "installation/manager/devicewatch";
 /// Counting the records takes the whole list, so not every look does it.
 constexpr unsigned looksPerCount = 5;
+/// Each has a thread. Whoever fills the central object service with names is not to get thousands.
+constexpr std::size_t mostAskedAtOnce = 32;
 
 std::string textOf(CORBA::Object_ptr object)
 {
@@ -80,10 +82,8 @@ void DeviceWatch::look()
             addressesChanged |= take(id, recorder);
     if (addressesChanged)
         save();
-    bool changed = addressesChanged;
     const bool countRecords = looks++ % looksPerCount == 0;
-    if (!repetition.isStopping())
-        changed |= askAll(countRecords);
+    const bool changed = askAll(countRecords) || addressesChanged;
     directory->replace(list());
     if (changed && listener)
         listener(list());
@@ -107,17 +107,26 @@ bool DeviceWatch::take(const QString &id, CORBA::Object_ptr recorder)
     return isNews;
 }
 
-/// All at once, so that many silent ones hold up a look for no longer than one does. True when there is news.
+/// Many at once, so that some silent ones hold up a look for no longer than one does. True when there is news.
 bool DeviceWatch::askAll(bool countRecords)
 {
-    std::vector<std::future<bool>> answers;
-    for (auto &[id, watched] : devices) // deferred when there is no thread to be had: then it is asked below
-        answers.push_back(std::async(std::launch::async | std::launch::deferred, [this, &watched, countRecords] {
-            return ask(watched, countRecords);
-        }));
     bool isAnyNew = false;
-    for (std::future<bool> &answer : answers)
-        isAnyNew |= answer.get();
+    std::vector<std::future<bool>> answers;
+    const auto collect = [&] {
+        for (std::future<bool> &answer : answers)
+            isAnyNew |= answer.get();
+        answers.clear();
+    };
+    for (auto &[id, watched] : devices) {
+        if (answers.size() == mostAskedAtOnce)
+            collect();
+        if (repetition.isStopping())
+            break;
+        // Deferred when there is no thread to be had: then it is asked by collect().
+        answers.push_back(std::async(std::launch::async | std::launch::deferred,
+                                     [this, &watched, countRecords] { return ask(watched, countRecords); }));
+    }
+    collect();
     return isAnyNew;
 }
 

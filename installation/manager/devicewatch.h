@@ -18,7 +18,7 @@ namespace installation
 ///
 /// A device stays in the directory for good; one that does not answer is not available. What the central object service
 /// forgets is still asked, so that its restart disturbs nobody.
-/// Thread: looks and the disk are a matter of a thread of its own; the devices are asked on one thread each.
+/// Thread: looks and the disk are a matter of a thread of its own; devices are asked on one thread each, some at once.
 /// Errors: traced, and the last good state kept.
 class DeviceWatch
 {

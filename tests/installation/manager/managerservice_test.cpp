@@ -44,16 +44,18 @@ public:
         changed.wait(lock, [this] { return isComplete || present >= size; });
         isComplete = true;
     }
-    bool isEverybodyThere()
+    bool areThere(int wanted)
     {
         const std::scoped_lock lock(mutex);
-        return present >= size;
+        return present >= wanted;
     }
-    void close()
+    /// How many have come so far.
+    int close()
     {
         const std::scoped_lock lock(mutex);
         isComplete = true;
         changed.notify_all();
+        return present;
     }
 
 private:
@@ -80,22 +82,48 @@ private:
     std::atomic<Meeting *> meeting = nullptr;
 };
 
+/// A manager that finds many recorders, which are called by their numbers.
+class ManagerOfManyDevices : public ManagerService
+{
+protected:
+    void registerRecorders(int count, Meeting &meeting)
+    {
+        for (int number = 0; number < count; ++number) {
+            const std::string device = std::to_string(number);
+            waiting.emplace_back("Waiting" + device)->waitFor(meeting);
+            registerRecorder(device.c_str(), CORBA::Object_var(waiting.back().reference()));
+        }
+        startManager();
+    }
+    void expectAllAvailable()
+    {
+        for (std::size_t number = 0; number < waiting.size(); ++number)
+            EXPECT_TRUE(becomesAvailable(std::to_string(number).c_str()));
+        service.reset();
+    }
+
+    std::list<ServedObject<WaitingRecorder>> waiting;
+};
+
 } // namespace
 
-TEST_F(ManagerService, AsksAllDevicesAtOnce)
+TEST_F(ManagerOfManyDevices, AsksSomeAtOnce)
 {
     Meeting meeting(3);
-    std::list<ServedObject<WaitingRecorder>> waiting;
-    for (const char *device : {"A", "B", "C"}) {
-        waiting.emplace_back("Waiting" + std::string(device))->waitFor(meeting);
-        registerRecorder(device, CORBA::Object_var(waiting.back().reference()));
-    }
-    startManager();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return meeting.isEverybodyThere(); }, 20000));
+    registerRecorders(3, meeting);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return meeting.areThere(3); }, 20000));
     meeting.close();
-    for (const char *device : {"A", "B", "C"})
-        EXPECT_TRUE(becomesAvailable(device));
-    service.reset();
+    expectAllAvailable();
+}
+
+TEST_F(ManagerOfManyDevices, AsksNoMoreThanSomeAtOnce)
+{
+    constexpr int most = 32;
+    Meeting meeting(most + 1);
+    registerRecorders(most + 8, meeting);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return meeting.areThere(most); }, 20000));
+    EXPECT_EQ(meeting.close(), most);
+    expectAllAvailable();
 }
 
 TEST_F(ManagerService, ListsTheRecordersThatAreRegistered)
