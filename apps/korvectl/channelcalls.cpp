@@ -122,7 +122,7 @@ Answer ChannelCalls::startReplaying(const ReplayPart &part)
     });
 }
 
-bool ChannelCalls::refusesToBeDisabled()
+bool ChannelCalls::disableReplays()
 {
     bool isReplaying = false;
     call("setReplayFlag", [&](TQ_KRV::IF_KRV_c_Chan_ptr ours) {
@@ -134,7 +134,7 @@ bool ChannelCalls::refusesToBeDisabled()
                 throw;
         }
     });
-    return isReplaying;
+    return !isReplaying;
 }
 
 Answer ChannelCalls::startRecording(const RecordingOptions &options, const QString &name)

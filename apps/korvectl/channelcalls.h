@@ -60,8 +60,8 @@ public:
     Answer setSampleRate(quint64 rate, quint64 sampleBytes);
     /// What becomes of it is shown with the channel only: a start that fails is answered like one that succeeds.
     Answer startReplaying(const ReplayPart &part);
-    /// Lets no further replay begin on it; true when it refuses that, since it replays.
-    bool refusesToBeDisabled();
+    /// Lets no further replay begin on it. False when it refuses that, since it replays; any other failure is traced.
+    bool disableReplays();
     Answer startRecording(const RecordingOptions &options, const QString &name);
     Answer stopRecording(const QString &comment);
     /// One that is busy stays.

@@ -78,7 +78,7 @@ Answer ReceiverChannel::resultOfStart(const ReplayPart &part, const QString &err
 {
     // A start has no answer. A channel that replays refuses this, and in one that does not, this is the last of what the
     // mirror is going to show: an error of the start comes before.
-    const bool isReplaying = calls.refusesToBeDisabled();
+    const bool isReplaying = !calls.disableReplays();
     const auto told = states.waitFor([&](const ChannelState &state) {
         const bool isOurs = state.device == part.device && state.record == part.record;
         return state.id == id() &&
@@ -97,7 +97,7 @@ void closeLeftOvers(const std::shared_ptr<KorveGUI::KorveGuiToServerCorbaHandler
     for (const ChannelState &state : all) {
         const bool isLeftOver = isNameOfOurs(state.name) && state.isIdle() && !state.record.isEmpty();
         if (isLeftOver && state.isEnabledForReplay && calls.find(state.id).number == korve::errornumber::success)
-            calls.refusesToBeDisabled();
+            calls.disableReplays();
     }
 }
 
