@@ -116,10 +116,13 @@ void Link::deliverToClient()
     toClient.pop_front();
     note(lastToClient);
     const MirrorClient::Outcome outcome = mirrorClient.receive(lastToClient);
-    if (outcome == MirrorClient::Outcome::Missing)
-        resynchronise();
-    else if (outcome == MirrorClient::Outcome::Malformed)
+    if (outcome == MirrorClient::Outcome::Malformed)
         throw std::logic_error("the client refuses a batch of an honest server");
+    if (outcome != MirrorClient::Outcome::Missing)
+        return;
+    if (!lostToClient)
+        throw std::logic_error("the client misses a batch that the server has never sent");
+    resynchronise();
 }
 
 void Link::deliverToServer()
@@ -148,6 +151,7 @@ void Link::resynchronise()
 {
     session->startOver();
     toClient.clear();
+    lostToClient = false;
 }
 
 void Link::note(const std::string &batch)
