@@ -14,8 +14,11 @@ PROGRAM = """#!{python}
 import json, sys
 out = next(word for word in sys.argv if word.startswith("--benchmark_out="))
 figures = {figures}
-json.dump({{"benchmarks": [{{"run_name": name, "aggregate_name": "median", "cpu_time": time, "real_time": time}}
-                         for name, time in figures.items()]}}, open(out.split("=", 1)[1], "w"))
+rounds = [(name, time) for name, times in figures.items() for time in (times if isinstance(times, list) else [times])]
+json.dump({{"benchmarks": [{{"run_name": name, "run_type": "iteration", "cpu_time": time, "real_time": time}}
+                         for name, time in rounds] +
+                        [{{"run_name": name, "run_type": "aggregate", "cpu_time": 0, "real_time": 0}}
+                         for name in figures]}}, open(out.split("=", 1)[1], "w"))
 """
 
 
@@ -46,6 +49,11 @@ class Report(unittest.TestCase):
         code, text, rows = self.report({"a": 2.0, "b": {"ours_ns": 5}}, program)
         self.assertEqual(code, 0, text)
         self.assertEqual([(row["name"], row["ratio"], row["ok"]) for row in rows], [("a", 2.0, True), ("b", 4.0, True)])
+
+    def test_a_figure_is_the_mean_of_the_fastest_third_of_its_rounds(self):
+        program = self.program({"a/ours": [90, 30, 10, 80, 95, 70], "a/floor": [50, 11, 60, 9, 12, 80]})
+        rows = self.report({"a": 2.0}, program)[2]
+        self.assertEqual((rows[0]["ours_ns"], rows[0]["floor_ns"]), (20, 10))
 
     def test_a_missed_target_fails_only_when_it_is_checked(self):
         program = self.program({"a/ours": 21, "a/floor": 10})
