@@ -245,8 +245,8 @@ unsigned long KorveGuiToServerCorbaHandler::getAllRecords(const QString &deviceI
     if (!IsConnected())
         return recordlist::managerNotReachable;
     const RemoteOutcome outcome = remoteCall([&] {
-        const TQ_KRV::seqRECORD_DATA_var sequence = korveInterface->getAllRecords(deviceId.toLatin1().constData());
-        KorveCommon::CorbaToClientConverter::convertRecords(sequence.in(), records);
+        TQ_KRV::seqRECORD_DATA_var sequence = korveInterface->getAllRecords(deviceId.toLatin1().constData());
+        KorveCommon::CorbaToClientConverter::convertRecords(std::move(sequence.inout()), records);
     });
     if (outcome.kind == RemoteOutcome::Kind::ManagerException)
         traceAt(TraceLevel::Normal, sourceName, [&] { return outcome.text; });

@@ -5,6 +5,8 @@
 #include "korvebase/wirerecord.h"
 #include "korvebase/wiretext.h"
 
+#include <memory>
+
 namespace KorveCommon::CorbaToClientConverter
 {
 
@@ -86,16 +88,33 @@ void fillIndexPair(TQ_KRV::struMETA_DATA &data, const IndexEntry &first, const I
     data.recordOffset2 = second.GetRecordOffset();
 }
 
-} // namespace
-
-bool convertRecords(const TQ_KRV::seqRECORD_DATA &sequence, QVector<KORVE_RecordData> &records)
+/// Calls @p afterEach with each entry of @p sequence that has been converted.
+template <class Sequence, class AfterEach>
+void appendRecords(Sequence &sequence, QVector<KORVE_RecordData> &records, const AfterEach &afterEach)
 {
     records.reserve(records.size() + static_cast<int>(sequence.length()));
     for (CORBA::ULong position = 0; position < sequence.length(); ++position) {
         KORVE_RecordData record;
         fillRecordData(record, sequence[position]);
         records.append(std::move(record));
+        afterEach(sequence[position]);
     }
+}
+
+} // namespace
+
+bool convertRecords(const TQ_KRV::seqRECORD_DATA &sequence, QVector<KORVE_RecordData> &records)
+{
+    appendRecords(sequence, records, [](const TQ_KRV::struRECORD_DATA &) {});
+    return !records.isEmpty();
+}
+
+bool convertRecords(TQ_KRV::seqRECORD_DATA &&sequence, QVector<KORVE_RecordData> &records)
+{
+    appendRecords(sequence, records, [](TQ_KRV::struRECORD_DATA &data) {
+        std::destroy_at(&data);
+        std::construct_at(&data);
+    });
     return !records.isEmpty();
 }
 

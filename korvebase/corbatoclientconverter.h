@@ -20,6 +20,9 @@ namespace KorveCommon::CorbaToClientConverter
 /// Appends all of @p sequence to @p records; true if there are any records afterwards, from here or before.
 KORVEBASE_EXPORT bool convertRecords(const TQ_KRV::seqRECORD_DATA &sequence,
                                      QVector<KORVE_XML::KORVE_RecordData> &records);
+/// Clears each entry of @p sequence once it is converted, so that the records take over its memory, still in the cache.
+KORVEBASE_EXPORT bool convertRecords(TQ_KRV::seqRECORD_DATA &&sequence,
+                                     QVector<KORVE_XML::KORVE_RecordData> &records);
 /// Sets what @p data has. Its index, bookmark and history entries come behind those that @p record has already.
 KORVEBASE_EXPORT void fillRecordData(KORVE_XML::KORVE_RecordData &record, const TQ_KRV::struRECORD_DATA &data);
 KORVEBASE_EXPORT void fillBookmarkEntry(KORVE_XML::BookmarkEntry &entry, const TQ_KRV::struBookmarkEntry &data);

@@ -151,6 +151,20 @@ TEST(ConvertRecords, AppendsInOrder)
     EXPECT_EQ(records.at(2).GetRecordID(), "second");
 }
 
+TEST(ConvertRecords, ClearsAnEntryThatItMayTake)
+{
+    TQ_KRV::seqRECORD_DATA sequence;
+    sequence.length(2);
+    sequence[0] = received();
+    sequence[1] = received();
+    QVector<KORVE_RecordData> records;
+    EXPECT_TRUE(convertRecords(std::move(sequence), records));
+    EXPECT_EQ(records, (QVector{recordOf(received()), recordOf(received())}));
+    ASSERT_EQ(sequence.length(), 2u);
+    EXPECT_STREQ(sequence[1].recordID, "");
+    EXPECT_EQ(sequence[1].bookmarks.length(), 0u);
+}
+
 TEST(SentRecord, HasEveryMember)
 {
     const TQ_KRV::struRECORD_DATA_var data = toCorbaRecordData(recordOf(received()));
