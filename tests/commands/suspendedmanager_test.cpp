@@ -2,6 +2,7 @@
 
 #include "orbconnection/orbhandler.h"
 #include "tests/support/outage.h"
+#include "tests/support/waiting.h"
 
 #include <QElapsedTimer>
 #include <QtTest/QTest>
@@ -17,7 +18,6 @@ namespace
 const milliseconds callLimit = CorbaCommon::OrbSettings().callTimeout; // as every client has it
 constexpr milliseconds outageTime = 30s;
 constexpr auto longestOutage = 90s; // by then all should have had enough of waiting
-constexpr int patienceMs = 60000;
 
 /// A client with a command to give, about a record that nobody else has anything to do with.
 struct Client {

@@ -1,5 +1,7 @@
 #include "tests/commands/world.h"
 
+#include "tests/support/waiting.h"
+
 #include "korvebase/korveconfiguration.h"
 #include "orbconnection/orbhandler.h"
 
@@ -12,8 +14,6 @@
 
 namespace
 {
-
-constexpr int patienceMs = 30000;
 
 std::string asciiOf(const TQ_KORVE::wideText &text)
 {

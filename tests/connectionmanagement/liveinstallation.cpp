@@ -1,6 +1,7 @@
 #include "tests/connectionmanagement/liveinstallation.h"
 
 #include "tests/support/loopbacklease.h"
+#include "tests/support/waiting.h"
 
 #include <QTest>
 
@@ -8,7 +9,6 @@ using namespace CorbaCommon;
 
 namespace
 {
-constexpr int patienceMs = 20000;
 const char *const managerName = "KorveManager/IF_KRV_c_KRV";
 
 OrbHandler &configuredOrb(const QString &address)

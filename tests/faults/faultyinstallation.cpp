@@ -2,6 +2,7 @@
 
 #include "orbconnection/orbhandler.h"
 #include "tests/installation/manager/wavfile.h"
+#include "tests/support/waiting.h"
 
 #include <QFile>
 #include <QProcess>
@@ -14,7 +15,6 @@ using CorbaCommon::OrbHandler;
 namespace
 {
 
-constexpr int patienceMs = 30000;
 const QString program = QStringLiteral(INSTALLATION_PROGRAM);
 
 void configureOrb(std::chrono::milliseconds callLimit)

@@ -43,6 +43,12 @@ protected:
     std::optional<Client> client;
 };
 
+/// A call finds nobody; or the loss has been noticed before the call, so that there is no interface to make it on.
+bool nobodyIsThere(const std::string &number)
+{
+    return number == "210" || number == "5";
+}
+
 } // namespace
 
 TEST_F(Outages, BeforeTheCommandIsDone)
@@ -54,7 +60,7 @@ TEST_F(Outages, BeforeTheCommandIsDone)
     EXPECT_TRUE(client->outcomeIsUnknown());
     EXPECT_EQ(comment(), L"a");
     // The ORB may have more connections to the one that has died; when they are used up, it is known that nobody is there.
-    EXPECT_TRUE(comesTrue([&] { return client->run("SetRecordComment") == "210"; }));
+    EXPECT_TRUE(comesTrue([&] { return nobodyIsThere(client->run("SetRecordComment")); }));
     EXPECT_FALSE(client->outcomeIsUnknown());
 }
 
@@ -63,7 +69,7 @@ TEST_F(Outages, OfTheManagerAreToldByTheHistory)
     run("on manager addHistory kill before\n");
     EXPECT_EQ(client->run("addHistory"), "211");
     EXPECT_TRUE(client->outcomeIsUnknown());
-    EXPECT_TRUE(comesTrue([&] { return client->run("addHistory") == "210"; }));
+    EXPECT_TRUE(comesTrue([&] { return nobodyIsThere(client->run("addHistory")); }));
     EXPECT_FALSE(client->outcomeIsUnknown());
 }
 

@@ -1,5 +1,7 @@
 #include "tests/faults/testchannel.h"
 
+#include "tests/support/waiting.h"
+
 #include "korvebase/errordescriptor.h"
 #include "orbconnection/orbhandler.h"
 #include "valuetreelib/tree.h"
@@ -16,7 +18,6 @@ using ChanMan = TQ_KRV::IF_KRV_c_ChanMan;
 namespace
 {
 
-constexpr int patienceMs = 30000;
 constexpr CORBA::ULongLong beyondTheClass = 100'000'000; // samples a second
 const QString branch = QStringLiteral("/KORVE/Channel");
 const std::string done = "true";

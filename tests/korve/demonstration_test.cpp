@@ -1,3 +1,5 @@
+#include "tests/support/waiting.h"
+
 #include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
@@ -12,8 +14,6 @@ using testing::Not;
 
 namespace
 {
-
-constexpr int patienceMs = 120000;
 
 /// The demonstration with a folder for temporary files of its own, whose name its processes have in their environment.
 class Demonstration : public testing::Test

@@ -1,4 +1,5 @@
 #include "tests/support/loopbacklease.h"
+#include "tests/support/waiting.h"
 
 #include <QFile>
 #include <QProcess>
@@ -15,8 +16,6 @@ using testing::HasSubstr;
 
 namespace
 {
-
-constexpr int patienceMs = 60000;
 
 /// `./korve up` and `down` with an address and a state folder of their own. What is up goes down with the test.
 class UpAndDown : public testing::Test

@@ -1,12 +1,13 @@
 #include "tests/orbconnection/livecentralservice.h"
 
+#include "tests/support/waiting.h"
+
 #include <QTest>
 
 using namespace CorbaCommon;
 
 namespace
 {
-constexpr int patienceMs = 20000;
 
 OrbHandler &configuredOrb(const QString &address)
 {

@@ -1,5 +1,7 @@
 #include "tests/orbconnection/livetreeserver.h"
 
+#include "tests/support/waiting.h"
+
 #include "valuetreelib/tree.h"
 #include "valuetreelib/valuebase.h"
 
@@ -44,7 +46,7 @@ QString LiveTreeServer::here(const char *path) const
 
 bool LiveTreeServer::comesTrue(const std::function<bool()> &condition)
 {
-    return QTest::qWaitFor(condition, 20000);
+    return QTest::qWaitFor(condition, patienceMs);
 }
 
 MirrorTiming LiveTreeServer::timing()

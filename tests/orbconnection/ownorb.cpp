@@ -2,6 +2,7 @@
 
 #include "orbconnection/vtserver.h"
 #include "tests/support/loopbacklease.h"
+#include "tests/support/waiting.h"
 
 #include <QTest>
 
@@ -53,5 +54,5 @@ MirrorTiming OwnOrb::timing()
 
 bool OwnOrb::comesTrue(const std::function<bool()> &condition)
 {
-    return QTest::qWaitFor(condition, 20000);
+    return QTest::qWaitFor(condition, patienceMs);
 }

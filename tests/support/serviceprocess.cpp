@@ -1,15 +1,12 @@
 #include "tests/support/serviceprocess.h"
 
+#include "tests/support/waiting.h"
+
 #include <csignal>
 #include <stdexcept>
 
 #include <sys/prctl.h>
 #include <sys/wait.h>
-
-namespace
-{
-constexpr int startLimitMs = 20000;
-}
 
 void ServiceProcess::MortalProcess::setupChildProcess()
 {
@@ -22,7 +19,7 @@ ServiceProcess::ServiceProcess(const QString &program, const QStringList &argume
     process.start(program, arguments);
     while (words.value(0) != QLatin1String("ready")) {
         while (!process.canReadLine())
-            if (!process.waitForReadyRead(startLimitMs))
+            if (!process.waitForReadyRead(patienceMs))
                 throw std::runtime_error("not ready: " + program.toStdString());
         words = QString::fromUtf8(process.readLine()).trimmed().split(u' ');
     }
@@ -42,7 +39,7 @@ void ServiceProcess::kill()
 int ServiceProcess::end()
 {
     process.terminate();
-    const bool hasEnded = process.waitForFinished(startLimitMs) && process.exitStatus() == QProcess::NormalExit;
+    const bool hasEnded = process.waitForFinished(patienceMs) && process.exitStatus() == QProcess::NormalExit;
     return hasEnded ? process.exitCode() : -1;
 }
 
@@ -68,7 +65,7 @@ void ServiceProcess::tell(const QByteArray &line)
 QString ServiceProcess::readLine()
 {
     while (!process.canReadLine())
-        if (!process.waitForReadyRead(startLimitMs))
+        if (!process.waitForReadyRead(patienceMs))
             return QString();
     return QString::fromUtf8(process.readLine()).trimmed();
 }

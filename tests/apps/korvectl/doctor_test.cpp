@@ -92,7 +92,7 @@ protected:
     static QString recordings() { return filePath("recorder/recordings"); }
     static void expectBroken(const char *link, const QString &words)
     {
-        const Run run = ask(KorvectlFixture::words("doctor --timeout 1"));
+        const Run run = ask(KorvectlFixture::words("doctor --timeout 5"));
         EXPECT_EQ(run.exitCode, 2);
         const QString last = run.output.trimmed().section(u'\n', -1);
         EXPECT_TRUE(last.startsWith(QLatin1String(link)) && last.endsWith(QLatin1String("broken"))) << last.toStdString();
@@ -153,7 +153,7 @@ TEST_F(KorvectlDoctor, NamesTwoRecordersWithOneDeviceId)
     const ServiceProcess rival(QStringLiteral(INSTALLATION_PROGRAM), rivalArguments(state.path()));
     qputenv("KORVE_ADDRESS", address().toLatin1());
     const QStringList ready = rival.readyWords();
-    const Run run = ask(words("doctor --timeout 1 --json"));
+    const Run run = ask(words("doctor --timeout 5 --json"));
     EXPECT_EQ(run.exitCode, 2);
     const QJsonValue last = array(run).last();
     EXPECT_EQ(text(last, "link"), QLatin1String("names"));

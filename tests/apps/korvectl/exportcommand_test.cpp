@@ -1,4 +1,5 @@
 #include "tests/apps/korvectl/recordfixture.h"
+#include "tests/support/waiting.h"
 
 #include <QDirIterator>
 #include <QFile>
@@ -7,8 +8,6 @@
 
 namespace
 {
-
-constexpr int patienceMs = 30000;
 
 class ExportCommand : public RecordFixture
 {

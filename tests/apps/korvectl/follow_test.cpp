@@ -3,6 +3,7 @@
 #include "orbconnection/vtconnectionobserver.h"
 #include "tests/installation/manager/wavfile.h"
 #include "tests/installation/program/installationfixture.h"
+#include "tests/support/waiting.h"
 #include "valuetreelib/value.h"
 #include "valuetreelib/valueptr.h"
 
@@ -111,7 +112,7 @@ TEST_F(Following, PrintsNoListingThatIsLikeTheOneBefore)
     const VtConnectionObserver mirror(devices, devices, managersTree(), QString());
     values::ValuePtr<values::Value<bool>> available;
     const QString path = devices + QLatin1String("/REC1/KorveAvailable");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return available.GetFromTree(path); }, 30000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return available.GetFromTree(path); }, patienceMs));
     available->HasChanged(ChangeCodeValue, nullptr); // all clients are told, and it is as it was
     EXPECT_TRUE(client.waitForTrace("nothing that is shown"));
     EXPECT_FALSE(client.hasEvent());

@@ -1,14 +1,11 @@
 #include "tests/apps/korvectl/followclient.h"
 
+#include "tests/support/waiting.h"
+
 #include <QJsonDocument>
 #include <QtTest/QTest>
 
 #include <csignal>
-
-namespace
-{
-constexpr int patienceMs = 30000;
-}
 
 FollowClient::FollowClient(const QStringList &furtherArguments)
     : FollowClient({QStringLiteral("records"), QStringLiteral("--follow")}, furtherArguments)

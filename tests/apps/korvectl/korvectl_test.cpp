@@ -2,6 +2,7 @@
 #include "tests/installation/manager/wavfile.h"
 #include "tests/support/loopbacklease.h"
 #include "tests/support/outage.h"
+#include "tests/support/waiting.h"
 
 #include <QDateTime>
 #include <QJsonObject>
@@ -173,7 +174,7 @@ TEST_F(Korvectl, FindsAManagerThatIsStillStarting)
     client.start(QStringLiteral(KORVECTL_PROGRAM), words("devices --timeout 25"));
     ASSERT_TRUE(client.waitForStarted());
     shared->manager = start("manager");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return client.state() == QProcess::NotRunning; }, 30000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return client.state() == QProcess::NotRunning; }, patienceMs));
     EXPECT_EQ(client.exitCode(), 0) << client.readAllStandardError().toStdString();
 }
 

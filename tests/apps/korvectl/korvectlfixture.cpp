@@ -1,12 +1,9 @@
 #include "tests/apps/korvectl/korvectlfixture.h"
 
+#include "tests/support/waiting.h"
+
 #include <QJsonDocument>
 #include <QProcess>
-
-namespace
-{
-constexpr int patienceMs = 30000;
-}
 
 KorvectlFixture::Run KorvectlFixture::ask(const QStringList &arguments, const QString &centralService)
 {

@@ -1,4 +1,5 @@
 #include "tests/apps/korvectl/korvectlfixture.h"
+#include "tests/support/waiting.h"
 
 #include <QProcess>
 
@@ -8,8 +9,6 @@
 
 namespace
 {
-
-constexpr int patienceMs = 30000;
 
 /// Its standard output is a pipe.
 class Piped : public QProcess

@@ -1,13 +1,12 @@
 #include "tests/apps/korvectl/korvectlfixture.h"
 #include "tests/installation/manager/wavfile.h"
+#include "tests/support/waiting.h"
 
 #include <QFile>
 #include <QtTest/QTest>
 
 namespace
 {
-
-constexpr int patienceMs = 30000;
 
 /// The client of a host with two recorders, one of which ends meanwhile.
 class KorvectlAtTwoRecorders : public KorvectlFixture

@@ -1,6 +1,7 @@
 #include "tests/apps/korvectl/recordfixture.h"
 
 #include "tests/installation/manager/wavfile.h"
+#include "tests/support/waiting.h"
 
 #include <QFile>
 #include <QJsonDocument>
@@ -21,7 +22,6 @@ void RecordFixture::SetUpTestSuite()
 
 void RecordFixture::restart(const char *role, const QByteArray &faults)
 {
-    constexpr int patienceMs = 30000;
     QFile script(filePath("trouble.faults"));
     if (!script.open(QIODevice::WriteOnly) || script.write(faults) != faults.size())
         throw std::runtime_error("cannot write the fault script");

@@ -1,5 +1,6 @@
 #include "tests/apps/korvectl/recordfixture.h"
 #include "tests/installation/recorder/fulldisk.h"
+#include "tests/support/waiting.h"
 
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -7,8 +8,6 @@
 
 namespace
 {
-
-constexpr int patienceMs = 30000;
 
 /// Beside a source of samples.
 class RecordingCommand : public RecordFixture

@@ -2,6 +2,7 @@
 
 #include "orbconnection/orbhandler.h"
 #include "tests/installation/manager/wavfile.h"
+#include "tests/support/waiting.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -17,7 +18,6 @@
 namespace
 {
 
-constexpr int patienceMs = 30000;
 constexpr int wholeBytes = 16000;
 
 QByteArray receivedFrom(QTcpSocket &socket, int count)

@@ -1,5 +1,6 @@
 #include "tests/apps/korvectl/followclient.h"
 #include "tests/apps/korvectl/recordfixture.h"
+#include "tests/support/waiting.h"
 
 #include "orbconnection/orbhandler.h"
 
@@ -91,7 +92,7 @@ TEST_F(StateWatch, TakesItsNameBackWhenItIsInterrupted)
     ASSERT_TRUE(client.waitForEvent("watching")) << client.errors().toStdString();
     EXPECT_EQ(watches().size(), 1);
     EXPECT_EQ(client.end(SIGINT), 0);
-    EXPECT_TRUE(QTest::qWaitFor([] { return watches().isEmpty(); }, 30000));
+    EXPECT_TRUE(QTest::qWaitFor([] { return watches().isEmpty(); }, patienceMs));
 }
 
 TEST_F(StateWatch, IsOfTheLocalSubsystemAlone)

@@ -1,5 +1,6 @@
 #include "tests/apps/korvectl/korvectlfixture.h"
 #include "tests/support/loopbacklease.h"
+#include "tests/support/waiting.h"
 
 #include "orbconnection/vtconnectionobserver.h"
 #include "valuetreelib/tree.h"
@@ -19,8 +20,6 @@ using testing::StartsWith;
 
 namespace
 {
-
-constexpr int patienceMs = 30000;
 
 /// With a value of strange names in the manager's tree, put there by another client.
 class KorvectlTree : public KorvectlFixture

@@ -1,12 +1,11 @@
 #include "tests/apps/korvectl/korvectlfixture.h"
+#include "tests/support/waiting.h"
 
 #include <QProcess>
 #include <QtTest/QTest>
 
 namespace
 {
-
-constexpr int patienceMs = 30000;
 
 /// What watches a manager that is killed and comes back.
 class KorvectlWatch : public KorvectlFixture

@@ -1,3 +1,5 @@
+#include "tests/support/waiting.h"
+
 #include "installation/calls/callqueue.h"
 
 #include <omniORB4/CORBA.h>
@@ -35,7 +37,7 @@ public:
 
     bool hasHeard(std::size_t count)
     {
-        return QTest::qWaitFor([&] { return heard().size() >= count; }, 10000);
+        return QTest::qWaitFor([&] { return heard().size() >= count; }, patienceMs);
     }
     std::vector<std::string> heard()
     {
@@ -60,7 +62,7 @@ private:
 
 bool finishes(const installation::CallQueue &queue)
 {
-    return QTest::qWaitFor([&] { return queue.finished(); }, 10000);
+    return QTest::qWaitFor([&] { return queue.finished(); }, patienceMs);
 }
 
 class CallQueue : public testing::Test

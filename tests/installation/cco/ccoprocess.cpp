@@ -2,6 +2,7 @@
 
 #include "installation/cco/orbaccess.h"
 #include "tests/installation/cco/testorb.h"
+#include "tests/support/waiting.h"
 
 #include <QDir>
 
@@ -10,13 +11,6 @@
 #include <sys/wait.h>
 
 #include <stdexcept>
-
-namespace
-{
-
-constexpr int startLimitMs = 10000;
-
-} // namespace
 
 CcoProcess::CcoProcess(const std::string &subsystem, const std::string &workstation,
                        const std::vector<std::uint16_t> &peerPorts)
@@ -27,7 +21,7 @@ CcoProcess::CcoProcess(const std::string &subsystem, const std::string &workstat
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(QStringLiteral(CCO_PROCESS), arguments);
     while (!process.canReadLine())
-        if (!process.waitForReadyRead(startLimitMs))
+        if (!process.waitForReadyRead(patienceMs))
             throw std::runtime_error("the central object service does not start");
     // "ready cco 127.0.0.1:PORT IOR:..."
     const QList<QByteArray> words = process.readLine().trimmed().split(' ');
@@ -39,7 +33,7 @@ CcoProcess::~CcoProcess()
 {
     resume();
     process.closeWriteChannel();
-    if (!process.waitForFinished(startLimitMs))
+    if (!process.waitForFinished(patienceMs))
         kill();
 }
 

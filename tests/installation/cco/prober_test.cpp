@@ -1,3 +1,5 @@
+#include "tests/support/waiting.h"
+
 #include "installation/cco/prober.h"
 
 #include <QtTest/QTest>
@@ -15,7 +17,7 @@ namespace
 
 bool waitUntil(const std::function<bool()> &condition)
 {
-    return QTest::qWaitFor(condition, 10000);
+    return QTest::qWaitFor(condition, patienceMs);
 }
 
 TEST(AProber, AsksRoundByRound)

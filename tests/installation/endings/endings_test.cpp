@@ -6,6 +6,7 @@
 #include "tests/installation/manager/wavfile.h"
 #include "tests/installation/program/installationfixture.h"
 #include "tests/installation/recorder/widetext.h"
+#include "tests/support/waiting.h"
 
 #include <QFile>
 #include <QProcess>
@@ -21,8 +22,6 @@ using testing::IsSubsetOf;
 
 namespace
 {
-
-constexpr int patienceMs = 30000;
 
 int timesToEnd()
 {

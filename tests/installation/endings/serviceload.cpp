@@ -1,15 +1,12 @@
 #include "tests/installation/endings/serviceload.h"
 
+#include "tests/support/waiting.h"
+
 #include <QtTest/QTest>
 
 #include <omniORB4/CORBA.h>
 
 #include <algorithm>
-
-namespace
-{
-constexpr int patienceMs = 30000;
-} // namespace
 
 ServiceLoad::ServiceLoad(const std::vector<Kind> &kinds)
 {

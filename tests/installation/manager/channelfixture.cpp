@@ -1,6 +1,7 @@
 #include "tests/installation/manager/channelfixture.h"
 
 #include "tests/installation/cco/testorb.h"
+#include "tests/support/waiting.h"
 
 #include "installation/manager/channelmanager.h"
 
@@ -8,11 +9,6 @@
 
 using namespace installation;
 using namespace std::chrono_literals;
-
-namespace
-{
-constexpr int patienceMs = 20000;
-}
 
 ChannelFixture::ChannelFixture() : peer(new FakeChannelManager)
 {

@@ -7,6 +7,7 @@
 #include "installation/manager/callbackclients.h"
 #include "tests/installation/cco/loopbackports.h"
 #include "tests/installation/cco/testorb.h"
+#include "tests/support/waiting.h"
 
 #include "objectmodel/korve_storagestatus.h"
 
@@ -28,7 +29,7 @@ protected:
     void waitUntilFollowed()
     {
         ASSERT_TRUE(becomesAvailable("FAKE"));
-        ASSERT_TRUE(QTest::qWaitFor([&] { return fake->receiverCount() == 1; }, 20000));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return fake->receiverCount() == 1; }, patienceMs));
     }
     bool isRegistered(const std::string &name)
     {
@@ -73,7 +74,7 @@ TEST_F(ClientCallbacks, TellOfWhatARecorderTells)
     fake->setStatus("R2", TQ_KORVE::rsCOPYING);
     fake->remove("R2");
     const std::vector<std::string> expected{"FAKE R1 R1-\xe4 3", "FAKE R1 R1-\xe4 5", "FAKE R2 R2-\xe4 6", "FAKE R2 R2-\xe4 5"};
-    ASSERT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == expected.back(); }, 20000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == expected.back(); }, patienceMs));
     const auto told = client->notes.all();
     ASSERT_GE(told.size(), expected.size());
     EXPECT_TRUE(std::equal(expected.rbegin(), expected.rend(), told.rbegin()));
@@ -91,9 +92,9 @@ TEST_F(ClientCallbacks, TellOfWhatTheRealRecorderDoes)
     const TQ_KORVE::IF_Control_var control = TQ_KORVE::IF_Control::_narrow(CORBA::Object_var(recorder->reference()));
     const TQ_KORVE::IF_ReplaySession_var session =
         control->getReplaySessionById(id.constData(), TQ_KORVE_IT::IF_Korve_IT::_nil());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == busy; }, 20000)) << busy;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == busy; }, patienceMs)) << busy;
     control->setRecordIdle(id.constData());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == idle; }, 20000)) << idle;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == idle; }, patienceMs)) << idle;
 }
 
 TEST_F(ClientCallbacks, TellWhatWasMissedWhileTheRecorderToldNobody)
@@ -102,7 +103,7 @@ TEST_F(ClientCallbacks, TellWhatWasMissedWhileTheRecorderToldNobody)
     const ServedObject<StateClient> client(cco, "KorveManager/Callbacks/one");
     waitUntilTold(client);
     fake->setStatusUntold("R7", TQ_KORVE::rsRECORDING);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == "FAKE R7 R7-\xe4 3"; }, 20000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == "FAKE R7 R7-\xe4 3"; }, patienceMs));
 }
 
 TEST_F(ClientCallbacks, AreTheRecordersAgainAfterItsRestart)
@@ -118,12 +119,12 @@ TEST_F(ClientCallbacks, TellWhatHasChangedWhileTheManagerWasDown)
     const ServedObject<StateClient> client(cco, "KorveManager/Callbacks/one");
     waitUntilTold(client);
     fake->setStatus("R7", TQ_KORVE::rsRECORDING);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == "FAKE R7 R7-\xe4 3"; }, 20000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == "FAKE R7 R7-\xe4 3"; }, patienceMs));
     service.reset();
     fake->setStatusUntold("R7", TQ_KORVE::rsIDLE);
     fake->setStatusUntold("R0", TQ_KORVE::rsIDLE);
     startManager();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == "FAKE R7 R7-\xe4 5"; }, 20000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return client->notes.all().back() == "FAKE R7 R7-\xe4 5"; }, patienceMs));
 }
 
 TEST_F(ClientCallbacks, UnregisterAClientThatIsGone)

@@ -5,6 +5,7 @@
 
 #include "installation/manager/exports.h"
 #include "tests/installation/cco/loopbackports.h"
+#include "tests/support/waiting.h"
 
 #include <QFile>
 #include <QtTest/QTest>
@@ -45,7 +46,7 @@ protected:
     bool isSending(const ServedObject<FakeExporter> &exporter)
     {
         return exporter->notes.have(3) &&
-               QTest::qWaitFor([&] { return exporter->sinks["R1.sigmf-data"]->isConnected(); }, 20000);
+               QTest::qWaitFor([&] { return exporter->sinks["R1.sigmf-data"]->isConnected(); }, patienceMs);
     }
     void limitEnds()
     {
@@ -57,7 +58,7 @@ protected:
     bool waitsOn()
     {
         const int before = fake->questions;
-        const bool isAsked = QTest::qWaitFor([&] { return fake->questions > before + 20; }, 20000);
+        const bool isAsked = QTest::qWaitFor([&] { return fake->questions > before + 20; }, patienceMs);
         return isAsked && !isStarted();
     }
     bool isStarted()
@@ -315,7 +316,7 @@ TEST_F(Export, IsOneOfSoManyAtOnce)
     ASSERT_TRUE(isSending(exporters.back()));
     exporters.back()->sinks.clear(); // one that ends makes room
     EXPECT_EQ(exporters.back()->end(), "end badly: the connection has been closed");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return isStarted(); }, 20000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isStarted(); }, patienceMs));
     service.reset();
     for (auto &other : exporters)
         other->sinks.clear();

@@ -1,4 +1,5 @@
 #include "tests/installation/manager/channelfixture.h"
+#include "tests/support/waiting.h"
 
 #include "installation/manager/database.h"
 
@@ -11,7 +12,6 @@ using namespace installation;
 namespace
 {
 
-constexpr int patienceMs = 20000;
 constexpr const char *newRecord = "FakeRecorder-new"; // what the recorder calls it
 
 /// A recording of datagrams, which nobody but its session ends, and a recorder that is away when its channel lets it go.

@@ -2,6 +2,7 @@
 
 #include "tests/installation/manager/managerfixture.h"
 #include "tests/installation/manager/samplereceiver.h"
+#include "tests/support/waiting.h"
 
 #include "installation/manager/channel.h"
 
@@ -16,7 +17,6 @@ protected:
     static constexpr quint64 fullSpeed = 0xffffffff;
     static constexpr int sampleCount = 80000;
     static constexpr quint64 size = 2 * sampleCount;
-    static constexpr int patienceMs = 20000;
 
     LiveChannels();
     ~LiveChannels() override { service.reset(); } // before what the listener uses

@@ -2,6 +2,7 @@
 
 #include "tests/installation/cco/testorb.h"
 #include "tests/installation/manager/wavfile.h"
+#include "tests/support/waiting.h"
 
 #include <QtTest/QTest>
 
@@ -10,8 +11,6 @@ using namespace std::chrono_literals;
 
 namespace
 {
-
-constexpr int patienceMs = 20000;
 
 CentralObjectConfiguration centralConfiguration()
 {

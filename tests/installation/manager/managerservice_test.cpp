@@ -6,6 +6,7 @@
 #include "installation/recorder/controlservant.h"
 #include "tests/installation/cco/loopbackports.h"
 #include "tests/installation/cco/testorb.h"
+#include "tests/support/waiting.h"
 
 #include <QtTest/QTest>
 

@@ -1,4 +1,5 @@
 #include "tests/installation/manager/channelfixture.h"
+#include "tests/support/waiting.h"
 
 #include <QtTest/QTest>
 
@@ -13,7 +14,6 @@ using Chan = TQ_KRV::IF_KRV_c_Chan;
 namespace
 {
 
-constexpr int patienceMs = 20000;
 constexpr const char *newRecord = "FakeRecorder-new"; // what the recorder calls it
 
 class Recording : public ChannelFixture

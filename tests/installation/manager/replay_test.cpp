@@ -1,4 +1,5 @@
 #include "tests/installation/manager/channelfixture.h"
+#include "tests/support/waiting.h"
 
 #include <QtTest/QTest>
 
@@ -8,8 +9,6 @@ using namespace installation;
 
 namespace
 {
-
-constexpr int patienceMs = 20000;
 
 class Replay : public ChannelFixture
 {

@@ -2,6 +2,7 @@
 
 #include "tests/installation/manager/samplereceiver.h"
 #include "tests/installation/manager/wavfile.h"
+#include "tests/support/waiting.h"
 
 #include "korvebase/errordescriptor.h"
 #include "orbconnection/vtconnectionobserver.h"
@@ -12,8 +13,6 @@
 
 namespace
 {
-
-constexpr int patienceMs = 30000;
 
 /// With the manager's channels mirrored.
 class Channels : public InstallationFixture

@@ -4,6 +4,7 @@
 #include "tests/installation/manager/wavfile.h"
 #include "tests/installation/program/installationfixture.h"
 #include "tests/installation/recorder/fulldisk.h"
+#include "tests/support/waiting.h"
 
 #include <QDir>
 #include <QFile>
@@ -12,7 +13,6 @@
 namespace
 {
 
-constexpr int patienceMs = 30000;
 constexpr CORBA::ULong noSpaceLeft = 10003;
 using Chan = TQ_KRV::IF_KRV_c_Chan;
 

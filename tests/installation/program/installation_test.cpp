@@ -1,6 +1,7 @@
 #include "tests/installation/program/installationfixture.h"
 
 #include "tests/installation/manager/wavfile.h"
+#include "tests/support/waiting.h"
 
 #include "orbconnection/orbhandler.h"
 
@@ -95,7 +96,7 @@ TEST_F(Installation, HasItsManagerRegisteredBeforeItsTreeAnswers)
     ASSERT_TRUE(managerKnowsTheDevice());
     shared->manager->kill();
     for (int round = 0; round < 3; ++round) { // the wrong order does not show each time
-        ASSERT_TRUE(QTest::qWaitFor([] { return CORBA::is_nil(TQ_KRV::IF_KRV_c_KRV_var(manager())); }, 20000));
+        ASSERT_TRUE(QTest::qWaitFor([] { return CORBA::is_nil(TQ_KRV::IF_KRV_c_KRV_var(manager())); }, patienceMs));
         QProcess process;
         process.start(QStringLiteral(INSTALLATION_PROGRAM), argumentsOf("manager"));
         for (const QDeadlineTimer end(20000); !treeAnswers() && !end.hasExpired();) {

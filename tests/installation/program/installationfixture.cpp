@@ -2,6 +2,7 @@
 
 #include "orbconnection/orbhandler.h"
 #include "tests/support/loopbacklease.h"
+#include "tests/support/waiting.h"
 
 #include <QFile>
 #include <QProcess>
@@ -12,7 +13,6 @@ using CorbaCommon::OrbHandler;
 namespace
 {
 
-constexpr int patienceMs = 30000;
 const QString program = QStringLiteral(INSTALLATION_PROGRAM);
 
 void writeSettings(const QString &path)

@@ -1,6 +1,7 @@
 #include "tests/installation/program/installationfixture.h"
 
 #include "tests/installation/manager/wavfile.h"
+#include "tests/support/waiting.h"
 
 #include <QDir>
 #include <QFile>
@@ -61,5 +62,5 @@ TEST_F(ManyRecords, ComeInOneList)
             return false;
         }
     };
-    EXPECT_TRUE(QTest::qWaitFor(hasAll, 30000));
+    EXPECT_TRUE(QTest::qWaitFor(hasAll, patienceMs));
 }

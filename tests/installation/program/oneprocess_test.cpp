@@ -1,5 +1,6 @@
 #include "tests/installation/manager/wavfile.h"
 #include "tests/support/loopbacklease.h"
+#include "tests/support/waiting.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
@@ -12,8 +13,6 @@
 
 namespace
 {
-
-constexpr int patienceMs = 20000;
 
 /// The program on an address of its own.
 class Program : public QProcess

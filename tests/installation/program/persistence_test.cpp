@@ -1,13 +1,13 @@
 #include "tests/installation/manager/bookmarksat.h"
 #include "tests/installation/manager/wavfile.h"
 #include "tests/installation/program/installationfixture.h"
+#include "tests/support/waiting.h"
 
 #include <QtTest/QTest>
 
 namespace
 {
 
-constexpr int patienceMs = 30000;
 constexpr CORBA::ULongLong hourUs = 3'600'000'000;
 
 struct Outage {

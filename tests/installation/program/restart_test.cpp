@@ -5,6 +5,7 @@
 #include "objectmodel/korve_recorddata.h"
 #include "orbconnection/orbhandler.h"
 #include "tests/installation/manager/wavfile.h"
+#include "tests/support/waiting.h"
 #include "valuetreelib/tree.h"
 #include "valuetreelib/value.h"
 
@@ -15,8 +16,6 @@ using namespace KorveCommon;
 
 namespace
 {
-
-constexpr int patienceMs = 30000;
 
 struct RestartCase {
     const char *name;

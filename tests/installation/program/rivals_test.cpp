@@ -4,6 +4,7 @@
 #include "orbconnection/publishedendpoint.h"
 #include "orbconnection/refusednames.h"
 #include "tests/support/loopbacklease.h"
+#include "tests/support/waiting.h"
 
 #include <QFile>
 #include <QtTest/QTest>
@@ -12,8 +13,6 @@ using CorbaCommon::OrbHandler;
 
 namespace
 {
-
-constexpr int patienceMs = 30000;
 
 /// The services of a host of its own, at the central service of another.
 class Rival

@@ -1,4 +1,5 @@
 #include "tests/installation/program/installationfixture.h"
+#include "tests/support/waiting.h"
 
 #include "orbconnection/orbhandler.h"
 #include "orbconnection/vtconnectionobserver.h"
@@ -9,8 +10,6 @@
 
 namespace
 {
-
-constexpr int patienceMs = 30000;
 
 /// With the manager's tree mirrored.
 class PublishedTree : public InstallationFixture

@@ -2,6 +2,7 @@
 
 #include "orbconnection/orbhandler.h"
 #include "tests/support/loopbacklease.h"
+#include "tests/support/waiting.h"
 
 #include <QFile>
 #include <QtTest/QTest>
@@ -10,8 +11,6 @@ using CorbaCommon::OrbHandler;
 
 namespace
 {
-
-constexpr int patienceMs = 30000;
 
 /// A host with all services, in one process, and a peer.
 class Host

@@ -1,5 +1,7 @@
 #include "tests/installation/recorder/receiver.h"
 
+#include "tests/support/waiting.h"
+
 #include <arpa/inet.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -10,8 +12,6 @@ using installation::recorder::Descriptor;
 
 namespace
 {
-
-constexpr int patienceMs = 60'000;
 
 void waitForInput(int descriptor)
 {

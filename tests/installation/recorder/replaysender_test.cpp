@@ -1,6 +1,7 @@
 #include "installation/recorder/replaysender.h"
 
 #include "tests/installation/recorder/samplepeer.h"
+#include "tests/support/waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -23,7 +24,6 @@ using namespace installation::recorder;
 namespace
 {
 
-constexpr int patienceMs = 10000;
 constexpr quint32 loopback = 0x7f000001;
 
 /// While it lives, the process gets no further file descriptors.

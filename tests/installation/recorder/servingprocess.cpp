@@ -1,11 +1,8 @@
 #include "tests/installation/recorder/servingprocess.h"
 
-#include <stdexcept>
+#include "tests/support/waiting.h"
 
-namespace
-{
-constexpr int patienceMs = 60'000;
-}
+#include <stdexcept>
 
 ClientOrb::ClientOrb()
 {

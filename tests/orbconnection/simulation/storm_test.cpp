@@ -1,6 +1,7 @@
 #include "tests/orbconnection/simulation/random.h"
 #include "tests/support/loopbacklease.h"
 #include "tests/support/serviceprocess.h"
+#include "tests/support/waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -132,7 +133,7 @@ TEST_F(MirrorStorm, EndsEqualAfterChangesKillsAndStops)
     for (Stormer *stormer : all)
         stormer->finish();
     QString found;
-    EXPECT_TRUE(QTest::qWaitFor([&] { return (found = differences()).isEmpty(); }, 60000))
+    EXPECT_TRUE(QTest::qWaitFor([&] { return (found = differences()).isEmpty(); }, patienceMs))
         << qPrintable(found) << ", KORVE_STORM_SEED=" << seed;
 }
 } // namespace
