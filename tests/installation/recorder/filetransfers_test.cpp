@@ -154,6 +154,22 @@ TEST_F(Transfer, EndsAtOnceWithTheRecorder)
     EXPECT_NE(ended.get_future().get(), "");
 }
 
+TEST_F(Transfer, EndsWithTheRecorderAlsoWhileItWaitsForItsReceiverToClose)
+{
+    FileTransfers patient(store, {std::chrono::seconds(2), std::chrono::hours(1), std::chrono::hours(1)});
+    Receiver receiver;
+    std::promise<QString> ended;
+    patient.start(record, url(files[0], 0, receiver.port()), [&](const QString &text) { ended.set_value(text); });
+    const Descriptor connection = receiver.accept();
+    for (char byte = 0; ::recv(connection.get(), &byte, 1, 0) > 0;)
+        continue; // up to the end of the file
+    Patience patience(std::chrono::seconds(30), [&] { ::shutdown(connection.get(), SHUT_RDWR); });
+    patient.stop();
+    patience.end();
+    EXPECT_FALSE(patience.isOver());
+    ended.get_future().get();
+}
+
 TEST(TransferTarget, IsTakenApart)
 {
     const TransferTarget target =
