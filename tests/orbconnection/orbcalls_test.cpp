@@ -2,6 +2,7 @@
 #include "orbconnection/orbhandler.h"
 #include "tests/support/loopbacklease.h"
 #include "tests/support/outage.h"
+#include "tests/support/rawserver.h"
 #include "tests/support/serviceprocess.h"
 
 #include <gtest/gtest.h>
@@ -172,6 +173,20 @@ TEST_F(TroubledOrbCall, MayHaveALargeArgument)
 TEST_F(OrbCall, ToADeadPortFailsSoon)
 {
     EXPECT_EQ(failureAt(lease.address()), omni::TRANSIENT_ConnectFailed); // and not after some limit
+}
+
+TEST_F(OrbCall, ToAPeerThatEndsEachConnectionFails)
+{
+    const std::string closeConnection("GIOP\1\2\1\5\0\0\0\0", 12);
+    const RawServer closing(lease.address(), port, closeConnection);
+    const CCO::IF_CCO_c_NamingCorba_var nobody = troubleAt(lease.address());
+    for (int call = 0; call < 2; ++call)
+        try {
+            nobody->Resolve("0", CCO::rtInstallation);
+            ADD_FAILURE() << "nobody answers";
+        } catch (const CORBA::COMM_FAILURE &e) {
+            EXPECT_EQ(e.completed(), CORBA::COMPLETED_NO) << "a peer says so that has not begun with a request";
+        }
 }
 
 TEST_F(OrbCall, ToAnAddressThatStaysSilentFailsWithTheConnectTimeOut)
