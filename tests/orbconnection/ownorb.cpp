@@ -20,6 +20,7 @@ bool configure()
 {
     CorbaCommon::OrbSettings settings;
     settings.address = lease().address();
+    settings.centralService = settings.address; // where nobody is
     settings.ports = {VtServer::port};
     return CorbaCommon::OrbHandler::configure(settings);
 }
