@@ -112,13 +112,13 @@ void NamingServant::RegisterValues(const char *arg1, const CCO::seqString &arg2,
 CORBA::Object_ptr NamingServant::Unregister(const char *arg1, CORBA::ULong arg2)
 {
     refuseRedundancy(arg2);
-    return parts->registry.takeObject(ownName(arg1));
+    return parts->registrar.takeObject(ownName(arg1), callerAddress());
 }
 
 void NamingServant::UnregisterValues(const char *arg1, CORBA::ULong arg2)
 {
     refuseRedundancy(arg2);
-    parts->registry.takeValues(ownName(arg1));
+    parts->registrar.takeValues(ownName(arg1), callerAddress());
 }
 
 CORBA::Object_ptr NamingServant::Resolve(const char *path, CCO::eResolveType arg2)
@@ -128,10 +128,10 @@ CORBA::Object_ptr NamingServant::Resolve(const char *path, CCO::eResolveType arg
         return CORBA::Object::_nil();
     if (!parts->directory.isOwnSubsystem(parsed->subsystem))
         return arg2 == CCO::rtInstallation ? parts->peers.resolve(*parsed) : CORBA::Object::_nil();
-    auto content = parts->registry.find(parsed->name);
-    if (!content)
+    auto entry = parts->registry.find(parsed->name);
+    if (!entry)
         return CORBA::Object::_nil();
-    if (auto *object = std::get_if<CORBA::Object_var>(&*content))
+    if (auto *object = std::get_if<CORBA::Object_var>(&entry->content))
         return object->_retn();
     throw CCO::IF_CCO_c_Naming::InvalidType();
 }
@@ -221,8 +221,8 @@ std::string NamingServant::ownName(const char *path) const
 
 std::vector<std::string> NamingServant::ownValues(const std::string &name) const
 {
-    const auto content = parts->registry.find(name);
-    const auto *values = content ? std::get_if<Registry::Values>(&*content) : nullptr;
+    const auto entry = parts->registry.find(name);
+    const auto *values = entry ? std::get_if<Registry::Values>(&entry->content) : nullptr;
     return values ? *values : std::vector<std::string>();
 }
 

@@ -14,9 +14,10 @@ namespace installation
 ///
 /// A name to register is one of the own subsystem: not empty, not a folder, at most 1000 characters, not one of those
 /// that the service itself lists; any other gives CORBA::BAD_PARAM. A name that somebody else holds gives
-/// CORBA::NO_PERMISSION, and one for which there is no room, in all or for its address, CORBA::NO_RESOURCES. Resolving the
-/// name of a values entry gives InvalidType. The values of a path that ends in "/" are the names below it, of objects and
-/// of values, sorted and relative to it; its subsystem is found as that of any other path.
+/// CORBA::NO_PERMISSION, also when it is to be taken away, and one for which there is no room, in all or for its address,
+/// CORBA::NO_RESOURCES. Resolving the name of a values entry gives InvalidType. The values of a path that ends in "/" are
+/// the names below it, of objects and of values, sorted and relative to it; its subsystem is found as that of any other
+/// path.
 class NamingServant : public POA_CCO::IF_CCO_c
 {
 public:

@@ -40,17 +40,54 @@ void Registrar::put(const std::string &name, const Registry::Content &content, c
             traceName("%1 is held by %2", name, Holder(content).description());
         if (!outcome.holder)
             return forgetRefusal(name, content);
-        const Holder holder(outcome.holder->content);
-        const bool lives = holder.canBeAsked() && holder.ask(answerLimit) != Answer::Gone;
-        if (lives)
+        if (lives(*outcome.holder))
             refuse(*outcome.holder, content, caller);
         if (registry.replace(*outcome.holder, content, caller)) {
+            const Holder holder(outcome.holder->content);
             const Holder next(content);
             if (holder.canBeAsked() || next.canBeAsked()) // mere values may change often
                 traceName("%1 goes from %2 to %3", name, holder.description(), next.description());
             return forgetRefusal(name, content);
         }
     }
+}
+
+CORBA::Object_ptr Registrar::takeObject(const std::string &name, const std::string &caller)
+{
+    auto object = take<CORBA::Object_var>(name, caller);
+    return object ? object->_retn() : CORBA::Object::_nil();
+}
+
+void Registrar::takeValues(const std::string &name, const std::string &caller)
+{
+    take<Registry::Values>(name, caller);
+}
+
+template <typename Kind> std::optional<Kind> Registrar::take(const std::string &name, const std::string &caller)
+{
+    while (const auto entry = registry.find(name)) { // again, when its holder repeats it meanwhile
+        const auto *content = std::get_if<Kind>(&entry->content);
+        if (!content)
+            return std::nullopt;
+        const Holder holder(entry->content);
+        const bool isStranger = !caller.empty() && caller != entry->owner;
+        if (isStranger && lives(*entry)) {
+            traceName("%1 is not taken away for %2: it is held by %3", name, caller, holder.description());
+            throw CORBA::NO_PERMISSION(0, CORBA::COMPLETED_NO);
+        }
+        if (registry.take(*entry)) {
+            if (holder.canBeAsked()) // mere values may come and go often
+                traceName("%1 is held by nobody: it is taken away from %2", name, holder.description());
+            return *content;
+        }
+    }
+    return std::nullopt;
+}
+
+bool Registrar::lives(const Registry::Entry &entry) const
+{
+    const Holder holder(entry.content);
+    return holder.canBeAsked() && holder.ask(answerLimit) != Answer::Gone;
 }
 
 void Registrar::refuse(const Registry::Entry &holder, const Registry::Content &other, const std::string &caller)
@@ -76,8 +113,10 @@ bool Registrar::noteRefusal(const std::string &name, const Registry::Content &co
 
 void Registrar::forgetRefusal(const std::string &name, const Registry::Content &content)
 {
-    if (const auto endpoint = Holder(content).endpoint())
-        registry.takeValues(refusalOf(name, *endpoint));
+    const auto endpoint = Holder(content).endpoint();
+    const auto listed = endpoint ? registry.find(refusalOf(name, *endpoint)) : std::nullopt;
+    if (listed)
+        registry.take(*listed);
 }
 
 } // namespace installation

@@ -20,7 +20,16 @@ public:
     /// @throws CORBA::NO_PERMISSION when a living one has it, CORBA::NO_RESOURCES when there is no room for it.
     void put(const std::string &name, const Registry::Content &content, const std::string &caller);
 
+    /// Takes the name away, if it has an object, which the caller releases; nil otherwise. While its holder lives, only the
+    /// address that has registered it, and this process (which has no address), may do so. Blocks as put() does.
+    /// @throws CORBA::NO_PERMISSION for anybody else.
+    CORBA::Object_ptr takeObject(const std::string &name, const std::string &caller);
+    /// As takeObject(), if the name has values. Mere values do not live.
+    void takeValues(const std::string &name, const std::string &caller);
+
 private:
+    template <typename Kind> std::optional<Kind> take(const std::string &name, const std::string &caller);
+    bool lives(const Registry::Entry &entry) const;
     [[noreturn]] void refuse(const Registry::Entry &holder, const Registry::Content &other, const std::string &caller);
     /// False when it is listed already, or cannot be.
     bool noteRefusal(const std::string &name, const Registry::Content &content, const std::string &caller);

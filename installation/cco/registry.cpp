@@ -62,8 +62,8 @@ bool Registry::replace(const Entry &holder, const Content &content, const std::s
 {
     const NameRooms::Cost cost = costOf(holder.name, content, owner);
     const std::scoped_lock lock(mutex);
-    const auto known = names.find(holder.name);
-    if (known == names.end() || known->second.registration != holder.registration)
+    const auto known = positionOf(holder);
+    if (known == names.end())
         return false;
     remove(known);
     try {
@@ -75,23 +75,14 @@ bool Registry::replace(const Entry &holder, const Content &content, const std::s
     return true;
 }
 
-CORBA::Object_ptr Registry::takeObject(const std::string &name)
+bool Registry::take(const Entry &holder)
 {
     const std::scoped_lock lock(mutex);
-    const auto known = names.find(name);
-    if (known == names.end() || !std::holds_alternative<CORBA::Object_var>(known->second.content))
-        return CORBA::Object::_nil();
-    CORBA::Object_var object = std::get<CORBA::Object_var>(known->second.content);
+    const auto known = positionOf(holder);
+    if (known == names.end())
+        return false;
     erase(known);
-    return object._retn();
-}
-
-void Registry::takeValues(const std::string &name)
-{
-    const std::scoped_lock lock(mutex);
-    const auto known = names.find(name);
-    if (known != names.end() && std::holds_alternative<Values>(known->second.content))
-        erase(known);
+    return true;
 }
 
 bool Registry::drop(const Entry &entry, Answer answer)
@@ -108,11 +99,11 @@ bool Registry::drop(const Entry &entry, Answer answer)
     return true;
 }
 
-std::optional<Registry::Content> Registry::find(const std::string &name) const
+std::optional<Registry::Entry> Registry::find(const std::string &name) const
 {
     const std::scoped_lock lock(mutex);
     const auto known = names.find(name);
-    return known == names.end() ? std::nullopt : std::optional(known->second.content);
+    return known == names.end() ? std::nullopt : std::optional(entryOf(*known));
 }
 
 std::vector<std::string> Registry::namesBelow(const std::string &folder) const
@@ -139,6 +130,13 @@ Registry::Entry Registry::entryOf(const Names::value_type &name)
     const Registered &registered = name.second;
     return {name.first, registered.content, registered.holding, registered.registration,
             registered.cost.owner};
+}
+
+/// The end, if the holder has registered again or is gone since it was read.
+Registry::Names::iterator Registry::positionOf(const Entry &holder)
+{
+    const auto known = names.find(holder.name);
+    return known != names.end() && known->second.registration == holder.registration ? known : names.end();
 }
 
 void Registry::add(const std::string &name, const Content &content, const NameRooms::Cost &cost)

@@ -50,15 +50,13 @@ public:
     /// Gives the name of @p holder to @p content; false if the holder has registered again or is gone since it was read.
     /// @throws CORBA::NO_RESOURCES when there is no room for it.
     bool replace(const Entry &holder, const Content &content, const std::string &owner);
-    /// Removes the name if it has an object, which the caller releases; nil otherwise.
-    CORBA::Object_ptr takeObject(const std::string &name);
-    /// Removes the name if it has values.
-    void takeValues(const std::string &name);
+    /// Takes the name of @p holder away; false if the holder has registered again or is gone since it was read.
+    bool take(const Entry &holder);
     /// Takes note of a look at what @p entry stands for, and removes it when that was its end: false when it stays, also
     /// since it was registered again meanwhile.
     bool drop(const Entry &entry, Answer answer);
 
-    std::optional<Content> find(const std::string &name) const;
+    std::optional<Entry> find(const std::string &name) const;
     /// Relative to @p folder, which ends in "/" or is empty; sorted.
     std::vector<std::string> namesBelow(const std::string &folder) const;
     std::vector<Entry> entries() const;
@@ -74,6 +72,7 @@ private:
     using Names = std::map<std::string, Registered>;
 
     static Entry entryOf(const Names::value_type &name);
+    Names::iterator positionOf(const Entry &holder);
     void add(const std::string &name, const Content &content, const NameRooms::Cost &cost);
     void remove(Names::iterator position);
     void erase(Names::iterator position);

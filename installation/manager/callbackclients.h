@@ -11,7 +11,8 @@ namespace installation
 
 /// The clients that are registered below one folder of the central object service, each called from a queue of its own.
 ///
-/// A client that is given up loses its name at the central object service. One whose name is gone is still told until
+/// A client that is given up loses its name at the central object service; where that is refused, it counts as new with
+/// the same look. One whose name is gone is still told until
 /// the third look without it, so that a restart of that service costs nobody anything.
 /// Thread: any, look() one at a time; only look() makes calls, and not to clients.
 class CallbackClients

@@ -39,6 +39,8 @@ void RegisteredObjects::unregister(const std::string &name, CORBA::Object_ptr ob
         const CORBA::Object_var registered = resolve(folder + name);
         if (!CORBA::is_nil(registered) && registered->_is_equivalent(object))
             CORBA::Object_var(service->Unregister((folder + name).c_str(), 0));
+    } catch (const CORBA::NO_PERMISSION &) {
+        // It lives at another address: the name stays until it is gone.
     } catch (const CORBA::Exception &error) {
         noteAnswer(false, error._name());
     }

@@ -26,7 +26,7 @@ public:
 
     /// Those whose names are wanted. Without result when the service does not answer, which is traced once.
     std::optional<Objects> find(const Filter &isWanted);
-    /// Takes the name away, if it still stands for @p object.
+    /// Takes the name away, if it still stands for @p object, and if the service lets this process do so.
     void unregister(const std::string &name, CORBA::Object_ptr object);
 
 private:

@@ -12,6 +12,17 @@
 
 #include <stdexcept>
 
+namespace
+{
+
+CORBA::Object_ptr objectAt(std::uint16_t port, const char *key)
+{
+    const std::string reference = "corbaloc::1.2@127.0.0.1:" + std::to_string(port) + "/" + key;
+    return TestOrb::instance().orb()->string_to_object(reference.c_str());
+}
+
+} // namespace
+
 CcoProcess::CcoProcess(const std::string &subsystem, const std::string &workstation,
                        const std::vector<std::uint16_t> &peerPorts)
 {
@@ -50,9 +61,14 @@ CCO::IF_CCO_c_ptr CcoProcess::service(std::chrono::milliseconds limit) const
 
 CCO::IF_CCO_c_Update_ptr CcoProcess::update() const
 {
-    const std::string reference = "corbaloc::1.2@127.0.0.1:" + std::to_string(servedPort) + "/CCOUpdate";
-    const CORBA::Object_var object = TestOrb::instance().orb()->string_to_object(reference.c_str());
+    const CORBA::Object_var object = objectAt(servedPort, "CCOUpdate");
     return CCO::IF_CCO_c_Update::_narrow(object);
+}
+
+CCO::IF_CCO_c_ptr CcoProcess::serviceAt(std::uint16_t port)
+{
+    const CORBA::Object_var object = objectAt(port, "CCO");
+    return CCO::IF_CCO_c::_narrow(object);
 }
 
 void CcoProcess::limitDescriptors(unsigned most)

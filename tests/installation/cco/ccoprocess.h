@@ -24,6 +24,8 @@ public:
     /// One whose calls end after @p limit.
     CCO::IF_CCO_c_ptr service(std::chrono::milliseconds limit) const;
     CCO::IF_CCO_c_Update_ptr update() const;
+    /// The one that answers at that port of 127.0.0.1; the caller releases it.
+    static CCO::IF_CCO_c_ptr serviceAt(std::uint16_t port);
     /// It may not open more than @p most descriptors from now on.
     void limitDescriptors(unsigned most);
     std::size_t descriptors() const; ///< that it has open

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <thread>
 #include <vector>
 
 /// A TCP port of 127.0.0.1 that accepts connections (the system does it) and never says a word.
@@ -49,6 +50,26 @@ public:
 
 private:
     std::vector<int> descriptors;
+};
+
+/// A port of 127.0.0.1 whose one connection goes on to another port of 127.0.0.1, where it comes from 127.9.9.9.
+class StrangersWay
+{
+public:
+    explicit StrangersWay(std::uint16_t port);
+    ~StrangersWay();
+    StrangersWay(const StrangersWay &) = delete;
+    StrangersWay &operator=(const StrangersWay &) = delete;
+
+    std::uint16_t port() const;
+
+private:
+    void carry() const;
+
+    const int listener;
+    const int onward;
+    const int end; ///< readable when it is over
+    std::thread thread;
 };
 
 /// A port of 127.0.0.1 where nobody listens: it is bound for the life of this object, so that nobody else gets it.

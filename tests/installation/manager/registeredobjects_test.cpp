@@ -1,4 +1,8 @@
+#include "tests/installation/cco/ccoprocess.h"
+#include "tests/installation/cco/loopbackports.h"
 #include "tests/installation/manager/managerfixture.h"
+
+#include "coresupport/trace.h"
 
 using namespace std::chrono_literals;
 
@@ -41,4 +45,20 @@ TEST_F(RegisteredObjects, LoseTheirNameOnlyWhileItIsTheirs)
     EXPECT_TRUE(isRegistered("Folder/a"));
     objects.unregister("a", object);
     EXPECT_FALSE(isRegistered("Folder/a"));
+}
+
+TEST_F(RegisteredObjects, KeepTheirNameWhenAnotherAddressHasRegisteredIt)
+{
+    const CcoProcess process("South", "ws1");
+    const StrangersWay way(process.port());
+    const CCO::IF_CCO_c_var names = process.service();
+    const CORBA::Object_var object = recorder->reference();
+    names->Register("Folder/a", object, 0);
+    QString said;
+    const TraceCapture former = setTraceCapture([&](const TraceLine &line) { said += line.text; });
+    installation::RegisteredObjects strangers(CCO::IF_CCO_c_var(CcoProcess::serviceAt(way.port())), "Folder/", 1s);
+    strangers.unregister("a", object);
+    setTraceCapture(former);
+    EXPECT_EQ(said.toStdString(), ""); // the service has answered
+    EXPECT_EQ(strangers.find(all)->size(), 1u);
 }
