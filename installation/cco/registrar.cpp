@@ -1,6 +1,7 @@
 #include "installation/cco/registrar.h"
 
 #include "installation/cco/holder.h"
+#include "installation/contracts/managernames.h"
 
 #include "coresupport/trace.h"
 #include "orbconnection/refusednames.h"
@@ -25,6 +26,12 @@ std::string refusalOf(const std::string &name, const NetworkAddress &endpoint)
     return CorbaCommon::refusedNames + name + '/' + endpoint.host + ':' + std::to_string(endpoint.port);
 }
 
+std::string hostOf(const Registry::Content &content)
+{
+    const auto endpoint = Holder(content).endpoint();
+    return endpoint ? endpoint->host : std::string();
+}
+
 } // namespace
 
 Registrar::Registrar(Registry &registry, std::chrono::milliseconds answerLimit)
@@ -40,7 +47,7 @@ void Registrar::put(const std::string &name, const Registry::Content &content, c
             traceName("%1 is held by %2", name, Holder(content).description());
         if (!outcome.holder)
             return forgetRefusal(name, content);
-        if (lives(*outcome.holder))
+        if (!isLeftBehind(*outcome.holder, content) && lives(*outcome.holder))
             refuse(*outcome.holder, content, caller);
         if (registry.replace(*outcome.holder, content, caller)) {
             const Holder holder(outcome.holder->content);
@@ -88,6 +95,15 @@ bool Registrar::lives(const Registry::Entry &entry) const
 {
     const Holder holder(entry.content);
     return holder.canBeAsked() && holder.ask(answerLimit) != Answer::Gone;
+}
+
+/// A process that stands still loses the name of its manager and accepts connections all the same, so that the address
+/// of its tree seems to live. The tree is that of the next manager.
+bool Registrar::isLeftBehind(const Registry::Entry &holder, const Registry::Content &other) const
+{
+    const auto manager = holder.name == managersTreeName ? registry.find(managerName) : std::nullopt;
+    const std::string host = manager ? hostOf(manager->content) : std::string();
+    return !host.empty() && hostOf(other) == host && hostOf(holder.content) != host;
 }
 
 void Registrar::refuse(const Registry::Entry &holder, const Registry::Content &other, const std::string &caller)

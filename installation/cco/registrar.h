@@ -30,6 +30,7 @@ public:
 private:
     template <typename Kind> std::optional<Kind> take(const std::string &name, const std::string &caller);
     bool lives(const Registry::Entry &entry) const;
+    bool isLeftBehind(const Registry::Entry &holder, const Registry::Content &other) const;
     [[noreturn]] void refuse(const Registry::Entry &holder, const Registry::Content &other, const std::string &caller);
     /// False when it is listed already, or cannot be.
     bool noteRefusal(const std::string &name, const Registry::Content &content, const std::string &caller);

@@ -122,6 +122,25 @@ TEST_F(HeldName, IsThatOfAnAddressToo)
     EXPECT_THAT(valuesOf("A"), ElementsAre("127.0.0.1", std::to_string(otherServer.port())));
 }
 
+TEST_F(HeldName, OfATreeIsThatOfTheManager)
+{
+    const char *const treeName = "KorveManager/VTConnect";
+    const MutePort server; // as of a process that stands still
+    const CCO::seqString elsewhere = sequenceOf({"127.0.0.2", "8004"});
+    cco->RegisterValues(treeName, sequenceOf({"127.0.0.1", std::to_string(server.port())}), 0);
+    EXPECT_THROW(cco->RegisterValues(treeName, elsewhere, 0), CORBA::NO_PERMISSION);
+    const CallbackOwner mortal(RecordingCallback::make());
+    giveTo(mortal);
+    EXPECT_THROW(cco->RegisterValues(treeName, elsewhere, 0), CORBA::NO_PERMISSION);
+    mortal->retire();
+    const CORBA::Object_var next =
+        TestOrb::instance().orb()->string_to_object("corbaloc::1.2@127.0.0.2:8004/KorveManager");
+    cco->Register(managerName, next, 0);
+    EXPECT_THROW(cco->RegisterValues(treeName, sequenceOf({"127.0.0.3", "8004"}), 0), CORBA::NO_PERMISSION);
+    cco->RegisterValues(treeName, elsewhere, 0);
+    EXPECT_THAT(valuesOf(treeName), ElementsAre("127.0.0.2", "8004"));
+}
+
 TEST_F(HeldName, ListsWhomItIsRefused)
 {
     const CallbackOwner mortal(RecordingCallback::make());
