@@ -18,7 +18,7 @@ public:
                                                           std::move(listeners.record))),
           channels(std::make_shared<ChannelService>(configuration, objects, directory, std::move(listeners.channels))),
           exports(std::make_shared<Exports>(objects, directory, configuration.timing)),
-          manager(objects.serve<ManagerServant>("KorveManager", configuration, directory,
+          manager(objects.serve<ManagerServant>(objectKey, configuration, directory,
                                                 CORBA::Object_var(admin->reference()), channels, exports)),
           callbacks(std::make_shared<ClientCallbacks>(service, configuration.timing)),
           watch(std::in_place, configuration, service, directory,

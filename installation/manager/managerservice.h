@@ -11,13 +11,15 @@ namespace installation
 {
 
 /// The recorder manager of one host: finds the recorders that are registered at the central object service, and serves
-/// `TQ_KRV::IF_KRV_c_KRV` under the key "KorveManager", `TQ_KRV::IF_KORVE_Admin` under "KorveManagerAdmin", and
+/// `TQ_KRV::IF_KRV_c_KRV` under its object key, `TQ_KRV::IF_KORVE_Admin` under "KorveManagerAdmin", and
 /// channels as ChannelService does.
 ///
 /// Thread: any; needs no main thread.
 class ManagerService
 {
 public:
+    static constexpr const char *objectKey = "KorveManager";
+
     /// Starts to serve. @p poa lets its user choose the keys, its manager is activated by the caller, and the ORB
     /// outlives the service.
     /// @throws std::runtime_error when the state folder cannot be used.

@@ -51,7 +51,7 @@ int run(const CommandLine &line)
         return runImport(*line.import);
     const auto faults = faultsOf(script, line, settings); // before the services, so that they never answer without
     const Services services(line.roles, settings);
-    return QCoreApplication::exec();
+    return services.run();
 }
 
 } // namespace

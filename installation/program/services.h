@@ -14,11 +14,16 @@ namespace installation
 class Services
 {
 public:
-    /// Prints "ready ROLE HOST:PORT" for each service when it answers.
+    /// Prints "ready ROLE HOST:PORT" for each service when it answers, and "standing by ROLE HOST:PORT: REASON" when
+    /// another has its names.
     /// @throws std::exception with a text for people when one cannot start.
     Services(const QList<Role> &roles, const HostSettings &settings);
     ~Services();
     Services(const Services &) = delete;
+
+    /// Runs the event loop of the application until it is ended; returns its exit code.
+    /// @throws as the constructor when a service cannot begin after it has stood by.
+    int run() const;
 
 private:
     class Private;

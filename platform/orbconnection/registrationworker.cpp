@@ -38,7 +38,9 @@ QString holderOf(CCO::IF_CCO_c_ptr service, const char *path)
 }
 } // namespace
 
-RegistrationWorker::RegistrationWorker(const ServiceRegistration::Timing &timing) : timing(timing), repetition(this)
+RegistrationWorker::RegistrationWorker(const ServiceRegistration::Timing &timing,
+                                       ServiceRegistration::Listener listener)
+    : timing(timing), listener(std::move(listener)), repetition(this)
 {
     repetition.setInterval(timing.repetition);
     connect(&repetition, &QTimer::timeout, this, &RegistrationWorker::registerAll);
@@ -67,7 +69,6 @@ void RegistrationWorker::withdraw(const QString &name)
 
 void RegistrationWorker::withdrawAll()
 {
-    repetition.stop();
     unregisterAll();
     offers.clear();
 }
@@ -159,20 +160,33 @@ void RegistrationWorker::note(State now, const QString &name, const QString &rea
 {
     if (now == state)
         return;
+    const bool isNews = state != State::Untried || now != State::Registered;
     state = now;
-    traceAt(TraceLevel::Normal, sourceName, [&] {
-        switch (now) {
-        case State::Registered:
-            return QStringLiteral("Registered at the central object service again");
-        case State::Refused:
-            return QStringLiteral("%1 is held by another, at %2. None of the names of this service is registered, so "
-                                  "nobody finds it; it tries again every %3 ms")
-                .arg(name, holderOf(service, name.toUtf8().constData()))
-                .arg(timing.repetition.count());
-        case State::Failing:
-            return QStringLiteral("%1 cannot be registered at the central object service: %2").arg(name, reason);
-        }
-        return QString();
-    });
+    const QString why = describe(now, name, reason);
+    if (isNews)
+        traceAt(TraceLevel::Normal, sourceName, [&] {
+            return now != State::Refused ? why
+                                         : QStringLiteral("%1. None of the names of this service is registered, so nobody "
+                                                          "finds it; it tries again every %2 ms")
+                                               .arg(why)
+                                               .arg(timing.repetition.count());
+        });
+    if (listener)
+        listener(now, why);
+}
+
+QString RegistrationWorker::describe(State now, const QString &name, const QString &reason) const
+{
+    switch (now) {
+    case State::Untried:
+        return QStringLiteral("Not tried yet");
+    case State::Registered:
+        return QStringLiteral("Registered at the central object service again");
+    case State::Refused:
+        return QStringLiteral("%1 is held by another, at %2").arg(name, holderOf(service, name.toUtf8().constData()));
+    case State::Failing:
+        return QStringLiteral("%1 cannot be registered at the central object service: %2").arg(name, reason);
+    }
+    return QString();
 }
 } // namespace CorbaCommon

@@ -20,7 +20,7 @@ public:
         QStringList values;
     };
 
-    explicit RegistrationWorker(const ServiceRegistration::Timing &timing);
+    RegistrationWorker(const ServiceRegistration::Timing &timing, ServiceRegistration::Listener listener);
 
     void start();
     void offer(const QString &name, const Offer &offer);
@@ -30,11 +30,7 @@ public:
     bool isRegistered() const { return state == State::Registered; }
 
 private:
-    enum class State {
-        Registered,
-        Refused, ///< somebody else holds one of the names
-        Failing
-    };
+    using State = ServiceRegistration::State;
 
     void registerAll();
     /// The first name that is not registered and its state; otherwise Registered.
@@ -45,12 +41,14 @@ private:
     void unregisterAll();
     void unregister(const char *path, const Offer &offer) const;
     void note(State now, const QString &name, const QString &reason);
+    QString describe(State now, const QString &name, const QString &reason) const;
 
     const ServiceRegistration::Timing timing;
+    const ServiceRegistration::Listener listener;
     CCO::IF_CCO_c_var service;
     QMap<QString, Offer> offers;
     QTimer repetition;
-    State state = State::Registered;
+    State state = State::Untried;
     QString refused; ///< the name that somebody else holds; empty when there is none
 };
 } // namespace CorbaCommon

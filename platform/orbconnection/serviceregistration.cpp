@@ -11,8 +11,9 @@ namespace CorbaCommon
 class ServiceRegistration::Private
 {
 public:
-    explicit Private(const Timing &timing)
-        : callLimit(timing.callLimit), thread("ServiceRegistration", std::make_unique<RegistrationWorker>(timing))
+    Private(const Timing &timing, Listener listener)
+        : callLimit(timing.callLimit),
+          thread("ServiceRegistration", std::make_unique<RegistrationWorker>(timing, std::move(listener)))
     {
     }
     void offer(const QString &name, const RegistrationWorker::Offer &offer)
@@ -28,7 +29,8 @@ ServiceRegistration::ServiceRegistration() : ServiceRegistration(Timing())
 {
 }
 
-ServiceRegistration::ServiceRegistration(const Timing &timing) : d(std::make_unique<Private>(timing))
+ServiceRegistration::ServiceRegistration(const Timing &timing, Listener listener)
+    : d(std::make_unique<Private>(timing, std::move(listener)))
 {
 }
 
@@ -59,6 +61,11 @@ void ServiceRegistration::registerEndpoint(const QString &name, unsigned short p
 void ServiceRegistration::unregister(const QString &name)
 {
     d->thread.post([name](RegistrationWorker &worker) { worker.withdraw(name); });
+}
+
+void ServiceRegistration::unregisterAll()
+{
+    d->thread.post([](RegistrationWorker &worker) { worker.withdrawAll(); });
 }
 
 bool ServiceRegistration::waitUntilTried()

@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 
 namespace CorbaCommon
@@ -26,8 +27,18 @@ public:
         std::chrono::milliseconds callLimit{2000};
     };
 
+    /// How it stands with the names, all of them.
+    enum class State {
+        Untried,
+        Registered,
+        Refused, ///< somebody else who lives holds one of them
+        Failing  ///< the central object service does not answer, or does not take one of them
+    };
+    /// Hears of each change of the state, and in some words why; on the thread that makes the calls.
+    using Listener = std::function<void(State now, const QString &why)>;
+
     ServiceRegistration();
-    explicit ServiceRegistration(const Timing &timing);
+    explicit ServiceRegistration(const Timing &timing, Listener listener = {});
     ServiceRegistration(const ServiceRegistration &) = delete;
     /// Takes the names back; waits at most for one call that has no answer.
     ~ServiceRegistration();
@@ -38,6 +49,7 @@ public:
     /// Registers the values (address, port): where this host can be reached, as OrbSettings publishes it.
     void registerEndpoint(const QString &name, unsigned short port);
     void unregister(const QString &name);
+    void unregisterAll();
     /// Waits until all that was offered before has been tried: whether all of it is registered. For what must not be
     /// found before these names are. Blocks at most for a call limit.
     bool waitUntilTried();

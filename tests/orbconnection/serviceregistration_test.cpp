@@ -4,6 +4,7 @@
 #include "tests/orbconnection/livecentralservice.h"
 #include "tests/support/outage.h"
 
+#include <future>
 #include <mutex>
 #include <optional>
 
@@ -128,7 +129,6 @@ protected:
         const std::lock_guard lock(mutex);
         return said.contains(words);
     }
-
     const ServiceProcess rival{QStringLiteral(TROUBLE_PROGRAM), {address(), QStringLiteral("8100")}};
     std::optional<ServiceRegistration> first{std::in_place, ServiceRegistration::Timing{.repetition = 1h}};
     std::optional<ServiceRegistration> second;
@@ -181,6 +181,41 @@ TEST_F(RivalRegistrations, LeaveTheFirstItsNamesWhenTheSecondEnds)
     ASSERT_FALSE(second->waitUntilTried());
     second.reset();
     EXPECT_TRUE(isHeldAt("8100"));
+}
+
+TEST_F(RivalRegistrations, AreToldHowItStands)
+{
+    using State = ServiceRegistration::State;
+    std::promise<QString> refused; // first, since the listener uses them until its registration has ended
+    std::promise<State> next;
+    offer(*first, 8100, "B/First");
+    ASSERT_TRUE(first->waitUntilTried());
+    {
+        int changes = 0;
+        ServiceRegistration heard(timing, [&](State now, const QString &why) {
+            if (++changes == 1)
+                refused.set_value(now == State::Refused ? why : QString());
+            if (changes == 2)
+                next.set_value(now);
+        });
+        heard.registerEndpoint(QStringLiteral("A/Endpoint"), 8003);
+        EXPECT_EQ(refused.get_future().get(), QStringLiteral("A/Endpoint is held by another, at %1:8100").arg(address()));
+        first.reset();
+        EXPECT_EQ(next.get_future().get(), State::Registered);
+    }
+}
+
+TEST_F(Registration, CanLetAllItsNamesGoAndHaveThemAgain)
+{
+    ServiceRegistration registration(timing);
+    for (int round = 0; round < 2; ++round) {
+        registration.registerValues(QStringLiteral("A"), {QStringLiteral("one")});
+        registration.registerValues(QStringLiteral("B"), {QStringLiteral("one")});
+        ASSERT_TRUE(registration.waitUntilTried());
+        EXPECT_FALSE(valuesOf("A").empty() || valuesOf("B").empty());
+        registration.unregisterAll();
+        EXPECT_TRUE(comesTrue([&] { return valuesOf("A").empty() && valuesOf("B").empty(); }));
+    }
 }
 
 TEST_F(Registration, ReplacesWhatItsOwnNameHad)

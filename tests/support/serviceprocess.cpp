@@ -17,7 +17,7 @@ ServiceProcess::ServiceProcess(const QString &program, const QStringList &argume
 {
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(program, arguments);
-    while (words.value(0) != QLatin1String("ready")) {
+    while (words.value(0) != QLatin1String("ready") && words.value(0) != QLatin1String("standing")) {
         while (!process.canReadLine())
             if (!process.waitForReadyRead(patienceMs))
                 throw std::runtime_error("not ready: " + program.toStdString());

@@ -4,16 +4,17 @@
 
 /// A service in a process of its own, that dies with this object, and with this program.
 ///
-/// Needs a line that begins with "ready" on its standard output when it answers.
+/// Needs a line on its standard output that begins with "ready" when it answers, or with "standing" when it waits for
+/// another to go.
 class ServiceProcess
 {
 public:
-    /// Waits until it is ready. Throws std::runtime_error when it does not become so.
+    /// Waits until it is ready or stands by. Throws std::runtime_error when it does not become so.
     ServiceProcess(const QString &program, const QStringList &arguments);
     ServiceProcess(const ServiceProcess &) = delete;
     ~ServiceProcess();
 
-    /// What it printed when it was ready, in words.
+    /// What it printed then, in words.
     const QStringList &readyWords() const { return words; }
     qint64 processId() const { return process.processId(); }
     bool isRunning() const { return process.state() != QProcess::NotRunning; }

@@ -152,13 +152,13 @@ TEST_F(KorvectlDoctor, NamesTwoRecordersWithOneDeviceId)
     const QTemporaryDir state;
     const ServiceProcess rival(QStringLiteral(INSTALLATION_PROGRAM), rivalArguments(state.path()));
     qputenv("KORVE_ADDRESS", address().toLatin1());
-    const QStringList ready = rival.readyWords();
     const Run run = ask(words("doctor --timeout 5 --json"));
     EXPECT_EQ(run.exitCode, 2);
     const QJsonValue last = array(run).last();
     EXPECT_EQ(text(last, "link"), QLatin1String("names"));
+    const QString wanted = rival.readyWords().value(3).chopped(1); // "standing by recorder HOST:PORT: ..."
     EXPECT_EQ(text(last, "complaint"), QStringLiteral("%1 has the name KorveRecorder/REC1/IF_Control, which %2 wants, too.")
-                                           .arg(shared->recorder->readyWords().value(2), ready.value(2)));
+                                           .arg(shared->recorder->readyWords().value(2), wanted));
     EXPECT_TRUE(text(last, "remedy").contains(QLatin1String("[recorder] device=")));
 }
 
