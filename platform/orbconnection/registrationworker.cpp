@@ -6,6 +6,8 @@
 #include "orbconnection/staleconnections.h"
 #include "orbconnection/textsequence.h"
 
+#include <utility>
+
 namespace CorbaCommon
 {
 namespace
@@ -75,14 +77,31 @@ void RegistrationWorker::withdrawAll()
 
 void RegistrationWorker::registerAll()
 {
+    if (isTooEarly())
+        return;
     QString name;
     QString reason;
     const State now = tryAll(name, reason);
     note(now, name, reason);
     const bool isNews = now == State::Refused && refused != name;
-    refused = now == State::Refused ? name : QString();
+    if (now != State::Failing)
+        refused = now == State::Refused ? name : QString();
     if (isNews)
         unregisterAll(); // nobody is to find a part of the names
+}
+
+/// A new central object service knows nobody yet: whoever was refused a name leaves the time of a repetition to its holder.
+bool RegistrationWorker::isTooEarly()
+{
+    if (refused.isEmpty() || state != State::Failing || std::exchange(isBack, false))
+        return false;
+    try {
+        CORBA::Object_var(pastStaleConnections([&] { return objectAt(service, refused.toUtf8().constData()); }));
+        isBack = true;
+    } catch (const CORBA::Exception &) {
+        // It has not come back yet.
+    }
+    return true;
 }
 
 RegistrationWorker::State RegistrationWorker::tryAll(QString &name, QString &reason)

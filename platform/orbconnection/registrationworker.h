@@ -33,6 +33,7 @@ private:
     using State = ServiceRegistration::State;
 
     void registerAll();
+    bool isTooEarly();
     /// The first name that is not registered and its state; otherwise Registered.
     State tryAll(QString &name, QString &reason);
     State registerOne(const QString &name, QString &reason) const;
@@ -49,6 +50,7 @@ private:
     QMap<QString, Offer> offers;
     QTimer repetition;
     State state = State::Untried;
-    QString refused; ///< the name that somebody else holds; empty when there is none
+    QString refused; ///< the name that somebody else holds, or held before the service failed; empty when there is none
+    bool isBack = false; ///< the service, since the last try
 };
 } // namespace CorbaCommon

@@ -16,7 +16,7 @@ namespace CorbaCommon
 /// a new central service learns of them without anybody's doing.
 ///
 /// The names stand together: while somebody else who lives holds one of them, none is registered, which is traced, and
-/// tried again.
+/// tried again. To a new central object service that one may come first.
 /// A thread of its own makes the calls. Needs a running OrbHandler.
 /// Thread: any one; never blocks, but for the destructor and where it says so.  Errors: traced when they begin and when they end.
 class ORBCONNECTION_EXPORT ServiceRegistration

@@ -129,6 +129,12 @@ protected:
         const std::lock_guard lock(mutex);
         return said.contains(words);
     }
+    void forgetWhatWasSaid()
+    {
+        const std::lock_guard lock(mutex);
+        said.clear();
+    }
+
     const ServiceProcess rival{QStringLiteral(TROUBLE_PROGRAM), {address(), QStringLiteral("8100")}};
     std::optional<ServiceRegistration> first{std::in_place, ServiceRegistration::Timing{.repetition = 1h}};
     std::optional<ServiceRegistration> second;
@@ -180,6 +186,23 @@ TEST_F(RivalRegistrations, LeaveTheFirstItsNamesWhenTheSecondEnds)
     offer(*second, 8003, "B/Second");
     ASSERT_FALSE(second->waitUntilTried());
     second.reset();
+    EXPECT_TRUE(isHeldAt("8100"));
+}
+
+TEST_F(RivalRegistrations, LetTheFirstComeFirstToANewCentralService)
+{
+    const ServiceRegistration::Timing slow{.repetition = 500ms, .callLimit = 1000ms};
+    second.emplace(slow); // so that it is the one that would come first
+    first.emplace(slow);
+    offer(*first, 8100, "B/First");
+    ASSERT_TRUE(first->waitUntilTried());
+    offer(*second, 8003, "B/Second");
+    ASSERT_FALSE(second->waitUntilTried());
+    killService();
+    ASSERT_TRUE(comesTrue([&] { return hasSaid(QStringLiteral("A/Endpoint cannot be registered")); }));
+    forgetWhatWasSaid();
+    startService();
+    EXPECT_TRUE(comesTrue([&] { return hasSaid(QStringLiteral("A/Endpoint is held by another")); }));
     EXPECT_TRUE(isHeldAt("8100"));
 }
 
