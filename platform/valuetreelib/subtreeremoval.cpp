@@ -61,16 +61,18 @@ void SubtreeRemoval::tell(IObserver *originator)
 void SubtreeRemoval::tellNode(TreeItem &node, IObserver *originator)
 {
     node.bits.state = ValueStateDeleted;
-    node.tellHolders(ChangeCodeState);
-    node.NotifyObservers(ChangeCodeDeleted, originator);
+    FirstException trouble;
+    trouble.attempt([&] { node.tellHolders(ChangeCodeState); });
+    trouble.attempt([&] { node.NotifyObservers(ChangeCodeDeleted, originator); });
+    trouble.rethrow();
 }
 
 void SubtreeRemoval::tellValue(TreeItem &value, IObserver *originator)
 {
     value.bits.state = ValueStateDeleted;
-    value.tellHolders(ChangeCodeState);
-    // Past a transaction that may be open: nobody would end it.
     FirstException trouble;
+    trouble.attempt([&] { value.tellHolders(ChangeCodeState); });
+    // Past a transaction that may be open: nobody would end it.
     trouble.attempt([&] { value.NotifyObservers(ChangeCodeState, originator); });
     trouble.attempt([&] { value.NotifyObservers(ChangeCodeDeleted, originator); });
     trouble.rethrow();

@@ -139,10 +139,12 @@ void Tree::Private::removeBelowRoot(IObserver *originator)
     std::vector<std::pair<QString, bool>> tops;
     for (const TreeItem *child : root->GetTreeItems())
         tops.emplace_back(child->path, child->isNode());
+    FirstException trouble;
     for (const auto &[path, isNode] : tops) {
         if (TreeItem *const item = (isNode ? nodes : values).find(path))
-            remove(*item, originator);
+            trouble.attempt([&] { remove(*item, originator); });
     }
+    trouble.rethrow();
 }
 
 Tree::Tree() : d(std::make_unique<Private>(this))
@@ -151,7 +153,8 @@ Tree::Tree() : d(std::make_unique<Private>(this))
 
 Tree::~Tree()
 {
-    d->removeBelowRoot(nullptr);
+    FirstException trouble; // of an observer; nobody is left to hear of it
+    trouble.attempt([this] { d->removeBelowRoot(nullptr); });
 }
 
 Tree &Tree::Instance()

@@ -1,5 +1,6 @@
 #include "valuetreelib/treeitem.h"
 
+#include "coresupport/firstexception.h"
 #include "valuetreelib/node.h"
 #include "valuetreelib/tree.h"
 #include "valuetreelib/valuebase.h"
@@ -15,8 +16,9 @@ TreeItem::~TreeItem()
 {
     // Who began to hold the item after its removal was told has not heard of it yet.
     bits.state = ValueStateDeleted;
-    tellHolders(ChangeCodeState);
-    tellHolders(ChangeCodeDeleted);
+    FirstException trouble; // of a holder; nobody is left to hear of it
+    trouble.attempt([this] { tellHolders(ChangeCodeState); });
+    trouble.attempt([this] { tellHolders(ChangeCodeDeleted); });
 }
 
 QString TreeItem::name() const

@@ -63,13 +63,14 @@ void ValueBase::SetState(TValueState state, IObserver *originator)
     if (bits.state == static_cast<unsigned>(state))
         return;
     bits.state = static_cast<unsigned>(state);
-    if (state == ValueStateDeleted) {
-        const ItemGuard guard(*this);
-        tellHolders(ChangeCodeState);
-        if (!guard.isAlive())
-            return;
-    }
-    changed(ChangeCodeState, originator);
+    if (state != ValueStateDeleted)
+        return changed(ChangeCodeState, originator);
+    const ItemGuard guard(*this);
+    FirstException trouble;
+    trouble.attempt([this] { tellHolders(ChangeCodeState); });
+    if (guard.isAlive())
+        trouble.attempt([&] { changed(ChangeCodeState, originator); });
+    trouble.rethrow();
 }
 
 void ValueBase::HasChanged(TChangeCode code, IObserver *originator)

@@ -175,6 +175,49 @@ TEST_F(Removal, ReachesAllWhenObserversThrow)
     EXPECT_FALSE(tree.findNode(QStringLiteral("/p/n")));
 }
 
+TEST_F(Removal, OfTheRootReachesAllWhenObserversThrow)
+{
+    for (const char *path : {"/p", "/q"}) {
+        tree.addNode(QLatin1String(path));
+        observe(QLatin1String(path), path).react = [] { throw std::string("trouble"); };
+    }
+    EXPECT_THROW(tree.removeNode(QStringLiteral("/")), std::string);
+    EXPECT_THAT(taken(), ElementsAre("/p 18", "/q 18"));
+    EXPECT_THAT(tree.findNode(QStringLiteral("/"))->GetTreeItems(), IsEmpty());
+}
+
+TEST_F(Removal, OfATreeThatEndsReachesAllWhenObserversThrow)
+{
+    auto ending = std::make_unique<Tree>();
+    LoggingObserver observer("p", log);
+    observer.react = [] { throw std::string("trouble"); };
+    ending->addNode(QStringLiteral("/p"))->AddObserver(&observer);
+    ending->addNode(QStringLiteral("/q"))->AddObserver(&observer);
+    ending.reset();
+    EXPECT_THAT(taken(), ElementsAre("p 18", "p 18"));
+}
+
+/// A holder that is in trouble whenever it hears of its item.
+class TroubledHolder : public IObserver
+{
+public:
+    explicit TroubledHolder(TreeItem &item) { item.addDeleteObserver(this); }
+    void Update(Observable *, TChangeCode) override { throw std::string("trouble"); }
+};
+
+TEST_F(Removal, ReachesObserversWhenHoldersThrow)
+{
+    TextValue *const value = add<TextValue>(QStringLiteral("/p/"), QStringLiteral("v"));
+    for (const auto &[path, name] : {std::pair{"/p", "p"}, {"/p/v", "v"}})
+        observe(QLatin1String(path), name);
+    TroubledHolder ofValue(*value);
+    TroubledHolder ofNode(*tree.findNode(QStringLiteral("/p")));
+    EXPECT_THROW(value->SetState(ValueStateDeleted, nullptr), std::string);
+    EXPECT_THAT(taken(), ElementsAre("v 2"));
+    EXPECT_THROW(tree.removeNode(QStringLiteral("/p")), std::string);
+    EXPECT_THAT(taken(), ElementsAre("p 18", "v 2", "v 18"));
+}
+
 TEST_F(Removal, OneByOneKeepsTheOrderOfTheOthers)
 {
     const int count = 1000;
