@@ -149,12 +149,12 @@ void MirrorClient::valueChanged(const values::ValueChange &change)
     const Place place = placeToTell(change.value, change.forced);
     if (!place)
         return;
-    const Parts part = partOf(change.code);
-    if (part && change.value.isOptimized())
-        return makeDirty(place, change.forced ? part | part << forcedShift : part);
+    const Parts parts = partsOf(change);
+    if (parts && change.value.isOptimized())
+        return makeDirty(place, parts);
     event.clear();
     change.value.AddCommandForTransmission(change.code, change.forced, event);
-    tellEvent(place);
+    tellEvent(place, parts ? parts : everyPart);
 }
 
 void MirrorClient::commandRecorded(values::ValueBase &value, const values::ValueBase::CommandOnValue &command)
@@ -164,7 +164,7 @@ void MirrorClient::commandRecorded(values::ValueBase &value, const values::Value
     if (const Place place = placeToTell(value, false)) {
         event.clear();
         value.AddCommand(command, event);
-        tellEvent(place);
+        tellEvent(place, everyPart);
     }
 }
 
@@ -214,12 +214,12 @@ void MirrorClient::makeDirty(Place place, Parts parts)
     writer.wantFlush();
 }
 
-void MirrorClient::tellEvent(Place place)
+void MirrorClient::tellEvent(Place place, Parts merged)
 {
     if (event.empty())
         return;
     if (!writer.hasRoomForEvents())
-        return makeDirty(place, everyPart);
+        return makeDirty(place, merged);
     writeDirty(false);
     writeSet(place, event);
     writer.wantFlush();

@@ -80,7 +80,8 @@ private:
     void shareNodesAbove(const values::ValueBase &value);
     void noteSharedNode(const QString &nodePath);
     void makeDirty(Place place, Parts parts);
-    void tellEvent(Place place);
+    /// @p merged is what becomes dirty where the change can't be told by itself.
+    void tellEvent(Place place, Parts merged);
     bool writeDirty(bool onlyWithRoom);
     void write(Place place);
     void writeValue(Place place);

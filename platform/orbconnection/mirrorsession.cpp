@@ -75,15 +75,15 @@ void MirrorSession::valueChanged(const values::ValueChange &change)
 {
     if (change.originator == this)
         return; // the record that made it touches the path
-    const Parts part = partOf(change.code);
     const Place place = paths.find(&change.value);
     if (!place)
         return;
-    if (part && change.value.isOptimized())
-        return makeDirty(place, change.forced ? part | part << forcedShift : part);
+    const Parts parts = partsOf(change);
+    if (parts && change.value.isOptimized())
+        return makeDirty(place, parts);
     event.clear();
     change.value.AddCommandForTransmission(change.code, change.forced, event);
-    tellEvent(place);
+    tellEvent(place, parts ? parts : wholePart);
 }
 
 void MirrorSession::commandRecorded(values::ValueBase &value, const values::ValueBase::CommandOnValue &command)
@@ -93,7 +93,7 @@ void MirrorSession::commandRecorded(values::ValueBase &value, const values::Valu
         return;
     event.clear();
     value.AddCommand(command, event);
-    tellEvent(place);
+    tellEvent(place, wholePart);
 }
 
 void MirrorSession::makeDirty(Place place, Parts parts)
@@ -102,13 +102,13 @@ void MirrorSession::makeDirty(Place place, Parts parts)
     writer.wantFlush();
 }
 
-void MirrorSession::tellEvent(Place place)
+void MirrorSession::tellEvent(Place place, Parts merged)
 {
     if (event.empty())
         return;
     // Whoever is told everything, or is far behind, gets it merged.
     if (inSnapshot || paths[place].isWithheld || !writer.hasRoomForEvents())
-        return makeDirty(place, wholePart);
+        return makeDirty(place, merged);
     writeDirty(false);
     if (!writer.write({.kind = RecordKind::Change, .number = numberOf(place), .frames = event}))
         makeDirty(place, wholePart);

@@ -47,7 +47,8 @@ private:
     using Place = PathTable::Place;
 
     void makeDirty(Place place, Parts parts);
-    void tellEvent(Place place);
+    /// @p merged is what becomes dirty where the change can't be told by itself.
+    void tellEvent(Place place, Parts merged);
     bool writeDirty(bool onlyWithRoom);
     void beginSnapshot();
     void endSnapshot();

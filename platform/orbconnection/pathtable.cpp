@@ -15,11 +15,11 @@ constexpr PartCode partCodes[] = {{itemsPart, values::ChangeCodeSelectionItems},
                                   {statePart, ChangeCodeState}};
 } // namespace
 
-Parts partOf(TChangeCode code)
+Parts partsOf(const values::ValueChange &change)
 {
     for (const PartCode &known : partCodes)
-        if (known.code == code)
-            return known.part;
+        if (known.code == change.code)
+            return change.forced ? known.part | known.part << forcedShift : known.part;
     return 0;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "orbconnection/numbertable.h"
-#include "valuetreelib/valuebase.h"
+#include "valuetreelib/itreelistener.h"
 
 #include <QHash>
 
@@ -22,8 +22,8 @@ constexpr Parts gonePart = 1 << 6;  ///< a value was there that is to go
 /// A part's bit, shifted left by this, says that the part is forced: told although nothing need have changed.
 constexpr unsigned forcedShift = 8;
 
-/// The part that @p code stands for; 0: none.
-Parts partOf(TChangeCode code);
+/// The part that @p change is of, with its forced bit where it was forced; 0: none.
+Parts partsOf(const values::ValueChange &change);
 /// Appends the frames that make @p parts of another value of this class what they are here.
 void appendParts(const values::ValueBase &value, Parts parts, std::string &out);
 

@@ -285,6 +285,33 @@ TEST_F(MirroredBatch, BringsAForcedNoticeBesideTheWholeValue)
     EXPECT_EQ(diary.codes, std::vector<int>{ChangeCodeValue});
 }
 
+TEST_F(MirroredBatch, BringsAForcedNoticeOfAValueThatIsNotOptimisedAlsoWithASnapshot)
+{
+    state->setOptimized(false);
+    pair.connect();
+    Diary diary(text(clientTree, "/Sub/A/Device/State"));
+    pair.session->startOver();
+    state->HasChanged(ChangeCodeValue, nullptr);
+    pair.carry();
+    EXPECT_EQ(diary.codes, std::vector<int>{ChangeCodeValue});
+}
+
+TEST_F(MirroredBatch, BringsAForcedNoticeOfAClientToEverybody)
+{
+    Tree otherTree;
+    JoinedMirror other(serverTree, otherTree, QStringLiteral("/K/Device"), QStringLiteral("/O"));
+    pair.connect();
+    other.connect();
+    Diary diary(state);
+    Diary diaryOfOther(text(otherTree, "/O/State"));
+    Diary ownDiary(text(clientTree, "/Sub/A/Device/State"));
+    text(clientTree, "/Sub/A/Device/State")->HasChanged(ChangeCodeValue, nullptr);
+    pair.carry();
+    other.carry();
+    for (const Diary *told : {&diary, &diaryOfOther, &ownDiary})
+        EXPECT_EQ(told->codes, std::vector<int>{ChangeCodeValue});
+}
+
 TEST_F(MirroredBatch, IsPassedOverWhileAWrittenRecordIsNotConfirmed)
 {
     pair.connect();

@@ -1,4 +1,5 @@
 #include "tests/orbconnection/joinedmirror.h"
+#include "tests/orbconnection/observers.h"
 
 using namespace values;
 
@@ -37,6 +38,25 @@ protected:
         for (const std::string &batch : toClient)
             client.receive(batch);
         session.reset();
+    }
+    /// Gives a server's session what a client has written.
+    void deliverToServer(mirror::MirrorClient &client)
+    {
+        written(client);
+        std::deque<std::string> answers;
+        session = std::make_unique<mirror::MirrorSession>(serverTree, QStringLiteral("/K/Device"), MirrorTiming(),
+                                                          JoinedMirror::outletTo(answers));
+        for (const std::string &batch : batches)
+            EXPECT_TRUE(session->receive(batch));
+        session.reset();
+    }
+    /// Gives a client what a server's session has written.
+    void deliverToClient(mirror::MirrorSession &server, mirror::MirrorClient &client)
+    {
+        server.flush();
+        for (const std::string &batch : batches)
+            client.receive(batch);
+        batches.clear();
     }
     void setOften(TextValue &value, int times)
     {
@@ -98,5 +118,69 @@ TEST_F(FullQueue, OfAServerMergesAlsoWhatIsToldOneByOneOtherwise)
     EXPECT_TRUE(server.flush());
     ASSERT_EQ(batches.size(), 1u);
     EXPECT_LT(batches.front().size(), 200u);
+}
+
+TEST_F(FullQueue, OfAClientStillTellsThatAChangeWasForced)
+{
+    mirror::MirrorClient client(clientTree, QStringLiteral("/C"), QString(), timing, outlet);
+    join(client);
+    text(clientTree, "/C/State")->setOptimized(false);
+    waiting = timing.queueBytes;
+    text(clientTree, "/C/State")->HasChanged(ChangeCodeValue, nullptr);
+    waiting = 0;
+    Diary diary(state);
+    deliverToServer(client);
+    EXPECT_EQ(diary.codes, std::vector<int>{ChangeCodeValue});
+}
+
+TEST_F(FullQueue, OfAClientLeavesTheContentOfAValueThatItsAnnouncementMeets)
+{
+    mirror::MirrorClient client(clientTree, QStringLiteral("/C"), QString(), timing, outlet);
+    join(client);
+    TextValue *const own = addText(clientTree, QStringLiteral("/C"), QStringLiteral("Both"), QStringLiteral("client's"));
+    own->setOptimized(false);
+    written(client);
+    TextValue *const met = addText(serverTree, QStringLiteral("/K/Device"), QStringLiteral("Both"), QStringLiteral("x"));
+    waiting = timing.queueBytes;
+    own->SetState(ValueStateSeeded, nullptr);
+    waiting = 0;
+    deliverToServer(client);
+    EXPECT_EQ(met->GetState(), ValueStateSeeded);
+    EXPECT_EQ(met->GetValue(), QStringLiteral("x"));
+}
+
+TEST_F(FullQueue, OfAServerStillTellsThatAChangeWasForced)
+{
+    state->setOptimized(false);
+    mirror::MirrorSession server(serverTree, QStringLiteral("/K/Device"), timing, outlet);
+    mirror::MirrorClient client(clientTree, QStringLiteral("/C"), QString(), timing, outlet);
+    client.begin();
+    deliverToClient(server, client);
+    waiting = timing.queueBytes;
+    state->HasChanged(ChangeCodeValue, nullptr);
+    waiting = 0;
+    Diary diary(text(clientTree, "/C/State"));
+    deliverToClient(server, client);
+    EXPECT_EQ(diary.codes, std::vector<int>{ChangeCodeValue});
+}
+
+TEST_F(FullQueue, OfAServerKeepsArgumentsBeforeTheirCommand)
+{
+    auto *const command = addNew<Value<int>>(serverTree, QStringLiteral("/K/Device"), QStringLiteral("Command"));
+    command->setOptimized(false);
+    mirror::MirrorSession server(serverTree, QStringLiteral("/K/Device"), timing, outlet);
+    mirror::MirrorClient client(clientTree, QStringLiteral("/C"), QString(), timing, outlet);
+    client.begin();
+    deliverToClient(server, client);
+    waiting = timing.queueBytes;
+    for (int i = 1; i <= 3; ++i) {
+        state->SetValue(QString::number(i), nullptr);
+        command->SetValue(i, nullptr);
+    }
+    waiting = 0;
+    std::vector<QString> arguments;
+    const Answer answer(clientTree, "/C/Command", ChangeCodeValue, [&] { arguments.push_back(at("/C/State")); });
+    deliverToClient(server, client);
+    EXPECT_EQ(arguments, std::vector{QStringLiteral("3")});
 }
 } // namespace
