@@ -52,11 +52,13 @@ void MirrorSession::startOver()
     writer.wantFlush();
 }
 
-void MirrorSession::itemAdded(values::TreeItem &item, IObserver *)
+void MirrorSession::itemAdded(values::TreeItem &item, IObserver *originator)
 {
     const Place place = paths.placeOf(item.GetPathName());
-    if (!item.isNode())
+    if (!item.isNode()) {
         paths.bind(place, static_cast<values::ValueBase *>(&item));
+        paths[place].isMadeByClient = originator == this;
+    }
     makeDirty(place, item.isNode() ? nodePart : wholePart);
 }
 
@@ -64,10 +66,8 @@ void MirrorSession::itemRemoved(values::TreeItem &item, IObserver *)
 {
     const Place place = item.isNode() ? paths.placeOf(item.GetPathName())
                                       : paths.find(static_cast<values::ValueBase *>(&item));
-    if (!item.isNode()) {
+    if (!item.isNode())
         paths.unbind(place);
-        paths[place].isMadeByClient = false;
-    }
     makeDirty(place, item.isNode() ? nodePart : wholePart);
 }
 

@@ -98,7 +98,6 @@ void MirrorSession::applyValue(Place place, const Record &record)
         if (!value)
             return; // the client keeps what is not known here
         tellObservers(sourceName, [&] { tree.addValueAt(absolute, std::move(value), this); });
-        paths[place].isMadeByClient = paths[place].value;
     }
     touch(place);
 }
@@ -129,7 +128,7 @@ void MirrorSession::applyValueGone(Place place)
     if (!place)
         return;
     const QString absolute = paths[place].path;
-    if (paths[place].isMadeByClient)
+    if (paths[place].value && paths[place].isMadeByClient)
         tellObservers(sourceName, [&] { tree.removeValue(absolute, this); });
     touch(place);
 }

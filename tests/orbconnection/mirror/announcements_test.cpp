@@ -227,6 +227,24 @@ TEST_F(Announcement, IsNotTakenBackFromAValueThatTheServerHasMadeInItsPlace)
     EXPECT_EQ(at("/Sub/A/Device/Mine"), QStringLiteral("server's"));
 }
 
+TEST_F(Announcement, IsNotTakenBackFromAValueThatAnObserverHasPutInItsPlace)
+{
+    const Answer replacing(serverTree, "/K/Device", ChangeCodeChildAdded, [this] {
+        if (atServer("/K/Device/Mine") == QLatin1String("set")) {
+            serverTree.removeValue(QStringLiteral("/K/Device/Mine"));
+            addText(serverTree, QStringLiteral("/K/Device"), QStringLiteral("Mine"), QStringLiteral("server's"));
+        }
+    });
+    addText(clientTree, QStringLiteral("/Sub/A/Device"), QStringLiteral("Mine"), QStringLiteral("set"))
+        ->HasChanged(ChangeCodeState, nullptr);
+    pair.carry();
+    ASSERT_EQ(at("/Sub/A/Device/Mine"), QStringLiteral("server's"));
+    clientTree.removeValue(QStringLiteral("/Sub/A/Device/Mine"));
+    pair.carry();
+    EXPECT_EQ(at("/Sub/A/Device/Mine"), QStringLiteral("server's"));
+    expectEqualTrees();
+}
+
 TEST_F(Announcement, OfAnotherClientIsNotTakenBack)
 {
     announce("Mine", QStringLiteral("set"));
