@@ -37,6 +37,7 @@ MirrorClient::~MirrorClient()
 
 void MirrorClient::begin()
 {
+    ++turn;
     for (Place place = 1; place <= paths.last(); ++place) {
         if (paths[place].value)
             staleValues.insert(paths[place].path);
@@ -58,6 +59,7 @@ void MirrorClient::lose()
 {
     if (!inSession)
         return;
+    ++turn;
     inSession = inSnapshot = complete = false;
     paths.clearDirty();
     std::vector<QString> valuePaths;

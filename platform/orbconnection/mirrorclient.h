@@ -23,8 +23,8 @@ namespace mirror
 /// confirmed that it applied the record of it; then the server's word holds. Changes merge while they wait for room, but
 /// for values that are not optimised. docs/mirror.md says what is sent, and what is not.
 ///
-/// Observers may end the session while this works, by lose(); whoever owns it keeps it alive for that call. One that
-/// throws is traced, and nothing else is lost.
+/// Observers may end the session while this works, by lose(), or run an event loop that brings newer batches or another
+/// session; whoever owns it keeps it alive for that call. One that throws is traced, and nothing else is lost.
 /// Thread: main; never blocks.
 class MirrorClient final : public values::ITreeListener, public IObserver
 {
@@ -33,7 +33,7 @@ public:
         Applied,
         Repeated,         ///< seen already, since the answer to it was lost
         SnapshotComplete, ///< from now on this side is as the server says
-        Missing,          ///< batches are missing: ask for a snapshot
+        Missing,          ///< batches are missing, or were overtaken: ask for a snapshot
         Malformed         ///< end the session
     };
 
@@ -121,6 +121,7 @@ private:
     quint64 recordsSent = 0;
     quint64 confirmed = 0;
     quint64 lastReceived = 0;
+    quint64 turn = 0;     // who was given another one has been overtaken, by what an observer did
     Place arriving = 0;   // of the value that is being added
     QString arrivingNode; // that is being added
     QSet<QString> staleValues; // mirrored in a session before, not named yet in this one

@@ -42,11 +42,14 @@ MirrorClient::Outcome MirrorClient::receive(std::string_view batch)
         return refuse("it comes before the snapshot");
     lastReceived = *sequence;
     const bool wasComplete = complete;
-    while (!in.isAtEnd() && inSession) {
+    const quint64 own = ++turn;
+    while (!in.isAtEnd() && turn == own) {
         const std::optional<Record> record = readRecord(in);
         if (!record || !apply(*record))
             return refuse("it is malformed");
     }
+    if (turn != own)
+        return Outcome::Missing; // what is left of this batch is older than what an observer has let in
     return complete && !wasComplete ? Outcome::SnapshotComplete : Outcome::Applied;
 }
 
@@ -122,9 +125,10 @@ bool MirrorClient::endSnapshot()
     if (!inSnapshot)
         return false;
     inSnapshot = false;
+    const quint64 own = turn;
     removeUnnamed();
     tellObservers(sourceName, [this] { tree.addNode(path.top(), this); }); // also where the server has none
-    if (inSession) {
+    if (turn == own) {
         complete = true;
         announceWanted();
     }
@@ -261,10 +265,11 @@ void MirrorClient::applyValue(Place place, const Record &record)
         traceAt(TraceLevel::Normal, sourceName, [&] {
             return QStringLiteral("%1 becomes a %2, as at the server").arg(valuePath, textOf(record.typeName));
         });
+        const quint64 own = turn;
         tellObservers(sourceName, [&] { tree.removeValue(valuePath, this); });
         value = tree.findValue(valuePath);
-        if (value && !isOfClass(*value, record))
-            return; // an observer will have its own
+        if (turn != own || (value && !isOfClass(*value, record)))
+            return; // an observer will have its own, or no more of this batch
     }
     if (!value)
         return addValue(place, record);
@@ -298,13 +303,16 @@ void MirrorClient::applyValueGone(Place place)
 
 void MirrorClient::applyFrames(Place place, std::string_view frames)
 {
+    const quint64 own = turn;
     values::ByteCursor in{frames.data(), frames.data() + frames.size()};
     while (const std::optional<values::CommandFrame> frame = values::nextFrame(in)) {
-        // Asked anew for each frame: observers may answer, remove the value, or end the session.
+        // Asked anew for each frame: observers may answer, or remove the value.
         values::ValueBase *const value = paths[place].value;
         if (!value || isPassedOver(place))
             return;
         tellObservers(sourceName, [&] { value->SetCommandString(frame->command, frame->payload, this); });
+        if (turn != own)
+            return;
     }
     if (!in.isAtEnd())
         traceAt(TraceLevel::Normal, sourceName,

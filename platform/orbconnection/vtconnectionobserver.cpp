@@ -176,7 +176,7 @@ void VtConnectionObserver::Private::receive(const std::shared_ptr<LinkSession> &
     const QPointer<Private> guard(this);
     const std::shared_ptr<MirrorClient> receiver = client;
     const MirrorClient::Outcome outcome = receiver->receive(batch);
-    if (!guard || from != session)
+    if (!guard || (from != session && outcome != MirrorClient::Outcome::Missing))
         return;
     switch (outcome) {
     case MirrorClient::Outcome::Repeated:
@@ -185,7 +185,7 @@ void VtConnectionObserver::Private::receive(const std::shared_ptr<LinkSession> &
         snapshotAsked = false;
         return receiver->isSettled() ? snapshotPatience.stop() : snapshotPatience.start();
     case MirrorClient::Outcome::Missing:
-        return askForSnapshot();
+        return askForSnapshot(); // also in a session that has begun meanwhile
     case MirrorClient::Outcome::Malformed:
         return leaveServer("its batch cannot be applied");
     case MirrorClient::Outcome::SnapshotComplete:
@@ -221,7 +221,7 @@ void VtConnectionObserver::Private::lose()
 void VtConnectionObserver::Private::askForSnapshot()
 {
     // Once: what is on its way to here is missed as well.
-    if (std::exchange(snapshotAsked, true))
+    if (!session || std::exchange(snapshotAsked, true))
         return;
     session->wantsSnapshot = true;
     snapshotPatience.start();

@@ -346,6 +346,73 @@ TEST_F(MirroredBatch, EndsWithTheSessionThatAnObserverEnds)
     EXPECT_EQ(at("/Sub/A/Device/Other"), QString());
 }
 
+TEST_F(MirroredBatch, EndsWithinTheRecordWhoseObserverEndsTheSession)
+{
+    pair.connect();
+    const Answer ending(clientTree, "/Sub/A/Device/State", ChangeCodeValue, [this] { pair.client.lose(); });
+    state->SetValue(QStringLiteral("busy"), nullptr);
+    state->SetState(ValueStateSeeded, nullptr);
+    pair.carryToClient();
+    EXPECT_EQ(text(clientTree, "/Sub/A/Device/State")->GetState(), ValueStateConnectionLost);
+}
+
+TEST_F(MirroredBatch, AddsNothingAfterTheSessionThatAnObserverEnds)
+{
+    pair.connect();
+    const Answer ending(clientTree, "/Sub/A/Device/State", ChangeCodeDeleted, [this] { pair.client.lose(); });
+    serverTree.removeValue(QStringLiteral("/K/Device/State"));
+    addNew<Value<int>>(serverTree, QStringLiteral("/K/Device"), QStringLiteral("State"));
+    pair.carryToClient();
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("(absent)"));
+}
+
+TEST_F(MirroredBatch, AsksForASnapshotWhenAnObserverHasLetNewerOnesIn)
+{
+    addText(serverTree, QStringLiteral("/K/Device"), QStringLiteral("Z"), QString());
+    pair.connect();
+    for (const char *content : {"older", "newer"}) {
+        state->SetValue(QLatin1String(content), nullptr);
+        text(serverTree, "/K/Device/Z")->SetValue(QLatin1String(content), nullptr);
+        pair.session->flush();
+    }
+    std::vector<std::string> batches(pair.toClient.begin(), pair.toClient.end());
+    pair.toClient.clear();
+    ASSERT_EQ(batches.size(), 2u);
+    // As an observer does that runs an event loop.
+    const Answer answer(clientTree, "/Sub/A/Device/State", ChangeCodeValue, [&] {
+        if (at("/Sub/A/Device/State") == QLatin1String("older"))
+            pair.client.receive(batches[1]);
+    });
+    EXPECT_EQ(pair.client.receive(batches[0]), MirrorClient::Outcome::Missing);
+    EXPECT_EQ(at("/Sub/A/Device/Z"), QStringLiteral("newer"));
+    pair.session->startOver();
+    pair.carry();
+    expectEqualTrees();
+}
+
+TEST_F(MirroredBatch, OfASessionBeforeIsLeftWhenAnObserverHasLetAnotherBegin)
+{
+    pair.connect();
+    const Answer answer(clientTree, "/Sub/A/Device/State", ChangeCodeValue, [this] {
+        if (at("/Sub/A/Device/State") == QLatin1String("older"))
+            return;
+        state->SetValue(QStringLiteral("older"), nullptr);
+        pair.disconnect();
+        pair.client.begin();
+        pair.session = std::make_unique<mirror::MirrorSession>(serverTree, pair.serverPath, pair.timing,
+                                                               JoinedMirror::outletTo(pair.toClient));
+    });
+    state->SetValue(QStringLiteral("busy"), nullptr);
+    state->SetState(ValueStateSeeded, nullptr);
+    pair.session->flush();
+    const std::string batch = std::exchange(pair.toClient, {}).front();
+    EXPECT_EQ(pair.client.receive(batch), MirrorClient::Outcome::Missing);
+    EXPECT_EQ(text(clientTree, "/Sub/A/Device/State")->GetState(), ValueStateConnectionLost);
+    pair.carry();
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("older"));
+    expectEqualTrees();
+}
+
 TEST_F(MirroredBatch, IsNotWrittenAfterTheLoss)
 {
     pair.connect();
@@ -416,7 +483,6 @@ TEST_F(MirroredBatch, GoesOnWhenAnObserverAtTheServerThrows)
     state->DeleteObserver(&thrower);
 }
 
-/// Every byte of a real batch cut off, and every byte changed: refused or harmless, never a crash.
 TEST_F(MirroredBatch, GathersEachChangeThatWaitsForRoom)
 {
     state->setOptimized(false);
@@ -443,6 +509,7 @@ TEST_F(MirroredBatch, OfAClientMakesNoValueBesideTheMirroredNode)
     EXPECT_FALSE(serverTree.findValue(QStringLiteral("/K/Device")));
 }
 
+/// Every byte of a real batch cut off, and every byte changed: refused or harmless, never a crash.
 TEST_F(MirroredBatch, SurvivesDamagedBatches)
 {
     addNew<ValueSelection>(serverTree, QStringLiteral("/K/Device/D1"), QStringLiteral("Mode"));
