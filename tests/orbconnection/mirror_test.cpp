@@ -390,7 +390,7 @@ TEST_F(Mirror, EndsAlikeWhenAListIsReplacedWhileItsKeyIsChosen)
     EXPECT_TRUE(client->Compare(server));
 }
 
-TEST_F(Mirror, TellsEveryoneOfItsLossWhenAnObserverThrows)
+TEST_F(Mirror, TellsEveryoneOfItsLossAndComesBackWhenAnObserverThrows)
 {
     addText(serverTree, QStringLiteral("/K/Device"), QStringLiteral("Z"), QString());
     pair->connect();
@@ -399,6 +399,8 @@ TEST_F(Mirror, TellsEveryoneOfItsLossWhenAnObserverThrows)
     Diary after(text(clientTree, "/Sub/A/Device/Z"));
     pair->disconnect();
     EXPECT_THAT(after.codes, ElementsAre(ChangeCodeState, ChangeCodeDeleted));
+    pair->connect();
+    EXPECT_EQ(text(clientTree, "/Sub/A/Device/State")->GetState(), ValueStateValid);
     text(clientTree, "/Sub/A/Device/State")->DeleteObserver(&thrower);
 }
 } // namespace

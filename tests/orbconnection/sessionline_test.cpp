@@ -1,5 +1,6 @@
 #include "orbconnection/mirrorwire.h"
 #include "orbconnection/treeservant.h"
+#include "tests/appruntime/capturedtraces.h"
 
 #include <gmock/gmock.h>
 
@@ -62,6 +63,13 @@ TEST_F(ASessionLine, AsksForOneSnapshotAtATime)
     line->snapshotAsked = false; // done
     servant.resynchronise(session);
     EXPECT_THAT(keeper->asked, ElementsAre("resynchronise", "resynchronise"));
+}
+
+TEST_F(ASessionLine, OfAnotherVersionIsRefusedInASentence)
+{
+    const CapturedTraces traces;
+    EXPECT_THROW(servant.open("/K", 1), VALUETREE::VersionNotSupported);
+    EXPECT_TRUE(traces.contain("A client speaks version 1 of the mirror, this is version 2"));
 }
 
 TEST_F(ASessionLine, TakesNoMoreSmallBatchesThanItHasRoomFor)

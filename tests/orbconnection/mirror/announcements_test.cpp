@@ -123,6 +123,22 @@ TEST_F(Announcement, IsNeededForWhatIsMadeAnewBetweenSessions)
     EXPECT_EQ(atServer("/K/Device/D1/X"), QStringLiteral("(absent)"));
 }
 
+TEST_F(Announcement, IsNeededForWhatIsMadeAnewDuringASnapshot)
+{
+    addText(serverTree, QStringLiteral("/K/Device"), QStringLiteral("Gone"), QString());
+    pair.carry();
+    pair.disconnect();
+    serverTree.removeValue(QStringLiteral("/K/Device/Gone"));
+    pair.client.begin();
+    clientTree.removeValue(QStringLiteral("/Sub/A/Device/Gone"));
+    addText(clientTree, QStringLiteral("/Sub/A/Device"), QStringLiteral("Gone"), QStringLiteral("own"));
+    pair.session = std::make_unique<mirror::MirrorSession>(serverTree, pair.serverPath, pair.timing,
+                                                           JoinedMirror::outletTo(pair.toClient));
+    pair.carry();
+    EXPECT_EQ(at("/Sub/A/Device/Gone"), QStringLiteral("own"));
+    EXPECT_EQ(atServer("/K/Device/Gone"), QStringLiteral("(absent)"));
+}
+
 TEST_F(Announcement, OfWhatIsSetDuringASnapshotGoesAtOnceForAPathThatHasBeenNamed)
 {
     pair.disconnect();
@@ -394,6 +410,18 @@ TEST_F(ChainOfMirrors, PassesOnWhatWasAnnouncedBeforeItsOwnSnapshot)
     pair.connect();
     carry();
     EXPECT_EQ(atServer("/K/Device/D1/Mine"), QStringLiteral("set"));
+}
+
+TEST_F(ChainOfMirrors, ShowsItsLossAsAStateAndEndsNoSession)
+{
+    pair.disconnect();
+    next.carry();
+    EXPECT_TRUE(next.isConnected());
+    EXPECT_EQ(text(lastTree, "/T/State")->GetState(), ValueStateConnectionLost);
+    EXPECT_EQ(atLast("/T/State"), QStringLiteral("idle"));
+    pair.connect();
+    carry();
+    EXPECT_EQ(text(lastTree, "/T/State")->GetState(), ValueStateValid);
 }
 
 TEST_F(ChainOfMirrors, PassesOnThatTheFirstHasTakenSomethingAway)

@@ -166,6 +166,19 @@ TEST_F(Conflict, OfANodeThatTheServerRemovesAndAValueBelowIt)
     EXPECT_FALSE(clientTree.findNode(QStringLiteral("/Sub/A/Device/D1")));
 }
 
+TEST_F(Conflict, OfAChangeAndAValueThatTheServerMakesAnewThere)
+{
+    pair.connect();
+    set("/Sub/A/Device/Level", 1);
+    pair.client.flush(); // on its way, and its number names the path, not the value that was there
+    serverTree.removeValue(QStringLiteral("/K/Device/Level"));
+    addNew<Value<int>>(serverTree, QStringLiteral("/K/Device"), QStringLiteral("Level"))->SetValue(9, nullptr);
+    pair.carryToClient();
+    EXPECT_EQ(here("/Sub/A/Device/Level"), 1);
+    pair.carry();
+    EXPECT_EQ(number(serverTree, "/K/Device/Level").GetValue(), 1);
+}
+
 TEST_F(Conflict, OfALongContentAndAStateThatIsPassedOver)
 {
     pair.connect();

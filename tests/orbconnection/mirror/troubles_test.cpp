@@ -253,6 +253,13 @@ TEST_F(Trouble, AServerThatConfirmsMoreThanWasSentIsLeft)
               MirrorClient::Outcome::Malformed);
 }
 
+TEST_F(Trouble, WhatComesBeforeTheSnapshotEndsTheSession)
+{
+    pair.client.begin();
+    EXPECT_EQ(pair.client.receive(batchOf(1, {{.kind = RecordKind::Applied}})), MirrorClient::Outcome::Malformed);
+    EXPECT_TRUE(traces.contain("The server's batch is refused: it comes before the snapshot"));
+}
+
 TEST_F(Trouble, AnEndOfASnapshotThatNobodyBeganEndsTheSession)
 {
     pair.connect();
@@ -293,6 +300,26 @@ TEST_F(Trouble, AnObserversExceptionCostsNoFrameOfAClientsRecord)
     EXPECT_EQ(state->GetValue(), QStringLiteral("busy"));
     EXPECT_EQ(state->GetState(), ValueStateSeeded);
     EXPECT_TRUE(traces.contain("An observer is in trouble: trouble"));
+}
+
+TEST_F(Trouble, AnObserversExceptionCostsNoAnnouncementAndNoRemovalOfAClient)
+{
+    pair.connect();
+    Thrower thrower;
+    serverTree.findNode(QStringLiteral("/K/Device"))->AddObserver(&thrower);
+    addText(clientTree, QStringLiteral("/Sub/A/Device"), QStringLiteral("Mine"), QStringLiteral("set"))
+        ->HasChanged(ChangeCodeValue, nullptr);
+    here()->SetValue(QStringLiteral("after it"), nullptr);
+    pair.carry();
+    EXPECT_EQ(atServer("/K/Device/Mine"), QStringLiteral("set"));
+    EXPECT_EQ(state->GetValue(), QStringLiteral("after it"));
+    clientTree.removeValue(QStringLiteral("/Sub/A/Device/Mine"));
+    here()->SetValue(QStringLiteral("after that"), nullptr);
+    pair.carry();
+    EXPECT_EQ(atServer("/K/Device/Mine"), QStringLiteral("(absent)"));
+    EXPECT_EQ(state->GetValue(), QStringLiteral("after that"));
+    EXPECT_TRUE(traces.contain("An observer is in trouble: an observer's trouble"));
+    serverTree.findNode(QStringLiteral("/K/Device"))->DeleteObserver(&thrower);
 }
 
 TEST_F(Trouble, AnObserversExceptionCostsNothingOfASnapshot)
