@@ -5,8 +5,6 @@
 #include "valuetreelib/node.h"
 #include "valuetreelib/tree.h"
 
-#include <algorithm>
-
 namespace mirror
 {
 namespace
@@ -28,6 +26,10 @@ MirrorClient::MirrorClient(values::Tree &tree, const QString &path, const QStrin
       maximumBatchBytes(timing.maximumBatchBytes), writer(timing, outlet)
 {
     tree.addListener(this->path.top(), this);
+    for (const values::TreeItem *item : tree.subtree(this->path.top()))
+        if (item->isNode())
+            ownNodes.insert(item->GetPathName());
+    nodesToCheck = ownNodes;
 }
 
 MirrorClient::~MirrorClient()
@@ -50,8 +52,6 @@ void MirrorClient::begin()
     lastNumber = 0;
     recordsSent = confirmed = lastReceived = 0;
     mayBeKnown = inSnapshot = complete = false;
-    const values::Node *const top = tree.findNode(path.top());
-    nodesMayBeOwn = top && std::ranges::any_of(top->GetTreeItems(), &values::TreeItem::isNode);
     inSession = true;
 }
 
@@ -63,11 +63,11 @@ void MirrorClient::lose()
     inSession = inSnapshot = complete = false;
     paths.clearDirty();
     std::vector<QString> valuePaths;
-    std::vector<QString> nodePaths;
+    std::vector<QString> nodePaths{path.top()};
     for (Place place = 1; place <= paths.last(); ++place) {
         if (paths[place].value)
             valuePaths.push_back(paths[place].path);
-        if (paths[place].hasNode)
+        if (paths[place].hasNode && paths[place].path != path.top())
             nodePaths.push_back(paths[place].path);
     }
     // By path each time, since observers may remove what comes next.
@@ -94,10 +94,11 @@ void MirrorClient::removeAll()
 
 void MirrorClient::itemAdded(values::TreeItem &item, IObserver *originator)
 {
-    if (item.isNode() && originator != this)
-        nodesMayBeOwn = true;
-    else if (item.isNode() && item.GetPathName() != arrivingNode)
-        noteSharedNode(item.GetPathName()); // above a value or node of the server's
+    if (item.isNode() && item.GetPathName() != arrivingNode) {
+        ownNodes.insert(item.GetPathName());
+        nodesToCheck.insert(item.GetPathName());
+        writer.wantFlush();
+    }
     if (item.isNode() || isOwn(item))
         return;
     auto &value = static_cast<values::ValueBase &>(item);
@@ -120,11 +121,13 @@ void MirrorClient::itemAdded(values::TreeItem &item, IObserver *originator)
 void MirrorClient::itemRemoved(values::TreeItem &item, IObserver *originator)
 {
     const bool isToldToServer = inSession && originator != this;
+    checkNodeAbove(item);
     if (item.isNode()) {
-        const Place place = paths.find(item.GetPathName());
-        staleNodes.erase(item.GetPathName());
-        keptNodes.erase(item.GetPathName());
-        if (place && std::exchange(paths[place].hasNode, false) && isToldToServer)
+        ownNodes.erase(item.GetPathName());
+        const bool isTop = item.GetPathName() == path.top(); // which is here although the server may have none
+        mayBeKnown = mayBeKnown || isTop;
+        const Place place = isTop ? paths.placeOf(path.top()) : paths.find(item.GetPathName());
+        if (place && (std::exchange(paths[place].hasNode, false) || isTop) && isToldToServer)
             makeDirty(place, nodePart);
         return;
     }
@@ -132,8 +135,6 @@ void MirrorClient::itemRemoved(values::TreeItem &item, IObserver *originator)
     fresh.remove(value);
     wanted.erase(item.GetPathName());
     staleValues.remove(item.GetPathName());
-    if (!keptNodes.empty())
-        writer.wantFlush();
     const Place place = paths.find(value);
     if (!place)
         return;
@@ -142,6 +143,17 @@ void MirrorClient::itemRemoved(values::TreeItem &item, IObserver *originator)
     const Parts rest = (paths.takeDirty(place) & nodePart) | (isToldToServer ? gonePart : 0);
     if (rest)
         makeDirty(place, rest);
+}
+
+void MirrorClient::checkNodeAbove(const values::TreeItem &item)
+{
+    if (ownNodes.empty())
+        return;
+    const QString above = nodeAbove(item.GetPathName());
+    if (!ownNodes.contains(above))
+        return;
+    nodesToCheck.insert(above);
+    writer.wantFlush();
 }
 
 void MirrorClient::valueChanged(const values::ValueChange &change)
@@ -193,21 +205,7 @@ MirrorClient::Place MirrorClient::announce(values::ValueBase &value)
     paths.bind(place, &value);
     paths[place].type = value.GetType();
     makeDirty(place, wholePart);
-    shareNodesAbove(value);
     return place;
-}
-
-void MirrorClient::shareNodesAbove(const values::ValueBase &value)
-{
-    for (const values::Node *node = value.parent(); node && path.relative(node->GetPathName()); node = node->parent())
-        noteSharedNode(node->GetPathName());
-}
-
-void MirrorClient::noteSharedNode(const QString &nodePath)
-{
-    mayBeKnown = true;
-    paths[paths.placeOf(nodePath)].hasNode = true;
-    keptNodes.erase(nodePath);
 }
 
 void MirrorClient::makeDirty(Place place, Parts parts)
@@ -230,7 +228,8 @@ void MirrorClient::tellEvent(Place place, Parts merged)
 bool MirrorClient::flush()
 {
     fresh.clear();
-    removeKeptNodes();
+    if (isSettled())
+        removeEmptyNodes();
     const bool isClean = writeDirty(true);
     return writer.flush() && isClean;
 }

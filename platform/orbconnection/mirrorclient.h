@@ -76,9 +76,7 @@ private:
     bool isOwn(const values::TreeItem &item) const { return item.GetPathName() == ownValuePath; }
     Place placeToTell(values::ValueBase &value, bool forced);
     Place announce(values::ValueBase &value);
-    /// The nodes above @p value are no longer this side's alone.
-    void shareNodesAbove(const values::ValueBase &value);
-    void noteSharedNode(const QString &nodePath);
+    void checkNodeAbove(const values::TreeItem &item);
     void makeDirty(Place place, Parts parts);
     /// @p merged is what becomes dirty where the change can't be told by itself.
     void tellEvent(Place place, Parts merged);
@@ -103,10 +101,11 @@ private:
     /// A change made here is on its way to the server, whose word about the value is older until it is confirmed.
     bool isPassedOver(Place place) const;
     bool isNodePassedOver(Place place) const;
-    bool goesWithItsNode(const values::ValueBase &value);
     void removeNode(const QString &nodePath);
-    void removeIfEmpty(const QString &nodePath);
-    void removeKeptNodes();
+    /// Otherwise it is this side's own, for the sake of what is below it. False: it stays.
+    bool removeIfEmpty(const QString &nodePath);
+    void removeEmptyNodes();
+    void addTop();
     void removeUnnamed();
     void announceWanted();
 
@@ -126,11 +125,11 @@ private:
     QString arrivingNode; // that is being added
     QSet<QString> staleValues; // mirrored in a session before, not named yet in this one
     std::set<QString> staleNodes;
-    std::set<QString> keptNodes; // gone at the server, here for the sake of values that it does not know
+    std::set<QString> ownNodes;     // that the server has not told of, or no longer has
+    std::set<QString> nodesToCheck; // of these; who holds nothing goes
     QSet<const values::ValueBase *> fresh; // created since the last flush: what is set of them is their seed
     std::set<QString> wanted;              // set here before the server could be told of them
     bool mayBeKnown = false;               // what the server names
-    bool nodesMayBeOwn = false;            // of those above what the server names
     bool inSnapshot = false;
     bool complete = false;
     bool inSession = false;

@@ -87,10 +87,8 @@ bool MirrorClient::applyAbout(const Record &record)
         return true;
     noteNamed(place, record.kind);
     const bool isOfNode = record.kind == RecordKind::Node || record.kind == RecordKind::NodeGone;
-    if (isOfNode ? isNodePassedOver(place) : isPassedOver(place)) {
-        nodesMayBeOwn = nodesMayBeOwn || isOfNode;
+    if (isOfNode ? isNodePassedOver(place) : isPassedOver(place))
         return true;
-    }
     switch (record.kind) {
     case RecordKind::Node:
         applyNode(place);
@@ -127,10 +125,11 @@ bool MirrorClient::endSnapshot()
     inSnapshot = false;
     const quint64 own = turn;
     removeUnnamed();
-    tellObservers(sourceName, [this] { tree.addNode(path.top(), this); }); // also where the server has none
+    addTop(); // also where the server has none
     if (turn == own) {
         complete = true;
         announceWanted();
+        writer.wantFlush(); // for nodes that were left to the server's word
     }
     return true;
 }
@@ -203,15 +202,9 @@ void MirrorClient::applyNode(Place place)
 {
     paths[place].hasNode = true;
     arrivingNode = paths[place].path;
-    keptNodes.erase(arrivingNode);
+    ownNodes.erase(arrivingNode);
     tellObservers(sourceName, [this] { tree.addNode(QString(arrivingNode), this); });
     arrivingNode.clear();
-}
-
-bool MirrorClient::goesWithItsNode(const values::ValueBase &value)
-{
-    const Place place = paths.find(&value);
-    return place ? !isPassedOver(place) : staleValues.contains(value.GetPathName());
 }
 
 void MirrorClient::removeNode(const QString &nodePath)
@@ -219,13 +212,14 @@ void MirrorClient::removeNode(const QString &nodePath)
     std::vector<QString> nodes;
     std::vector<QString> goneValues;
     bool allGoes = nodePath != path.top(); // who watches the mirrored node itself is to see what comes back
-    for (values::TreeItem *item : tree.subtree(nodePath)) {
+    for (const values::TreeItem *item : tree.subtree(nodePath)) {
+        const Place place = item->isNode() ? 0 : paths.find(static_cast<const values::ValueBase *>(item));
         if (item->isNode())
             nodes.push_back(item->GetPathName());
-        else if (goesWithItsNode(static_cast<values::ValueBase &>(*item)))
+        else if (place && !isPassedOver(place))
             goneValues.push_back(item->GetPathName());
         else
-            allGoes = false; // the server has yet to hear of it, or never will
+            allGoes = false; // the server has yet to hear of it, or never will; or the end of the snapshot takes it
     }
     if (allGoes) {
         tellObservers(sourceName, [&] { tree.removeNode(nodePath, this); });
@@ -236,24 +230,35 @@ void MirrorClient::removeNode(const QString &nodePath)
         tellObservers(sourceName, [&] { tree.removeValue(valuePath, this); });
     for (auto below = nodes.rbegin(); below != nodes.rend(); ++below)
         removeIfEmpty(*below);
+    if (nodePath == path.top())
+        addTop();
 }
 
-void MirrorClient::removeIfEmpty(const QString &nodePath)
+bool MirrorClient::removeIfEmpty(const QString &nodePath)
 {
     const values::Node *const node = tree.findNode(nodePath);
     if (!node || nodePath == path.top())
-        return;
-    if (node->GetTreeItems().empty())
+        return false;
+    if (node->isEmpty()) {
         tellObservers(sourceName, [&] { tree.removeNode(nodePath, this); });
-    else
-        keptNodes.insert(nodePath);
+        return true;
+    }
+    ownNodes.insert(nodePath);
+    if (const Place place = paths.find(nodePath))
+        paths[place].hasNode = false;
+    return false;
 }
 
-void MirrorClient::removeKeptNodes()
+void MirrorClient::removeEmptyNodes()
 {
-    const std::set<QString> kept = std::exchange(keptNodes, {});
-    for (auto nodePath = kept.rbegin(); nodePath != kept.rend(); ++nodePath)
-        removeIfEmpty(*nodePath);
+    for (QString nodePath : std::exchange(nodesToCheck, {}))
+        while (ownNodes.contains(nodePath) && removeIfEmpty(nodePath))
+            nodePath = nodeAbove(nodePath);
+}
+
+void MirrorClient::addTop()
+{
+    tellObservers(sourceName, [this] { tree.addNode(path.top(), this); });
 }
 
 void MirrorClient::applyValue(Place place, const Record &record)
@@ -276,8 +281,6 @@ void MirrorClient::applyValue(Place place, const Record &record)
     if (!paths[place].value)
         paths.bind(place, value);
     fresh.remove(value);
-    if (nodesMayBeOwn)
-        shareNodesAbove(*value);
     applyFrames(place, record.frames);
 }
 
@@ -289,8 +292,6 @@ void MirrorClient::addValue(Place place, const Record &record)
         return;
     arriving = place;
     tellObservers(sourceName, [&] { tree.addValueAt(valuePath, std::move(value), this); });
-    if (nodesMayBeOwn && paths[place].value)
-        shareNodesAbove(*paths[place].value);
 }
 
 void MirrorClient::applyValueGone(Place place)

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <algorithm>
 #include <optional>
 #include <string_view>
 
@@ -25,4 +26,10 @@ private:
     QString topPath;
     QString prefix; // with "/" at the end
 };
+
+/// The path of the node that an item other than the root stands in.
+inline QString nodeAbove(const QString &absolute)
+{
+    return absolute.left(std::max(absolute.lastIndexOf(u'/'), 1));
+}
 } // namespace mirror

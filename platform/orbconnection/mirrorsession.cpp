@@ -58,6 +58,7 @@ void MirrorSession::itemAdded(values::TreeItem &item, IObserver *originator)
     if (!item.isNode()) {
         paths.bind(place, static_cast<values::ValueBase *>(&item));
         paths[place].isMadeByClient = originator == this;
+        paths[place].isUnknown = false;
     }
     makeDirty(place, item.isNode() ? nodePart : wholePart);
 }

@@ -64,8 +64,7 @@ private:
     void applyValue(Place place, const Record &record);
     void applySet(Place place, const Record &record);
     void applyValueGone(Place place);
-    void touch(Place place);
-    bool isAsSaid(Place place, std::string_view frames);
+    bool hasContent(Place place, std::string_view frames);
 
     values::Tree &tree;
     const MirroredPath path;

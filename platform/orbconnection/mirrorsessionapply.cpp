@@ -95,16 +95,17 @@ void MirrorSession::applyValue(Place place, const Record &record)
     const QString absolute = paths[place].path;
     if (!paths[place].value) {
         std::unique_ptr<values::ValueBase> value = makeValue(record, absolute, this);
+        paths[place].isUnknown = !value;
         if (!value)
             return; // the client keeps what is not known here
         tellObservers(sourceName, [&] { tree.addValueAt(absolute, std::move(value), this); });
     }
-    touch(place);
+    makeDirty(place, wholePart);
 }
 
 void MirrorSession::applySet(Place place, const Record &record)
 {
-    if (!place)
+    if (!place || paths[place].isUnknown)
         return;
     values::ByteCursor in{record.frames.data(), record.frames.data() + record.frames.size()};
     while (const std::optional<values::CommandFrame> frame = values::nextFrame(in)) {
@@ -117,10 +118,8 @@ void MirrorSession::applySet(Place place, const Record &record)
         traceAt(TraceLevel::Normal, sourceName, [&] {
             return QStringLiteral("%1: a client's change is incomplete").arg(paths[place].path);
         });
-    if (record.frames.size() >= longFrames && isAsSaid(place, record.frames))
-        makeDirty(place, everyPart & ~contentPart); // which may have been passed over there
-    else
-        touch(place);
+    const bool isAsSaid = record.frames.size() >= longFrames && hasContent(place, record.frames);
+    makeDirty(place, isAsSaid ? everyPart & ~contentPart : wholePart); // the rest may have been passed over there
 }
 
 void MirrorSession::applyValueGone(Place place)
@@ -130,25 +129,11 @@ void MirrorSession::applyValueGone(Place place)
     const QString absolute = paths[place].path;
     if (paths[place].value && paths[place].isMadeByClient)
         tellObservers(sourceName, [&] { tree.removeValue(absolute, this); });
-    touch(place);
-}
-
-void MirrorSession::touch(Place place)
-{
+    paths[place].isUnknown = false;
     makeDirty(place, wholePart);
-    if (paths[place].value)
-        return;
-    // Nodes that the client has for the sake of its value may be missing as well.
-    QString above = paths[place].path;
-    for (;;) {
-        above = above.left(above.lastIndexOf(u'/'));
-        if (!path.relative(above) || above == path.top() || tree.findNode(above))
-            return;
-        makeDirty(paths.placeOf(above), nodePart);
-    }
 }
 
-bool MirrorSession::isAsSaid(Place place, std::string_view frames)
+bool MirrorSession::hasContent(Place place, std::string_view frames)
 {
     scratch.clear();
     if (const values::ValueBase *const value = paths[place].value)

@@ -50,6 +50,7 @@ public:
         bool valueNamed = false; ///< the client's: in the snapshot that is being received
         bool nodeNamed = false;  ///< the client's: in the snapshot that is being received
         bool isMadeByClient = false; ///< the server's: the value was made by this session's client
+        bool isUnknown = false;      ///< the server's: the client has a value there of a class that is not known here
         bool isWithheld = false;     ///< the server's: the client has been told that the content is too large
         bool isListed = false;       ///< the server's: a part of the snapshot that is yet to be written
 

@@ -16,6 +16,6 @@ public:
     virtual ~IVtClient() = default;
     /// The path of the tree, on this side, below which this connection mirrors.
     virtual QString clientPath() const = 0;
-    /// Off: each change of @p value is sent by itself, also one to an equal content.
+    /// Off: each change of @p value is sent by itself. An equal content is no change.
     virtual void setOptimized(values::ValueBase *value, bool on) = 0;
 };

@@ -24,6 +24,7 @@ public:
 
     /// A copy, in the order in which the items were added. A value and a node may bear the same name.
     std::vector<TreeItem *> GetTreeItems() const;
+    bool isEmpty() const { return gaps == children.size(); }
     const ValueDescriptor *valueDescriptor() const { return descriptor; }
 
 private:

@@ -29,7 +29,6 @@ Link::Link(Side &server, Side &client, const MirrorTiming &timing)
     : server(server), client(client), timing(timing),
       mirrorClient(client.tree, client.top, QString(), timing, JoinedMirror::outletTo(toServer))
 {
-    client.joinServer([this] { return mirrorClient.isComplete(); });
 }
 
 void Link::connect()

@@ -116,7 +116,7 @@ void Side::act(Random &random)
         ValueBase *const value = tree.findValue(path);
         if (random.happens(2))
             tree.removeNode(path.left(path.lastIndexOf(u'/')) == top ? path : path.left(path.lastIndexOf(u'/')));
-        else if (isServer && random.happens(2))
+        else if (random.happens(2))
             tree.addNode(path);
         else if (!value)
             create(path, random);
@@ -171,50 +171,33 @@ void Side::itemAdded(TreeItem &item, IObserver *originator)
 {
     item.AddObserver(this);
     const QString path = item.GetPathName();
-    if (isByMirror(originator))
+    if (item.isNode() || isByMirror(originator))
         return;
-    if (item.isNode()) {
-        ownNodes.insert(path);
-        return;
-    }
     auto &value = static_cast<ValueBase &>(item);
     value.setOptimized(!path.endsWith(QStringLiteral("one")));
     if (dynamic_cast<const mirror::ClientOriginator *>(originator))
-        return noteShared(path); // is to be passed on
+        return; // is to be passed on
     own.insert(path);
     fresh.insert(path);
 }
 
 void Side::itemRemoved(TreeItem &item, IObserver *)
 {
-    (item.isNode() ? ownNodes : own).erase(item.GetPathName());
+    if (!item.isNode())
+        own.erase(item.GetPathName());
 }
 
 void Side::valueChanged(const ValueChange &change)
 {
     const QString path = change.value.GetPathName();
     if (isByMirror(change.originator) || change.forced || !fresh.contains(path))
-        noteShared(path);
-}
-
-void Side::noteShared(const QString &path)
-{
-    own.erase(path);
-    if (isMirrored && !isMirrored())
-        return; // told later, if it is still there then
-    QString above = path;
-    while (above.size() > top.size()) {
-        above = above.left(above.lastIndexOf(u'/'));
-        ownNodes.erase(above);
-    }
+        own.erase(path);
 }
 
 bool Side::isOwnNode(const QString &path) const
 {
-    const auto hasBelow = [prefix = path + u'/'](const std::set<QString> &items) {
-        const auto below = items.lower_bound(prefix);
-        return below != items.end() && below->startsWith(prefix);
-    };
-    return ownNodes.contains(path) || hasBelow(own) || hasBelow(ownNodes);
+    const QString prefix = path + u'/';
+    const auto below = own.lower_bound(prefix);
+    return below != own.end() && below->startsWith(prefix);
 }
 } // namespace simulation

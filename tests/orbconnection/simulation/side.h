@@ -4,9 +4,7 @@
 #include "valuetreelib/itreelistener.h"
 #include "valuetreelib/tree.h"
 
-#include <functional>
 #include <set>
-#include <string>
 
 namespace simulation
 {
@@ -20,8 +18,6 @@ public:
     Side(values::Tree &tree, const QString &top, bool isServer);
     ~Side() override;
 
-    /// @p isComplete tells whether the mirror that makes this side what a server says has a whole snapshot.
-    void joinServer(std::function<bool()> isComplete) { isMirrored = std::move(isComplete); }
     /// What is created from here on is seeded until the next call.
     void endSeeding() { fresh.clear(); }
 
@@ -30,7 +26,7 @@ public:
 
     /// Whether the value was made here, and has not been set or told by a server since.
     bool isOwn(const QString &path) const { return own.contains(path); }
-    /// Whether the node was made here, and is there for no value but such, or holds one that is.
+    /// Whether such a value is below the node.
     bool isOwnNode(const QString &path) const;
 
     values::Tree &tree;
@@ -45,14 +41,11 @@ public:
 
 private:
     void create(const QString &path, Random &random);
-    void noteShared(const QString &path);
     void answerAsServer(values::ValueBase &value);
     void answerAsClient(values::ValueBase &value);
 
     const bool isServer;
-    std::function<bool()> isMirrored;
     std::set<QString> own;
-    std::set<QString> ownNodes;
     std::set<QString> fresh;
 };
 

@@ -99,7 +99,6 @@ int main(int argc, char **argv)
     if (!isServer) {
         mirror = std::make_unique<VtConnectionObserver>(arguments[5], side.top, VtConnectData{QString(), arguments[4]},
                                                         QString(), shortTiming());
-        side.joinServer([&mirror] { return mirror && mirror->isConnected(); });
     }
     Program program(side, arguments.value(2).toULongLong());
     const CommandInput input([&](const QStringList &words) {
