@@ -29,5 +29,11 @@ int main(int argc, char **argv)
         QCoreApplication::exit(number == korve::errornumber::success ? 0 : 1);
     });
     look.start(100);
+    QTimer::singleShot(10000, &application, [&] {
+        if (manager->IsConnected())
+            return;
+        QTextStream(stderr) << "No recorder manager answers: try `korvectl doctor`.\n";
+        QCoreApplication::exit(1);
+    });
     return QCoreApplication::exec();
 }

@@ -43,4 +43,13 @@ TEST_F(CommentExample, SaysWhatIsTheMatter)
     EXPECT_THAT(run.errors.toStdString(), testing::Not(testing::HasSubstr("Nobody knows")));
 }
 
+TEST_F(CommentExample, SaysThatNobodyAnswers)
+{
+    shared->manager->kill();
+    const Run run = runExample(QStringLiteral("R0"));
+    shared->manager = start("manager");
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.errors.toStdString(), testing::HasSubstr("No recorder manager answers"));
+}
+
 } // namespace
