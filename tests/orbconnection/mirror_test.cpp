@@ -250,6 +250,14 @@ TEST_F(Mirror, GivesAClientBackTheWholeNodeThatItHasRemoved)
     EXPECT_EQ(at("/Sub/A/Device/Channel/1/State"), QStringLiteral("free"));
 }
 
+TEST_F(Mirror, GivesAClientBackItsTopAlsoWhenNothingStandsBelowIt)
+{
+    serverTree.removeValue(QStringLiteral("/K/Device/State"));
+    pair->connect();
+    clientTree.removeNode(QStringLiteral("/Sub/A/Device"));
+    EXPECT_TRUE(pair->carryUntil([this] { return clientTree.findNode(QStringLiteral("/Sub/A/Device")) != nullptr; }));
+}
+
 TEST_F(Mirror, LeavesTheValueOfItsOwnPathAlone)
 {
     addText(clientTree, QStringLiteral("/Sub/A"), QStringLiteral("Device"), QStringLiteral("D1"));

@@ -25,6 +25,32 @@ TEST_F(MirroredBatch, EndsAsTheServerSaysWhenBothSidesSetAValueAtOnce)
     EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("later"));
 }
 
+TEST_F(MirroredBatch, BringsChangesInTheOrderInWhichTheyWereMadeLast)
+{
+    TextValue *const other = addText(serverTree, QStringLiteral("/K/Device"), QStringLiteral("Other"), QString());
+    pair.connect();
+    std::vector<std::string> told;
+    const Answer ofState(clientTree, "/Sub/A/Device/State", ChangeCodeValue, [&] { told.push_back("State"); });
+    const Answer ofOther(clientTree, "/Sub/A/Device/Other", ChangeCodeValue, [&] { told.push_back("Other"); });
+    state->SetValue(QStringLiteral("1"), nullptr);
+    other->SetValue(QStringLiteral("2"), nullptr);
+    state->SetValue(QStringLiteral("3"), nullptr);
+    pair.carry();
+    EXPECT_EQ(told, (std::vector<std::string>{"Other", "State"}));
+}
+
+TEST_F(MirroredBatch, IsNotWrittenForAClientThatHasLetGoOfTheTree)
+{
+    int flushesWanted = 0;
+    mirror::Outlet outlet = JoinedMirror::outletTo(pair.toServer);
+    outlet.wantsFlush = [&] { ++flushesWanted; };
+    MirrorClient client(clientTree, QStringLiteral("/Sub/A/Device"), QString(), pair.timing, outlet);
+    client.begin();
+    client.detach();
+    addText(clientTree, QStringLiteral("/Sub/A/Device"), QStringLiteral("Mine"), QString());
+    EXPECT_EQ(flushesWanted, 0);
+}
+
 TEST_F(MirroredBatch, DoesNotSendItsOwnValue)
 {
     auto *const own = addText(clientTree, QStringLiteral("/Sub/A/Device"), QStringLiteral("ReregisterCorba"), {});

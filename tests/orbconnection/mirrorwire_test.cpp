@@ -84,6 +84,40 @@ TEST(MirrorBatch, RefusesARecordThatIsTooLargeForIt)
     EXPECT_GT(batches[1].size(), 900u);
 }
 
+TEST(MirrorBatch, IsNeverTooLongWhateverItsRecord)
+{
+    MirrorTiming timing;
+    timing.maximumBatchBytes = 300;
+    std::size_t longest = 0;
+    Outlet outlet;
+    outlet.put = [&](quint64, const std::string &bytes) { longest = std::max(longest, bytes.size()); };
+    outlet.waiting = [] { return std::size_t(0); };
+    BatchWriter writer(timing, outlet);
+    const std::string frames(300, 'f');
+    for (std::size_t size = 200; size <= frames.size(); ++size) {
+        writer.write({.kind = RecordKind::Value, .number = 1, .typeName = "Text", .frames = {frames.data(), size}});
+        writer.complete();
+    }
+    EXPECT_LE(longest, 300u);
+    EXPECT_GT(longest, 280u);
+}
+
+TEST(MirrorBatch, CountsAsWaitingWhileItIsGathered)
+{
+    MirrorTiming timing;
+    timing.windowBytes = 100;
+    timing.queueBytes = 200;
+    Outlet outlet;
+    outlet.waiting = [] { return std::size_t(90); };
+    BatchWriter writer(timing, outlet);
+    EXPECT_TRUE(writer.hasRoom());
+    writer.write({.kind = RecordKind::SnapshotEnd});
+    EXPECT_FALSE(writer.hasRoom());
+    EXPECT_TRUE(writer.hasRoomForEvents());
+    writer.write({.kind = RecordKind::Change, .number = 1, .frames = std::string(100, 'f')});
+    EXPECT_FALSE(writer.hasRoomForEvents());
+}
+
 TEST(MirrorBatch, OfAnUnknownKindIsNotRead)
 {
     for (const char kind : {'\0', '\x0b', '\x10', '\xff'}) {

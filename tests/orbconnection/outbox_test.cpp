@@ -72,6 +72,28 @@ TEST_F(AnOutbox, WithRoomSaysSoAtOnce)
     EXPECT_EQ(calls, 1);
 }
 
+TEST_F(AnOutbox, HasNoRoomYetAtTheLimitItself)
+{
+    int calls = 0;
+    box.put(1, std::string(60, 'x'));
+    box.whenBelow(60, [&] { ++calls; });
+    EXPECT_EQ(calls, 0);
+    next(1);
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(AnOutbox, ThatIsClosedTakesNothingAndSaysNothing)
+{
+    int calls = 0;
+    box.put(1, std::string(60, 'x'));
+    box.whenBelow(60, [&] { ++calls; });
+    box.close();
+    box.put(2, std::string(60, 'x'));
+    EXPECT_EQ(box.waiting(), 60u);
+    next(1);
+    EXPECT_EQ(calls, 0);
+}
+
 TEST_F(AnOutbox, WakesWhoWaits)
 {
     std::thread other([this] { box.put(1, "a"); });

@@ -216,6 +216,93 @@ TEST_F(Announcement, IsTakenBackAndMadeAgainAtOnce)
     EXPECT_EQ(atServer("/K/Device/Mine"), QStringLiteral("(absent)"));
 }
 
+TEST_F(Announcement, ThatIsTakenBackAndMadeAgainIsToldInThisOrder)
+{
+    announce("Mine", QStringLiteral("one"));
+    clientTree.removeValue(QStringLiteral("/Sub/A/Device/Mine"));
+    addText(clientTree, QStringLiteral("/Sub/A/Device"), QStringLiteral("Mine"), QStringLiteral("two"))
+        ->HasChanged(ChangeCodeValue, nullptr);
+    pair.carry();
+    EXPECT_EQ(at("/Sub/A/Device/Mine"), QStringLiteral("two"));
+    EXPECT_EQ(atServer("/K/Device/Mine"), QStringLiteral("two"));
+}
+
+TEST_F(Announcement, ThatMeetsAValueDoesNotMakeItTheClients)
+{
+    TextValue *const own = addOwn("Both");
+    addText(serverTree, QStringLiteral("/K/Device"), QStringLiteral("Both"), QStringLiteral("server"));
+    own->SetValue(QStringLiteral("client"), nullptr);
+    pair.carry();
+    clientTree.removeValue(QStringLiteral("/Sub/A/Device/Both"));
+    pair.carry();
+    EXPECT_EQ(atServer("/K/Device/Both"), QStringLiteral("client"));
+    expectEqualTrees();
+}
+
+TEST_F(Announcement, IsNotMadeOfAValueThatTheSnapshotHasBrought)
+{
+    pair.disconnect();
+    addText(serverTree, QStringLiteral("/K/Device"), QStringLiteral("Both"), QStringLiteral("server"));
+    addOwn("Both")->SetValue(QStringLiteral("client"), nullptr);
+    pair.toServer.clear();
+    pair.client.begin();
+    pair.session = std::make_unique<mirror::MirrorSession>(serverTree, pair.serverPath, pair.timing,
+                                                           JoinedMirror::outletTo(pair.toClient));
+    pair.carryToClient();
+    EXPECT_EQ(at("/Sub/A/Device/Both"), QStringLiteral("server"));
+    EXPECT_FALSE(tellsServer());
+}
+
+TEST_F(Announcement, ThatWasNeverMadeLeavesTheValueWhateverTheServerMakesAndRemovesThere)
+{
+    addOwn("Mine")->SetState(ValueStateValid, nullptr);
+    addText(serverTree, QStringLiteral("/K/Device"), QStringLiteral("Mine"), QStringLiteral("server"));
+    serverTree.removeValue(QStringLiteral("/K/Device/Mine"));
+    pair.carry();
+    EXPECT_EQ(at("/Sub/A/Device/Mine"), QString());
+}
+
+TEST_F(Announcement, IsNotNeededToKeepWhatTheClientHasMadeInPlaceOfWhatWasThere)
+{
+    pair.disconnect();
+    serverTree.removeValue(QStringLiteral("/K/Device/State"));
+    pair.client.begin();
+    clientTree.removeValue(QStringLiteral("/Sub/A/Device/State"));
+    addText(clientTree, QStringLiteral("/Sub/A/Device"), QStringLiteral("State"), QStringLiteral("own"));
+    pair.session = std::make_unique<mirror::MirrorSession>(serverTree, pair.serverPath, pair.timing,
+                                                           JoinedMirror::outletTo(pair.toClient));
+    pair.carryToClient();
+    EXPECT_TRUE(pair.client.isComplete());
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("own"));
+}
+
+TEST_F(Announcement, ThatWasNeverMadeKeepsItsNodeUntilTheValueGoes)
+{
+    addText(serverTree, QStringLiteral("/K/Device/D1"), QStringLiteral("X"), QString());
+    int flushesWanted = 0;
+    mirror::Outlet outlet = JoinedMirror::outletTo(pair.toServer);
+    outlet.wantsFlush = [&] { ++flushesWanted; };
+    mirror::MirrorClient client(clientTree, QStringLiteral("/C"), QString(), pair.timing, outlet);
+    mirror::MirrorSession session(serverTree, pair.serverPath, pair.timing, JoinedMirror::outletTo(pair.toClient));
+    const auto carry = [&] {
+        session.flush();
+        for (const std::string &batch : std::exchange(pair.toClient, {}))
+            client.receive(batch);
+        client.flush();
+        flushesWanted = 0;
+    };
+    client.begin();
+    carry();
+    addText(clientTree, QStringLiteral("/C/D1"), QStringLiteral("Mine"), QString());
+    serverTree.removeNode(QStringLiteral("/K/Device/D1"));
+    carry();
+    EXPECT_TRUE(clientTree.findNode(QStringLiteral("/C/D1")));
+    clientTree.removeValue(QStringLiteral("/C/D1/Mine"));
+    EXPECT_EQ(flushesWanted, 1);
+    client.flush();
+    EXPECT_FALSE(clientTree.findNode(QStringLiteral("/C/D1")));
+}
+
 TEST_F(Announcement, OfAnotherSessionIsNotTakenBack)
 {
     announce("Mine", QStringLiteral("set"));

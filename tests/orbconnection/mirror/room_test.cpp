@@ -183,4 +183,37 @@ TEST_F(FullQueue, OfAServerKeepsArgumentsBeforeTheirCommand)
     deliverToClient(server, client);
     EXPECT_EQ(arguments, std::vector{QStringLiteral("3")});
 }
+
+TEST_F(FullQueue, OfAClientLosesNoPartOfWhatIsToldOneByOneOtherwise)
+{
+    mirror::MirrorClient client(clientTree, QStringLiteral("/C"), QString(), timing, outlet);
+    join(client);
+    TextValue &value = *text(clientTree, "/C/State");
+    value.setOptimized(false);
+    waiting = timing.queueBytes;
+    value.SetState(ValueStateSeeded, nullptr);
+    waiting = 0;
+    batches.clear();
+    client.flush();
+    mirror::MirrorSession server(serverTree, QStringLiteral("/K/Device"), timing, outlet);
+    for (const std::string &batch : std::exchange(batches, {}))
+        EXPECT_TRUE(server.receive(batch));
+    EXPECT_EQ(state->GetState(), ValueStateSeeded);
+}
+
+TEST_F(FullQueue, OfAServerIsAskedAgainWhenOnlyAConfirmationWaits)
+{
+    mirror::MirrorSession server(serverTree, QStringLiteral("/K/Device"), timing, outlet);
+    EXPECT_TRUE(server.flush());
+    std::string batch;
+    mirror::appendHeader(batch, 1);
+    mirror::appendRecord(batch, {.kind = mirror::RecordKind::Path, .path = "State"});
+    EXPECT_TRUE(server.receive(batch));
+    waiting = timing.windowBytes;
+    EXPECT_FALSE(server.flush());
+    waiting = 0;
+    batches.clear();
+    EXPECT_TRUE(server.flush());
+    EXPECT_EQ(batches.size(), 1u);
+}
 } // namespace

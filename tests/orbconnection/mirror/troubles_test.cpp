@@ -260,6 +260,80 @@ TEST_F(Trouble, WhatComesBeforeTheSnapshotEndsTheSession)
     EXPECT_TRUE(traces.contain("The server's batch is refused: it comes before the snapshot"));
 }
 
+TEST_F(Trouble, WhatAServerHasConfirmedStaysConfirmed)
+{
+    pair.connect();
+    here()->SetValue(QStringLiteral("sent"), nullptr);
+    pair.client.flush();
+    const std::string busy = textFrame("busy");
+    pair.client.receive(batchOf(2, {{.kind = RecordKind::Applied, .count = 2},
+                                    {.kind = RecordKind::Applied, .count = 1},
+                                    {.kind = RecordKind::Change, .number = 2, .frames = busy}}));
+    EXPECT_EQ(here()->GetValue(), QStringLiteral("busy"));
+}
+
+TEST_F(Trouble, APathThatIsNamedTwiceIsThatOfOneValue)
+{
+    pair.client.begin();
+    const std::string content = textFrame("busy");
+    const Record value{.kind = RecordKind::Value, .number = 1, .type = 1, .typeName = "Text", .frames = content};
+    Record again = value;
+    again.number = 2;
+    pair.client.receive(batchOf(1, {{.kind = RecordKind::SnapshotBegin},
+                                    {.kind = RecordKind::Path, .path = "State"},
+                                    {.kind = RecordKind::Path, .path = "State"},
+                                    value,
+                                    again,
+                                    {.kind = RecordKind::SnapshotEnd}}));
+    clientTree.removeValue(QStringLiteral("/Sub/A/Device/State"));
+    addText(clientTree, QStringLiteral("/Sub/A/Device"), QStringLiteral("State"), QStringLiteral("own"));
+    pair.client.receive(batchOf(2, {{.kind = RecordKind::ValueGone, .number = 1}}));
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("own"));
+}
+
+TEST_F(Trouble, AClassIsKnownByItsNameUnderAnotherNumber)
+{
+    pair.connect();
+    int removals = 0;
+    const Answer counting(clientTree, "/Sub/A/Device/State", ChangeCodeDeleted, [&] { ++removals; });
+    const std::string content = textFrame("busy");
+    pair.client.receive(batchOf(2, {{.kind = RecordKind::Value, .number = 2, .type = 4711, .typeName = "Text",
+                                     .frames = content}}));
+    EXPECT_EQ(removals, 0);
+    EXPECT_EQ(here()->GetValue(), QStringLiteral("busy"));
+}
+
+TEST_F(Trouble, AValueWhoseContentIsNoneIsLeftOut)
+{
+    pair.connect();
+    const std::string half = textFrame("busy").substr(0, 5);
+    pair.client.receive(batchOf(2, {{.kind = RecordKind::Path, .path = "Other"},
+                                    {.kind = RecordKind::Value, .number = 3, .type = 1,
+                                     .typeName = "Text", .frames = half}}));
+    EXPECT_EQ(at("/Sub/A/Device/Other"), QStringLiteral("(absent)"));
+    EXPECT_TRUE(pair.session->receive(batchOf(1, {{.kind = RecordKind::Path, .path = "Other"},
+                                                  {.kind = RecordKind::Value, .number = 1, .type = 1,
+                                                   .typeName = "Text", .frames = half}})));
+    EXPECT_EQ(atServer("/K/Device/Other"), QStringLiteral("(absent)"));
+}
+
+TEST_F(Trouble, AnObserverThatInsistsOnItsOwnClassKeepsItsValue)
+{
+    pair.connect();
+    serverTree.removeValue(QStringLiteral("/K/Device/State"));
+    addNew<Value<int>>(serverTree, QStringLiteral("/K/Device"), QStringLiteral("State"));
+    int removals = 0;
+    const Answer insisting(clientTree, "/Sub/A/Device/State", ChangeCodeDeleted, [&] {
+        if (++removals == 1)
+            addText(clientTree, QStringLiteral("/Sub/A/Device"), QStringLiteral("State"), QStringLiteral("own"));
+    });
+    pair.carry();
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("own"));
+    serverTree.removeValue(QStringLiteral("/K/Device/State"));
+    pair.carry();
+    EXPECT_EQ(at("/Sub/A/Device/State"), QStringLiteral("own"));
+}
+
 TEST_F(Trouble, AnEndOfASnapshotThatNobodyBeganEndsTheSession)
 {
     pair.connect();
