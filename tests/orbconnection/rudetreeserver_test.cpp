@@ -123,6 +123,18 @@ TEST_F(RudeServer, ThatLosesBatchesIsAskedForASnapshotEachTimeInOneSession)
     EXPECT_TRUE(connection->isConnected());
 }
 
+TEST_F(RudeServer, ThatHasNothingMoreToSayIsNotLeftForIt)
+{
+    const RudeTreeServer server(Manner::Honest);
+    const auto connection = connect(OwnOrb::addressFromOutside());
+    ASSERT_TRUE(OwnOrb::comesTrue([&] { return connection->isConnected(); }));
+    const int pulls = server.pullCount();
+    const auto heartbeats = 4 * shortTiming().snapshotPatience / shortTiming().heartbeat;
+    ASSERT_TRUE(OwnOrb::comesTrue([&] { return server.pullCount() >= pulls + heartbeats; }));
+    EXPECT_EQ(server.opened().size(), 1u);
+    EXPECT_TRUE(connection->isConnected());
+}
+
 TEST_F(RudeServer, ThatAnnouncesAHugeMessageIsLeft)
 {
     const LoopbackLease lease;

@@ -168,6 +168,38 @@ TEST_F(Connection, KeepsUpWithManyChanges)
     EXPECT_EQ(disconnected.count(), 0);
 }
 
+TEST_F(Connection, GivesBackTheRoomOfWhatItHasApplied)
+{
+    MirrorTiming narrow = timing();
+    narrow.queueBytes = 1000;
+    const VtConnectionObserver other(QStringLiteral("/K/Device"), QStringLiteral("/O"), address(), QString(), narrow);
+    for (int i = 1; i <= 20; ++i) {
+        const QByteArray content = QByteArray::number(i);
+        server().tell("set /K/Device/State " + content);
+        ASSERT_TRUE(isHere("/O/State", content.constData())) << i;
+    }
+}
+
+TEST_F(Connection, SendsTheRestOfMuchAlsoWhenNothingChangesAnyMore)
+{
+    MirrorTiming narrow = timing();
+    narrow.windowBytes = 1000;
+    narrow.batchBytes = 200;
+    const VtConnectionObserver other(QStringLiteral("/K/Device"), QStringLiteral("/O"), address(), QString(), narrow);
+    server().tell("many /K/Device/Many 500");
+    ASSERT_TRUE(isHere("/O/Many/500", "500"));
+    for (int i = 1; i <= 500; ++i)
+        Tree::Instance().findValue(QStringLiteral("/O/Many/%1").arg(i))->SetStringValue(QStringLiteral("set"), nullptr);
+    EXPECT_TRUE(comesTrue([&] { return atServer("/K/Device/Many/500") == QStringLiteral("set"); }));
+}
+
+TEST_F(Connection, LeavesTheValueAloneByWhichItCouldBeAskedToConnectAgain)
+{
+    ASSERT_TRUE(value("/C/Device/ReregisterCorba")->hasObservers());
+    connection.reset();
+    EXPECT_FALSE(value("/C/Device/ReregisterCorba")->hasObservers());
+}
+
 TEST_F(Connection, ToNowhereNeitherHangsNorConnects)
 {
     const VtConnectionObserver nowhere(QStringLiteral("/K"), QStringLiteral("/N"), {QString(), QStringLiteral("a/b")},
