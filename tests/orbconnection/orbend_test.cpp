@@ -1,5 +1,6 @@
 #include "appruntime/threadswitchingadministration.h"
 #include "idl/cco.hh"
+#include "orbconnection/backgroundthreads.h"
 #include "orbconnection/corbaloc.h"
 #include "tests/orbconnection/ownorb.h"
 
@@ -8,8 +9,10 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <future>
 #include <optional>
+#include <thread>
 
 using ThreadingHelper::RunInMainThreadEvent;
 using ThreadingHelper::ThreadSwitchingAdministration;
@@ -56,8 +59,15 @@ TEST(OrbEnd, ComesWithTheEndOfTheApplicationAlsoWhileACallWaitsForTheMainThread)
         PortableServer::ObjectId_var(PortableServer::string_to_ObjectId("WAITING")), servant.in());
     std::future<void> answered = std::async(std::launch::async, callFromOutside);
     begun.acquire();
+    std::atomic<bool> hasWorkEnded = false;
+    CorbaCommon::runInBackground([&] {
+        while (!CorbaCommon::isBackgroundEnding())
+            std::this_thread::yield();
+        hasWorkEnded = true;
+    });
 
     application.reset();
+    EXPECT_TRUE(hasWorkEnded);
     EXPECT_FALSE(orb.isRunning());
     EXPECT_NO_THROW(answered.get());
     EXPECT_EQ(servant.in()->_refcount_value(), 1u) << "the ORB has let go of it";

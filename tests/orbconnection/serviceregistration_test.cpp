@@ -241,6 +241,21 @@ TEST_F(Registration, CanLetAllItsNamesGoAndHaveThemAgain)
     }
 }
 
+TEST_F(RivalRegistrations, LeaveTheFirstItsObjectWhenTheSecondIsRefused)
+{
+    const QString name = QStringLiteral("A/Object");
+    const CCO::IF_CCO_c_var object = direct();
+    first->registerObject(name, object);
+    ASSERT_TRUE(first->waitUntilTried());
+    const CORBA::Object_var other =
+        OrbHandler::Instance().orb()->string_to_object(rival.readyWords().value(2).toLatin1().constData());
+    second.emplace(timing);
+    second->registerObject(name, other);
+    EXPECT_FALSE(second->waitUntilTried());
+    second.reset();
+    EXPECT_TRUE(isThere("A/Object"));
+}
+
 TEST_F(Registration, ReplacesWhatItsOwnNameHad)
 {
     ServiceRegistration registration(timing);
