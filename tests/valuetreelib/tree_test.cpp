@@ -259,7 +259,7 @@ TEST_F(Adding, TellsAllWhenAnObserverThrows)
 
 TEST_F(Adding, CanBeAskedForBeforehand)
 {
-    const QString deepest = QStringLiteral("/x").repeated(Tree::maxDepth);
+    const QString deepest = QStringLiteral("/xy").repeated(Tree::maxDepth);
     const QString longest = u'/' + QString(Tree::maxPathLength - 1, u'x');
     EXPECT_TRUE(Tree::canHold(deepest));
     EXPECT_FALSE(Tree::canHold(deepest + QStringLiteral("/x")));
