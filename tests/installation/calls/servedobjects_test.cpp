@@ -109,8 +109,36 @@ TEST_F(ServedObjectsTest, RefusesNewCallsAlsoWhileOneIsInProgress)
     EXPECT_TRUE(answered.get());
 }
 
+TEST_F(ServedObjectsTest, IsToldWhenTheLastCallEnds)
+{
+    std::future<bool> answered = callInProgress();
+    objects.refuseCalls();
+    QSemaphore waits;
+    std::future<bool> ended = std::async(std::launch::async, [&] {
+        waits.release();
+        return objects.waitForCalls(60s);
+    });
+    waits.acquire();
+    course.allowed.release();
+    EXPECT_EQ(ended.wait_for(30s), std::future_status::ready); // and not with the end of its patience
+    EXPECT_TRUE(ended.get());
+    EXPECT_TRUE(answered.get());
+}
+
+TEST_F(ServedObjectsTest, NamesAServantThatSomebodyHereUses)
+{
+    SlowServant *const used = objects.make<SlowServant>("USED", course);
+    objects.refuseCalls();
+    const CapturedTraces traces;
+    EXPECT_FALSE(objects.waitForCalls(0ms));
+    EXPECT_THAT(traces.texts(), testing::ElementsAre(testing::EndsWith("in progress: USED")));
+    used->_remove_ref();
+}
+
 TEST_F(ServedObjectsTest, SaysWhichCallsAreInProgress)
 {
+    course.allowed.release();
+    EXPECT_TRUE(callInProgress().get()); // which is none any more
     std::future<bool> answered = callInProgress();
     const CapturedTraces traces;
     objects.refuseCalls();
@@ -129,9 +157,11 @@ TEST_F(ServedObjectsTest, ServesNothingAfterTheEnd)
 
 TEST_F(ServedObjectsTest, LetsACallEndItsOwnObject)
 {
+    const CapturedTraces traces;
     std::future<bool> answered = callInProgress();
     activation->end();
     activation.reset();
+    EXPECT_THAT(traces.texts(), testing::IsEmpty());
     course.allowed.release();
     EXPECT_TRUE(answered.get());
     objects.refuseCalls();
