@@ -138,6 +138,15 @@ TEST_F(Names, GiveTheirRoomBack)
     EXPECT_NO_THROW(take("B", Values{std::string(900'000, 'y')}));
 }
 
+TEST_F(Names, GiveTheirBytesBackAlsoBesideOthersOfTheirAddress)
+{
+    take("Stays", Values{"1"});
+    for (int times = 0; times < 10; ++times) {
+        ASSERT_NO_THROW(take("A", Values(1, std::string(900'000, 'x')))) << times;
+        ASSERT_TRUE(giveUp("A"));
+    }
+}
+
 TEST_F(Names, GoWhenTheirNextHolderHasNoRoom)
 {
     take("A", Values{"1"}, "10.0.0.1");
