@@ -264,6 +264,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         CapturesCase{"Negative", {capture(-1, 1)}, "\"core:sample_start\" is -1, which counts no samples"},
         CapturesCase{"AFraction", {capture(1.5, 1)}, "\"core:sample_start\" is 1.5, which counts no samples"},
+        CapturesCase{"BeyondExactNumbers", {capture(9007199254740994.0, 1)}, "is 9007199254740994, which counts no samples"},
         CapturesCase{"Countless", {capture(1e300, 1)}, "which counts no samples"},
         CapturesCase{"Behind", {capture(0, 1), capture(1000, 2)}, "begins at sample 1000, behind the last of 1000"},
         CapturesCase{"Descending", {capture(0, 1), capture(9, 2), capture(8, 3)}, "at sample 8 comes after that at sample 9"},

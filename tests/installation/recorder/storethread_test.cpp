@@ -1,5 +1,6 @@
 #include "installation/recorder/recordererror.h"
 #include "installation/recorder/storethread.h"
+#include "tests/installation/recorder/refusal.h"
 #include "tests/installation/recorder/storedrecords.h"
 
 #include <gtest/gtest.h>
@@ -52,6 +53,14 @@ TEST_F(Thread, PassesOnWhatTheWorkThrows)
     StoreThread thread(directory.path());
     EXPECT_THROW(thread.ask([](RecordStore &store) { return store.record("R0").name; }), RecorderError);
     EXPECT_EQ(thread.ask([](RecordStore &store) { return store.records().size(); }), 0);
+}
+
+TEST_F(Thread, RefusesWhatComesAfterItsEnd)
+{
+    StoreThread thread(directory.path());
+    thread.stop();
+    EXPECT_EQ(kindOf([&] { thread.ask([](RecordStore &store) { return store.records().size(); }); }),
+              TQ_KORVE::ekREQUEST_NOT_SUPPORTED_IN_CURRENT_STATE);
 }
 
 TEST_F(Thread, CannotStartInAFolderThatIsAFile)
