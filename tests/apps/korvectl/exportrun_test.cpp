@@ -1,5 +1,7 @@
 #include "apps/korvectl/exportrun.h"
 
+#include "apps/korvectl/failure.h"
+
 #include <QCryptographicHash>
 #include <QSignalSpy>
 #include <QTcpSocket>
@@ -201,6 +203,46 @@ TEST_F(Export, DoesNotTakeMoreThanWasTold)
     EXPECT_FALSE(run.files().last().isWhole);
     EXPECT_TRUE(run.complaint().startsWith(QLatin1String("More has come for"))) << run.complaint().toStdString();
     EXPECT_FALSE(QFileInfo::exists(folder.path(data)));
+}
+
+TEST_F(Export, DoesNotTakeMoreThanWasToldAlsoPieceByPiece)
+{
+    QSignalSpy received(&run, &ExportRun::si_progress);
+    const QString target = run.beginFile(data, 3);
+    device.connectToHost(target.section(u':', 0, 0), target.section(u':', 1).section(u'/', 0, 0).toUShort());
+    ASSERT_TRUE(device.waitForConnected());
+    device.write("01");
+    ASSERT_TRUE(received.wait());
+    device.write("23");
+    ASSERT_TRUE(device.waitForBytesWritten());
+    run.endFile(data, true);
+    EXPECT_TRUE(run.complaint().startsWith(QLatin1String("More has come for"))) << run.complaint().toStdString();
+    EXPECT_EQ(partSize(), 2);
+}
+
+TEST_F(Export, LeavesNothingOfALongerFileThatWasThere)
+{
+    write(folder.partPath(data), "xxxxxxxxxxxx");
+    describe(run);
+    send(run.beginFile(data, 10), samples);
+    run.endFile(data, true);
+    EXPECT_EQ(run.complaint(), QString());
+    EXPECT_EQ(content(), samples);
+}
+
+TEST_F(Export, DoesNotGoOnBehindTheEndOfWhatIsThere)
+{
+    write(folder.partPath(data), "01");
+    const FileReceiver::Target target{folder.partPath(data), 4, 10};
+    EXPECT_THROW(FileReceiver(target, QHostAddress(QHostAddress::LocalHost), way.sender), Failure);
+    EXPECT_EQ(partSize(), 2);
+}
+
+TEST_F(Export, FetchesTheDescriptionEachTime)
+{
+    describe(run);
+    const auto size = static_cast<quint64>(QFileInfo(folder.path(description)).size());
+    EXPECT_TRUE(run.beginFile(description, size).endsWith(QLatin1String("/0")));
 }
 
 TEST_F(Export, ThatFitsNoDiskSaysSoAndNotWhatCameOfIt)
