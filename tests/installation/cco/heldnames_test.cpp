@@ -154,6 +154,15 @@ TEST_F(HeldName, ListsWhomItIsRefused)
     EXPECT_THAT(valuesOf(refusedNames), IsEmpty());
 }
 
+TEST_F(HeldName, IsNotListedAsRefusedToWhoeverGetsItWhenItIsFree)
+{
+    giveTo(owner);
+    EXPECT_THROW(giveTo(other), CORBA::NO_PERMISSION);
+    const CORBA::Object_var given = cco->Unregister(managerName, 0);
+    giveTo(other);
+    EXPECT_THAT(valuesOf(refusedNames), IsEmpty());
+}
+
 TEST_F(HeldName, IsListedAsRefusedByTheServiceAlone)
 {
     EXPECT_THROW(cco->RegisterValues((refusedNames + listedRefusal()).c_str(), sequenceOf({"mine"}), 0),

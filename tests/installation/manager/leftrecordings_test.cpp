@@ -72,6 +72,23 @@ TEST_F(LeftRecording, IsEndedByTheNextManager)
     EXPECT_TRUE(becomesStatus(newRecord, TQ_KORVE::rsIDLE));
 }
 
+TEST_F(LeftRecording, IsEndedAlsoBeforeItsFirstSample)
+{
+    object(id)->removeChannelForced();
+    recorder->record(newRecord)->become(TQ_KORVE::rsREADY_FOR_RECORDING);
+    recorderComesBack();
+    EXPECT_TRUE(becomesStatus(newRecord, TQ_KORVE::rsIDLE));
+}
+
+TEST_F(LeftRecording, IsNotGivenUpWhenTheRecorderCannotTellOfIt)
+{
+    recorder->trouble->plant("getMetaData", [] { throw TQ_KORVE::exKorve(TQ_KORVE::ekMASS_STORAGE_TOO_SLOW, "slow"); });
+    object(id)->removeChannelForced();
+    EXPECT_TRUE(isAsked(3));
+    recorderComesBack();
+    EXPECT_TRUE(becomesStatus(newRecord, TQ_KORVE::rsIDLE));
+}
+
 TEST_F(LeftRecording, IsForgottenWhenItHasEnded)
 {
     object(id)->removeChannelForced();
