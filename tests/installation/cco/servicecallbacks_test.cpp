@@ -1,4 +1,5 @@
 #include "tests/installation/cco/servicefixture.h"
+#include "tests/installation/cco/testorb.h"
 
 using testing::ElementsAre;
 
@@ -108,6 +109,14 @@ TEST_F(CallbackOfAService, IsForgottenWhenItIsDead)
 TEST_F(CallbackOfAService, MustNotBeNil)
 {
     EXPECT_THROW(CCO::CBRegistration_var(cco->register_callback(CCO::Callback::_nil(), {})), CORBA::BAD_PARAM);
+}
+
+TEST_F(CallbackOfAService, MustNotHaveAHugeReference)
+{
+    const std::string place = "corbaloc::1.2@127.0.0.1:9/" + std::string(20'000, 'x');
+    const CORBA::Object_var huge = TestOrb::instance().orb()->string_to_object(place.c_str());
+    const CCO::Callback_var nobody = CCO::Callback::_unchecked_narrow(huge);
+    EXPECT_THROW(CCO::CBRegistration_var(cco->register_callback(nobody, {})), CORBA::BAD_PARAM);
 }
 
 TEST_F(CallbackOfAService, IsOneOfALimitedNumberOfItsAddress)
