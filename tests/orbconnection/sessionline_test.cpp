@@ -148,26 +148,26 @@ TEST_F(ASessionLine, IsLostInTimeForTheNextLookAfterItsClientsLastPull)
     line->outbox.put(1, "batch");
     // Time goes by within the pull: only its beginning was a sign of life.
     line->outbox.whenBelow(1, [this] { now += timing().heartbeat; });
-    servant.pull(session, 1, true);
+    const VALUETREE::Delivery_var before = servant.pull(session, 1, true);
     now += timing().heartbeat * 2 - timing().watchInterval();
     EXPECT_FALSE(line->heartbeat.isLost());
     now += std::chrono::nanoseconds(1);
     EXPECT_TRUE(line->heartbeat.isLost());
     gate->beat(); // else nobody is answered
-    servant.pull(session, 1, false);
+    const VALUETREE::Delivery_var after = servant.pull(session, 1, false);
     EXPECT_FALSE(line->heartbeat.isLost());
 }
 
 TEST_F(ASessionLine, SaysNothingMoreWhenTheMainThreadStandsStill)
 {
     now += timing().silenceUntilLost();
-    EXPECT_NO_THROW(servant.pull(session, 0, true));
+    EXPECT_NO_THROW(VALUETREE::Delivery_var(servant.pull(session, 0, true)));
     now += std::chrono::nanoseconds(1);
     EXPECT_THROW(servant.pull(session, 0, true), CORBA::TRANSIENT);
     EXPECT_THROW(servant.open("/K", mirror::protocolVersion), CORBA::TRANSIENT);
     EXPECT_TRUE(gate->takeNew().empty());
     gate->beat();
-    EXPECT_NO_THROW(servant.pull(session, 0, true));
+    EXPECT_NO_THROW(VALUETREE::Delivery_var(servant.pull(session, 0, true)));
     EXPECT_NO_THROW(servant.open("/K", mirror::protocolVersion));
 }
 
