@@ -2,9 +2,9 @@
 
 #include "coresupport/trace.h"
 #include "orbconnection/backgroundthreads.h"
+#include "orbconnection/calldeadline.h"
 #include "orbconnection/incomingconnections.h"
 #include "orbconnection/orboptions.h"
-#include "orbconnection/outgoingconnections.h"
 #include "orbconnection/staleconnections.h"
 #include "orbconnection/textsequence.h"
 
@@ -128,7 +128,7 @@ void OrbHandler::Private::start()
     try {
         orb = CORBA::ORB_init(options.argumentCount(), options.arguments(), "omniORB4", options.pairs());
         watchIncomingConnections();
-        watchOutgoingConnections();
+        keepCallsWithinTheirLimit();
         rootPoa = activePoa(orb, "RootPOA");
         keyedPoa = activePoa(orb, "omniINSPOA");
         const CORBA::Object_var object = orb->resolve_initial_references("CCO");

@@ -10,11 +10,22 @@
 #include <omniORB4/minorCode.h>
 
 using namespace CorbaCommon;
-using namespace std::chrono_literals;
+using namespace std::literals;
 using Clock = std::chrono::steady_clock;
 
 namespace
 {
+/// What answers a request of GIOP 1.2: the object is at `place`, a reference without its byte order.
+std::string sentOn(const std::string &request, const std::string &place)
+{
+    constexpr char locateRequest = 3, reply = 1, locateReply = 4;
+    const std::string id = request.substr(12, 4);
+    if (request[7] == locateRequest)
+        return "GIOP\1\2\1"s + locateReply + "\x08\0\0\0"s + id + "\1\0\0\0"s; // it is here
+    const auto length = static_cast<char>(12 + place.size());
+    return "GIOP\1\2\1"s + reply + length + "\0\0\0"s + id + "\3\0\0\0\0\0\0\0"s + place;
+}
+
 /// A client's ORB with short time-outs, and a service that gives trouble.
 class OrbCall : public testing::Test
 {
@@ -176,19 +187,39 @@ TEST_F(OrbCall, ToADeadPortFailsSoon)
     EXPECT_EQ(failureAt(lease.address()), omni::TRANSIENT_ConnectFailed); // and not after some limit
 }
 
-TEST_F(OrbCall, ToAPeerThatEndsEachConnectionFails)
+/// A call that its peer keeps busy.
+class EndlessOrbCall : public OrbCall, public testing::WithParamInterface<std::chrono::milliseconds>
 {
-    const std::string closeConnection("GIOP\1\2\1\5\0\0\0\0", 12);
-    const RawServer closing(lease.address(), port, closeConnection);
-    const CCO::IF_CCO_c_NamingCorba_var nobody = troubleAt(lease.address());
-    for (int call = 0; call < 2; ++call)
+protected:
+    void expectFailure() const
+    {
+        const CCO::IF_CCO_c_NamingCorba_var nobody = troubleAt(lease.address());
         try {
             nobody->Resolve("0", CCO::rtInstallation);
             ADD_FAILURE() << "nobody answers";
-        } catch (const CORBA::COMM_FAILURE &e) {
-            EXPECT_EQ(e.completed(), CORBA::COMPLETED_NO) << "a peer says so that has not begun with a request";
+        } catch (const CORBA::SystemException &e) {
+            EXPECT_EQ(e.completed(), CORBA::COMPLETED_NO) << "the peer has not begun with a request";
         }
+    }
+};
+
+TEST_P(EndlessOrbCall, ToAPeerThatEndsEachConnectionFailsWithItsLimit)
+{
+    const RawServer closing(lease.address(), port, [](const std::string &) { return "GIOP\1\2\1\5\0\0\0\0"s; }, GetParam());
+    expectFailure();
 }
+
+TEST_P(EndlessOrbCall, ToAPeerThatSendsItOnToItselfFailsWithItsLimit)
+{
+    const CORBA::Object_var nobody = troubleAt(lease.address());
+    const CORBA::String_var reference = orb.orb()->object_to_string(nobody);
+    const std::string place = QByteArray::fromHex(reference.in() + qstrlen("IOR:")).mid(4).toStdString();
+    const RawServer forwarding(lease.address(), port,
+                               [&](const std::string &request) { return sentOn(request, place); }, GetParam());
+    expectFailure();
+}
+
+INSTANTIATE_TEST_SUITE_P(AtOnceAndLate, EndlessOrbCall, testing::Values(0ms, 300ms));
 
 TEST_F(OrbCall, ToAnAddressThatStaysSilentFailsWithTheConnectTimeOut)
 {

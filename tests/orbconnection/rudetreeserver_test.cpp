@@ -139,7 +139,7 @@ TEST_F(RudeServer, ThatAnnouncesAHugeMessageIsLeft)
 {
     const LoopbackLease lease;
     using namespace std::string_literals;
-    const RawServer server(lease.address(), 8004, "GIOP\1\2\1\1\xff\xff\xff\x7f"s);
+    const RawServer server(lease.address(), 8004, [](const std::string &) { return "GIOP\1\2\1\1\xff\xff\xff\x7f"s; });
     const auto connection = connect({QString(), lease.address()});
     EXPECT_TRUE(OwnOrb::comesTrue([&] { return traces.contain("does not answer as a tree server: "); }));
     EXPECT_FALSE(connection->isConnected());

@@ -9,8 +9,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-RawServer::RawServer(const QString &address, unsigned short port, std::string answer)
-    : answer(std::move(answer)), listener(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+RawServer::RawServer(const QString &address, unsigned short port, Answer answer, std::chrono::milliseconds delay)
+    : answer(std::move(answer)), delay(delay), listener(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
 {
     sockaddr_in name{};
     name.sin_family = AF_INET;
@@ -34,14 +34,17 @@ void RawServer::serve()
 {
     std::vector<pollfd> watched{{ending[0], POLLIN, 0}, {listener, POLLIN, 0}};
     while (poll(watched.data(), watched.size(), -1) > 0 && !watched[0].revents) {
-        char ignored[4096];
         for (std::size_t i = 2; i < watched.size(); ++i) {
             if (!watched[i].revents)
                 continue;
-            if (read(watched[i].fd, ignored, sizeof ignored) <= 0)
+            char bytes[4096];
+            const ssize_t length = read(watched[i].fd, bytes, sizeof bytes);
+            if (length <= 0) {
                 watched[i].events = 0; // its end is the client's; ours comes later
-            else
-                (void)send(watched[i].fd, answer.data(), answer.size(), MSG_NOSIGNAL);
+            } else if (poll(watched.data(), 1, static_cast<int>(delay.count())) == 0) { // unless it ends meanwhile
+                const std::string said = answer(std::string(bytes, static_cast<std::size_t>(length)));
+                (void)send(watched[i].fd, said.data(), said.size(), MSG_NOSIGNAL);
+            }
         }
         if (watched[1].revents)
             watched.push_back({accept(listener, nullptr, nullptr), POLLIN, 0});

@@ -1,0 +1,43 @@
+#include "orbconnection/calldeadline.h"
+
+#include <omniORB4/CORBA.h>
+#include <omniORB4/omniInterceptors.h>
+
+// The ORB's own, in the order in which they need each other.
+#include <omniORB4/IOP_C.h>
+#include <omniORB4/internal/giopRope.h>
+#include <omniORB4/internal/giopStrand.h>
+#include <omniORB4/internal/giopStream.h>
+#include <omniORB4/internal/GIOP_C.h>
+
+#include <mutex>
+
+namespace CorbaCommon
+{
+namespace
+{
+bool isLate(omni::GIOP_C &call)
+{
+    const omni_time_t &deadline = call.calldescriptor()->getDeadline();
+    if (!deadline)
+        return false;
+    omni_time_t now;
+    omni_thread::get_time(now);
+    return deadline < now;
+}
+
+/// A call can open many connections; they share its deadline.
+CORBA::Boolean refuseLateConnection(omni::omniInterceptors::clientOpenConnection_T::info_T &info)
+{
+    info.reject = isLate(info.giop_c);
+    info.why = "the call has reached its limit";
+    return true;
+}
+} // namespace
+
+void keepCallsWithinTheirLimit()
+{
+    static std::once_flag once;
+    std::call_once(once, [] { omniORB::getInterceptors()->clientOpenConnection.add(&refuseLateConnection); });
+}
+} // namespace CorbaCommon
