@@ -186,6 +186,8 @@ QVector<RefusedFile> RecordFolder::strangers() const
     for (const QString &name : names) {
         if (name.endsWith(metaEnding) && name.size() > metaEnding.size())
             continue; // ids() has it
+        if (name.endsWith(dataEnding + part))
+            continue; // it is being written: recover() has left no other
         if (!name.endsWith(dataEnding))
             strangers.append({name, QStringLiteral("not a file of a record")});
         else if (!known.contains(name.chopped(dataEnding.size()) + metaEnding))

@@ -26,7 +26,10 @@ class Started
 {
 public:
     explicit Started(const QString &path) : store(std::make_shared<StoreThread>(path)), loops(store, *activities) {}
-    ~Started() { loops.stop(); }
+    ~Started() { end(); }
+
+    /// Leaves the loops as they are.
+    void end() { loops.stop(); }
 
     void waitUntilIdle() const
     {
@@ -175,6 +178,18 @@ TEST_F(InterruptedRecording, GoesOnWhereItsOrderWasLeft)
     const QByteArray section = QByteArray(pieceBytes, 'a') + QByteArray(pieceBytes, 'b') + QByteArray(pieceBytes, 'c');
     leave(4, 4 + section.size(), QByteArray(4 + pieceBytes, 0) + section.mid(pieceBytes)); // the first piece has gone
     writeFile(orderedPath, section.left(2 * pieceBytes + 4));
+    expectRecord(section);
+}
+
+TEST_F(InterruptedRecording, WhoseOrderTheEndCancelsIsPutInOrderByTheNextStart)
+{
+    const QByteArray section(8 * moveRoomBytes, 'a'); // longer than what is moved before the end is seen
+    leave(4, 4 + section.size(), QByteArray(4, 0) + section);
+    {
+        Started started(directory.path());
+        started.end();
+        EXPECT_TRUE(started.refused().isEmpty());
+    }
     expectRecord(section);
 }
 

@@ -61,6 +61,12 @@ TEST_F(Store, IsEmptyWhenNew)
     EXPECT_TRUE(store->refused().isEmpty());
 }
 
+TEST_F(Store, RefusesNothingThatIsBeingWritten)
+{
+    writeFile(store->reserve().samplesPath, "abcd");
+    EXPECT_THAT(refusedNames(), IsEmpty());
+}
+
 TEST_F(Store, KeepsSamplesByteForByte)
 {
     const QByteArray samples("\0\r\n\xff\x1a\0", 6);
