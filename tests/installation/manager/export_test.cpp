@@ -304,6 +304,14 @@ TEST_F(Export, RunsOnlyOnceAtATime)
     EXPECT_EQ(kindRaisedBy([&] { start(); }), Kinds::Request_Failed);
 }
 
+TEST_F(Export, IsRefusedByAManagerThatEnds)
+{
+    const installation::ServedObjects objects(TestOrb::instance().insPoa());
+    installation::Exports exports(objects, nullptr, {});
+    exports.stop();
+    EXPECT_THROW(exports.start({}), std::runtime_error);
+}
+
 TEST_F(Export, IsOneOfSoManyAtOnce)
 {
     fake->hangs = true;

@@ -1,3 +1,4 @@
+#include "installation/manager/bookmarklist.h"
 #include "tests/installation/manager/bookmarksat.h"
 #include "tests/installation/manager/fakerecorder.h"
 #include "tests/installation/manager/managerfixture.h"
@@ -17,6 +18,7 @@ class FailingRecorder : public FakeRecorder
 public:
     static constexpr CORBA::ULongLong goodTime = 77;  ///< a bookmark there can be added
     static constexpr CORBA::ULongLong takenTime = 78; ///< there is a bookmark already
+    static constexpr CORBA::ULongLong laterTime = 79; ///< here, too
 
     void failAs(CORBA::CompletionStatus completion) { completed = completion; }
 
@@ -29,8 +31,8 @@ public:
     CORBA::ULongLong setSystemTime(CORBA::ULongLong) override { fail(); }
     void addBookmark(Text, CORBA::ULongLong timestampUs, const TQ_KORVE::wideText &) override
     {
-        if (timestampUs == takenTime)
-            throw TQ_KORVE::exKorve(TQ_KORVE::ekBOOKMARK_ALREADY_EXISTS, "there already");
+        if (timestampUs == takenTime || timestampUs == laterTime)
+            throw TQ_KORVE::exKorve(TQ_KORVE::ekBOOKMARK_ALREADY_EXISTS, std::to_string(timestampUs).c_str());
         if (timestampUs != goodTime)
             fail();
     }
@@ -117,4 +119,18 @@ TEST_F(FailingChanges, OfBookmarksAreUnknownBehindOneThatWasTaken)
     EXPECT_EQ(completionBy<CORBA::COMM_FAILURE>(behindTaken), CORBA::COMPLETED_MAYBE);
     const auto behindRefused = [&] { addBookmarks({FailingRecorder::takenTime, 10}); };
     EXPECT_EQ(completionBy<CORBA::TRANSIENT>(behindRefused), CORBA::COMPLETED_NO);
+}
+
+TEST_F(FailingChanges, OfBookmarksAreToldByTheFirstRefusal)
+{
+    serve(CORBA::COMPLETED_NO);
+    const CORBA::Object_var object = failing->reference();
+    const TQ_KORVE::IF_Control_var recorder = TQ_KORVE::IF_Control::_narrow(object);
+    const auto bookmarks = bookmarksAt({FailingRecorder::takenTime, FailingRecorder::laterTime});
+    try {
+        installation::addBookmarksAt(recorder, "R1", bookmarks, std::chrono::seconds(10));
+        ADD_FAILURE() << "both are refused";
+    } catch (const TQ_KORVE::exKorve &refusal) {
+        EXPECT_STREQ(refusal.text.in(), "78");
+    }
 }
