@@ -7,6 +7,7 @@
 #include "tests/orbconnection/ownorb.h"
 #include "tests/support/rudetreeserver.h"
 
+#include <optional>
 #include <stdexcept>
 
 using mirror::MirrorLink;
@@ -44,12 +45,19 @@ void PrintTo(const LinkCase &row, std::ostream *out)
 class Link : public TwoTrees
 {
 protected:
-    static std::shared_ptr<MirrorLink> make(const std::shared_ptr<Told> &told)
+    static MirrorTiming quietTiming()
+    {
+        MirrorTiming timing = OwnOrb::timing();
+        timing.heartbeat = std::chrono::hours(1); // so that nobody notices the other's end by silence
+        return timing;
+    }
+    static std::shared_ptr<MirrorLink> make(const std::shared_ptr<Told> &told,
+                                            const MirrorTiming &timing = OwnOrb::timing())
     {
         const QString host = OwnOrb::addressFromOutside().ipAddress;
         return std::make_shared<MirrorLink>(
             CorbaCommon::corbaloc(host, VtServer::port, "ValueTree"), QStringLiteral("The server"),
-            QStringLiteral("/K"), OwnOrb::timing(),
+            QStringLiteral("/K"), timing,
             MirrorLink::Events{[told](const auto &) { Told::count(told->begun, told->begunThrows); },
                                [told](const auto &, const auto &) { Told::count(told->received, told->receivedThrows); },
                                [told](const auto &) { Told::count(told->ended, told->endedThrows); }});
@@ -68,6 +76,32 @@ TEST_F(Link, DoesNotBlameTheServerForASessionThatItEndsItself)
     link->stop();
     ASSERT_TRUE(OwnOrb::comesTrue([&] { return told->ended == told->begun; }));
     EXPECT_FALSE(traces.contain("has ended the session"));
+}
+
+TEST_F(Link, TellsTheServerThatItEnds)
+{
+    OwnOrb::instance();
+    const VtServer server(serverTree, quietTiming());
+    const auto told = std::make_shared<Told>();
+    const auto link = make(told, quietTiming());
+    link->start();
+    ASSERT_TRUE(OwnOrb::comesTrue([&] { return told->received >= 1; }));
+    EXPECT_EQ(server.sessionCount(), 1);
+    link->stop();
+    EXPECT_TRUE(OwnOrb::comesTrue([&] { return server.sessionCount() == 0; }));
+}
+
+TEST_F(Link, IsToldThatTheServerEnds)
+{
+    OwnOrb::instance();
+    std::optional<VtServer> server(std::in_place, serverTree, quietTiming());
+    const auto told = std::make_shared<Told>();
+    const auto link = make(told, quietTiming());
+    link->start();
+    ASSERT_TRUE(OwnOrb::comesTrue([&] { return told->received >= 1; }));
+    server.reset();
+    EXPECT_TRUE(OwnOrb::comesTrue([&] { return told->ended == 1; }));
+    link->stop();
 }
 
 TEST_F(Link, AsksForNothingWhileThereIsNoRoomForIt)
