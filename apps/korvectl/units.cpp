@@ -37,8 +37,10 @@ Parts partsOf(quint64 us)
 {
     constexpr qint64 second = 1'000'000;
     const auto count = static_cast<qint64>(us);
-    const qint64 rest = (count % second + second) % second;
-    return {(count - rest) / second, rest};
+    const qint64 rest = count % second;
+    if (rest < 0)
+        return {count / second - 1, rest + second};
+    return {count / second, rest};
 }
 
 /// The number itself for a time whose year has no four digits.

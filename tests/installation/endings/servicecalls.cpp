@@ -111,7 +111,9 @@ std::vector<ServiceLoad::Kind> callsOfRecorder(Installation &to)
         {"getActiveSessions", [&] { TQ_KORVE::seqMETA_DATA_var(to.recorder->getActiveSessionsEx3()); }},
         {"getMassStoreStatus", [&] { TQ_KORVE::struMASS_STORE_STATUS_var(to.recorder->getMassStoreStatus()); }},
         {"getOverviewSpectrum",
-         [&] { to.recorder->getOverviewSpectrum(to.record, 0, 8, 1, 4, TQ_KORVE::wmRectangle); }},
+         [&] {
+             TQ_KORVE::seqOctet_var(to.recorder->getOverviewSpectrum(to.record, 0, 8, 1, 4, TQ_KORVE::wmRectangle));
+         }},
         {"addHistory",
          [&] {
              const QString text = newText();
