@@ -85,6 +85,29 @@ TEST_F(ExportHandler, DoesNothingWithoutAConnection)
     EXPECT_THAT(manager.calls, IsEmpty());
 }
 
+TEST_F(ExportHandler, SaysThatTheOutcomeIsUnknownWhenTheAnswerIsLost)
+{
+    const auto lost = [] { throw CORBA::COMM_FAILURE(0, CORBA::COMPLETED_MAYBE); };
+    bool isExportUnknown = false;
+    bool isDeletionUnknown = false;
+    tracesOf([&] { EXPECT_FALSE(commands.exportRecord(exporter->_this(), &isExportUnknown)); }, lost);
+    tracesOf([&] { EXPECT_FALSE(commands.deleteRecord(d1, r1, &isDeletionUnknown)); }, lost);
+    EXPECT_TRUE(isExportUnknown);
+    EXPECT_TRUE(isDeletionUnknown);
+}
+
+TEST_F(ExportHandler, SaysThatTheOutcomeIsKnownWithoutAConnection)
+{
+    handler->Shutdown();
+    const CapturedTraces traces(32);
+    bool isExportUnknown = true;
+    bool isDeletionUnknown = true;
+    EXPECT_FALSE(commands.exportRecord(exporter->_this(), &isExportUnknown));
+    EXPECT_FALSE(commands.deleteRecord(d1, r1, &isDeletionUnknown));
+    EXPECT_FALSE(isExportUnknown);
+    EXPECT_FALSE(isDeletionUnknown);
+}
+
 TEST_F(ExportHandler, WithoutAHandlerIsNeverConnected)
 {
     const Commands alone(nullptr);
