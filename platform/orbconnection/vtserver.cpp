@@ -11,6 +11,7 @@
 #include <QTimer>
 
 #include <atomic>
+#include <deque>
 
 using mirror::MirrorSession;
 using mirror::SessionLine;
@@ -33,21 +34,24 @@ public:
     ~Private() override;
 
     void beginNew();
-    void receive(quint64 session, const std::string &batch);
+    void receive(quint64 number, const std::string &batch);
     void resynchronise(quint64 session);
     void end(quint64 session);
     void endSilent();
     void flushAll();
 
+    /// Shared with the call that it is in, since observers may end it.
     struct Session {
-        std::shared_ptr<SessionLine> line;
-        std::shared_ptr<MirrorSession> mirror; // shared with the call that it is in, since observers may end it
+        const std::shared_ptr<SessionLine> line;
+        const std::shared_ptr<MirrorSession> mirror;
+        bool isApplying = false;
+        std::deque<std::string> later{}; ///< batches that have come since, by an event loop that an observer runs
     };
 
     values::Tree &tree;
     const MirrorTiming timing;
     const std::shared_ptr<mirror::SessionGate> gate;
-    std::map<quint64, Session> sessions;
+    std::map<quint64, std::shared_ptr<Session>> sessions;
     QTimer watch;
     bool flushPosted = false;
     PortableServer::ObjectId_var servantId;
@@ -56,6 +60,7 @@ public:
 private:
     void activate();
     void begin(quint64 session, const std::shared_ptr<SessionLine> &line);
+    bool apply(Session &session, const std::string &batch);
     void wantFlush();
     void flushWithRoom(SessionLine &line);
 
@@ -173,22 +178,39 @@ void VtServer::Private::begin(quint64 session, const std::shared_ptr<SessionLine
                 if (server) // or an observer has ended it
                     server->wantFlush();
             }};
-    sessions[session] = {line, std::make_shared<MirrorSession>(tree, line->path, timing, outlet)};
+    const auto mirror = std::make_shared<MirrorSession>(tree, line->path, timing, outlet);
+    sessions[session] = std::make_shared<Session>(Session{.line = line, .mirror = mirror});
     traceSession(QStringLiteral("Begins"), line->path);
 }
 
-void VtServer::Private::receive(quint64 session, const std::string &batch)
+void VtServer::Private::receive(quint64 number, const std::string &batch)
+{
+    const auto found = sessions.find(number);
+    if (found == sessions.end())
+        return gate->release(mirror::countedBytes(batch.size()));
+    const std::shared_ptr<Session> session = found->second;
+    if (session->isApplying)
+        return session->later.push_back(batch);
+    const QPointer<Private> guard(this);
+    session->isApplying = true;
+    bool goesOn = apply(*session, batch);
+    while (guard && goesOn && !session->later.empty()) {
+        const std::string next = std::move(session->later.front());
+        session->later.pop_front();
+        goesOn = apply(*session, next);
+    }
+    session->isApplying = false;
+    if (guard && !goesOn)
+        end(number);
+}
+
+/// False when the client has broken the rules. Its observers may delete this.
+bool VtServer::Private::apply(Session &session, const std::string &batch)
 {
     const std::size_t counted = mirror::countedBytes(batch.size());
     gate->release(counted);
-    const auto found = sessions.find(session);
-    if (found == sessions.end())
-        return;
-    found->second.line->bytesToApply -= counted;
-    const std::shared_ptr<MirrorSession> mirror = found->second.mirror;
-    const QPointer<Private> guard(this);
-    if (!mirror->receive(batch) && guard)
-        end(session);
+    session.line->bytesToApply -= counted;
+    return session.mirror->receive(batch);
 }
 
 void VtServer::Private::resynchronise(quint64 session)
@@ -196,10 +218,10 @@ void VtServer::Private::resynchronise(quint64 session)
     const auto found = sessions.find(session);
     if (found == sessions.end())
         return;
-    traceSession(QStringLiteral("Is told everything again"), found->second.line->path);
-    found->second.line->snapshotAsked = false;
-    found->second.mirror->startOver();
-    found->second.line->outbox.clear();
+    traceSession(QStringLiteral("Is told everything again"), found->second->line->path);
+    found->second->line->snapshotAsked = false;
+    found->second->mirror->startOver();
+    found->second->line->outbox.clear();
 }
 
 void VtServer::Private::end(quint64 session)
@@ -208,7 +230,10 @@ void VtServer::Private::end(quint64 session)
     const auto found = sessions.find(session);
     if (found == sessions.end())
         return;
-    traceSession(QStringLiteral("Ends"), found->second.line->path);
+    traceSession(QStringLiteral("Ends"), found->second->line->path);
+    for (const std::string &batch : found->second->later)
+        gate->release(mirror::countedBytes(batch.size()));
+    found->second->later.clear();
     sessions.erase(found);
 }
 
@@ -216,7 +241,7 @@ void VtServer::Private::endSilent()
 {
     std::vector<quint64> silent;
     for (const auto &[number, session] : sessions)
-        if (session.line->heartbeat.isLost())
+        if (session->line->heartbeat.isLost())
             silent.push_back(number);
     for (const quint64 number : silent)
         end(number);
@@ -234,8 +259,8 @@ void VtServer::Private::flushAll()
 {
     flushPosted = false;
     for (const auto &[number, session] : sessions)
-        if (!session.mirror->flush())
-            flushWithRoom(*session.line);
+        if (!session->mirror->flush())
+            flushWithRoom(*session->line);
 }
 
 void VtServer::Private::flushWithRoom(SessionLine &line)
