@@ -2,9 +2,10 @@
 
 #include "installation/cco/liveness.h"
 
+#include "appruntime/threadswitchingadministration.h"
 #include "orbconnection/orbhandler.h"
 
-#include <QCoreApplication>
+#include <QPointer>
 
 #include <iostream>
 
@@ -16,10 +17,9 @@ namespace installation
 
 NamedService::NamedService(Plan given, FailureListener listener)
     : plan(std::move(given)), listener(std::move(listener)),
-      names(ServiceRegistration::Timing(), [this](State now, const QString &why) {
-          QMetaObject::invokeMethod(
-              this, [this, now, why] { follow(now, why); }, Qt::QueuedConnection);
-      })
+      mainThread(ThreadingHelper::ThreadSwitchingAdministration::CreateThreadSwitchingHandler(
+          QStringLiteral("installation/program/namedservice"))),
+      names(ServiceRegistration::Timing(), [this](State now, const QString &why) { note(now, why); })
 {
     if (isHeldByAnother())
         ask();
@@ -43,6 +43,29 @@ bool NamedService::isHeldByAnother() const
     }
 }
 
+/// Thread: the one that makes the calls.
+void NamedService::note(State now, const QString &why)
+{
+    const std::scoped_lock lock(mutex);
+    news.emplace_back(now, why);
+    mainThread->post(ThreadingHelper::RunInMainThreadEvent([self = QPointer<NamedService>(this)] {
+        if (self)
+            self->followNews();
+    }));
+}
+
+void NamedService::followNews()
+{
+    std::unique_lock lock(mutex);
+    while (!news.empty()) {
+        const auto [now, why] = std::move(news.front());
+        news.pop_front();
+        lock.unlock();
+        follow(now, why);
+        lock.lock();
+    }
+}
+
 void NamedService::follow(State now, const QString &why)
 {
     if (now == State::Refused && !isStandingBy)
@@ -56,7 +79,7 @@ void NamedService::ask()
 {
     plan.claim(names);
     names.waitUntilTried();
-    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    followNews();
 }
 
 void NamedService::begin()

@@ -1,10 +1,14 @@
 #pragma once
 
+#include "appruntime/threadswitchinghandler.h"
 #include "orbconnection/serviceregistration.h"
 
 #include <QObject>
 
+#include <deque>
 #include <exception>
+#include <mutex>
+#include <utility>
 
 namespace installation
 {
@@ -42,6 +46,8 @@ private:
     using State = CorbaCommon::ServiceRegistration::State;
 
     bool isHeldByAnother() const;
+    void note(State now, const QString &why);
+    void followNews();
     void follow(State now, const QString &why);
     void ask();
     void begin();
@@ -52,6 +58,9 @@ private:
     const FailureListener listener;
     bool isStandingBy = false;
     std::shared_ptr<void> service; ///< nothing while it stands by, or does not know yet
+    const std::shared_ptr<ThreadingHelper::ThreadSwitchingHandler> mainThread;
+    std::mutex mutex; // guards the news
+    std::deque<std::pair<State, QString>> news; ///< of the names, not followed yet
     CorbaCommon::ServiceRegistration names;
 };
 

@@ -31,6 +31,7 @@ OrbOptions::OrbOptions(const OrbSettings &settings, const QStringList &programAr
     add("clientCallTimeOutPeriod", milliseconds(settings.callTimeout));
     add("clientConnectTimeOutPeriod", milliseconds(settings.connectLimit()));
     add("throwTransientOnTimeOut", QStringLiteral("1"));
+    add("traceTime", QStringLiteral("0")); // the ORB's own messages: it makes local time in many threads at once
     addEndpoints(settings);
     addCentralService(settings.centralService);
     options.push_back({nullptr, nullptr});

@@ -2,10 +2,10 @@
 
 #include "installation/calls/activation.h"
 #include "tests/installation/cco/testorb.h"
+#include "tests/support/countedservant.h"
 
 #include "idl/cco.hh"
 
-#include <atomic>
 #include <optional>
 #include <string>
 
@@ -14,7 +14,7 @@ template <typename Servant> class ServedObject
 {
 public:
     explicit ServedObject(const std::string &key)
-        : servant(new Counted), activation(std::in_place, TestOrb::instance().insPoa(), key, add(servant))
+        : servant(new CountedServant<Servant>), activation(std::in_place, TestOrb::instance().insPoa(), key, add(servant))
     {
     }
     ServedObject(CCO::IF_CCO_c_ptr cco, const std::string &name) : ServedObject(name)
@@ -35,17 +35,6 @@ public:
     void die() { activation.reset(); }
 
 private:
-    /// Counted here, and not in the library of the ORB, since the thread sanitizer does not see what is counted there.
-    struct Counted : Servant {
-        void _add_ref() override { ++uses; }
-        void _remove_ref() override
-        {
-            if (--uses == 0)
-                delete this;
-        }
-        std::atomic<int> uses = 1;
-    };
-
     static Servant *add(Servant *servant)
     {
         servant->_add_ref();

@@ -107,7 +107,7 @@ TEST_F(Notification, HasALimitedNumberOfReceivers)
 {
     std::vector<TQ_KORVE_IT::IF_Korve_IT_var> receivers;
     for (std::size_t i = 0; i <= Notifier::maximumReceivers; ++i) {
-        const PortableServer::Servant_var<NotifiedReceiver> servant(new NotifiedReceiver);
+        const PortableServer::Servant_var<NotifiedReceiver> servant(new CountedServant<NotifiedReceiver>);
         receivers.emplace_back(orb->activate(*servant)); // from here on the POA's alone
     }
     for (std::size_t i = 0; i < Notifier::maximumReceivers; ++i)
@@ -128,7 +128,7 @@ TEST_F(Notification, ReachesWhoAskedForSomethingAlsoWhenThereAreManyReceivers)
     std::vector<PortableServer::ServantBase_var> servants;
     std::vector<TQ_KORVE_IT::IF_Korve_IT_var> receivers;
     for (std::size_t i = 0; i <= Notifier::maximumReceivers; ++i) {
-        servants.emplace_back(last = new NotifiedReceiver);
+        servants.emplace_back(last = new CountedServant<NotifiedReceiver>);
         receivers.emplace_back(orb->activate(*last));
     }
     for (std::size_t i = 0; i < Notifier::maximumReceivers; ++i)
@@ -141,7 +141,7 @@ TEST_F(Notification, ReachesWhoAskedForSomethingAlsoWhenThereAreManyReceivers)
 
 TEST_F(Notification, LetsTheReceiverOfASessionGo)
 {
-    const PortableServer::Servant_var<NotifiedReceiver> servant(new NotifiedReceiver);
+    const PortableServer::Servant_var<NotifiedReceiver> servant(new CountedServant<NotifiedReceiver>);
     const TQ_KORVE_IT::IF_Korve_IT_var one = orb->activate(*servant);
     Notifier notifier([] { return quint64(1); });
     notifier.attach(one, "R1");

@@ -5,6 +5,7 @@
 #include "tests/installation/recorder/samplepeer.h"
 #include "tests/installation/recorder/servingprocess.h"
 #include "tests/installation/recorder/storedrecords.h"
+#include "tests/support/countedservant.h"
 #include "tests/support/loopbacklease.h"
 
 #include <gtest/gtest.h>
@@ -88,7 +89,7 @@ protected:
     std::unique_ptr<ServingProcess> recorder;
     TQ_KORVE::IF_Control_var control;
     CORBA::String_var air;
-    NotifiedReceiver *const notified = new NotifiedReceiver;
+    NotifiedReceiver *const notified = new CountedServant<NotifiedReceiver>;
     TQ_KORVE_IT::IF_Korve_IT_var receiver;
 
     ~SessionTest() override
