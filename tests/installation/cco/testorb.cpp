@@ -12,6 +12,7 @@ CORBA::ORB_ptr makeOrb()
     const char *options[][2] = {{"endPoint", "giop:tcp:127.0.0.1:"},
                                 {"throwTransientOnTimeOut", "1"},
                                 {"clientCallTimeOutPeriod", "10000"},
+                                {"traceTime", "0"},
                                 {nullptr, nullptr}};
     int noArguments = 0;
     return CORBA::ORB_init(noArguments, nullptr, "omniORB4", options);
