@@ -116,6 +116,13 @@ TEST_F(DiskOfTheRecorder, IsFull)
     restart("recorder");
 }
 
+TEST_F(DiskOfTheRecorder, IsFullAlsoWhenTheRecorderTakesTooLongToSaySoAgain)
+{
+    restart("recorder", "disk full on REC1\non getMassStoreStatus delay 3s");
+    expectBroken("storage REC1", QStringLiteral("has too little room"));
+    restart("recorder");
+}
+
 TEST_F(DiskOfTheRecorder, HasFilesThatAreRefused)
 {
     const QString stray = recordings() + QStringLiteral("/R-lost.sigmf-data");
