@@ -178,7 +178,7 @@ QStringList RecordFolder::ids() const
     return idsOf(metaEnding);
 }
 
-QVector<RefusedFile> RecordFolder::strangers() const
+QVector<RefusedFile> RecordFolder::strangers(const std::function<bool(const QString &)> &isWritten) const
 {
     const QStringList names = filesOf(folder);
     const QSet<QString> known(names.cbegin(), names.cend());
@@ -186,8 +186,8 @@ QVector<RefusedFile> RecordFolder::strangers() const
     for (const QString &name : names) {
         if (name.endsWith(metaEnding) && name.size() > metaEnding.size())
             continue; // ids() has it
-        if (name.endsWith(dataEnding + part))
-            continue; // it is being written: recover() has left no other
+        if (name.endsWith(dataEnding + part) && isWritten(name.chopped((dataEnding + part).size())))
+            continue;
         if (!name.endsWith(dataEnding))
             strangers.append({name, QStringLiteral("not a file of a record")});
         else if (!known.contains(name.chopped(dataEnding.size()) + metaEnding))

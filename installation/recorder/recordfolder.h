@@ -64,8 +64,8 @@ public:
 
     /// All that could be records, by the names of their meta data.
     QStringList ids() const;
-    /// Files that belong to no record.
-    QVector<RefusedFile> strangers() const;
+    /// Files that belong to no record, but for those at incomingPath() of the records that @p isWritten names.
+    QVector<RefusedFile> strangers(const std::function<bool(const QString &id)> &isWritten) const;
     /// @throws RecorderError also when one of the two files is missing.
     Stamp stamp(const QString &id) const;
     Record read(const QString &id) const;

@@ -215,7 +215,10 @@ QVector<RecordFile> RecordStore::files(const QString &id)
 
 QVector<RefusedFile> RecordStore::refused() const
 {
-    QVector<RefusedFile> files = folder.strangers();
+    const QStringList known = folder.ids();
+    QVector<RefusedFile> files = folder.strangers([&](const QString &id) {
+        return reserved.contains(id) || (known.contains(id) && !damaged.contains(id)); // a loop that is put in order
+    });
     for (auto damage = damaged.cbegin(); damage != damaged.cend(); ++damage)
         files.append({RecordFolder::metaName(damage.key()), damage.value()});
     std::sort(files.begin(), files.end(), [](const auto &a, const auto &b) { return a.name < b.name; });

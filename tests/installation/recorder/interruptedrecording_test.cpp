@@ -193,6 +193,17 @@ TEST_F(InterruptedRecording, WhoseOrderTheEndCancelsIsPutInOrderByTheNextStart)
     expectRecord(section);
 }
 
+TEST_F(InterruptedRecording, ThatIsGivenUpHalfWayNamesTheFileWithTheRest)
+{
+    leave(4, 12, QByteArray(4, 0) + "efghijkl");
+    writeFile(orderedPath, "efgh");
+    RecordStore store(directory.path());
+    EXPECT_TRUE(store.refused().isEmpty());
+    store.giveUp(id, QStringLiteral("no room"));
+    ASSERT_EQ(store.refused().size(), 2);
+    EXPECT_EQ(store.refused().first().name, id + ".sigmf-data.part");
+}
+
 TEST_F(InterruptedRecording, ThatIsInOrderAlreadyStaysSo)
 {
     leave(4, 12, "efghijkl");

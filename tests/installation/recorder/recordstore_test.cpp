@@ -61,10 +61,12 @@ TEST_F(Store, IsEmptyWhenNew)
     EXPECT_TRUE(store->refused().isEmpty());
 }
 
-TEST_F(Store, RefusesNothingThatIsBeingWritten)
+TEST_F(Store, RefusesNothingThatItWritesItself)
 {
     writeFile(store->reserve().samplesPath, "abcd");
     EXPECT_THAT(refusedNames(), IsEmpty());
+    writeFile(file("foreign.sigmf-data.part"), "abcd");
+    EXPECT_THAT(refusedNames(), ElementsAre("foreign.sigmf-data.part"));
 }
 
 TEST_F(Store, KeepsSamplesByteForByte)
