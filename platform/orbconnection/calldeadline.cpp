@@ -1,6 +1,9 @@
 #include "orbconnection/calldeadline.h"
 
+#include "coresupport/trace.h"
+
 #include <omniORB4/CORBA.h>
+#include <omniORB4/minorCode.h>
 #include <omniORB4/omniInterceptors.h>
 
 // The ORB's own, in the order in which they need each other.
@@ -16,6 +19,8 @@ namespace CorbaCommon
 {
 namespace
 {
+constexpr char sourceName[] = "orbconnection/calldeadline";
+
 bool isLate(omni::GIOP_C &call)
 {
     const omni_time_t &deadline = call.calldescriptor()->getDeadline();
@@ -29,8 +34,12 @@ bool isLate(omni::GIOP_C &call)
 /// A call can open many connections; they share its deadline.
 CORBA::Boolean refuseLateConnection(omni::omniInterceptors::clientOpenConnection_T::info_T &info)
 {
-    info.reject = isLate(info.giop_c);
-    info.why = "the call has reached its limit";
+    if (isLate(info.giop_c)) {
+        traceAt(TraceLevel::Normal, sourceName, [&] {
+            return QStringLiteral("A call to %1 has reached its limit").arg(QString::fromUtf8(info.peeraddress()));
+        });
+        throw CORBA::TRANSIENT(omni::TRANSIENT_CallTimedout, CORBA::COMPLETED_NO);
+    }
     return true;
 }
 } // namespace

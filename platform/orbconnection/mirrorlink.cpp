@@ -17,7 +17,6 @@ MirrorLink::MirrorLink(const QString &reference, const QString &where, const QSt
                        const MirrorTiming &timing, Events events)
     : reference(reference), where(where), serverPath(serverPath), timing(timing), events(std::move(events))
 {
-    VALUETREE::TreeServer::_nil(); // the first time makes it, unguarded; our threads come later
 }
 
 void MirrorLink::start()

@@ -45,6 +45,7 @@ public:
         const std::shared_ptr<SessionLine> line;
         const std::shared_ptr<MirrorSession> mirror;
         bool isApplying = false;
+        bool isEnding = false; ///< when all that has come is applied
         std::deque<std::string> later{}; ///< batches that have come since, by an event loop that an observer runs
     };
 
@@ -200,17 +201,23 @@ void VtServer::Private::receive(quint64 number, const std::string &batch)
         goesOn = apply(*session, next);
     }
     session->isApplying = false;
-    if (guard && !goesOn)
+    if (guard && (!goesOn || session->isEnding))
         end(number);
 }
 
-/// False when the client has broken the rules. Its observers may delete this.
+/// False when the session has to end: the client has broken the rules. Observers may delete this.
 bool VtServer::Private::apply(Session &session, const std::string &batch)
 {
     const std::size_t counted = mirror::countedBytes(batch.size());
     gate->release(counted);
     session.line->bytesToApply -= counted;
-    return session.mirror->receive(batch);
+    try {
+        return session.mirror->receive(batch);
+    } catch (const std::exception &e) { // of memory, say: what the client had said here is lost
+        traceAt(TraceLevel::Normal, sourceName,
+                [&] { return QStringLiteral("A client's session ends: %1").arg(QString::fromUtf8(e.what())); });
+        return false;
+    }
 }
 
 void VtServer::Private::resynchronise(quint64 session)
@@ -230,6 +237,10 @@ void VtServer::Private::end(quint64 session)
     const auto found = sessions.find(session);
     if (found == sessions.end())
         return;
+    if (found->second->isApplying) {
+        found->second->isEnding = true;
+        return;
+    }
     traceSession(QStringLiteral("Ends"), found->second->line->path);
     for (const std::string &batch : found->second->later)
         gate->release(mirror::countedBytes(batch.size()));
