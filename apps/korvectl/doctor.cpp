@@ -54,8 +54,10 @@ bool Doctor::check(const QString &name, const QString &address, const Look &look
         try {
             return look(link, left);
         } catch (const CORBA::Exception &) {
-            // Silence is another matter than what was found before, but a look may only have come too late.
-            if (left * 2 > timeout)
+            // Silence is another matter than what was found before; but a look with less than half of the time may fail
+            // only for want of time.
+            const bool hadLittleTime = left * 2 < timeout;
+            if (!hadLittleTime)
                 link.complaint.clear();
             return false;
         }

@@ -43,7 +43,7 @@ bool NamedService::isHeldByAnother() const
     }
 }
 
-/// Thread: the one that makes the calls.
+/// Has the news followed from the event loop, unless ask() does so before. Thread: that of the names.
 void NamedService::note(State now, const QString &why)
 {
     const std::scoped_lock lock(mutex);

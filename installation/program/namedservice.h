@@ -1,6 +1,5 @@
 #pragma once
 
-#include "appruntime/threadswitchinghandler.h"
 #include "orbconnection/serviceregistration.h"
 
 #include <QObject>
@@ -9,6 +8,11 @@
 #include <exception>
 #include <mutex>
 #include <utility>
+
+namespace ThreadingHelper
+{
+class ThreadSwitchingHandler;
+}
 
 namespace installation
 {
@@ -59,7 +63,7 @@ private:
     bool isStandingBy = false;
     std::shared_ptr<void> service; ///< nothing while it stands by, or does not know yet
     const std::shared_ptr<ThreadingHelper::ThreadSwitchingHandler> mainThread;
-    std::mutex mutex; // guards the news
+    std::mutex mutex; // guards the news, which the thread of the names brings
     std::deque<std::pair<State, QString>> news; ///< of the names, not followed yet
     CorbaCommon::ServiceRegistration names;
 };
