@@ -196,6 +196,11 @@ QVector<RefusedFile> RecordFolder::strangers(const std::function<bool(const QStr
     return strangers;
 }
 
+bool RecordFolder::hasMetaData(const QString &id) const
+{
+    return QFileInfo::exists(metaPath(id));
+}
+
 RecordFolder::Stamp RecordFolder::stamp(const QString &id) const
 {
     const struct stat meta = fileStatus(metaPath(id));
@@ -230,7 +235,7 @@ bool RecordFolder::isFree(const QString &id) const
 void RecordFolder::recover() const
 {
     for (const QString &id : idsOf(dataEnding + part))
-        if (!QFileInfo::exists(metaPath(id))) // else a loop is put in order there
+        if (!hasMetaData(id)) // else a loop is put in order there
             removeFile(incomingPath(id));     // nobody was told of it
     finishRemovals();
     settleMetaParts();
@@ -247,7 +252,7 @@ void RecordFolder::settleMetaParts() const
 {
     for (const QString &id : idsOf(metaEnding + part)) {
         const QString metaPart = metaPath(id) + part;
-        if (!QFileInfo::exists(metaPath(id)) && QFileInfo::exists(dataPath(id)))
+        if (!hasMetaData(id) && QFileInfo::exists(dataPath(id)))
             completeAdoption(id, metaPart);
         removeFile(metaPart);
     }

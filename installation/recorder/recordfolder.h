@@ -66,6 +66,7 @@ public:
     QStringList ids() const;
     /// Files that belong to no record, but for those at incomingPath() of the records that @p isWritten names.
     QVector<RefusedFile> strangers(const std::function<bool(const QString &id)> &isWritten) const;
+    bool hasMetaData(const QString &id) const;
     /// @throws RecorderError also when one of the two files is missing.
     Stamp stamp(const QString &id) const;
     Record read(const QString &id) const;

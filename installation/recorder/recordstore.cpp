@@ -215,9 +215,9 @@ QVector<RecordFile> RecordStore::files(const QString &id)
 
 QVector<RefusedFile> RecordStore::refused() const
 {
-    const QStringList known = folder.ids();
-    QVector<RefusedFile> files = folder.strangers([&](const QString &id) {
-        return reserved.contains(id) || (known.contains(id) && !damaged.contains(id)); // a loop that is put in order
+    QVector<RefusedFile> files = folder.strangers([this](const QString &id) {
+        const bool isLoop = folder.hasMetaData(id) && !damaged.contains(id); // one that is put in order
+        return isLoop || reserved.contains(id);
     });
     for (auto damage = damaged.cbegin(); damage != damaged.cend(); ++damage)
         files.append({RecordFolder::metaName(damage.key()), damage.value()});
